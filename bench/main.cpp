@@ -1,0 +1,90 @@
+/// Measures the library's work against plain baselines in the same run.
+///
+///     ovcc-bench [--json] [WORK...]
+///
+/// prints one line per work and size: the times in milliseconds and their ratio.
+
+#include "Bench.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+
+namespace {
+
+QJsonObject measured(const Work &work, int n)
+{
+    const Times times = work.measure(n);
+    return {
+            {QStringLiteral("work"), work.name},
+            {QStringLiteral("n"), n},
+            {QStringLiteral("ours_ms"), times.ours},
+            {QStringLiteral("baseline_ms"), times.baseline},
+            {QStringLiteral("ratio"), times.ours / times.baseline},
+    };
+}
+
+void printLine(const QJsonObject &result)
+{
+    std::printf("%-16s %8d %12.3f %12.3f %8.3f\n",
+                qPrintable(result.value(QLatin1String("work")).toString()),
+                result.value(QLatin1String("n")).toInt(),
+                result.value(QLatin1String("ours_ms")).toDouble(),
+                result.value(QLatin1String("baseline_ms")).toDouble(),
+                result.value(QLatin1String("ratio")).toDouble());
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+            QStringLiteral("Measures the widgets against plain baselines in the same run."));
+    parser.addHelpOption();
+    const QCommandLineOption json(QStringLiteral("json"),
+                                  QStringLiteral("Print an array of objects."));
+    parser.addOption(json);
+    parser.addPositionalArgument(QStringLiteral("work"),
+                                 QStringLiteral("What to measure; everything by default."),
+                                 QStringLiteral("[work...]"));
+    parser.process(application);
+
+    const QStringList wanted = parser.positionalArguments();
+    const QList<Work> works = dataWorks() + compactWorks();
+    QStringList known;
+    for (const Work &work : works)
+        known.append(work.name);
+    for (const QString &name : wanted) {
+        if (!known.contains(name)) {
+            std::fprintf(stderr, "ovcc-bench: there is no work \"%s\"; there is: %s\n",
+                         qPrintable(name), qPrintable(known.join(QStringLiteral(", "))));
+            return 2;
+        }
+    }
+
+    if (!parser.isSet(json))
+        std::printf("%-16s %8s %12s %12s %8s\n", "work", "N", "ours ms", "baseline ms", "ratio");
+    QJsonArray results;
+    for (const Work &work : works) {
+        if (!wanted.isEmpty() && !wanted.contains(work.name))
+            continue;
+        for (const int n : work.sizes) {
+            results.append(measured(work, n));
+            if (!parser.isSet(json))
+                printLine(results.last().toObject());
+        }
+    }
+    if (parser.isSet(json))
+        std::printf("%s", QJsonDocument(results).toJson().constData());
+    return 0;
+}

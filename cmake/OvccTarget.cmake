@@ -1,0 +1,45 @@
+# What all targets of this project share, and the include tree that its users see.
+
+set(OVCC_INCLUDE_DIR "${PROJECT_BINARY_DIR}/include")
+
+# ovcc_own_target(<target>): the language, warnings and visibility of this project's own code.
+function(ovcc_own_target target)
+    set_target_properties(${target} PROPERTIES
+        AUTOMOC ON
+        AUTOUIC ON
+        CXX_STANDARD 17
+        CXX_STANDARD_REQUIRED ON
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic
+        $<$<BOOL:${OVCC_WERROR}>:-Werror>)
+    target_compile_definitions(${target} PRIVATE
+        QT_DEPRECATED_WARNINGS QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+endfunction()
+
+# ovcc_forward_header(<name> <header>): lets users of the build tree include <header> as <name>.
+function(ovcc_forward_header name header)
+    set(content "#include \"${header}\"\n")
+    set(file "${OVCC_INCLUDE_DIR}/${name}")
+    if(EXISTS "${file}")
+        file(READ "${file}" present)
+    endif()
+    if(NOT "${present}" STREQUAL "${content}")
+        file(WRITE "${file}" "${content}")
+    endif()
+endfunction()
+
+# ovcc_forward_public_headers(<umbrella> <header>...): forwards each header under its own name in
+# the umbrella's folder, and makes the umbrella include them all.
+function(ovcc_forward_public_headers umbrella)
+    get_filename_component(folder "${umbrella}" DIRECTORY)
+    set(includes "#pragma once\n\n")
+    foreach(header IN LISTS ARGN)
+        get_filename_component(name "${header}" NAME)
+        ovcc_forward_header("${folder}/${name}" "${CMAKE_CURRENT_SOURCE_DIR}/${header}")
+        string(APPEND includes "#include <${folder}/${name}>\n")
+    endforeach()
+    file(GENERATE OUTPUT "${OVCC_INCLUDE_DIR}/${umbrella}" CONTENT "${includes}")
+endfunction()

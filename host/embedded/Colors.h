@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace Embedded {
+
+/// The parts of a colour, 0 to 255.
+struct Rgb
+{
+    std::uint8_t red;
+    std::uint8_t green;
+    std::uint8_t blue;
+};
+
+/// What the drawing's colour @p index, 1 to 255, looks like.
+Rgb indexColor(int index);
+
+/// What the user calls the colour @p index, 1 to 255: "red", or "Color 30".
+std::wstring indexColorName(int index);
+
+/// The colour of DXF's 24-bit number 0xRRGGBB.
+Rgb trueColor(int number);
+
+/// What the user calls a true colour: "r,g,b".
+std::wstring trueColorName(Rgb color);
+
+} // namespace Embedded

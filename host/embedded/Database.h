@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Drawing.h"
+
+#include <KcDb.h>
+
+#include <atomic>
+#include <memory>
+
+/// What the host itself may do with the objects that it hands out.
+class KcDbObjectAccess
+{
+public:
+    /// Objects open at this moment, over all drawings.
+    static std::atomic<int> openCount;
+
+    /// Makes the objects of a drawing, which goes into their database.
+    static std::unique_ptr<KcDbDatabase> makeDatabase(Embedded::Drawing drawing);
+
+    static Embedded::Drawing &drawing(const KcDbDatabase &database);
+    static KcDbObject &layerTable(const KcDbDatabase &database);
+    static KcDbObject &layerRecord(const KcDbDatabase &database, int layer);
+    static KcDbObject &linetypeRecord(const KcDbDatabase &database, int linetype);
+    static KcDbObject &viewport(const KcDbDatabase &database, int viewport);
+
+    /// Adds a layer whose name is valid and free.
+    static void addLayer(KcDbDatabase &database, const QString &name);
+
+    /// The object of that id, open or not; null when there is none.
+    static KcDbObject *find(KcDbObjectId id);
+    static KcDbObjectId idOf(const KcDbObject &object);
+
+    static bool isOpen(const KcDbObject &object);
+
+    /// What opening the object would return.
+    static Kcore::ErrorStatus check(const KcDbObject &object, KcDb::OpenMode mode,
+                                    bool openErased = false);
+
+    /// Opens @p object as a T; @p opened stays null when that fails.
+    template <class T>
+    static Kcore::ErrorStatus open(T *&opened, KcDbObject *object, KcDb::OpenMode mode,
+                                   bool openErased = false);
+
+    /// Sets a property of a layer that is open for write.
+    static Kcore::ErrorStatus setFlag(KcDbLayerTableRecord &record,
+                                      bool Embedded::LayerState::*flag, bool value);
+
+    static Embedded::Layer &layer(const KcDbLayerTableRecord &record);
+    static bool isCurrent(const KcDbLayerTableRecord &record);
+    static KcCmColor color(const KcDbLayerTableRecord &record);
+    static KcDbObjectId linetypeId(const KcDbLayerTableRecord &record);
+    static std::wstring plotStyleName(const KcDbLayerTableRecord &record);
+
+    static const std::wstring &symbolName(const KcDbSymbolTableRecord &record);
+    static KcDbLayerTableIterator *newIterator(const KcDbLayerTable &table);
+    static bool freezes(const KcDbViewport &viewport, KcDbObjectId layer);
+};

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "DxfTokens.h"
+#include "TextCodec.h"
+
+#include <QHash>
+#include <QString>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace Embedded {
+
+// The versions of the format, by the number in $ACADVER, from which on a file can hold something.
+constexpr int kR12 = 1009;
+constexpr int kR13 = 1012;   ///< handles and subclass markers
+constexpr int kR2000 = 1015; ///< owners, plot flags, lineweights and plot styles
+constexpr int kR2007 = 1021; ///< UTF-8
+constexpr int kR2018 = 1032;
+
+// The bits of a layer's flags.
+constexpr int kFrozenFlag = 1;
+constexpr int kFrozenInNewViewportsFlag = 2;
+constexpr int kLockedFlag = 4;
+constexpr int kHighestFlags = 0x7FFF;
+
+constexpr int kWhite = 7;
+constexpr int kDefaultLineWeight = -3;
+
+/// The properties of a layer that can be changed.
+struct LayerState
+{
+    bool isOff = false;
+    bool isFrozen = false;
+    bool isLocked = false;
+    bool isPlottable = true;
+
+    bool operator==(const LayerState &other) const;
+    bool operator!=(const LayerState &other) const { return !(*this == other); }
+};
+
+/// A layer as the drawing has it, and where the file has it.
+struct Layer
+{
+    std::wstring name;
+    std::wstring description;
+    LayerState state;     ///< as it is now
+    LayerState announced; ///< as it was when a change was last made known
+    LayerState stored;    ///< as the file that was read has it
+    bool isFrozenInNewViewports = false;
+    bool isUsed = false;   ///< entities lie on it
+    bool isAdded = false;  ///< made after the file was read
+    bool isErased = false; ///< gone, but its place in the list remains
+    int color = kWhite;    ///< 1 to 255
+    int trueColor = -1;    ///< 0xRRGGBB, or -1
+    int linetype = 0;      ///< index into Drawing::linetypes
+    int lineWeight = kDefaultLineWeight;
+    quint64 plotStyle = 0; ///< handle of its placeholder
+    quint64 handle = 0;
+    ByteRange record;    ///< null where the file's layer table has none
+    ByteRange nameBytes; ///< the name as the file writes it; null for a layer that was added
+};
+
+/// A place where the file speaks of a layer outside the layer's own record.
+struct LayerMention
+{
+    int layer; ///< -1 for one that does not exist
+    ByteRange bytes;
+};
+
+/// A viewport on the sheet that the drawing shows in paper space.
+struct Viewport
+{
+    int number = 0; ///< 1 for the sheet itself
+    int status = 0; ///< 0 when off, 1 for the active one, the others by their order
+    std::vector<LayerMention> frozenLayers; ///< sorted by layer
+
+    bool freezes(int layer) const;
+};
+
+/// A drawing: what its file said, what was changed since, and the places in the file's bytes that
+/// a change has to reach. The bytes stay as they were read.
+struct Drawing
+{
+    QByteArray bytes;
+    TextCodec text;
+    int version = kR12;
+    bool isInModelSpace = true;
+    bool hasNamedPlotStyles = false;
+    QHash<quint64, QString> plotStyles; ///< the named ones, by the handle of their placeholder
+
+    std::deque<Layer> layers; ///< in the file's order; references stay valid when layers are added
+    QHash<QString, int> layersByName; ///< without the erased ones; keys made by symbolKey()
+    std::vector<std::wstring> linetypes;
+    int continuous = 0; ///< the linetype "Continuous"
+    std::vector<Viewport> viewports;
+    int currentLayer = 0;
+    int storedCurrentLayer = 0;
+    int currentViewport = -1; ///< in paper space; -1 when there is none
+
+    quint64 nextHandle = 1;      ///< above every handle of the file
+    ByteRange currentLayerValue; ///< of $CLAYER
+    ByteRange nextHandleValue;   ///< of $HANDSEED
+    int firstGroup = 0;          ///< where the file's groups begin
+    int headerEnd = -1;          ///< its ENDSEC; -1 without a header, as with the other ends
+    int bodyBegin = 0;           ///< the first section that belongs behind the tables
+    int tablesEnd = -1;          ///< its ENDSEC
+    int layerTableEnd = -1;      ///< its ENDTAB
+    quint64 layerTableHandle = 0;
+    ByteRange layerCountValue;
+    int layerRecords = 0;                 ///< in the file's layer table
+    std::vector<LayerMention> duplicates; ///< records of layers that have one already
+
+    /// The layer of that name, whatever its letter case; -1 when there is none.
+    int findLayer(const QString &name) const;
+
+    /// Adds a layer, whose name must be free.
+    /// @return its index
+    int addLayer(Layer layer);
+
+    void eraseLayer(int index);
+};
+
+/// The same text for all names that a symbol table does not tell apart.
+QString symbolKey(const QString &name);
+
+} // namespace Embedded

@@ -1,0 +1,360 @@
+#include "DxfWriter.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace Embedded {
+
+namespace {
+
+/// The groups of a layer that may have to be changed or added, and those before them, in the order
+/// in which they stand in a record.
+constexpr std::array<int, 8> kLayerGroups = {2, 70, 62, 420, 430, 440, 6, 290};
+using LayerGroups = std::array<DxfGroup, kLayerGroups.size()>;
+
+std::size_t placeOf(int code)
+{
+    return static_cast<std::size_t>(std::find(kLayerGroups.begin(), kLayerGroups.end(), code)
+                                    - kLayerGroups.begin());
+}
+
+LayerGroups findLayerGroups(const Drawing &drawing, ByteRange record)
+{
+    LayerGroups groups;
+    DxfTokens tokens(drawing.bytes, record);
+    DxfRecordPlace place;
+    while (tokens.next() == DxfTokens::Step::Group) {
+        const DxfGroup &group = tokens.group();
+        place.advance(group, trimmed(tokens.view(group.value)));
+        if (!place.isInExtension() && placeOf(group.code) < groups.size())
+            groups[placeOf(group.code)] = group;
+    }
+    return groups;
+}
+
+int stateFlags(const LayerState &state)
+{
+    return (state.isFrozen ? kFrozenFlag : 0) | (state.isLocked ? kLockedFlag : 0);
+}
+
+/// What else the flags say.
+int otherFlags(std::string_view text)
+{
+    const int flags = toInt(text).value_or(0);
+    return flags < 0 || flags > kHighestFlags ? 0 : flags & ~(kFrozenFlag | kLockedFlag);
+}
+
+/// The number with another sign; one that can have none, or is no number, gives way to white.
+QByteArray colorText(std::string_view old, bool isOff)
+{
+    std::string_view digits = trimmed(old);
+    if (!digits.empty() && (digits[0] == '-' || digits[0] == '+'))
+        digits.remove_prefix(1);
+    const QByteArray number = toInt(digits).value_or(0) == 0
+                                      ? QByteArray::number(kWhite)
+                                      : QByteArray(digits.data(), static_cast<int>(digits.size()));
+    return isOff ? '-' + number : number;
+}
+
+QByteArray handleText(quint64 handle)
+{
+    return QByteArray::number(handle, 16).toUpper();
+}
+
+} // namespace
+
+DxfWriter::DxfWriter(Drawing &drawing)
+    : m_drawing(drawing)
+{
+}
+
+QByteArray DxfWriter::write()
+{
+    findNewLayers();
+    editHeader();
+    editLayers();
+    removeMentions();
+    if (!m_newLayers.empty())
+        addRecords();
+    noteLosses();
+    return apply();
+}
+
+/// A handle once given stays, so that a drawing that is written again comes out the same.
+void DxfWriter::findNewLayers()
+{
+    for (int index = 0; index < static_cast<int>(m_drawing.layers.size()); ++index) {
+        if (!needsRecord(index))
+            continue;
+        m_newLayers.push_back(index);
+        Layer &layer = m_drawing.layers[index];
+        if (hasHandles() && layer.handle == 0)
+            layer.handle = m_drawing.nextHandle++;
+    }
+    if (hasHandles() && !m_newLayers.empty() && m_drawing.layerTableHandle == 0)
+        m_drawing.layerTableHandle = m_drawing.nextHandle++;
+}
+
+/// Layers that only entities name are written when somebody does something to them.
+bool DxfWriter::needsRecord(int index) const
+{
+    const Layer &layer = m_drawing.layers[index];
+    const bool hasBecomeCurrent =
+            index == m_drawing.currentLayer && index != m_drawing.storedCurrentLayer;
+    return layer.record.isNull() && !layer.isErased
+           && (layer.isAdded || hasBecomeCurrent || layer.state != layer.stored);
+}
+
+void DxfWriter::editHeader()
+{
+    const bool hasHeader = m_drawing.headerEnd >= 0;
+    const Style style = styleAt(hasHeader ? m_drawing.headerEnd : m_drawing.firstGroup);
+    QByteArray added;
+    if (m_drawing.currentLayer != m_drawing.storedCurrentLayer) {
+        const QByteArray name = nameBytes(m_drawing.layers[m_drawing.currentLayer]);
+        if (m_drawing.currentLayerValue.isNull())
+            added += style.group(9, "$CLAYER") + style.group(8, name);
+        else
+            m_edits.push_back({m_drawing.currentLayerValue, name});
+    }
+    if (hasHandles() && !m_newLayers.empty()) {
+        const QByteArray seed = handleText(m_drawing.nextHandle);
+        if (m_drawing.nextHandleValue.isNull())
+            added += style.group(9, "$HANDSEED") + style.group(5, seed);
+        else if (toHandle(view(m_drawing.nextHandleValue)) < m_drawing.nextHandle)
+            replaceNumber(m_drawing.nextHandleValue, seed);
+    }
+    if (hasHeader)
+        insert(m_drawing.headerEnd, added);
+    else if (!added.isEmpty())
+        insert(m_drawing.firstGroup, style.group(0, "SECTION") + style.group(2, "HEADER") + added
+                                             + style.group(0, "ENDSEC"));
+}
+
+void DxfWriter::editLayers()
+{
+    for (const Layer &layer : m_drawing.layers) {
+        if (layer.record.isNull())
+            continue;
+        if (layer.isErased) {
+            m_edits.push_back({layer.record, {}});
+            ++m_removedRecords;
+        } else if (layer.state != layer.stored) {
+            editRecord(layer);
+        }
+    }
+}
+
+void DxfWriter::editRecord(const Layer &layer)
+{
+    const LayerGroups groups = findLayerGroups(m_drawing, layer.record);
+    const auto valueOf = [&](int code) {
+        const DxfGroup &group = groups[placeOf(code)];
+        return group.value.isNull() ? std::string_view() : view(group.value);
+    };
+    const auto set = [&](int code, const QByteArray &number) {
+        if (const DxfGroup &group = groups[placeOf(code)]; !group.value.isNull()) {
+            replaceNumber(group.value, number);
+            return;
+        }
+        const DxfGroup &last = *std::max_element(
+                groups.begin(), groups.begin() + static_cast<std::ptrdiff_t>(placeOf(code)),
+                [](const auto &left, const auto &right) {
+                    return left.bytes.end < right.bytes.end;
+                });
+        insert(last.bytes.end, styleAt(last.bytes.begin).group(code, number));
+    };
+    if (stateFlags(layer.state) != stateFlags(layer.stored)) {
+        const int others = otherFlags(valueOf(70));
+        set(70, QByteArray::number(others | stateFlags(layer.state)));
+    }
+    if (layer.state.isOff != layer.stored.isOff)
+        set(62, colorText(valueOf(62), layer.state.isOff));
+    if (layer.state.isPlottable != layer.stored.isPlottable && m_drawing.version >= kR2000)
+        set(290, layer.state.isPlottable ? "1" : "0");
+}
+
+/// A viewport lets go of the layers that are gone, and no second record brings them back.
+void DxfWriter::removeMentions()
+{
+    const auto remove = [this](const LayerMention &mention) {
+        const bool isErased = mention.layer >= 0 && m_drawing.layers[mention.layer].isErased;
+        if (isErased)
+            m_edits.push_back({mention.bytes, {}});
+        return isErased;
+    };
+    for (const LayerMention &duplicate : m_drawing.duplicates)
+        m_removedRecords += remove(duplicate) ? 1 : 0;
+    for (const Viewport &viewport : m_drawing.viewports)
+        std::for_each(viewport.frozenLayers.begin(), viewport.frozenLayers.end(), remove);
+}
+
+void DxfWriter::addRecords()
+{
+    if (m_drawing.layerTableEnd >= 0) {
+        insert(m_drawing.layerTableEnd, newRecords(styleAt(m_drawing.layerTableEnd)));
+        const int count =
+                m_drawing.layerRecords - m_removedRecords + static_cast<int>(m_newLayers.size());
+        if (!m_drawing.layerCountValue.isNull()
+            && toInt(view(m_drawing.layerCountValue)).value_or(0) < count)
+            replaceNumber(m_drawing.layerCountValue, QByteArray::number(count));
+    } else if (m_drawing.tablesEnd >= 0) {
+        insert(m_drawing.tablesEnd, newTable(styleAt(m_drawing.tablesEnd)));
+    } else {
+        const Style style = styleAt(m_drawing.bodyBegin);
+        insert(m_drawing.bodyBegin, style.group(0, "SECTION") + style.group(2, "TABLES")
+                                            + newTable(style) + style.group(0, "ENDSEC"));
+    }
+}
+
+QByteArray DxfWriter::newTable(const Style &style) const
+{
+    QByteArray table = style.group(0, "TABLE") + style.group(2, "LAYER");
+    if (hasHandles())
+        table += style.group(5, handleText(m_drawing.layerTableHandle));
+    if (m_drawing.version >= kR2000)
+        table += style.group(330, "0");
+    if (hasHandles())
+        table += style.group(100, "AcDbSymbolTable");
+    const int count = static_cast<int>(m_newLayers.size());
+    return table + style.group(70, QByteArray::number(count)) + newRecords(style)
+           + style.group(0, "ENDTAB");
+}
+
+QByteArray DxfWriter::newRecords(const Style &style) const
+{
+    QByteArray records;
+    const QByteArray references = plotReferences(style);
+    for (const int index : m_newLayers) {
+        records += newRecord(m_drawing.layers[index], style);
+        records += references;
+    }
+    return records;
+}
+
+QByteArray DxfWriter::newRecord(const Layer &layer, const Style &style) const
+{
+    QByteArray record = style.group(0, "LAYER");
+    if (hasHandles())
+        record += style.group(5, handleText(layer.handle));
+    if (m_drawing.version >= kR2000)
+        record += style.group(330, handleText(m_drawing.layerTableHandle));
+    if (hasHandles()) {
+        record += style.group(100, "AcDbSymbolTableRecord")
+                  + style.group(100, "AcDbLayerTableRecord");
+    }
+    const QString linetype = QString::fromStdWString(m_drawing.linetypes[layer.linetype]);
+    record += style.group(2, nameBytes(layer))
+              + style.group(70, QByteArray::number(stateFlags(layer.state)))
+              + style.group(62, QByteArray::number(layer.state.isOff ? -layer.color : layer.color))
+              + style.group(6, m_drawing.text.encode(linetype));
+    if (m_drawing.version >= kR2000) {
+        if (!layer.state.isPlottable)
+            record += style.group(290, "0");
+        record += style.group(370, QByteArray::number(layer.lineWeight));
+    }
+    return record;
+}
+
+/// The plot style and the material of layer "0", which new layers share.
+QByteArray DxfWriter::plotReferences(const Style &style) const
+{
+    const int zero = m_drawing.findLayer(QStringLiteral("0"));
+    const ByteRange record = m_drawing.layers[zero].record;
+    QByteArray references;
+    if (record.isNull() || m_drawing.version < kR2000)
+        return references;
+    DxfTokens tokens(m_drawing.bytes, record);
+    DxfRecordPlace place;
+    while (tokens.next() == DxfTokens::Step::Group) {
+        const DxfGroup &group = tokens.group();
+        place.advance(group, trimmed(tokens.view(group.value)));
+        if (!place.isInExtension() && (group.code == 390 || group.code == 347 || group.code == 348))
+            references += style.group(group.code, bytes(group.value).trimmed());
+    }
+    return references;
+}
+
+void DxfWriter::noteLosses()
+{
+    if (m_drawing.version >= kR2000)
+        return;
+    for (const Layer &layer : m_drawing.layers) {
+        if (!layer.isErased && layer.state.isPlottable != layer.stored.isPlottable) {
+            m_losses += QStringLiteral("the file's version cannot hold the plot flag of the "
+                                       "layer \"%1\"")
+                                .arg(QString::fromStdWString(layer.name));
+        }
+    }
+}
+
+/// Text at the end of a file whose last line is open begins a line of its own.
+void DxfWriter::insert(int at, const QByteArray &text)
+{
+    const bool isLineOpen = at == m_drawing.bytes.size() && !m_drawing.bytes.endsWith('\n');
+    m_edits.push_back({{at, at}, isLineOpen ? styleAt(at).lineEnd + text : text});
+}
+
+/// A number that stands to the right keeps its last digit's place.
+void DxfWriter::replaceNumber(ByteRange value, const QByteArray &number)
+{
+    const QByteArray old = bytes(value);
+    const int digits = old.trimmed().size();
+    const int leading = digits == 0 ? 0 : old.indexOf(old.trimmed());
+    const QByteArray text = leading == 0 ? number : number.rightJustified(leading + digits);
+    m_edits.push_back({value, text + old.mid(leading + digits)});
+}
+
+QByteArray DxfWriter::apply()
+{
+    std::stable_sort(m_edits.begin(), m_edits.end(), [](const Edit &left, const Edit &right) {
+        return std::make_pair(left.bytes.begin, left.bytes.end)
+               < std::make_pair(right.bytes.begin, right.bytes.end);
+    });
+    QByteArray result;
+    result.reserve(m_drawing.bytes.size());
+    int done = 0;
+    for (const Edit &edit : m_edits) {
+        result += bytes({done, edit.bytes.begin});
+        result += edit.text;
+        done = edit.bytes.end;
+    }
+    return result + bytes({done, m_drawing.bytes.size()});
+}
+
+QByteArray DxfWriter::nameBytes(const Layer &layer) const
+{
+    return layer.nameBytes.isNull() ? m_drawing.text.encode(QString::fromStdWString(layer.name))
+                                    : bytes(layer.nameBytes);
+}
+
+/// The bytes themselves, not a copy.
+QByteArray DxfWriter::bytes(ByteRange range) const
+{
+    return QByteArray::fromRawData(m_drawing.bytes.constData() + range.begin,
+                                   range.end - range.begin);
+}
+
+std::string_view DxfWriter::view(ByteRange range) const
+{
+    return {m_drawing.bytes.constData() + range.begin,
+            static_cast<std::size_t>(range.end - range.begin)};
+}
+
+/// The style of the group at @p position, or of the file's first one at the file's end.
+DxfWriter::Style DxfWriter::styleAt(int position) const
+{
+    const QByteArray &file = m_drawing.bytes;
+    const int begin = position < file.size() ? position : m_drawing.firstGroup;
+    const int feed = file.indexOf('\n', begin);
+    const bool hasReturn = feed > begin && file.at(feed - 1) == '\r';
+    return {feed - begin - (hasReturn ? 1 : 0), hasReturn ? "\r\n" : "\n"};
+}
+
+QByteArray DxfWriter::Style::group(int code, const QByteArray &value) const
+{
+    return QByteArray::number(code).rightJustified(codeWidth) + lineEnd + value + lineEnd;
+}
+
+} // namespace Embedded

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Drawing.h"
+
+#include <QStringList>
+
+#include <string_view>
+#include <vector>
+
+namespace Embedded {
+
+/// Makes the bytes of a drawing's file anew: those that were read, with the changes put in.
+/// Linear; only the records of changed layers are looked into.
+class DxfWriter
+{
+public:
+    /// @param drawing must outlive this; layers that are new to the file get their handles
+    explicit DxfWriter(Drawing &drawing);
+
+    /// Makes the bytes, once.
+    QByteArray write();
+
+    /// What the file cannot hold, one reason per layer and property.
+    const QStringList &losses() const { return m_losses; }
+
+private:
+    /// Puts @p text in the place of bytes; edits do not overlap.
+    struct Edit
+    {
+        ByteRange bytes;
+        QByteArray text;
+    };
+
+    /// How the file writes groups at some place.
+    struct Style
+    {
+        int codeWidth = 0;
+        QByteArray lineEnd;
+
+        QByteArray group(int code, const QByteArray &value) const;
+    };
+
+    void findNewLayers();
+    bool needsRecord(int index) const;
+    void editHeader();
+    void editLayers();
+    void editRecord(const Layer &layer);
+    void removeMentions();
+    void addRecords();
+    QByteArray newTable(const Style &style) const;
+    QByteArray newRecords(const Style &style) const;
+    QByteArray newRecord(const Layer &layer, const Style &style) const;
+    QByteArray plotReferences(const Style &style) const;
+    void noteLosses();
+
+    void insert(int at, const QByteArray &text);
+    void replaceNumber(ByteRange value, const QByteArray &number);
+    QByteArray apply();
+
+    QByteArray bytes(ByteRange range) const;
+    std::string_view view(ByteRange range) const;
+    QByteArray nameBytes(const Layer &layer) const;
+    Style styleAt(int position) const;
+    bool hasHandles() const { return m_drawing.version >= kR13; }
+
+    Drawing &m_drawing;
+    std::vector<int> m_newLayers; ///< those that the file's layer table lacks
+    int m_removedRecords = 0;
+    std::vector<Edit> m_edits;
+    QStringList m_losses;
+};
+
+} // namespace Embedded

@@ -1,0 +1,100 @@
+#include "HostServices.h"
+
+#include "Database.h"
+#include "KcHost.h"
+
+#include <QGlobalStatic>
+#include <QHash>
+
+namespace {
+
+struct Host
+{
+    KcDbDatabase *workingDatabase = nullptr;
+    QHash<QString, int> variables = {{QStringLiteral("TILEMODE"), 1},
+                                     {QStringLiteral("LWUNITS"), 1}};
+    std::function<void()> layerTableChanges;
+    std::function<void(const QString &)> layerModified;
+};
+
+// A drawing that outlives main() may outlive this, too.
+Q_GLOBAL_STATIC(Host, host)
+
+} // namespace
+
+namespace Embedded {
+
+/// Calls a copy, since the handler may set another one.
+void announceChange(const std::wstring &layerName)
+{
+    const auto handler = host->layerModified;
+    if (handler)
+        handler(QString::fromStdWString(layerName));
+}
+
+void forgetDatabase(const KcDbDatabase *database)
+{
+    if (!host.isDestroyed() && host->workingDatabase == database)
+        host->workingDatabase = nullptr;
+}
+
+} // namespace Embedded
+
+namespace KcHost {
+
+void setWorkingDatabase(KcDbDatabase *drawing)
+{
+    host->workingDatabase = drawing;
+    if (drawing) {
+        setVariable(QStringLiteral("TILEMODE"),
+                    KcDbObjectAccess::drawing(*drawing).isInModelSpace ? 1 : 0);
+    }
+}
+
+void setVariable(const QString &name, int value)
+{
+    host->variables.insert(name.toUpper(), value);
+}
+
+void setLayerTableChangesHandler(std::function<void()> handler)
+{
+    host->layerTableChanges = std::move(handler);
+}
+
+void setLayerModifiedHandler(std::function<void(const QString &)> handler)
+{
+    host->layerModified = std::move(handler);
+}
+
+} // namespace KcHost
+
+KcDbDatabase *KcDbHostApplicationServices::workingDatabase() const
+{
+    return host->workingDatabase;
+}
+
+KcDbHostApplicationServices *kcdbHostApplicationServices()
+{
+    static KcDbHostApplicationServices services;
+    return &services;
+}
+
+int kcedGetVar(const KTCHAR *name, resbuf *result)
+{
+    if (!name || !result)
+        return RTERROR;
+    const QHash<QString, int> &variables = host->variables;
+    const auto variable = variables.constFind(QString::fromWCharArray(name).toUpper());
+    if (variable == variables.constEnd())
+        return RTERROR;
+    result->restype = RTSHORT;
+    result->resval.rint = static_cast<short>(*variable);
+    return RTNORM;
+}
+
+void ovSetLayerTableChanges()
+{
+    const auto handler = host->layerTableChanges;
+    if (handler)
+        handler();
+}

@@ -1,0 +1,186 @@
+#include "KcHost.h"
+
+#include "Database.h"
+#include "DxfReader.h"
+#include "DxfWriter.h"
+#include "HostServices.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <limits>
+
+using namespace Kcore;
+using Embedded::Drawing;
+using Embedded::DxfReader;
+using Embedded::DxfWriter;
+using Embedded::Layer;
+
+namespace KcHost {
+
+namespace {
+
+constexpr int kLongestName = 255;
+const QLatin1String kForbidden("<>/\\\":;?*|=");
+
+// A QByteArray counts its bytes in an int, and needs a few for itself.
+constexpr qint64 kLargestFile = std::numeric_limits<int>::max() - 64;
+
+QString sentence(const QString &fileName, const QString &reason)
+{
+    return QStringLiteral("%1: %2.").arg(fileName, reason);
+}
+
+/// The bytes of the file; @p reason says why there are none.
+QByteArray readBytes(const QString &fileName, QString &reason)
+{
+    if (QFileInfo(fileName).isDir()) {
+        reason = QStringLiteral("this is a folder");
+        return {};
+    }
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        reason = file.errorString();
+        return {};
+    }
+    if (file.size() > kLargestFile) {
+        reason = QStringLiteral("the file is larger than 2 GB");
+        return {};
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFile::NoError)
+        reason = file.errorString();
+    return bytes;
+}
+
+/// Goes on after the part that still found room, so that the failure tells its reason. There must be
+/// no buffer: QSaveFile does not notice that it cannot be emptied.
+bool writeAll(QSaveFile &file, const QByteArray &bytes)
+{
+    int done = 0;
+    while (done < bytes.size()) {
+        const qint64 count = file.write(bytes.constData() + done, bytes.size() - done);
+        if (count <= 0)
+            return false;
+        done += static_cast<int>(count);
+    }
+    return true;
+}
+
+bool isValidName(const QString &name)
+{
+    const auto isForbidden = [](QChar character) {
+        return character.category() == QChar::Other_Control || kForbidden.contains(character);
+    };
+    return !name.trimmed().isEmpty() && name.size() <= kLongestName
+           && std::none_of(name.begin(), name.end(), isForbidden);
+}
+
+} // namespace
+
+std::unique_ptr<KcDbDatabase> newDrawing()
+{
+    return readDrawing(QStringLiteral(":/KcHost/new-drawing.dxf"));
+}
+
+std::unique_ptr<KcDbDatabase> readDrawing(const QString &fileName, QString *error,
+                                          QStringList *warnings)
+{
+    QString reason;
+    const QByteArray bytes = readBytes(fileName, reason);
+    if (!reason.isEmpty()) {
+        if (error)
+            *error = sentence(fileName, reason);
+        return nullptr;
+    }
+    DxfReader reader(fileName, bytes);
+    std::optional<Drawing> drawing = reader.read();
+    if (error)
+        *error = reader.error();
+    if (warnings)
+        *warnings = reader.warnings();
+    return drawing ? KcDbObjectAccess::makeDatabase(std::move(*drawing)) : nullptr;
+}
+
+bool writeDrawing(KcDbDatabase &drawing, const QString &fileName, QString *error,
+                  QStringList *warnings)
+{
+    DxfWriter writer(KcDbObjectAccess::drawing(drawing));
+    const QByteArray bytes = writer.write();
+    QSaveFile file(fileName);
+    const bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+                           && writeAll(file, bytes) && file.commit();
+    if (error)
+        *error = isWritten ? QString() : sentence(fileName, file.errorString());
+    if (warnings) {
+        warnings->clear();
+        for (const QString &loss : writer.losses())
+            *warnings += sentence(fileName, loss);
+    }
+    return isWritten;
+}
+
+int openObjectCount()
+{
+    return KcDbObjectAccess::openCount;
+}
+
+ErrorStatus addLayer(KcDbDatabase &drawing, const QString &name)
+{
+    if (!isValidName(name))
+        return eInvalidInput;
+    if (KcDbObjectAccess::drawing(drawing).findLayer(name) >= 0)
+        return eDuplicateKey;
+    const ErrorStatus status =
+            KcDbObjectAccess::check(KcDbObjectAccess::layerTable(drawing), KcDb::kForWrite);
+    if (status != eOk)
+        return status;
+    KcDbObjectAccess::addLayer(drawing, name);
+    Embedded::announceChange(name.toStdWString());
+    return eOk;
+}
+
+ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    const int index = data.findLayer(name);
+    if (index < 0)
+        return eKeyNotFound;
+    Layer &layer = data.layers[index];
+    if (layer.name == L"0")
+        return eCannotBeErasedByCaller;
+    if (index == data.currentLayer)
+        return eLayerIsCurrent;
+    if (layer.isUsed)
+        return eLayerInUse;
+    const ErrorStatus status =
+            KcDbObjectAccess::check(KcDbObjectAccess::layerRecord(drawing, index), KcDb::kForWrite);
+    if (status != eOk)
+        return status;
+    data.eraseLayer(index);
+    Embedded::announceChange(layer.name);
+    return eOk;
+}
+
+ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    const int index = data.findLayer(name);
+    if (index < 0)
+        return eKeyNotFound;
+    if (index != data.currentLayer) {
+        data.currentLayer = index;
+        Embedded::announceChange(data.layers[index].name);
+    }
+    return eOk;
+}
+
+QString decodeText(const KcDbDatabase &drawing, const QByteArray &bytes)
+{
+    return KcDbObjectAccess::drawing(drawing).text.decode(
+            {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+}
+
+} // namespace KcHost

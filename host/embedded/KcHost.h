@@ -1,0 +1,84 @@
+#pragma once
+
+#include <KcDb.h>
+#include <KcEd.h>
+#include <OvHost.h>
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+/// The embedded host: a drawing database in memory with DXF files under it, for programs that have
+/// no CAD application around them. Everything here belongs to the GUI thread, but for newDrawing()
+/// and readDrawing(), which may run in any one thread that hands its drawing over.
+///
+/// N is the number of layers, F the size of the file.
+namespace KcHost {
+
+/// A drawing with the layer "0", which is current.
+KCSDK_EXPORT std::unique_ptr<KcDbDatabase> newDrawing();
+
+/// Reads an ASCII DXF file of the versions R12 to R2018; linear in F.
+///
+/// The current viewport of a drawing in paper space is the active one among the viewports of the
+/// current sheet that are switched on; the sheet itself only where it has no other.
+///
+/// @param[out] error    one sentence with file, line and reason when there is no drawing
+/// @param[out] warnings one sentence per oddity that was survived
+/// @return the drawing, or null
+KCSDK_EXPORT std::unique_ptr<KcDbDatabase>
+readDrawing(const QString &fileName, QString *error = nullptr, QStringList *warnings = nullptr);
+
+/// Writes the drawing to @p fileName: whole, or not at all. What was not changed since the drawing
+/// was read stays byte for byte, line ends included. Linear in F.
+///
+/// @param[out] error    one sentence with file and reason on failure; the file is then as it was
+/// @param[out] warnings one sentence per property that the file's version cannot hold
+/// @return whether the file was written
+KCSDK_EXPORT bool writeDrawing(KcDbDatabase &drawing, const QString &fileName,
+                               QString *error = nullptr, QStringList *warnings = nullptr);
+
+/// Makes @p drawing the one that KcDbHostApplicationServices::workingDatabase() returns, and sets
+/// the variable "TILEMODE" from it; null closes. The caller keeps ownership; a working drawing that
+/// is destroyed closes itself.
+KCSDK_EXPORT void setWorkingDatabase(KcDbDatabase *drawing);
+
+/// Sets a system variable: "TILEMODE" (1 model space, 0 paper space), "LWUNITS" (1 millimetres,
+/// 0 inches). The variables are process-wide and there without a drawing, too; both begin as 1.
+/// A name that is new makes a new variable.
+KCSDK_EXPORT void setVariable(const QString &name, int value);
+
+/// Sets what ovSetLayerTableChanges() calls; none by default.
+KCSDK_EXPORT void setLayerTableChangesHandler(std::function<void()> handler);
+
+/// Sets what is called with the layer's name whenever a change of a layer reaches its drawing,
+/// whoever made it; none by default. The record is closed by then.
+KCSDK_EXPORT void setLayerModifiedHandler(std::function<void(const QString &name)> handler);
+
+/// Database objects open at this moment, over all drawings: 0 whenever no call is under way, but
+/// for a viewport that stays open by design of the caller.
+KCSDK_EXPORT int openObjectCount();
+
+/// Adds a layer with the defaults: on, thawed, unlocked, plotted, white, "Continuous".
+/// @return eOk, eInvalidInput for a name that is empty, longer than 255 characters or holds one of
+///         `<>/\":;?*|=` or a control character, eDuplicateKey, or eWasOpenForRead or
+///         eWasOpenForWrite when the layer table is open
+KCSDK_EXPORT Kcore::ErrorStatus addLayer(KcDbDatabase &drawing, const QString &name);
+
+/// Erases a layer; names are told apart without regard to letter case. O(1).
+/// @return eOk, eKeyNotFound, eCannotBeErasedByCaller for "0", eLayerIsCurrent, eLayerInUse when
+///         entities lie on it, or eWasOpenForRead or eWasOpenForWrite when it is open
+KCSDK_EXPORT Kcore::ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name);
+
+/// Makes a layer the current one; names are told apart without regard to letter case. O(1).
+/// @return eOk, or eKeyNotFound
+KCSDK_EXPORT Kcore::ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name);
+
+/// The text of raw bytes of the drawing's file, such as another reader of that file returns:
+/// decoded by the file's version and code page, `\U+XXXX` escapes included.
+KCSDK_EXPORT QString decodeText(const KcDbDatabase &drawing, const QByteArray &bytes);
+
+} // namespace KcHost

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <OvCustomControl/LayerItemData.h>
+#include <OvCustomControl/OvccExport.h>
+
+#include <QComboBox>
+#include <QList>
+
+class QListWidget;
+
+namespace OvCc {
+
+class LayerEdit;
+class LayerItem;
+
+/// A compact layer picker for a tool bar, 150 × 20 pixels: its face shows the current layer, its
+/// drop-down has a LayerItem row for each layer, whose buttons change the layer in the drawing at
+/// once. A press anywhere on the face opens the drop-down, which is as wide as its longest name
+/// needs, up to 400 pixels.
+///
+/// It is empty until the host calls slotUpdate(), which it does whenever the drawing or its layers
+/// changed. Choosing a row does not make that layer current: the face always goes back to the
+/// drawing's current layer.
+///
+/// Costs, N being the number of layers: the first slotUpdate() builds N rows; later ones read N
+/// layers, but touch only the rows that differ.
+class OVCC_EXPORT LayerComboBox : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit LayerComboBox(QWidget *parent = nullptr);
+    ~LayerComboBox() override;
+
+    /// The row of the drawing's current layer; 0 when there is none or it cannot be opened.
+    int getDisplayItem();
+
+    /// Removes all rows.
+    void clearListWidget();
+
+public slots:
+    /// Brings rows and face in step with the drawing: one row per layer in the drawing's order, the
+    /// list's current row on the current layer, the combo box's own current index on the first row.
+    /// Rows whose layer is still there stay, and so does the scroll position of an open drop-down.
+    /// Without layers there are no rows, and the face is not shown.
+    ///
+    /// A host may call it at once from inside layerComboBoxChanged() or ovSetLayerTableChanges(); a
+    /// call that comes while another one is running is ignored.
+    void slotUpdate();
+
+    /// Shows the drawing's current layer on the face, whatever @p row is.
+    void slotRowChanged(int row);
+
+    /// Answers a click in a row. If the row's layer is the current one the face follows, the host is
+    /// told by ovSetLayerTableChanges(), and layerComboBoxChanged() is sent; any other layer changes
+    /// only in the drawing.
+    void slotLabelChange(int index, OvCc::LayerItemData data);
+
+signals:
+    /// The user changed the layer that the face shows.
+    void layerComboBoxChanged();
+
+private:
+    LayerItem *rowAt(int row) const;
+    void matchRows(const QList<LayerItemData> &layers);
+    void insertRow(int row, const LayerItemData &layer);
+    void fitList(const LayerItem &row);
+
+    QListWidget *m_list;
+    LayerEdit *m_face;
+    bool m_isUpdating = false;
+};
+
+} // namespace OvCc

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <OvCustomControl/LayerItemData.h>
+#include <OvCustomControl/OvccExport.h>
+
+#include <QLineEdit>
+
+class QLabel;
+
+namespace OvCc {
+
+/// The face of the layer combo box: a read-only edit without text of its own that shows one layer's
+/// on/off, freeze and lock images, its colour and its name.
+class OVCC_EXPORT LayerEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit LayerEdit(QWidget *parent);
+    ~LayerEdit() override;
+
+    void setCurrentLayer(LayerItemData data);
+
+    /// Shows a part of @p data. A status index also refreshes the images to its right.
+    /// @param index 0 on/off, freeze and lock; 1 freeze and lock; 2 lock; 3 the colour; 4 the name;
+    ///              any other changes nothing
+    void setLabelChange(int index, LayerItemData data);
+
+private:
+    QLabel *m_nameLabel;
+    QLabel *m_lightLabel;
+    QLabel *m_lockLabel;
+    QLabel *m_freezeLabel;
+    QLabel *m_colorLabel;
+};
+
+} // namespace OvCc

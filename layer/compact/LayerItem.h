@@ -1,0 +1,65 @@
+#pragma once
+
+#include <OvCustomControl/LayerItemData.h>
+#include <OvCustomControl/OvccExport.h>
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+namespace OvCc {
+
+/// One row of the layer combo box: buttons that switch a layer on or off, freeze or thaw it and lock
+/// or unlock it, its colour and its name.
+///
+/// A click on one of the three buttons changes the layer in the drawing at once and then sends
+/// statusChanged(). Nothing is refused here and no result is looked at; what the row shows is what
+/// the user asked for.
+class OVCC_EXPORT LayerItem : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// A row for a layer "layer0" that is on, thawed, unlocked and white.
+    explicit LayerItem(QWidget *parent);
+    ~LayerItem() override;
+
+    LayerItemData currentLayerData() const;
+
+    /// Shows @p data, its name in full. The buttons follow it from now on: the next click on each
+    /// turns what is shown into its opposite.
+    void setCurrentLayer(LayerItemData data);
+
+    /// The name as shown.
+    QString layerName() const;
+
+    /// Shows @p name: beyond 10 characters, its first 9 and "...". The row's record keeps its name.
+    void setLayerName(QString name);
+
+public slots:
+    void slotLightChange();
+    void slotFreezeStatus();
+    void slotLockChange();
+
+    /// Does nothing: the colour is only shown.
+    void slotColorChanged();
+
+signals:
+    /// The user changed the layer.
+    /// @param index       0 on or off, 1 freeze, 2 lock
+    /// @param layerStatus the layer as it is now
+    void statusChanged(int index, OvCc::LayerItemData layerStatus);
+
+private:
+    void showStatus();
+
+    LayerItemData m_layer;
+    QLabel *m_nameLabel;
+    QPushButton *m_lightButton;
+    QPushButton *m_freezeButton;
+    QPushButton *m_lockButton;
+    QPushButton *m_colorButton;
+};
+
+} // namespace OvCc

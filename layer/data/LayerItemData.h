@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QColor>
+#include <QMetaType>
+#include <QString>
+
+namespace OvCc {
+
+/// What the compact layer controls know of one layer. A plain value, passed around by copy.
+///
+/// A default-constructed record is no layer yet: its flags mean nothing until somebody sets them.
+struct LayerItemData
+{
+    bool isOn = false;     ///< switched on
+    bool isLocked = false; ///< shown, but not to be edited
+    bool isFrozen = false; ///< neither shown nor regenerated
+    QColor color;          ///< opaque; invalid until set
+    QString name;
+};
+
+} // namespace OvCc
+
+Q_DECLARE_METATYPE(OvCc::LayerItemData)

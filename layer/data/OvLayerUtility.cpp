@@ -1,0 +1,241 @@
+#include "OvLayerUtility.h"
+
+#include <OvCustomControl/LineWeights.h>
+
+#include <KcDb.h>
+#include <KcEd.h>
+
+#include <QSet>
+
+#include <memory>
+
+using OvCc::LayerItemData;
+
+namespace {
+
+KcDbDatabase *currentDb = nullptr;
+
+/// A string that the host lent.
+QString hostText(const KTCHAR *text)
+{
+    return text ? QString::fromWCharArray(text) : QString();
+}
+
+/// A string that the host gave away: it is freed here.
+QString hostText(KTCHAR *text)
+{
+    const QString result = hostText(static_cast<const KTCHAR *>(text));
+    kcutDelString(text);
+    return result;
+}
+
+QString layerName(const KcDbLayerTableRecord &layer)
+{
+    KTCHAR *name = nullptr;
+    layer.getName(name);
+    return hostText(name);
+}
+
+QString symbolName(KcDbObjectId id)
+{
+    KTCHAR *name = nullptr;
+    KcDbSymbolUtilities::getSymbolName(name, id);
+    return hostText(name);
+}
+
+QString flagText(bool flag)
+{
+    return flag ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+QString colorText(const KcCmColor &color)
+{
+    return QLatin1String("ll*") + hostText(color.colorNameForDisplay())
+           + QString::asprintf(";%d,%d,%d", color.red(), color.green(), color.blue());
+}
+
+bool isFrozenInCurrentViewport(KcDbObjectId layer)
+{
+    KcDbViewport *viewport = nullptr;
+    const KcDbObjectId id = kcdbGetCurVportId(currentDb);
+    if (kcdbOpenObject(viewport, id, KcDb::kForRead, false) != Kcore::eOk || !viewport)
+        return false;
+    const bool isFrozen = viewport->isLayerFrozenInViewport(layer);
+    viewport->close();
+    return isFrozen;
+}
+
+LayerItemData layerData(const KcDbLayerTableRecord &layer)
+{
+    const KcCmColor color = layer.color();
+    LayerItemData data;
+    data.isOn = !layer.isOff();
+    data.isLocked = layer.isLocked();
+    data.isFrozen = layer.isFrozen();
+    data.color = QColor(color.red(), color.green(), color.blue());
+    data.name = layerName(layer);
+    return data;
+}
+
+/// Few drawings have more than a handful of linetypes or colours but many layers, so rows share the
+/// strings that repeat.
+class SharedStrings
+{
+public:
+    QString shared(const QString &text) { return *m_strings.insert(text); }
+
+private:
+    QSet<QString> m_strings;
+};
+
+QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
+{
+    return {
+            flagText(layer.objectId() == currentDb->clayer()),
+            layerName(layer),
+            flagText(!layer.isOff()),
+            flagText(!layer.isFrozen()),
+            flagText(!layer.isLocked()),
+            strings.shared(colorText(layer.color())),
+            strings.shared(symbolName(layer.linetypeObjectId())),
+            strings.shared(StringByLineWeight(layer.lineWeight(), false)),
+            strings.shared(hostText(layer.plotStyleName())),
+            flagText(layer.isPlottable()),
+            flagText(layer.VPDFLT()),
+            flagText(isFrozenInCurrentViewport(layer.objectId())),
+            hostText(layer.description()),
+    };
+}
+
+std::unique_ptr<KcDbLayerTableIterator> layerIterator()
+{
+    KcDbLayerTable *table = nullptr;
+    if (!getCurrentDb() || currentDb->getLayerTable(table, KcDb::kForRead) != Kcore::eOk || !table)
+        return nullptr;
+    KcDbLayerTableIterator *iterator = nullptr;
+    table->newIterator(iterator, true, true);
+    table->close();
+    return std::unique_ptr<KcDbLayerTableIterator>(iterator);
+}
+
+/// Walks the layer table and closes each record behind @p visit, which takes it by reference. Where
+/// @p visit returns false the walk ends, and that record is returned, still open.
+template <class Visitor>
+KcDbLayerTableRecord *walkLayers(Visitor visit)
+{
+    const auto iterator = layerIterator();
+    if (!iterator)
+        return nullptr;
+    for (iterator->start(true, true); !iterator->done(); iterator->step(true, true)) {
+        KcDbLayerTableRecord *layer = nullptr;
+        if (iterator->getRecord(layer, KcDb::kForRead, false) != Kcore::eOk || !layer)
+            continue;
+        if (!visit(*layer))
+            return layer;
+        layer->close();
+    }
+    return nullptr;
+}
+
+/// Sets one flag of a layer. Refusals of the database go by unseen: who must not ask for the
+/// impossible finds out before.
+void setFlag(const QString &name, Kcore::ErrorStatus (KcDbLayerTableRecord::*setter)(bool),
+             bool value)
+{
+    KcDbLayerTableRecord *layer = getLayerByName(name);
+    if (!layer)
+        return;
+    layer->upgradeOpen();
+    (layer->*setter)(value);
+    layer->downgradeOpen();
+    layer->close();
+}
+
+} // namespace
+
+OvLayerUtility::OvLayerUtility() = default;
+
+OvLayerUtility::~OvLayerUtility() = default;
+
+QList<LayerItemData> *OvLayerUtility::getAllLayer()
+{
+    auto layers = std::make_unique<QList<LayerItemData>>();
+    walkLayers([&layers](const KcDbLayerTableRecord &layer) {
+        layers->append(layerData(layer));
+        return true;
+    });
+    return layers.release();
+}
+
+bool OvLayerUtility::getCurrentLayer(LayerItemData &out)
+{
+    KcDbLayerTableRecord *layer = nullptr;
+    if (!getCurrentDb()
+        || kcdbOpenObject(layer, currentDb->clayer(), KcDb::kForRead, false) != Kcore::eOk
+        || !layer)
+        return false;
+    out = layerData(*layer);
+    layer->close();
+    return true;
+}
+
+void OvLayerUtility::setCurrenLayer(LayerItemData) {}
+
+void OvLayerUtility::setLayerByData(LayerItemData) {}
+
+void OvLayerUtility::setLayerOff(QString name, bool on)
+{
+    setFlag(name, &KcDbLayerTableRecord::setIsOff, !on);
+}
+
+void OvLayerUtility::setLayerLock(QString name, bool lock)
+{
+    setFlag(name, &KcDbLayerTableRecord::setIsLocked, lock);
+}
+
+void OvLayerUtility::setLayerFrozen(QString name, bool frozen)
+{
+    setFlag(name, &KcDbLayerTableRecord::setIsFrozen, frozen);
+}
+
+void OvLayerUtility::setLayerPlot(QString name, bool plot)
+{
+    setFlag(name, &KcDbLayerTableRecord::setIsPlottable, plot);
+}
+
+int OvLayerUtility::getAllLayerDate(QList<QStringList> &rows)
+{
+    const int present = rows.size();
+    SharedStrings strings;
+    walkLayers([&](const KcDbLayerTableRecord &layer) {
+        rows.append(layerRow(layer, strings));
+        return true;
+    });
+    return rows.size() - present;
+}
+
+bool OvLayerUtility::isModelSpace()
+{
+    resbuf tileMode;
+    return kcedGetVar(L"TILEMODE", &tileMode) == RTNORM && tileMode.resval.rint == 1;
+}
+
+KcDbDatabase *getCurrentDb()
+{
+    currentDb = nullptr;
+    if (const KcDbHostApplicationServices *services = kcdbHostApplicationServices())
+        currentDb = services->workingDatabase();
+    return currentDb;
+}
+
+KcDbLayerTableRecord *getLayerByName(QString name)
+{
+    const std::wstring wanted = name.toStdWString();
+    return walkLayers([&wanted](const KcDbLayerTableRecord &layer) {
+        KTCHAR *text = nullptr;
+        layer.getName(text);
+        const bool isWanted = text && wanted == text;
+        kcutDelString(text);
+        return !isWanted;
+    });
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QObject>
+
+class QComboBox;
+
+namespace OvCc {
+
+/// Opens a combo box by a press anywhere on its face. An editable combo box opens by its arrow only,
+/// but a read-only edit is nothing to type into: users press it to see the list.
+class FacePress : public QObject
+{
+public:
+    /// Watches the line edit and the popup of @p combo, which must be installed and owns this.
+    explicit FacePress(QComboBox *combo);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QComboBox *m_combo;
+    QObject *m_face;
+};
+
+} // namespace OvCc

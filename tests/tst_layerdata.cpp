@@ -1,0 +1,363 @@
+#include "Support.h"
+
+#include <OvCustomControl/OvCustomControl.h>
+
+#include <QImage>
+#include <QJsonArray>
+#include <QTemporaryDir>
+
+#include <memory>
+
+using OvCc::LayerItemData;
+
+namespace {
+
+QList<QStringList> allRows()
+{
+    QList<QStringList> rows;
+    OvLayerUtility().getAllLayerDate(rows);
+    return rows;
+}
+
+QStringList rowOf(const QString &name)
+{
+    for (const QStringList &row : allRows()) {
+        if (row.at(1) == name)
+            return row;
+    }
+    return {};
+}
+
+/// The box of the pixels of exactly this colour.
+QRect extent(const QPixmap &pixmap, QRgb color)
+{
+    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    QRect box;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) == color)
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
+}
+
+constexpr QRgb black = 0xff000000;
+
+} // namespace
+
+class tst_LayerData : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void lineWeightLabels_data();
+    void lineWeightLabels();
+    void fixedLabels_data();
+    void fixedLabels();
+    void digitStrings();
+    void swatches();
+    void magentaIsTransparent();
+    void resourceImages();
+    void withoutDrawing();
+    void rowsMatchIndependentWriter();
+    void settersReachTheDrawing();
+    void namesDifferByCase();
+    void refusalsAreSilent();
+    void unreadableRecordsArePassedOver();
+    void viewportFreeze();
+};
+
+void tst_LayerData::lineWeightLabels_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<bool>("isIndex");
+    QTest::addColumn<QString>("millimetres");
+    QTest::addColumn<QString>("inches");
+
+    QTest::newRow("thinnest") << 0 << false << "0.00 mm"
+                              << "0.000 \"";
+    QTest::newRow("200") << 200 << false << "2.00 mm"
+                         << "0.079 \"";
+    QTest::newRow("thickest") << 211 << false << "2.11 mm"
+                              << "0.083 \"";
+    QTest::newRow("default") << -3 << false << "Default"
+                             << "Default";
+    QTest::newRow("index of the thickest") << 23 << true << "2.11 mm"
+                                           << "0.083 \"";
+    QTest::newRow("index behind the table") << 24 << true << "Layer"
+                                            << "Layer";
+    QTest::newRow("index before by block") << 29 << true << "Layer"
+                                           << "Layer";
+    QTest::newRow("index of by block") << 30 << true << "Block"
+                                       << "Block";
+    QTest::newRow("index of default") << 31 << true << "Default"
+                                      << "Default";
+    QTest::newRow("negative index") << -1 << true << "Layer"
+                                    << "Layer";
+    QTest::newRow("index cut to a char") << 256 + 7 << true << "0.25 mm"
+                                         << "0.010 \"";
+}
+
+void tst_LayerData::lineWeightLabels()
+{
+    QFETCH(int, value);
+    QFETCH(bool, isIndex);
+    KcHost::setVariable(QStringLiteral("LWUNITS"), 0);
+    QTEST(StringByLineWeight(value, isIndex), "inches");
+    KcHost::setVariable(QStringLiteral("LWUNITS"), 1);
+    QTEST(StringByLineWeight(value, isIndex), "millimetres");
+}
+
+void tst_LayerData::fixedLabels_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("millimetres");
+    QTest::addColumn<QString>("inches");
+
+    QTest::newRow("0") << 0 << "0.00 mm"
+                       << "0.00\"";
+    QTest::newRow("13") << 13 << "0.13 mm"
+                        << "0.05\"";
+    QTest::newRow("25") << 25 << "0.25 mm"
+                        << "0.10\"";
+    QTest::newRow("200") << 200 << "2.00 mm"
+                         << "0.79\"";
+    QTest::newRow("211") << 211 << "2.11 mm"
+                         << "0.83\"";
+    QTest::newRow("by block") << -2 << "By Block"
+                              << "By Block";
+}
+
+void tst_LayerData::fixedLabels()
+{
+    QFETCH(int, value);
+    QTEST(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Millimetres), "millimetres");
+    QTEST(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Inches), "inches");
+}
+
+void tst_LayerData::digitStrings()
+{
+    QVERIFY(OvCc::isDigitStr(QString()));
+    QVERIFY(OvCc::isDigitStr(QStringLiteral("0123456789")));
+    for (const char *text : {"12a", "-1", " 1", "1.5", "\xd9\xa3"}) // the last one is Arabic for 3
+        QVERIFY2(!OvCc::isDigitStr(QString::fromUtf8(text)), text);
+}
+
+void tst_LayerData::swatches()
+{
+    const QPixmap color = creatColorPix(QColor(10, 20, 30));
+    QCOMPARE(color.size(), QSize(14, 14));
+    QCOMPARE(extent(color, black), QRect(2, 2, 10, 10));
+    QCOMPARE(extent(color, qRgb(10, 20, 30)), QRect(3, 3, 8, 8));
+    QCOMPARE(extent(color, 0), QRect(0, 0, 14, 14));
+
+    const QPixmap thin = drawLineWeight(1.0);
+    QCOMPARE(thin.size(), QSize(48, 16));
+    QCOMPARE(extent(thin, black).height(), 1);
+    QCOMPARE(extent(drawLineWeight(4.0), black).height(), 4);
+    QVERIFY(extent(thin, 0).contains(extent(thin, black)));
+
+    const QImage dash = drawLineType(Qt::DashLine).toImage();
+    QCOMPARE(dash, drawLineWeight(2.0).toImage());
+    for (int x = 4; x <= 41; ++x)
+        QCOMPARE(dash.pixel(x, 9), black);
+
+    const QPixmap text = OvCc::creatTextStyleIcon(QStringLiteral("A"));
+    QCOMPARE(text.size(), QSize(48, 16));
+    QCOMPARE(extent(text, black) & QRect(0, 0, 48, 16), QRect(1, 1, 46, 15));
+    QCOMPARE(text.toImage().pixel(0, 0), 0xffffffff);
+}
+
+void tst_LayerData::magentaIsTransparent()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("image.bmp"));
+    QImage image(3, 1, QImage::Format_RGB32);
+    image.setPixel(0, 0, qRgb(255, 0, 255));
+    image.setPixel(1, 0, qRgb(255, 0, 254));
+    image.setPixel(2, 0, qRgb(0, 128, 0));
+    QVERIFY(OvCc::loadImage(path).isNull());
+    QVERIFY(image.save(path));
+
+    const QPixmap loaded = OvCc::loadImage(path);
+    const QImage shown = loaded.toImage();
+    QCOMPARE(qAlpha(shown.pixel(0, 0)), 0);
+    QCOMPARE(shown.pixel(1, 0), qRgb(255, 0, 254));
+    QCOMPARE(shown.pixel(2, 0), qRgb(0, 128, 0));
+    QCOMPARE(OvCc::loadImage(path).cacheKey(), loaded.cacheKey());
+}
+
+void tst_LayerData::resourceImages()
+{
+    for (const char *name :
+         {"core_ccvon.bmp", "core_ccvoff.bmp", "core_ccthw.bmp", "core_ccfrz.bmp", "core_cculk.bmp",
+          "core_cclk.bmp", "core_ccpldi.bmp", "core_ccnpl.bmp", "core_ccvfrz.bmp",
+          "core_ccvthw.bmp", "IDB_LSTATE_CURRENT.png"}) {
+        const QPixmap image = OvCc::loadImage(QStringLiteral(":/") + QLatin1String(name));
+        QVERIFY2(image.size() == QSize(16, 16), name);
+        QVERIFY2(!extent(image, 0).isEmpty(), name);
+        const QImage shown = image.toImage();
+        for (int pixel = 0; pixel < 256; ++pixel) {
+            const QColor color = shown.pixelColor(pixel % 16, pixel / 16);
+            const bool isMagenta = color.red() > 200 && color.green() < 60 && color.blue() > 200;
+            QVERIFY2(color.alpha() == 0 || !isMagenta, name);
+        }
+    }
+}
+
+void tst_LayerData::withoutDrawing()
+{
+    OvLayerUtility layers;
+    QVERIFY(!getCurrentDb());
+    QVERIFY(std::unique_ptr<QList<LayerItemData>>(layers.getAllLayer())->isEmpty());
+    QVERIFY(!getLayerByName(QStringLiteral("0")));
+    layers.setLayerOff(QStringLiteral("0"), false);
+
+    LayerItemData untouched;
+    untouched.name = QStringLiteral("mine");
+    QVERIFY(!layers.getCurrentLayer(untouched));
+    QCOMPARE(untouched.name, QStringLiteral("mine"));
+
+    QList<QStringList> rows{{QStringLiteral("present")}};
+    QCOMPARE(layers.getAllLayerDate(rows), 0);
+    QCOMPARE(rows.size(), 1);
+
+    const OpenDrawing drawing(KcHost::newDrawing());
+    QCOMPARE(layers.getAllLayerDate(rows), 1);
+    QCOMPARE(rows.size(), 2);
+    QCOMPARE(rows.at(1),
+             (QStringList{"true", "0", "true", "true", "true", "ll*white;255,255,255", "Continuous",
+                          "Default", "Color-7", "true", "false", "false", ""}));
+}
+
+void tst_LayerData::rowsMatchIndependentWriter()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("layers.dxf"));
+    const QJsonObject expected = ezdxf(QStringLiteral("layers.py"), {"write", path, "10000"});
+    QCOMPARE(expected.size(), 10000);
+
+    QString error;
+    QStringList warnings;
+    const OpenDrawing drawing(KcHost::readDrawing(path, &error, &warnings));
+    QVERIFY2(getCurrentDb(), qPrintable(error));
+    QCOMPARE(warnings, QStringList());
+
+    int matches = 0;
+    for (const QStringList &row : allRows()) {
+        if (!expected.contains(row.at(1)))
+            continue;
+        QStringList wanted;
+        for (const QJsonValue &text : expected.value(row.at(1)).toArray())
+            wanted.append(text.toString());
+        QCOMPARE(row, wanted);
+        ++matches;
+    }
+    QCOMPARE(matches, expected.size());
+    QCOMPARE(KcHost::openObjectCount(), 0);
+}
+
+void tst_LayerData::settersReachTheDrawing()
+{
+    const QString name = QStringLiteral("Walls");
+    const OpenDrawing drawing(drawingWithLayers({name}));
+    OvLayerUtility layers;
+    const QStringList before = rowOf(name);
+
+    struct Setter
+    {
+        void (OvLayerUtility::*set)(QString, bool);
+        int column;
+        bool unusual;
+    };
+    for (const Setter &setter : {Setter{&OvLayerUtility::setLayerOff, 2, false},
+                                 Setter{&OvLayerUtility::setLayerFrozen, 3, true},
+                                 Setter{&OvLayerUtility::setLayerLock, 4, true},
+                                 Setter{&OvLayerUtility::setLayerPlot, 9, false}}) {
+        QStringList expected = before;
+        expected[setter.column] = QStringLiteral("false");
+        (layers.*setter.set)(name, setter.unusual);
+        QCOMPARE(rowOf(name), expected);
+        (layers.*setter.set)(name, !setter.unusual);
+        QCOMPARE(rowOf(name), before);
+    }
+
+    LayerItemData data;
+    QVERIFY(layers.getCurrentLayer(data));
+    QCOMPARE(data.color, QColor(Qt::white));
+    data.isOn = false;
+    const QList<QStringList> rows = allRows();
+    layers.setLayerByData(data);
+    data.name = name;
+    layers.setCurrenLayer(data);
+    QCOMPARE(allRows(), rows);
+    QCOMPARE(KcHost::openObjectCount(), 0);
+}
+
+void tst_LayerData::namesDifferByCase()
+{
+    const OpenDrawing drawing(drawingWithLayers({QStringLiteral("Walls")}));
+    QVERIFY(!getLayerByName(QStringLiteral("walls")));
+    QCOMPARE(KcHost::openObjectCount(), 0);
+
+    KcDbLayerTableRecord *layer = getLayerByName(QStringLiteral("Walls"));
+    QVERIFY(layer);
+    QCOMPARE(KcHost::openObjectCount(), 1);
+    QCOMPARE(layer->close(), Kcore::eOk);
+}
+
+void tst_LayerData::refusalsAreSilent()
+{
+    const OpenDrawing drawing(drawingWithLayers({QStringLiteral("Walls")}));
+    OvLayerUtility layers;
+    layers.setLayerFrozen(QStringLiteral("0"), true);
+    QCOMPARE(rowOf(QStringLiteral("0")).at(3), QStringLiteral("true"));
+
+    KcDbLayerTableRecord *reader = getLayerByName(QStringLiteral("Walls"));
+    layers.setLayerLock(QStringLiteral("Walls"), true);
+    QCOMPARE(rowOf(QStringLiteral("Walls")).at(4), QStringLiteral("true"));
+    QCOMPARE(KcHost::openObjectCount(), 1);
+    reader->close();
+}
+
+void tst_LayerData::unreadableRecordsArePassedOver()
+{
+    const OpenDrawing drawing(
+            drawingWithLayers({QStringLiteral("Doors"), QStringLiteral("Walls")}));
+    KcDbLayerTableRecord *writer = getLayerByName(QStringLiteral("Doors"));
+    QCOMPARE(writer->upgradeOpen(), Kcore::eOk);
+    QCOMPARE(allRows().size(), 2);
+    QCOMPARE(rowOf(QStringLiteral("Walls")).at(2), QStringLiteral("true"));
+    writer->close();
+
+    QCOMPARE(KcHost::eraseLayer(*drawing, QStringLiteral("Doors")), Kcore::eOk);
+    QVERIFY(!getLayerByName(QStringLiteral("Doors")));
+    QCOMPARE(allRows().size(), 2);
+
+    LayerItemData data;
+    KcDbLayerTableRecord *current = getLayerByName(QStringLiteral("0"));
+    current->upgradeOpen();
+    QVERIFY(!OvLayerUtility().getCurrentLayer(data));
+    current->close();
+    QCOMPARE(KcHost::openObjectCount(), 0);
+}
+
+void tst_LayerData::viewportFreeze()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sheet.dxf"));
+    QVERIFY(!ezdxf(QStringLiteral("sheet.py"), {path}).isEmpty());
+    const OpenDrawing drawing(KcHost::readDrawing(path));
+    QVERIFY(!OvLayerUtility().isModelSpace());
+    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(11), QStringLiteral("true"));
+    QCOMPARE(rowOf(QStringLiteral("Shown in the sheet")).at(11), QStringLiteral("false"));
+
+    KcHost::setVariable(QStringLiteral("TILEMODE"), 1);
+    QVERIFY(OvLayerUtility().isModelSpace());
+    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(11), QStringLiteral("false"));
+    QCOMPARE(KcHost::openObjectCount(), 0);
+}
+
+QTEST_MAIN(tst_LayerData)
+#include "tst_layerdata.moc"
