@@ -1,0 +1,52 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QDialog>
+#include <QString>
+
+#include <memory>
+
+class Ui_LayerWarning;
+
+namespace OvCc {
+
+/// The warning before the current layer is switched off or frozen, shown with exec().
+///
+/// It is either a question or a notice, see setButtonStatus(). A question that is answered "Yes"
+/// switches the layer in the drawing and ends with QDialog::Accepted. "No", the button of a notice,
+/// Escape and closing the window change nothing and end with QDialog::Rejected.
+///
+/// One dialog serves any number of warnings: text, buttons, state and name stay until they are set
+/// again.
+class OVCC_EXPORT LayerWarningDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit LayerWarningDialog(QWidget *parent);
+    ~LayerWarningDialog() override;
+
+    void setTipsText(QString text);
+
+    /// Chooses between a question with "Yes" and "No" and a notice with "OK" alone. The first of
+    /// these buttons gets the focus, whatever the warning before was answered with.
+    void setButtonStatus(bool question);
+
+    /// Whether the layer is on now, false until said otherwise: "Yes" turns it into the opposite.
+    void setIsOn(bool on);
+
+    /// The layer that "Yes" switches.
+    void setLayerName(QString name);
+
+private slots:
+    void slotAccepted();
+    void slotCancel();
+
+private:
+    std::unique_ptr<Ui_LayerWarning> m_ui;
+    bool m_isOn = false;
+    QString m_layerName;
+};
+
+} // namespace OvCc

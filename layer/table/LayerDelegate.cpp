@@ -1,0 +1,336 @@
+#include "LayerDelegate.h"
+
+#include "layer/data/LayerColumns.h"
+#include "layer/data/LineWeightRows.h"
+
+#include <OvCustomControl/LayerLineTypeDialog.h>
+#include <OvCustomControl/LayerLineWeightDialog.h>
+#include <OvCustomControl/LayerWarningDialog.h>
+#include <OvCustomControl/OvLayerUtility.h>
+#include <OvCustomControl/Swatches.h>
+
+#include <OvHost.h>
+
+#include <QApplication>
+#include <QCompleter>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSet>
+
+#include <array>
+
+namespace OvCc {
+
+namespace {
+
+/// The pictures of a flag's two states; the empty path shows nothing.
+struct FlagImages
+{
+    LayerColumn column;
+    const char *whenTrue;
+    const char *whenFalse;
+};
+
+constexpr std::array<FlagImages, 7> flagImages{{
+        {CurrentColumn, ":/IDB_LSTATE_CURRENT.png", ""},
+        {OnColumn, ":/core_ccvon.bmp", ":/core_ccvoff.bmp"},
+        {ThawedColumn, ":/core_ccthw.bmp", ":/core_ccfrz.bmp"},
+        {UnlockedColumn, ":/core_cculk.bmp", ":/core_cclk.bmp"},
+        {PlotColumn, ":/core_ccpldi.bmp", ":/core_ccnpl.bmp"},
+        {NewViewportFreezeColumn, ":/core_ccvfrz.bmp", ":/core_ccvthw.bmp"},
+        {ViewportFreezeColumn, ":/core_ccvfrz.bmp", ":/core_ccvthw.bmp"},
+}};
+
+constexpr int swatchMargin = 2;
+constexpr int swatchSpacing = 4;
+constexpr int textMargin = 3;
+
+QString textOf(const QModelIndex &index)
+{
+    return index.data(Qt::DisplayRole).toString();
+}
+
+bool flagOf(const QModelIndex &index)
+{
+    return index.data(Qt::DisplayRole).toBool();
+}
+
+const FlagImages *imagesOf(int column)
+{
+    for (const FlagImages &images : flagImages) {
+        if (images.column == column)
+            return &images;
+    }
+    return nullptr;
+}
+
+void paintSelection(QPainter *painter, const QStyleOptionViewItem &option, int column)
+{
+    if (!(option.state & QStyle::State_Selected))
+        return;
+    const QBrush highlight = option.palette.highlight();
+    painter->fillRect(option.rect, highlight);
+    if (!(option.state & QStyle::State_HasFocus))
+        return;
+    const bool hasFrame = column != CurrentColumn && column != PlotStyleColumn;
+    painter->setPen(QPen(hasFrame ? QColor(Qt::white) : highlight.color(), 1));
+    painter->setBrush(Qt::transparent);
+    painter->drawRect(option.rect.adjusted(1, 1, -1, -2));
+}
+
+/// The style centres the icon of a flat button as it does everywhere else.
+void paintImage(QPainter *painter, const QStyleOptionViewItem &option, const QString &path)
+{
+    if (path.isEmpty())
+        return;
+    const QPixmap image = loadImage(path);
+    QStyleOptionButton button;
+    button.rect = option.rect;
+    button.state = QStyle::State_Enabled;
+    button.icon = image;
+    button.iconSize = image.size();
+    button.features = QStyleOptionButton::Flat;
+    QApplication::style()->drawControl(QStyle::CE_PushButton, &button, painter);
+}
+
+void paintText(QPainter *painter, const QStyleOptionViewItem &option, const QRect &rect,
+               const QString &text, const QColor &color)
+{
+    painter->setPen(color);
+    painter->drawText(rect, option.fontMetrics.elidedText(text, Qt::ElideRight, rect.width()),
+                      QTextOption());
+}
+
+/// Paints @p swatch into @p width pixels at the left of the cell.
+/// @return what is left of the cell for a text beside it
+QRect paintSwatch(QPainter *painter, const QRect &cell, const QPixmap &swatch, int width)
+{
+    const QRect place(cell.x() + swatchMargin, cell.y() + (cell.height() - swatch.height()) / 2,
+                      width, swatch.height());
+    painter->drawPixmap(place, swatch);
+    QRect rest = cell;
+    rest.setLeft(place.x() + width + swatchSpacing);
+    rest.setTop(place.y());
+    return rest;
+}
+
+/// Paints a colour text such as `ll*red;255,0,0`.
+void paintColor(QPainter *painter, const QStyleOptionViewItem &option, const QString &text)
+{
+    const QString description = text.section(QLatin1Char('*'), 1);
+    const QString triple = description.section(QLatin1Char(';'), 1);
+    const auto part = [&triple](int place) {
+        return triple.section(QLatin1Char(','), place, place).toInt();
+    };
+    const QPixmap swatch = creatColorPix(QColor(part(0), part(1), part(2)));
+    QRect rest = paintSwatch(painter, option.rect, swatch, swatch.width());
+    rest.setTop(rest.top() - 2);
+    paintText(painter, option, rest, description.section(QLatin1Char(';'), 0, 0), Qt::black);
+}
+
+/// The distinct texts of a column, in the order of their first rows.
+QStringList completions(const QAbstractItemModel &model, int column)
+{
+    QStringList texts;
+    QSet<QString> known;
+    for (int row = 1; row < model.rowCount(); ++row) {
+        const QString text = textOf(model.index(row, column));
+        if (known.contains(text))
+            continue;
+        known.insert(text);
+        texts.append(text);
+    }
+    return texts;
+}
+
+/// Dialogs that must outlive whoever shows them, but not the application.
+QList<QWidget *> &lastingDialogs()
+{
+    static QList<QWidget *> dialogs;
+    return dialogs;
+}
+
+LayerWarningDialog *createWarningDialog()
+{
+    QList<QWidget *> &dialogs = lastingDialogs();
+    if (dialogs.isEmpty()) {
+        qAddPostRoutine([] {
+            qDeleteAll(lastingDialogs());
+            lastingDialogs().clear();
+        });
+    }
+    auto *dialog = new LayerWarningDialog(nullptr);
+    dialogs.append(dialog);
+    return dialog;
+}
+
+} // namespace
+
+LayerDelegate::LayerDelegate(QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_lineTypeDialog(std::make_unique<LayerLineTypeDialog>(nullptr))
+    , m_lineWeightDialog(std::make_unique<LayerLineWeightDialog>(nullptr))
+    , m_warningDialog(createWarningDialog())
+{
+    connect(m_lineWeightDialog.get(), &LayerLineWeightDialog::layerLineWeightChanged, this,
+            &LayerDelegate::slotLWeightChanged);
+}
+
+LayerDelegate::~LayerDelegate() = default;
+
+void LayerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const
+{
+    const int column = index.column();
+    if (column == NameColumn || column >= LayerColumnCount) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+
+    painter->save();
+    paintSelection(painter, option, column);
+    const QRect inside = option.rect.adjusted(textMargin, textMargin, -textMargin, -textMargin);
+    if (const FlagImages *images = imagesOf(column)) {
+        paintImage(painter, option,
+                   QLatin1String(flagOf(index) ? images->whenTrue : images->whenFalse));
+    } else if (column == ColorColumn) {
+        paintColor(painter, option, textOf(index));
+    } else if (column == LineWeightColumn) {
+        const QString label = textOf(index);
+        const QPixmap swatch = drawLineWeight(lineWeightIndexMap(label));
+        const QRect rest = paintSwatch(painter, option.rect, swatch, option.rect.width() / 3);
+        paintText(painter, option, rest, label, Qt::black);
+    } else {
+        paintText(painter, option, inside, textOf(index),
+                  column == PlotStyleColumn ? Qt::gray : Qt::black);
+    }
+    painter->restore();
+}
+
+QWidget *LayerDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                                     const QModelIndex &index) const
+{
+    if (index.column() != NameColumn && index.column() != ViewportFreezeColumn)
+        return QStyledItemDelegate::createEditor(parent, option, index);
+
+    auto *edit = new QLineEdit(parent);
+    edit->setCompleter(new QCompleter(completions(*index.model(), index.column()), edit));
+    connect(edit, &QLineEdit::editingFinished, this, &LayerDelegate::commitAndCloseEditor);
+    emit editorOpened(edit, index);
+    return edit;
+}
+
+void LayerDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    if (auto *edit = qobject_cast<QLineEdit *>(editor))
+        edit->setText(textOf(index));
+}
+
+void LayerDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
+                                 const QModelIndex &index) const
+{
+    if (const auto *edit = qobject_cast<QLineEdit *>(editor))
+        model->setData(index, edit->text(), Qt::DisplayRole);
+}
+
+bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                                const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    const bool isPress = event->type() == QEvent::MouseButtonPress;
+    const bool isDoubleClick = event->type() == QEvent::MouseButtonDblClick;
+    if (isPress || isDoubleClick) {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        const bool isInside = option.rect.contains(mouse->pos());
+        if (isInside && isDoubleClick)
+            return true;
+        if (isInside && mouse->button() == Qt::LeftButton) {
+            if (index.column() == CurrentColumn)
+                return true;
+            if (!toggle(model, index))
+                return false;
+        }
+    }
+    ovSetLayerTableChanges();
+    emit layerDataChanged();
+    return false;
+}
+
+int LayerDelegate::lineWeightIndexMap(QString label) const
+{
+    static const QStringList labels =
+            lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres);
+    const int place = labels.indexOf(label);
+    if (place < 0)
+        return 0;
+    if (place <= 8)
+        return 1;
+    return place <= 11 ? 2 : place - 9;
+}
+
+void LayerDelegate::commitAndCloseEditor()
+{
+    if (auto *edit = qobject_cast<QLineEdit *>(sender())) {
+        emit commitData(edit);
+        emit closeEditor(edit);
+    }
+}
+
+void LayerDelegate::slotLWeightChanged(int row)
+{
+    m_lineWeight = row;
+}
+
+/// Changes the layer, then the cell, if it is a flag that can be clicked.
+/// @return false if the change was refused
+bool LayerDelegate::toggle(QAbstractItemModel *model, const QModelIndex &index)
+{
+    const QPersistentModelIndex cell(index); // the host may reload the model on the way
+    const QString name = textOf(index.sibling(index.row(), NameColumn));
+    const bool isCurrent = flagOf(index.sibling(index.row(), CurrentColumn));
+    const bool isSet = flagOf(index);
+    OvLayerUtility layers;
+    switch (index.column()) {
+    case OnColumn:
+        if (!isCurrent || !isSet)
+            layers.setLayerOff(name, !isSet);
+        else if (!confirmSwitchingOff(name))
+            return false;
+        break;
+    case ThawedColumn:
+        if (!isCurrent || !isSet)
+            layers.setLayerFrozen(name, isSet);
+        else if (!refuseFreezing())
+            return false;
+        break;
+    case UnlockedColumn:
+        layers.setLayerLock(name, isSet);
+        break;
+    case PlotColumn:
+        layers.setLayerPlot(name, !isSet);
+        break;
+    default:
+        return true;
+    }
+    model->setData(cell, QVariant(!isSet).toString(), Qt::DisplayRole);
+    return true;
+}
+
+/// Asks the user; the dialog switches the layer itself.
+bool LayerDelegate::confirmSwitchingOff(const QString &name)
+{
+    m_warningDialog->setButtonStatus(true);
+    m_warningDialog->setIsOn(true);
+    m_warningDialog->setLayerName(name);
+    m_warningDialog->setTipsText(tr("The current layer is turned off."));
+    return m_warningDialog->exec() == QDialog::Accepted;
+}
+
+bool LayerDelegate::refuseFreezing()
+{
+    m_warningDialog->setButtonStatus(false);
+    m_warningDialog->setTipsText(tr("The current layer can't be frozen!"));
+    return m_warningDialog->exec() == QDialog::Accepted;
+}
+
+} // namespace OvCc

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QStyledItemDelegate>
+
+#include <memory>
+
+namespace OvCc {
+
+class LayerLineTypeDialog;
+class LayerLineWeightDialog;
+class LayerWarningDialog;
+
+/// Paints the cells of a layer table and turns clicks on its flag cells into changes of the drawing.
+///
+/// It works on any model whose columns are those of OvLayerUtility::getAllLayerDate(), read and
+/// written as texts of the display role. One delegate may serve several views of such a model.
+///
+/// A left click on the cells "On", "Freeze", "Lock" and "Plot" changes the layer, then the cell;
+/// before the current layer is switched off the user is asked, and freezing it is refused. After
+/// that, and after every other event that reaches a cell, a click on the first column and a double
+/// click excepted, the host is told by ovSetLayerTableChanges(), and layerDataChanged() is sent. The
+/// host may reload the model from inside either.
+///
+/// The linetype and lineweight dialogs are there for a host that reaches them by its own means; no
+/// click opens them.
+class OVCC_EXPORT LayerDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit LayerDelegate(QObject *parent = nullptr);
+    ~LayerDelegate() override;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+
+    /// Names and viewport freezes are edited in a line edit that completes from the texts of the
+    /// same column, those of the first row excepted. O(N) in the number of rows.
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override;
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model,
+                      const QModelIndex &index) const override;
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
+
+    /// The thickness, in pixels, in which a lineweight label such as "0.50 mm" is painted; 0, which
+    /// draws the thinnest line, for a text that is none.
+    int lineWeightIndexMap(QString label) const;
+
+public slots:
+    /// Commits and closes the line edit that sent the signal.
+    void commitAndCloseEditor();
+
+    /// Keeps the row that the user chose in the lineweight dialog.
+    void slotLWeightChanged(int row);
+
+signals:
+    /// For a host that makes a layer the current one through the delegate; not sent by itself.
+    void updateCurretnLayer(QString name);
+
+    /// Something may have changed in the layers; see the class.
+    void layerDataChanged();
+
+    /// A line edit was opened on a cell.
+    void editorOpened(QWidget *editor, const QModelIndex &index) const;
+
+private:
+    bool toggle(QAbstractItemModel *model, const QModelIndex &index);
+    bool confirmSwitchingOff(const QString &name);
+    bool refuseFreezing();
+
+    std::unique_ptr<LayerLineTypeDialog> m_lineTypeDialog;
+    std::unique_ptr<LayerLineWeightDialog> m_lineWeightDialog;
+    LayerWarningDialog *m_warningDialog;
+    int m_lineWeight = 0;
+};
+
+} // namespace OvCc

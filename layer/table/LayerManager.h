@@ -1,0 +1,79 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QPixmap>
+#include <QStringList>
+#include <QWidget>
+
+class QLabel;
+
+namespace OvCc {
+
+class LayerTableWidget;
+class SearchLayerEdit;
+
+/// The panel with which a user manages the layers of a drawing: the name of the current layer and a
+/// search field over a LayerTableWidget. It fills itself when it is made.
+///
+/// The host calls slotUpLayerModel() whenever layers changed elsewhere, and listens to
+/// layerManagerChanged(). Its commands for new, deleted and current layers call slotNewLayer(),
+/// slotDeleteLayer() and slotCurrentLayer() through the meta-object system; these change the panel
+/// only. The signals that follow tell what to do to the drawing; then the host reloads.
+class OVCC_EXPORT LayerManager : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The pictures of the host's commands, in the order of the strip ":/layertoolbar.bmp".
+    enum LayerIcons { NewLayerIcon, DeleteLayerIcon, CurrentLayerIcon, RefreshIcon };
+
+    explicit LayerManager(QWidget *parent = nullptr);
+
+    /// Saves the column layout of the table.
+    ~LayerManager() override;
+
+    /// 300 × 500 pixels.
+    QSize sizeHint() const override;
+
+    /// A picture of @p size with the 16 × 16 tile of a command at its top left, transparent
+    /// elsewhere.
+    QPixmap drawIcon(LayerIcons icon, QSize size) const;
+
+public slots:
+    /// Reloads the table from the drawing and applies the search again. It may be called from
+    /// inside any signal of the panel.
+    void slotUpLayerModel();
+
+    /// Sends layerManagerChanged().
+    void slotLayerChanged();
+
+signals:
+    /// The user changed layers in the drawing by clicks in the table.
+    void layerManagerChanged();
+
+    /// A new row's name was settled; see LayerTableWidget::layerAdded().
+    void layerAdded(QString name);
+
+    /// Rows were removed; see LayerTableWidget::layersRemoved().
+    void layersRemoved(QStringList names);
+
+    /// A row's name was changed; see LayerTableWidget::layerRenamed().
+    void layerRenamed(QString from, QString to);
+
+private slots:
+    void slotNewLayer();
+    void slotDeleteLayer();
+    void slotCurrentLayer();
+    void slotUpdateLineEdit(QString name);
+
+private:
+    void loadPixmap();
+
+    QPixmap m_iconStrip;
+    LayerTableWidget *m_table;
+    QLabel *m_label;
+    SearchLayerEdit *m_searchEdit;
+};
+
+} // namespace OvCc

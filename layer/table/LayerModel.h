@@ -1,0 +1,57 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QAbstractTableModel>
+#include <QStringList>
+
+namespace OvCc {
+
+/// An editable model over rows of texts that belong to somebody else, for a host that shows the rows
+/// of OvLayerUtility::getAllLayerDate() in a view of its own. The layer table does not use it.
+///
+/// Neither the rows nor the titles are copied on the way to the view: after changing them call
+/// refrushModel().
+class OVCC_EXPORT LayerModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    explicit LayerModel(QObject *parent = nullptr);
+    ~LayerModel() override;
+
+    /// Sets the column titles; there are as many columns as titles.
+    void setHorizontalHeader(const QStringList &headers);
+
+    /// Sets the rows to show; null for none. They stay the caller's, must live as long as they are
+    /// shown here, and are written to when the user edits. Rows that are shorter than the titles
+    /// show empty cells.
+    void setModalDatas(QList<QStringList> *rows);
+
+    /// Resets the model, then sends updateCount().
+    void refrushModel();
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+
+    /// Only the display role has data.
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+
+    /// Accepts the display role only. A column beyond the end of its row is refused.
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+
+    /// Every cell can be edited.
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+signals:
+    /// The model was refreshed and has @p count rows.
+    void updateCount(int count);
+
+private:
+    QStringList m_headers;
+    QList<QStringList> *m_rows = nullptr;
+};
+
+} // namespace OvCc

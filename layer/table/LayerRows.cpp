@@ -1,0 +1,172 @@
+#include "LayerRows.h"
+
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <numeric>
+
+namespace OvCc {
+
+/// The item of one place in the table.
+class LayerCell : public QStandardItem
+{
+public:
+    QVariant data(int role) const override
+    {
+        if (role == Qt::DisplayRole || role == Qt::EditRole)
+            return rows().m_rows.at(row()).at(column());
+        return QStandardItem::data(role);
+    }
+
+    void setData(const QVariant &value, int role) override
+    {
+        if (role != Qt::DisplayRole && role != Qt::EditRole) {
+            QStandardItem::setData(value, role);
+            return;
+        }
+        QString &text = rows().m_rows[row()][column()];
+        if (text == value.toString())
+            return;
+        text = value.toString();
+        emitDataChanged();
+    }
+
+private:
+    LayerRows &rows() const { return *static_cast<LayerRows *>(model()); }
+};
+
+LayerRows::LayerRows(int columns, QObject *parent)
+    : QStandardItemModel(0, columns, parent)
+{
+}
+
+int LayerRows::rowCount(const QModelIndex &parent) const
+{
+    return m_isResetting ? 0 : QStandardItemModel::rowCount(parent);
+}
+
+void LayerRows::setRows(const QVector<QStringList> &rows)
+{
+    // A header forgets which rows were hidden only when it is left without any.
+    m_isResetting = true;
+    beginResetModel();
+    endResetModel();
+    m_isResetting = false;
+
+    beginResetModel();
+    {
+        const QSignalBlocker blocker(this);
+        const int present = rowCount();
+        if (rows.size() < present) {
+            QStandardItemModel::removeRows(rows.size(), present - rows.size());
+        } else {
+            QStandardItemModel::insertRows(present, rows.size() - present);
+            addItems(present, rows.size());
+        }
+        m_rows = rows;
+    }
+    endResetModel();
+}
+
+void LayerRows::removeRowsAt(const QVector<int> &places)
+{
+    if (places.isEmpty())
+        return;
+
+    // The rows that go are brought to the end first: there no other item has to move up.
+    QVector<int> order;
+    order.reserve(m_rows.size());
+    for (int row = 0; row < m_rows.size(); ++row) {
+        if (!std::binary_search(places.begin(), places.end(), row))
+            order.append(row);
+    }
+    const int kept = order.size();
+    order += places;
+    if (places.constFirst() < kept)
+        reorder(order);
+
+    QStandardItemModel::removeRows(kept, places.size());
+    m_rows.resize(kept);
+}
+
+void LayerRows::sort(int column, Qt::SortOrder order)
+{
+    if (column < 0 || column >= columnCount())
+        return;
+    const auto precedes = [this, column, order](int left, int right) {
+        const int comparison = m_rows.at(left).at(column).compare(m_rows.at(right).at(column));
+        return order == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
+    };
+    QVector<int> places(m_rows.size());
+    std::iota(places.begin(), places.end(), 0);
+    // Both views ask for every sort, as their headers follow each other.
+    if (std::is_sorted(places.begin(), places.end(), precedes))
+        return;
+    std::stable_sort(places.begin(), places.end(), precedes);
+    reorder(places);
+}
+
+bool LayerRows::insertRows(int row, int count, const QModelIndex &parent)
+{
+    const int present = m_rows.size();
+    if (parent.isValid() || row < 0 || row > present || count < 1)
+        return false;
+
+    m_rows.insert(present, count, QVector<QString>(columnCount()).toList());
+    QStandardItemModel::insertRows(present, count, parent);
+    {
+        const QSignalBlocker blocker(this);
+        addItems(present, m_rows.size());
+    }
+    if (row < present) {
+        QVector<int> order(m_rows.size());
+        std::iota(order.begin(), order.end(), 0);
+        std::rotate(order.begin() + row, order.begin() + present, order.end());
+        reorder(order);
+    }
+    return true;
+}
+
+bool LayerRows::removeRows(int row, int count, const QModelIndex &parent)
+{
+    if (parent.isValid() || row < 0 || count < 1 || row + count > m_rows.size())
+        return false;
+    QVector<int> places(count);
+    std::iota(places.begin(), places.end(), row);
+    removeRowsAt(places);
+    return true;
+}
+
+void LayerRows::addItems(int firstRow, int endRow)
+{
+    for (int row = firstRow; row < endRow; ++row) {
+        for (int column = 0; column < columnCount(); ++column)
+            setItem(row, column, new LayerCell);
+    }
+}
+
+/// Puts the row that is now at order[i] to place i, for every i.
+void LayerRows::reorder(const QVector<int> &order)
+{
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+
+    QVector<QStringList> rows;
+    rows.reserve(order.size());
+    QVector<int> newPlaces(order.size());
+    for (int place = 0; place < order.size(); ++place) {
+        rows.append(std::move(m_rows[order.at(place)]));
+        newPlaces[order.at(place)] = place;
+    }
+    m_rows = std::move(rows);
+
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &old : before)
+        after.append(index(newPlaces.at(old.row()), old.column()));
+    changePersistentIndexList(before, after);
+
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+} // namespace OvCc

@@ -1,0 +1,565 @@
+#include "OvLayerTableWidget.h"
+
+#include "layer/data/LayerColumns.h"
+#include "layer/table/LayerRows.h"
+
+#include <OvCustomControl/LayerDelegate.h>
+#include <OvCustomControl/LayerNames.h>
+#include <OvCustomControl/OvLayerUtility.h>
+
+#include <QCursor>
+#include <QHeaderView>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QSettings>
+
+#include <algorithm>
+#include <array>
+
+namespace OvCc {
+
+QStringList headerList;
+
+namespace {
+
+constexpr std::array<const char *, LayerColumnCount> columnTitles{
+        "",
+        "Name",
+        "On",
+        "Freeze",
+        "Lock",
+        "Color",
+        "Linetype",
+        "Lineweight",
+        "Plot Style",
+        "Plot",
+        "New Viewport Freeze",
+        "VP Freeze",
+        "Description",
+};
+
+/// What a row says before the drawing has told of any.
+constexpr std::array<const char *, LayerColumnCount> defaultRow{
+        "true",    "0",       "true", "true", "true", "ll*white", "Continuous",
+        "Default", "Color-7", "true", "true", "true", "",
+};
+
+struct ColumnWidth
+{
+    LayerColumn column;
+    int width;
+};
+
+constexpr std::array<ColumnWidth, 7> columnWidths{{
+        {CurrentColumn, 18},
+        {NameColumn, 60},
+        {OnColumn, 30},
+        {ThawedColumn, 45},
+        {UnlockedColumn, 40},
+        {ColorColumn, 50},
+        {PlotColumn, 45},
+}};
+
+constexpr int layerRowHeight = 22;
+constexpr int narrowestColumn = 30;
+
+/// What setCurrentLayer() writes into the row of the current layer.
+QString currentMarker()
+{
+    return QStringLiteral(":/IDB_LSTATE_CURRENT.png");
+}
+
+QStringList texts(const std::array<const char *, LayerColumnCount> &source)
+{
+    QStringList result;
+    for (const char *text : source)
+        result.append(QLatin1String(text));
+    return result;
+}
+
+bool isFrozenColumn(int column)
+{
+    return column <= NameColumn;
+}
+
+/// The columns that a user may hide.
+bool hasAction(int column)
+{
+    return column != CurrentColumn && column != ViewportFreezeColumn;
+}
+
+/// Where the column layout is kept.
+class LayoutSettings : public QSettings
+{
+public:
+    LayoutSettings()
+        : QSettings(QStringLiteral("Brevik"), QStringLiteral("TessaViewer"))
+    {
+    }
+};
+
+/// A search text, in which one "*" stands for any characters.
+class NamePattern
+{
+public:
+    explicit NamePattern(const QString &text)
+    {
+        const QLatin1Char star('*');
+        const QString pattern = text.toLower();
+        const bool isStarLast = !pattern.startsWith(star) && pattern.endsWith(star);
+        const int place = isStarLast ? pattern.size() - 1 : pattern.indexOf(star);
+        m_begin = pattern.left(place);
+        m_end = place < 0 ? QString() : pattern.mid(place + 1);
+    }
+
+    bool matches(const QString &name) const
+    {
+        const QString lower = name.toLower();
+        return lower.startsWith(m_begin) && lower.endsWith(m_end);
+    }
+
+private:
+    QString m_begin;
+    QString m_end;
+};
+
+} // namespace
+
+LayerAction::LayerAction(const QString &text, QObject *parent)
+    : QAction(text, parent)
+{
+    connect(this, &QAction::triggered, this, &LayerAction::actionProcess);
+}
+
+LayerAction::~LayerAction() = default;
+
+void LayerAction::actionProcess(bool checked)
+{
+    const int column = headerList.indexOf(objectName());
+    if (column >= 0)
+        emit layerTriggered(column, checked);
+}
+
+FrozenTableWidget::FrozenTableWidget(QWidget *parent)
+    : QTableView(parent)
+{
+}
+
+FrozenTableWidget::~FrozenTableWidget() = default;
+
+void FrozenTableWidget::mousePressEvent(QMouseEvent *event)
+{
+    setFocus();
+    QTableView::mousePressEvent(event);
+}
+
+LayerTableWidget::LayerTableWidget(QWidget *parent)
+    : QTableView(parent)
+    , m_frozen(new FrozenTableWidget(this))
+    , m_rows(new LayerRows(LayerColumnCount, this))
+    , m_rowTemplate(texts(defaultRow))
+    , m_delegate(new LayerDelegate(this))
+{
+    headerList += texts(columnTitles);
+    m_rows->setHorizontalHeaderLabels(texts(columnTitles));
+    setUpView(*this);
+    setUpView(*m_frozen);
+    InitLayerModel();
+    shareDelegate();
+
+    for (const ColumnWidth &column : columnWidths)
+        setColumnWidth(column.column, column.width);
+    setUpFrozenView();
+    creatActions();
+    setColumnHidden(ViewportFreezeColumn, true);
+
+    for (QTableView *view :
+         {static_cast<QTableView *>(this), static_cast<QTableView *>(m_frozen)}) {
+        QHeaderView *header = view->horizontalHeader();
+        header->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(header, &QWidget::customContextMenuRequested, this,
+                &LayerTableWidget::show_contextMenu);
+        connect(header, &QHeaderView::sortIndicatorChanged, this,
+                &LayerTableWidget::slotSortIndexChanged);
+    }
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            &LayerTableWidget::updateSectionWidth);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, m_frozen->verticalScrollBar(),
+            &QScrollBar::setValue);
+    connect(m_frozen->verticalScrollBar(), &QScrollBar::valueChanged, verticalScrollBar(),
+            &QScrollBar::setValue);
+    connect(m_delegate, &LayerDelegate::updateCurretnLayer, this,
+            &LayerTableWidget::updateCurretnLayer);
+    connect(m_delegate, &LayerDelegate::layerDataChanged, this,
+            &LayerTableWidget::slotLayerChanged);
+}
+
+LayerTableWidget::~LayerTableWidget()
+{
+    writeSettings();
+    // An editor that is still open loses the focus and goes with the view, after these members.
+    disconnect(m_delegate, nullptr, this, nullptr);
+}
+
+void LayerTableWidget::InitLayerModel()
+{
+    if (m_isLoading)
+        return;
+    const QScopedValueRollback<bool> loading(m_isLoading, true);
+
+    OvLayerUtility layers;
+    QList<QStringList> read;
+    layers.getAllLayerDate(read);
+    if (read.isEmpty()) {
+        m_rows->setRows({});
+        return;
+    }
+    if (layers.isModelSpace())
+        setColumnHidden(ViewportFreezeColumn, true);
+    m_rowTemplate = read.constLast();
+    m_rowTemplate[CurrentColumn] = QStringLiteral("false");
+    headerList[0] = QStringLiteral("status");
+
+    QVector<QStringList> rows = read.toVector();
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const QStringList &left, const QStringList &right) {
+                         return left.at(NameColumn) < right.at(NameColumn);
+                     });
+    const auto current = std::find_if(rows.cbegin(), rows.cend(), [](const QStringList &row) {
+        return row.at(CurrentColumn) == QLatin1String("true");
+    });
+    const bool hasCurrent = current != rows.cend();
+    const int currentRow = hasCurrent ? static_cast<int>(current - rows.cbegin()) : 0;
+
+    const int position = verticalScrollBar()->value();
+    m_rows->setRows(rows);
+    selectionModel()->setCurrentIndex(m_rows->index(currentRow, NameColumn),
+                                      QItemSelectionModel::ClearAndSelect
+                                              | QItemSelectionModel::Rows);
+    for (QTableView *view :
+         {static_cast<QTableView *>(this), static_cast<QTableView *>(m_frozen)}) {
+        view->horizontalHeader()->setSortIndicator(NameColumn, Qt::AscendingOrder);
+        view->doItemsLayout();
+        view->verticalScrollBar()->setValue(position);
+    }
+    emit updateCurretnLayer(hasCurrent ? rows.at(currentRow).at(NameColumn) : QString());
+}
+
+bool LayerTableWidget::insertRowData(int row)
+{
+    if (!m_rows->insertRow(row))
+        return false;
+    for (int column = 0; column < m_rows->columnCount(); ++column)
+        m_rows->setData(m_rows->index(row, column), m_rowTemplate.at(column), Qt::EditRole);
+    return true;
+}
+
+void LayerTableWidget::creatActions()
+{
+    m_menu = new QMenu(tr("layerManager"), horizontalHeader());
+    LayoutSettings settings;
+    const QStringList titles = texts(columnTitles);
+    for (int column = 0; column < titles.size(); ++column) {
+        if (!hasAction(column))
+            continue;
+        auto *action = new LayerAction(titles.at(column), this);
+        action->setObjectName(titles.at(column));
+        settings.beginGroup(titles.at(column));
+        const QString checkable = QStringLiteral("isCheckable");
+        action->setCheckable(settings.value(checkable, true).toBool());
+        action->setChecked(settings.value(QStringLiteral("isChecked"), true).toBool());
+        m_menu->addAction(action);
+        // Names can be hidden only by who has worked with the table before: the key is there from
+        // the first time on that a layout was saved.
+        if (column == NameColumn)
+            action->setEnabled(settings.value(checkable, false).toBool());
+        settings.endGroup();
+        if (!action->isChecked())
+            setColumnHidden(column, true);
+        connect(action, &LayerAction::layerTriggered, this, &LayerTableWidget::layerColumnVisiable);
+    }
+}
+
+void LayerTableWidget::writeSettings()
+{
+    if (!m_menu)
+        return;
+    LayoutSettings settings;
+    const QList<QAction *> actions = m_menu->actions();
+    for (const QAction *action : actions) {
+        settings.beginGroup(action->objectName());
+        settings.setValue(QStringLiteral("isChecked"), action->isChecked());
+        settings.setValue(QStringLiteral("isCheckable"), action->isCheckable());
+        settings.setValue(QStringLiteral("isEnabled"), action->isEnabled());
+        settings.endGroup();
+    }
+}
+
+void LayerTableWidget::addLayer()
+{
+    const int row = m_rows->rowCount();
+    m_rowTemplate[NameColumn] = QStringLiteral("Layer%1").arg(nextLayerNumber());
+    insertRowData(row);
+
+    const QModelIndex name = m_rows->index(row, NameColumn);
+    m_frozen->setFocus();
+    m_frozen->setCurrentIndex(name);
+    const QScopedValueRollback<bool> adding(m_isAdding, true);
+    m_frozen->edit(name);
+}
+
+void LayerTableWidget::remove()
+{
+    const QVector<int> places = selectedRows();
+    if (places.isEmpty())
+        return;
+    QStringList names;
+    for (const int row : places)
+        names.append(m_rows->rows().at(row).at(NameColumn));
+    m_rows->removeRowsAt(places);
+    emit layersRemoved(names);
+}
+
+void LayerTableWidget::setCurrentLayer()
+{
+    const QItemSelection selection = selectionModel()->selection();
+    if (selection.isEmpty())
+        return;
+    const int row = selection.constLast().bottom();
+    const QVector<QStringList> &rows = m_rows->rows();
+    const auto marked = std::find_if(rows.cbegin(), rows.cend(), [](const QStringList &texts) {
+        return texts.at(CurrentColumn) == currentMarker();
+    });
+    const int oldRow = marked == rows.cend() ? 0 : static_cast<int>(marked - rows.cbegin());
+    if (row == oldRow)
+        return;
+
+    const QString name = rows.at(row).at(NameColumn);
+    m_rows->setData(m_rows->index(row, CurrentColumn), currentMarker(), Qt::EditRole);
+    m_rows->setData(m_rows->index(oldRow, CurrentColumn), QString(), Qt::EditRole);
+    emit updateCurretnLayer(name);
+}
+
+void LayerTableWidget::slotSearchLayer(const QString &text)
+{
+    const NamePattern pattern(text);
+    const std::array<QTableView *, 2> views{this, m_frozen};
+    // Each row would otherwise make the headers measure all rows anew.
+    for (QTableView *view : views)
+        view->verticalHeader()->setUpdatesEnabled(false);
+    for (int row = 0; row < m_rows->rowCount(); ++row) {
+        const bool isHidden = !pattern.matches(m_rows->rows().at(row).at(NameColumn));
+        for (QTableView *view : views) {
+            if (view->isRowHidden(row) != isHidden)
+                view->setRowHidden(row, isHidden);
+        }
+    }
+    for (QTableView *view : views)
+        view->verticalHeader()->setUpdatesEnabled(true);
+}
+
+void LayerTableWidget::slotLayerChanged()
+{
+    emit updateLayerCombo();
+}
+
+void LayerTableWidget::resizeEvent(QResizeEvent *event)
+{
+    QTableView::resizeEvent(event);
+    placeFrozenView();
+}
+
+QModelIndex LayerTableWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const QModelIndex current = QTableView::moveCursor(action, modifiers);
+    const int frozenWidth =
+            m_frozen->columnWidth(CurrentColumn) + m_frozen->columnWidth(NameColumn);
+    const int left = visualRect(current).left();
+    if (action == MoveLeft && !isFrozenColumn(current.column()) && left < frozenWidth)
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + left - frozenWidth);
+    return current;
+}
+
+void LayerTableWidget::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    if (!isFrozenColumn(index.column()))
+        QTableView::scrollTo(index, hint);
+}
+
+void LayerTableWidget::slotSortIndexChanged(int column, Qt::SortOrder order)
+{
+    QTableView *other = isFrozenColumn(column) ? this : static_cast<QTableView *>(m_frozen);
+    other->horizontalHeader()->setSortIndicator(column, order);
+}
+
+void LayerTableWidget::updateSectionWidth(int logicalIndex, int, int newSize)
+{
+    if (!isFrozenColumn(logicalIndex))
+        return;
+    m_frozen->setColumnWidth(logicalIndex, newSize);
+    placeFrozenView();
+}
+
+void LayerTableWidget::updateSectionHeight(int logicalIndex, int, int newSize)
+{
+    m_frozen->setRowHeight(logicalIndex, newSize);
+}
+
+void LayerTableWidget::show_contextMenu(const QPoint &)
+{
+    if (m_menu)
+        m_menu->exec(QCursor::pos());
+}
+
+void LayerTableWidget::layerColumnVisiable(int column, bool visible)
+{
+    setColumnHidden(column, !visible);
+}
+
+void LayerTableWidget::setUpView(QTableView &view)
+{
+    QHeaderView *header = view.horizontalHeader();
+    header->setSectionsMovable(false);
+    header->setHighlightSections(false);
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header->setMinimumSectionSize(narrowestColumn);
+    header->setSortIndicator(NameColumn, Qt::AscendingOrder);
+
+    QHeaderView *rows = view.verticalHeader();
+    rows->setMinimumSectionSize(layerRowHeight);
+    rows->setDefaultSectionSize(layerRowHeight);
+    rows->hide();
+
+    view.setModel(m_rows);
+    view.setSortingEnabled(true);
+    view.setShowGrid(false);
+    view.setSelectionBehavior(SelectRows);
+    view.setEditTriggers(NoEditTriggers);
+    view.setVerticalScrollMode(ScrollPerPixel);
+
+    // When rows move, a header puts its hidden rows right one by one and would measure all rows
+    // anew after each.
+    connect(m_rows, &QAbstractItemModel::layoutAboutToBeChanged, rows,
+            [rows] { rows->setUpdatesEnabled(false); });
+    connect(m_rows, &QAbstractItemModel::layoutChanged, rows,
+            [rows] { rows->setUpdatesEnabled(true); });
+}
+
+void LayerTableWidget::setUpFrozenView()
+{
+    setHorizontalScrollMode(ScrollPerPixel);
+    viewport()->stackUnder(m_frozen);
+
+    m_frozen->setObjectName(QStringLiteral("frozenTable"));
+    m_frozen->setFrameShape(QFrame::NoFrame);
+    m_frozen->setSelectionModel(selectionModel());
+    m_frozen->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_frozen->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_frozen->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    for (int column = 0; column < LayerColumnCount; ++column) {
+        if (isFrozenColumn(column))
+            m_frozen->setColumnWidth(column, columnWidth(column));
+        else
+            m_frozen->setColumnHidden(column, true);
+    }
+    m_frozen->show();
+    placeFrozenView();
+    m_frozen->setFocus();
+    m_frozen->setCurrentIndex(m_rows->index(0, NameColumn));
+}
+
+void LayerTableWidget::placeFrozenView()
+{
+    m_frozen->setGeometry(verticalHeader()->width() + frameWidth(), frameWidth(),
+                          columnWidth(CurrentColumn) + columnWidth(NameColumn),
+                          viewport()->height() + horizontalHeader()->height());
+}
+
+/// Qt connects a delegate to each of its views, and each view would complain of the editors of the
+/// other. Here a view hears of its own editors only, and of none that is closed already.
+void LayerTableWidget::shareDelegate()
+{
+    for (QTableView *view :
+         {static_cast<QTableView *>(this), static_cast<QTableView *>(m_frozen)}) {
+        view->setItemDelegate(m_delegate);
+        disconnect(m_delegate, nullptr, view, nullptr);
+    }
+    connect(m_delegate, &LayerDelegate::editorOpened, this, &LayerTableWidget::openEditor);
+    connect(m_delegate, &LayerDelegate::commitData, this, [this](QWidget *editor) {
+        if (!m_editors.contains(editor))
+            return;
+        if (editor->parentWidget() == viewport())
+            commitData(editor);
+        else
+            m_frozen->commitData(editor);
+    });
+    connect(m_delegate, &LayerDelegate::closeEditor, this, [this](QWidget *editor) {
+        if (!m_editors.contains(editor))
+            return;
+        const NameEdit edit = m_editors.take(editor);
+        // Without a hint: no other cell is to be edited next.
+        if (editor->parentWidget() == viewport())
+            closeEditor(editor, QAbstractItemDelegate::NoHint);
+        else
+            m_frozen->closeEditor(editor, QAbstractItemDelegate::NoHint);
+        closeNameEdit(edit);
+    });
+}
+
+void LayerTableWidget::openEditor(QWidget *editor, const QModelIndex &index)
+{
+    const bool isName = index.column() == NameColumn;
+    m_editors.insert(editor, {isName ? QPersistentModelIndex(index) : QPersistentModelIndex(),
+                              index.data().toString(), m_isAdding});
+}
+
+void LayerTableWidget::closeNameEdit(const NameEdit &edit)
+{
+    if (!edit.cell.isValid())
+        return;
+    const QString name = edit.cell.data().toString();
+    if (edit.isNew)
+        emit layerAdded(name);
+    else if (name != edit.before)
+        emit layerRenamed(edit.before, name);
+}
+
+QVector<int> LayerTableWidget::selectedRows() const
+{
+    QVector<int> rows;
+    const QItemSelection selection = selectionModel()->selection();
+    for (const QItemSelectionRange &range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.append(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+/// The first number that no layer named "Layer1" and so on has. The first row does not count.
+int LayerTableWidget::nextLayerNumber()
+{
+    m_layerNumbers.clear();
+    const int count = m_rows->rowCount();
+    if (count < 2)
+        return count;
+
+    const QLatin1String stem("layer");
+    for (int row = 1; row < count; ++row) {
+        const QString &name = m_rows->rows().at(row).at(NameColumn);
+        const QString digits = name.mid(stem.size());
+        if (name.startsWith(stem, Qt::CaseInsensitive) && !digits.isEmpty() && isDigitStr(digits)
+            && !digits.startsWith(QLatin1Char('0')))
+            m_layerNumbers.append(digits.toInt());
+    }
+    std::sort(m_layerNumbers.begin(), m_layerNumbers.end());
+    for (int place = 0; place < m_layerNumbers.size(); ++place) {
+        if (m_layerNumbers.at(place) != place + 1)
+            return place + 1;
+    }
+    return m_layerNumbers.size() + 1;
+}
+
+} // namespace OvCc

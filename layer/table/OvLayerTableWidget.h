@@ -1,0 +1,176 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QAction>
+#include <QHash>
+#include <QPersistentModelIndex>
+#include <QStringList>
+#include <QTableView>
+
+class QMenu;
+
+namespace OvCc {
+
+class LayerDelegate;
+class LayerRows;
+
+/// The column titles of all layer tables that were made in this process, thirteen of each. Entry 0
+/// says "status" once a table has loaded its rows. A LayerAction finds its column here.
+OVCC_EXPORT extern QStringList headerList; // clazy:exclude=non-pod-global-static
+
+/// Shows or hides one column of a layer table. Its text and its object name are the column's title.
+class OVCC_EXPORT LayerAction : public QAction
+{
+    Q_OBJECT
+
+public:
+    LayerAction(const QString &text, QObject *parent);
+    ~LayerAction() override;
+
+public slots:
+    /// Sends layerTriggered() with the column that has this action's object name as its title, if
+    /// there is one.
+    void actionProcess(bool checked);
+
+signals:
+    void layerTriggered(int column, bool checked);
+};
+
+/// The part of a layer table that does not scroll sideways: the current-layer marker and the names.
+/// It takes the keyboard focus when it is clicked.
+class OVCC_EXPORT FrozenTableWidget : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit FrozenTableWidget(QWidget *parent = nullptr);
+    ~FrozenTableWidget() override;
+
+    using QTableView::closeEditor;
+    using QTableView::commitData;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+};
+
+/// The table of the drawing's layers: one row per layer, in the columns of
+/// OvLayerUtility::getAllLayerDate(). The marker of the current layer and the names stay in place
+/// while the other columns scroll; they are a view of their own, the child "frozenTable".
+///
+/// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
+/// and making current change the table only: the host follows the signals, changes the drawing and
+/// calls InitLayerModel(), which it may do from inside any of them.
+///
+/// A context menu on the column titles shows and hides columns. The choice is kept in the user's
+/// settings, organisation "Brevik", application "TessaViewer": it is read when a table is made and
+/// written when it is destroyed.
+///
+/// Costs, N being the number of layers: loading and sorting are O(N log N), a click is O(N) for the
+/// walk to the layer's record, everything else is O(N) or better.
+class OVCC_EXPORT LayerTableWidget : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit LayerTableWidget(QWidget *parent = nullptr);
+
+    /// Saves the column layout.
+    ~LayerTableWidget() override;
+
+    /// Reloads all rows from the drawing, sorted by name, and selects the current layer, or the
+    /// first row if there is none; then sends updateCurretnLayer(). All rows are shown, and the
+    /// table stays scrolled where it was. Without layers the table is empty and nothing is sent. A
+    /// call that comes while another one is running is ignored.
+    void InitLayerModel();
+
+    /// Inserts a row like the last one that was loaded or added.
+    /// @param row the place; from 0 to the number of rows
+    bool insertRowData(int row);
+
+    /// Makes the column menu; the constructor calls it.
+    void creatActions();
+
+    /// Saves which columns are shown; the destructor calls it.
+    void writeSettings();
+
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+
+public slots:
+    /// Appends a row with the first free name of the form "Layer1" and opens its editor. When that
+    /// closes, layerAdded() follows.
+    void addLayer();
+
+    /// Removes the selected rows; layersRemoved() follows.
+    void remove();
+
+    /// Moves the marker of the current layer to the selected row, the last of several, and sends
+    /// updateCurretnLayer(). The row that carries the marker of an earlier call, or else the first
+    /// row, counts as the old current one: choosing it again does nothing.
+    void setCurrentLayer();
+
+    /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
+    /// any characters: at the beginning, or else at the end, or else the first one inside.
+    void slotSearchLayer(const QString &text);
+
+    /// Sends updateLayerCombo().
+    void slotLayerChanged();
+
+signals:
+    /// A layer became the current one here, or is found to be after a reload; empty if none is.
+    void updateCurretnLayer(QString name);
+
+    /// The user changed layers through this table.
+    void updateLayerCombo();
+
+    /// The editor that addLayer() opened was closed.
+    /// @param name what the user made of the proposed name
+    void layerAdded(QString name);
+
+    /// remove() took these layers out of the table.
+    void layersRemoved(QStringList names);
+
+    /// The editor of a name was closed, and the name is another one now.
+    void layerRenamed(QString from, QString to);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+
+private slots:
+    void slotSortIndexChanged(int column, Qt::SortOrder order);
+    void updateSectionWidth(int logicalIndex, int oldSize, int newSize);
+    void updateSectionHeight(int logicalIndex, int oldSize, int newSize);
+    void show_contextMenu(const QPoint &pos);
+    void layerColumnVisiable(int column, bool visible);
+
+private:
+    /// A name that is being edited.
+    struct NameEdit
+    {
+        QPersistentModelIndex cell;
+        QString before;
+        bool isNew;
+    };
+
+    void setUpView(QTableView &view);
+    void setUpFrozenView();
+    void placeFrozenView();
+    void shareDelegate();
+    void openEditor(QWidget *editor, const QModelIndex &index);
+    void closeNameEdit(const NameEdit &edit);
+    QVector<int> selectedRows() const;
+    int nextLayerNumber();
+
+    QMenu *m_menu = nullptr;
+    FrozenTableWidget *m_frozen;
+    LayerRows *m_rows;
+    QStringList m_rowTemplate;
+    QList<int> m_layerNumbers;
+    LayerDelegate *m_delegate;
+    QHash<QWidget *, NameEdit> m_editors;
+    bool m_isAdding = false;
+    bool m_isLoading = false;
+};
+
+} // namespace OvCc

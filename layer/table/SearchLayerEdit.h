@@ -1,0 +1,40 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QLineEdit>
+
+class QPushButton;
+
+namespace OvCc {
+
+/// A search field, 20 pixels high, with a button inside its right end: a magnifier while there is
+/// nothing to clear, and a cross that clears the text.
+class OVCC_EXPORT SearchLayerEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit SearchLayerEdit(QWidget *parent = nullptr);
+    ~SearchLayerEdit() override;
+
+signals:
+    /// What to search for changed; it follows every keystroke. Empty: show everything. A text that
+    /// searches for nothing, such as "*" alone, is cleared when the field is left.
+    void searchTextChanged(QString text);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+
+private slots:
+    void slotSearchButton();
+    void slotTextChanged(QString text);
+    void slotLoseFocus();
+
+private:
+    void clearSearch();
+
+    QPushButton *m_button;
+};
+
+} // namespace OvCc
