@@ -27,6 +27,7 @@ struct Work
 /// The works of each family.
 QList<Work> dataWorks();
 QList<Work> compactWorks();
+QList<Work> tableWorks();
 
 /// The median time of @p work over several runs, in milliseconds. @p prepare runs before each of
 /// them and does not count.

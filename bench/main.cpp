@@ -11,6 +11,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSettings>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -46,6 +48,9 @@ int main(int argc, char *argv[])
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    // The table keeps its layout in the user's settings, and these are not the user's tables.
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -60,7 +65,7 @@ int main(int argc, char *argv[])
     parser.process(application);
 
     const QStringList wanted = parser.positionalArguments();
-    const QList<Work> works = dataWorks() + compactWorks();
+    const QList<Work> works = dataWorks() + compactWorks() + tableWorks();
     QStringList known;
     for (const Work &work : works)
         known.append(work.name);

@@ -18,22 +18,25 @@ FacePress::FacePress(QComboBox *combo)
 
 bool FacePress::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::MouseButtonPress)
+    const bool isPress = event->type() == QEvent::MouseButtonPress;
+    if (!isPress && event->type() != QEvent::MouseButtonRelease)
         return false;
-    const auto *press = static_cast<QMouseEvent *>(event);
+    const auto *mouse = static_cast<QMouseEvent *>(event);
 
     if (watched == m_face) {
-        if (press->button() != Qt::LeftButton)
+        if (!isPress || mouse->button() != Qt::LeftButton)
             return false;
         m_combo->showPopup();
         return true;
     }
 
-    // A press on the face while the popup is open closes it; played again to the face, the same
-    // press would open it at once.
-    if (m_combo->rect().contains(m_combo->mapFromGlobal(press->globalPos())))
+    if (!m_combo->rect().contains(m_combo->mapFromGlobal(mouse->globalPos())))
+        return false;
+    // The press that closes the popup would be played again to the face and open it at once.
+    if (isPress)
         static_cast<QWidget *>(watched)->setAttribute(Qt::WA_NoMouseReplay);
-    return false;
+    // The release of the press that opened the popup must not close it.
+    return !isPress;
 }
 
 } // namespace OvCc

@@ -12,6 +12,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QWindow>
 
 using namespace OvCc;
 
@@ -48,13 +49,22 @@ QStringList namesOf(const LayerComboBox &combo)
     return names;
 }
 
+/// Clicks as the window system does, so that a popup in between gets its part of the events.
+void clickOnFace(LayerComboBox &combo)
+{
+    const QWidget *face = combo.lineEdit();
+    QTest::mouseClick(combo.window()->windowHandle(), Qt::LeftButton, {},
+                      face->mapTo(combo.window(), face->rect().center()));
+}
+
 /// Opens the drop-down as a user does.
 void openPopup(LayerComboBox &combo)
 {
     combo.show();
     QVERIFY(QTest::qWaitForWindowExposed(&combo));
-    QTest::mouseClick(combo.lineEdit(), Qt::LeftButton);
+    clickOnFace(combo);
     QVERIFY(QTest::qWaitForWindowExposed(combo.view()->window()));
+    QVERIFY(combo.view()->isVisible());
 }
 
 void clickInPopup(LayerComboBox &combo, int row, Button button)

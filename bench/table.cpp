@@ -1,0 +1,308 @@
+#include "Bench.h"
+
+#include <KcHost/KcHost.h>
+#include <OvCustomControl/OvCustomControl.h>
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QSortFilterProxyModel>
+#include <QStandardItemModel>
+#include <QTableView>
+
+#include <array>
+
+namespace {
+
+constexpr int nameColumn = 1;
+constexpr int onColumn = 2;
+constexpr int colorColumn = 5;
+constexpr int columns = 13;
+constexpr QSize windowSize(1200, 700);
+
+/// The columns that show a picture instead of a text.
+constexpr std::array<int, 7> imageColumns{0, 2, 3, 4, 9, 10, 11};
+
+/// A search text that leaves a tenth of the names of the measured drawings, or nearly so.
+const char searchText[] = "Layer 1";
+
+QList<QStringList> drawingRows()
+{
+    QList<QStringList> rows;
+    OvLayerUtility().getAllLayerDate(rows);
+    return rows;
+}
+
+void fill(QStandardItemModel &model, const QList<QStringList> &rows)
+{
+    for (const QStringList &row : rows) {
+        QList<QStandardItem *> items;
+        for (const QString &text : row)
+            items.append(new QStandardItem(text));
+        model.appendRow(items);
+    }
+}
+
+void showAndPaint(QWidget &widget)
+{
+    widget.resize(windowSize);
+    widget.show();
+    QApplication::processEvents();
+}
+
+std::unique_ptr<QTableView> plainView(QAbstractItemModel &model)
+{
+    auto view = std::make_unique<QTableView>();
+    view->verticalHeader()->setMinimumSectionSize(22);
+    view->verticalHeader()->setDefaultSectionSize(22);
+    view->setModel(&model);
+    return view;
+}
+
+/// Two plain views of one model, as the layer table has.
+struct PlainTable
+{
+    QStandardItemModel model;
+    std::unique_ptr<QTableView> view = plainView(model);
+    std::unique_ptr<QTableView> frozen = plainView(model);
+
+    void fillSortAndPaint(const QList<QStringList> &rows)
+    {
+        fill(model, rows);
+        model.sort(nameColumn);
+        showAndPaint(*view);
+        showAndPaint(*frozen);
+    }
+};
+
+std::unique_ptr<OvCc::LayerTableWidget> shownTable()
+{
+    auto table = std::make_unique<OvCc::LayerTableWidget>();
+    showAndPaint(*table);
+    return table;
+}
+
+/// Making and showing a layer table, against the same texts in two plain views.
+Times tableLoad(int n)
+{
+    const auto drawing = openDrawing(n);
+    std::unique_ptr<OvCc::LayerTableWidget> table;
+    const double ours = medianTime([&] { table = shownTable(); }, [&] { table.reset(); });
+
+    const QList<QStringList> rows = drawingRows();
+    std::unique_ptr<PlainTable> plain;
+    const double baseline = medianTime(
+            [&] {
+                plain = std::make_unique<PlainTable>();
+                plain->fillSortAndPaint(rows);
+            },
+            // A sorted model takes minutes to destroy, so it is left to the end of the process.
+            [&] { plain.release(); });
+    plain.release();
+    return {ours, baseline};
+}
+
+/// Reloading a table that is sorted by another column while a search is on, against filling the two
+/// plain views that are there already.
+Times tableReload(int n)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const double ours = medianTime(
+            [&] {
+                table->InitLayerModel();
+                QApplication::processEvents();
+            },
+            [&] {
+                table->sortByColumn(colorColumn, Qt::DescendingOrder);
+                table->slotSearchLayer(QLatin1String(searchText));
+                QApplication::processEvents();
+            });
+
+    const QList<QStringList> rows = drawingRows();
+    std::unique_ptr<PlainTable> plain;
+    const double baseline = medianTime([&] { plain->fillSortAndPaint(rows); },
+                                       [&] {
+                                           plain.release();
+                                           plain = std::make_unique<PlainTable>();
+                                           showAndPaint(*plain->view);
+                                           showAndPaint(*plain->frozen);
+                                       });
+    plain.release();
+    return {ours, baseline};
+}
+
+/// Destroying a table that is sorted by another column, against a plain model that never was.
+Times tableClose(int n)
+{
+    const auto drawing = openDrawing(n);
+    std::unique_ptr<OvCc::LayerTableWidget> table;
+    const double ours = medianTime([&] { table.reset(); },
+                                   [&] {
+                                       table = shownTable();
+                                       table->sortByColumn(colorColumn, Qt::DescendingOrder);
+                                       QApplication::processEvents();
+                                   });
+
+    const QList<QStringList> rows = drawingRows();
+    std::unique_ptr<QStandardItemModel> model;
+    const double baseline = medianTime([&] { model.reset(); },
+                                       [&] {
+                                           model = std::make_unique<QStandardItemModel>();
+                                           fill(*model, rows);
+                                       });
+    return {ours, baseline};
+}
+
+/// A search and clearing it, against the same in a filtering proxy under one plain view.
+Times tableSearch(int n)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const double ours = medianTime([&] {
+        for (const char *text : {searchText, ""}) {
+            table->slotSearchLayer(QLatin1String(text));
+            QApplication::processEvents();
+        }
+    });
+
+    QStandardItemModel model;
+    fill(model, drawingRows());
+    QSortFilterProxyModel proxy;
+    proxy.setSourceModel(&model);
+    proxy.setFilterKeyColumn(nameColumn);
+    const auto view = plainView(proxy);
+    showAndPaint(*view);
+    const double baseline = medianTime([&] {
+        for (const char *text : {searchText, ""}) {
+            proxy.setFilterRegularExpression(
+                    QRegularExpression(QLatin1Char('^') + QLatin1String(text),
+                                       QRegularExpression::CaseInsensitiveOption));
+            QApplication::processEvents();
+        }
+    });
+    return {ours, baseline};
+}
+
+void click(QWidget &widget, const QPoint &place)
+{
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {});
+        QApplication::sendEvent(&widget, &event);
+    }
+}
+
+/// A click on a flag cell with all that follows, against one change of a plain model.
+Times tableToggle(int n)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const QModelIndex cell = table->model()->index(n / 2, onColumn);
+    table->scrollTo(cell);
+    QApplication::processEvents();
+    const QPoint place = table->visualRect(cell).center();
+    const double ours = medianTime([&] {
+        click(*table->viewport(), place);
+        QApplication::processEvents();
+    });
+
+    QStandardItemModel model;
+    fill(model, drawingRows());
+    const auto view = plainView(model);
+    showAndPaint(*view);
+    const QModelIndex plainCell = model.index(n / 2, onColumn);
+    view->scrollTo(plainCell);
+    QApplication::processEvents();
+    bool isOn = true;
+    const double baseline = medianTime([&] {
+        isOn = !isOn;
+        model.setData(plainCell, QVariant(isOn).toString());
+        QApplication::processEvents();
+    });
+    return {ours, baseline};
+}
+
+/// Painting all visible rows, against the default delegate with a text or a picture in each cell.
+Times tablePaint(int n)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const double ours = medianTime([&] { table->viewport()->repaint(); });
+
+    QStandardItemModel model;
+    fill(model, drawingRows());
+    const QIcon icon(OvCc::loadImage(QStringLiteral(":/core_ccvon.bmp")));
+    for (int row = 0; row < n; ++row) {
+        for (const int column : imageColumns) {
+            model.item(row, column)->setText(QString());
+            model.item(row, column)->setIcon(icon);
+        }
+    }
+    const auto view = plainView(model);
+    for (int column = 0; column < columns; ++column) {
+        view->setColumnWidth(column, table->columnWidth(column));
+        view->setColumnHidden(column, table->isColumnHidden(column));
+    }
+    showAndPaint(*view);
+    const double baseline = medianTime([&] { view->viewport()->repaint(); });
+    return {ours, baseline};
+}
+
+/// Removing a block of selected rows from a sorted table, against the same block of a plain model
+/// that never was sorted.
+Times tableRemove(int n)
+{
+    const int count = qMin(1000, n / 2);
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const double ours = medianTime(
+            [&] {
+                table->remove();
+                QApplication::processEvents();
+            },
+            [&] {
+                table->InitLayerModel();
+                table->sortByColumn(colorColumn, Qt::DescendingOrder);
+                const QAbstractItemModel *model = table->model();
+                table->selectionModel()->select(
+                        QItemSelection(model->index(n / 4, 0),
+                                       model->index(n / 4 + count - 1, columns - 1)),
+                        QItemSelectionModel::ClearAndSelect);
+                QApplication::processEvents();
+            });
+
+    const QList<QStringList> rows = drawingRows();
+    std::unique_ptr<QStandardItemModel> model;
+    QTableView view;
+    const double baseline = medianTime(
+            [&] {
+                model->removeRows(n / 4, count);
+                QApplication::processEvents();
+            },
+            [&] {
+                view.setModel(nullptr);
+                model = std::make_unique<QStandardItemModel>();
+                fill(*model, rows);
+                view.setModel(model.get());
+                showAndPaint(view);
+            });
+    view.setModel(nullptr);
+    return {ours, baseline};
+}
+
+} // namespace
+
+QList<Work> tableWorks()
+{
+    const QList<int> sizes{1000, 10000, 100000};
+    return {
+            {QStringLiteral("table_load"), sizes, tableLoad},
+            {QStringLiteral("table_reload"), sizes, tableReload},
+            {QStringLiteral("table_close"), sizes, tableClose},
+            {QStringLiteral("table_search"), sizes, tableSearch},
+            {QStringLiteral("table_toggle"), sizes, tableToggle},
+            {QStringLiteral("table_paint"), sizes, tablePaint},
+            {QStringLiteral("table_remove"), sizes, tableRemove},
+    };
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "DrawingLayers.h"
+#include "Geometry.h"
+
+#include <KcDb.h>
+
+#include <QStringList>
+
+#include <memory>
+
+/// A drawing that was read: the host's database, and what the canvas shows of it.
+struct Drawing
+{
+    QString fileName;
+    std::unique_ptr<KcDbDatabase> database;
+    DrawingLayers layers;
+    Geometry geometry;
+    QStringList warnings;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <KcDb.h>
+
+#include <QColor>
+#include <QHash>
+#include <QString>
+
+#include <vector>
+
+/// What the canvas needs to know of a layer.
+struct LayerLook
+{
+    bool isOn = true;
+    bool isFrozen = false;
+    QColor color = Qt::white;
+    int lineWeight = KcDb::kLnWtByLwDefault;
+};
+
+/// The looks of a drawing's layers, numbered in the order of its layer table. It keeps no record
+/// open.
+class DrawingLayers
+{
+public:
+    /// No layers.
+    DrawingLayers() = default;
+
+    /// Reads all layers.
+    explicit DrawingLayers(KcDbDatabase &drawing);
+
+    /// Reads one layer again; O(1).
+    void reload(const QString &name);
+
+    int count() const;
+
+    /// The number of a layer, or count() for a name that the layer table lacks. Letter case does not
+    /// tell names apart.
+    int indexOf(const QString &name) const;
+
+    /// The look of a layer; the one of count() is that of entities whose layer is unknown.
+    const LayerLook &at(int index) const;
+
+private:
+    std::vector<LayerLook> m_looks{LayerLook()}; ///< the last one is that of unknown layers
+    std::vector<KcDbObjectId> m_ids;
+    QHash<QString, int> m_indexes;
+};

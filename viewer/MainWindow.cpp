@@ -1,0 +1,290 @@
+#include "MainWindow.h"
+
+#include "Canvas.h"
+
+#include <KcHost/KcHost.h>
+#include <OvCustomControl/LayerComboBox.h>
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLocale>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QStyle>
+#include <QToolBar>
+
+#include <cstdio>
+
+namespace {
+
+constexpr QSize initialSize(1200, 800);
+constexpr int labelMargin = 6;
+constexpr int statusMargin = 12;
+
+QString fileFilter()
+{
+    return MainWindow::tr("Drawings (*.dxf);;All files (*)");
+}
+
+/// The only file that is dragged; empty if it is anything else.
+QString draggedFile(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 ? urls.first().toLocalFile() : QString();
+}
+
+void printLine(const QString &line)
+{
+    std::fprintf(stderr, "tessa-viewer: %s\n", qUtf8Printable(line));
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , m_loader(new DrawingLoader(this))
+    , m_canvas(new Canvas)
+    , m_layers(new OvCc::LayerComboBox)
+    , m_position(new QLabel)
+    , m_counts(new QLabel)
+    , m_progress(new QProgressBar)
+{
+    setCentralWidget(m_canvas);
+    createActions();
+    createStatusBar();
+    setAcceptDrops(true);
+    resize(initialSize);
+
+    connect(m_loader, &DrawingLoader::finished, this, &MainWindow::finishLoading);
+    connectHost();
+    showState();
+    m_canvas->setFocus();
+}
+
+MainWindow::~MainWindow()
+{
+    KcHost::setLayerModifiedHandler({});
+    KcHost::setLayerTableChangesHandler({});
+    KcHost::setWorkingDatabase(nullptr);
+    m_canvas->setDrawing(nullptr);
+}
+
+void MainWindow::createActions()
+{
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    m_open = file->addAction(style()->standardIcon(QStyle::SP_DialogOpenButton), tr("&Open..."),
+                             this, &MainWindow::chooseAndOpen, QKeySequence::Open);
+    m_save = file->addAction(style()->standardIcon(QStyle::SP_DialogSaveButton), tr("&Save"), this,
+                             &MainWindow::save, QKeySequence::Save);
+    m_saveAs = file->addAction(tr("Save &as..."), this, &MainWindow::saveAs, QKeySequence::SaveAs);
+    file->addSeparator();
+    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    QAction *fit = view->addAction(tr("&Fit"), m_canvas, &Canvas::fit, Qt::Key_Home);
+    view->addAction(tr("Zoom &in"), m_canvas, &Canvas::zoomIn, QKeySequence::ZoomIn);
+    view->addAction(tr("Zoom &out"), m_canvas, &Canvas::zoomOut, QKeySequence::ZoomOut);
+    view->addSeparator();
+    QAction *hand = view->addAction(tr("&Pan"));
+    hand->setCheckable(true);
+    hand->setToolTip(tr("Drag the drawing with the left button"));
+    connect(hand, &QAction::toggled, m_canvas, &Canvas::setHandMode);
+
+    QToolBar *tools = addToolBar(tr("Tools"));
+    tools->setMovable(false);
+    tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    tools->addAction(m_open);
+    tools->addAction(m_save);
+    tools->addSeparator();
+    auto *layerLabel = new QLabel(tr("Layer"));
+    layerLabel->setContentsMargins(labelMargin, 0, labelMargin, 0);
+    tools->addWidget(layerLabel);
+    tools->addWidget(m_layers);
+    tools->addSeparator();
+    tools->addAction(fit);
+    tools->addAction(hand);
+}
+
+void MainWindow::createStatusBar()
+{
+    m_progress->setRange(0, 0);
+    m_progress->setMaximumWidth(160);
+    m_progress->hide();
+    m_position->setContentsMargins(statusMargin, 0, statusMargin, 0);
+    m_counts->setContentsMargins(statusMargin, 0, statusMargin, 0);
+    statusBar()->addPermanentWidget(m_progress);
+    statusBar()->addPermanentWidget(m_position);
+    statusBar()->addPermanentWidget(m_counts);
+    connect(m_canvas, &Canvas::pointerMoved, this, [this](QPointF position) {
+        m_position->setText(
+                QStringLiteral("%1, %2").arg(position.x(), 0, 'f', 2).arg(position.y(), 0, 'f', 2));
+    });
+}
+
+void MainWindow::connectHost()
+{
+    // The drawing tells of every change of a layer, whoever made it: the canvas follows. The widgets
+    // tell when the user worked with one of them: they are to show the same.
+    KcHost::setLayerModifiedHandler([this](const QString &name) { showLayerChange(name); });
+    KcHost::setLayerTableChangesHandler([this] { m_layers->slotUpdate(); });
+}
+
+void MainWindow::open(const QString &fileName)
+{
+    if (m_loader->isLoading()) {
+        statusBar()->showMessage(tr("Another drawing is still being read."));
+        return;
+    }
+    if (!confirmLoss())
+        return;
+    m_loader->load(fileName);
+    statusBar()->showMessage(tr("Reading %1 …").arg(QFileInfo(fileName).fileName()));
+    showState();
+}
+
+void MainWindow::chooseAndOpen()
+{
+    const QString folder = m_drawing ? QFileInfo(m_drawing->fileName).path() : QString();
+    const QString fileName =
+            QFileDialog::getOpenFileName(this, tr("Open a drawing"), folder, fileFilter());
+    if (!fileName.isEmpty())
+        open(fileName);
+}
+
+void MainWindow::finishLoading(const QString &error)
+{
+    statusBar()->clearMessage();
+    if (std::unique_ptr<Drawing> drawing = m_loader->takeDrawing())
+        showDrawing(std::move(drawing));
+    else
+        showError(error);
+    showState();
+    emit opened(error);
+}
+
+void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
+{
+    // Nothing may look at the drawing before this one any more when it goes.
+    m_canvas->setDrawing(drawing.get());
+    KcHost::setWorkingDatabase(drawing->database.get());
+    m_drawing = std::move(drawing);
+    m_layers->slotUpdate();
+    setWindowModified(false);
+    showWarnings(m_drawing->warnings);
+}
+
+void MainWindow::showLayerChange(const QString &name)
+{
+    if (!m_drawing)
+        return;
+    m_drawing->layers.reload(name);
+    m_canvas->viewport()->update();
+    setWindowModified(true);
+}
+
+bool MainWindow::save()
+{
+    return saveTo(m_drawing->fileName);
+}
+
+bool MainWindow::saveAs()
+{
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the drawing as"),
+                                                          m_drawing->fileName, fileFilter());
+    return !fileName.isEmpty() && saveTo(fileName);
+}
+
+bool MainWindow::saveTo(const QString &fileName)
+{
+    QString error;
+    QStringList warnings;
+    if (!KcHost::writeDrawing(*m_drawing->database, fileName, &error, &warnings)) {
+        showError(error);
+        return false;
+    }
+    m_drawing->fileName = fileName;
+    setWindowModified(false);
+    showState();
+    statusBar()->showMessage(tr("Saved %1.").arg(QFileInfo(fileName).fileName()));
+    showWarnings(warnings);
+    return true;
+}
+
+/// Asks what becomes of changes that were not saved, if there are any.
+/// @return whether to go on
+bool MainWindow::confirmLoss()
+{
+    if (!isWindowModified())
+        return true;
+    const auto answer = QMessageBox::question(
+            this, tr("Tessa"),
+            tr("The layers of %1 were changed. Save the changes?")
+                    .arg(QFileInfo(m_drawing->fileName).fileName()),
+            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
+}
+
+void MainWindow::showState()
+{
+    const bool isLoading = m_loader->isLoading();
+    m_open->setEnabled(!isLoading);
+    m_save->setEnabled(m_drawing != nullptr);
+    m_saveAs->setEnabled(m_drawing != nullptr);
+    // A change now would be lost with the drawing that is about to be replaced.
+    m_layers->setEnabled(m_drawing && !isLoading);
+    m_progress->setVisible(isLoading);
+
+    if (!m_drawing) {
+        setWindowTitle(tr("Tessa"));
+        return;
+    }
+    setWindowTitle(tr("%1[*] – Tessa").arg(QFileInfo(m_drawing->fileName).fileName()));
+    const QLocale locale;
+    m_counts->setText(
+            tr("%1 entities, %2 layers")
+                    .arg(locale.toString(int(m_drawing->geometry.modelSpace().entities.size())),
+                         locale.toString(m_drawing->layers.count())));
+}
+
+void MainWindow::showError(const QString &error)
+{
+    printLine(error);
+    auto *box = new QMessageBox(QMessageBox::Warning, tr("Tessa"), error, QMessageBox::Ok, this);
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void MainWindow::showWarnings(const QStringList &warnings)
+{
+    for (const QString &warning : warnings)
+        printLine(warning);
+    if (warnings.size() == 1)
+        statusBar()->showMessage(warnings.first());
+    else if (!warnings.isEmpty())
+        statusBar()->showMessage(
+                tr("%1 And %2 more remarks.").arg(warnings.first()).arg(warnings.size() - 1));
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(confirmLoss());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!m_loader->isLoading() && !draggedFile(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    open(draggedFile(*event->mimeData()));
+}

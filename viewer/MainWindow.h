@@ -1,0 +1,71 @@
+#pragma once
+
+#include "DrawingLoader.h"
+
+#include <QMainWindow>
+
+namespace OvCc {
+class LayerComboBox;
+}
+class Canvas;
+class QLabel;
+class QProgressBar;
+
+/// A window around one drawing: its layers in the tool bar, its entities on the canvas.
+///
+/// It shows how a program takes the widgets in: it makes the drawing the host's working one, tells
+/// the widgets by slotUpdate() when there is another drawing or another state of the layers, and
+/// hears from the host which layer changed.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /// Reads a drawing in the background, and shows it when it was read: the one before stays until
+    /// then, and if there is an error. Refused while another one is being read, and when the user
+    /// cancels since there are changes.
+    void open(const QString &fileName);
+
+    /// The drawing on the canvas; null without one.
+    const Drawing *drawing() const { return m_drawing.get(); }
+
+signals:
+    /// The drawing given to open() is shown, or there was an error.
+    void opened(const QString &error);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void createActions();
+    void createStatusBar();
+    void connectHost();
+    void chooseAndOpen();
+    bool save();
+    bool saveAs();
+    bool saveTo(const QString &fileName);
+    bool confirmLoss();
+
+    void finishLoading(const QString &error);
+    void showDrawing(std::unique_ptr<Drawing> drawing);
+    void showLayerChange(const QString &name);
+    void showState();
+    void showError(const QString &error);
+    void showWarnings(const QStringList &warnings);
+
+    std::unique_ptr<Drawing> m_drawing;
+    DrawingLoader *m_loader;
+    Canvas *m_canvas;
+    OvCc::LayerComboBox *m_layers;
+    QAction *m_open = nullptr;
+    QAction *m_save = nullptr;
+    QAction *m_saveAs = nullptr;
+    QLabel *m_position;
+    QLabel *m_counts;
+    QProgressBar *m_progress;
+};
