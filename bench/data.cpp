@@ -1,10 +1,12 @@
 #include "Bench.h"
 
+#include <KcDb.h>
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/OvCustomControl.h>
 
 #include <QFile>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -37,6 +39,22 @@ Times bridgeRows(int n)
     return {ours, baseline};
 }
 
+/// Finding the last layer by its name, against finding it in a vector of names.
+Times bridgeFind(int n)
+{
+    const auto drawing = openDrawing(n);
+    const QString name = QStringLiteral("Layer %1").arg(n - 1);
+    const double ours = medianTime([&] { getLayerByName(name)->close(); });
+
+    const std::unique_ptr<QList<OvCc::LayerItemData>> layers(OvLayerUtility().getAllLayer());
+    std::vector<std::wstring> names;
+    for (const OvCc::LayerItemData &layer : qAsConst(*layers))
+        names.push_back(layer.name.toStdWString());
+    const double baseline =
+            medianTime([&] { keep(std::find(names.begin(), names.end(), name.toStdWString())); });
+    return {ours, baseline};
+}
+
 /// Reading a drawing, against reading its file line by line.
 Times dxfRead(int n)
 {
@@ -60,6 +78,7 @@ QList<Work> dataWorks()
     const QList<int> sizes{1000, 10000, 100000};
     return {
             {QStringLiteral("bridge_rows"), sizes, bridgeRows},
+            {QStringLiteral("bridge_find"), sizes, bridgeFind},
             {QStringLiteral("dxf_read"), sizes, dxfRead},
     };
 }

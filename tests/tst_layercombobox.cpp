@@ -391,7 +391,8 @@ void tst_LayerComboBox::rowsStayWherePossible()
     LayerComboBox combo;
     combo.slotUpdate();
     QHash<QString, QPointer<LayerItem>> before;
-    for (LayerItem *row : rowsOf(combo))
+    const QList<LayerItem *> oldRows = rowsOf(combo);
+    for (LayerItem *row : oldRows)
         before.insert(row->layerName(), row);
 
     for (const QString &name : qAsConst(added))
@@ -402,7 +403,8 @@ void tst_LayerComboBox::rowsStayWherePossible()
     combo.slotUpdate();
 
     QCOMPARE(namesOf(combo), drawingNames());
-    for (LayerItem *row : rowsOf(combo)) {
+    const QList<LayerItem *> newRows = rowsOf(combo);
+    for (LayerItem *row : newRows) {
         QVERIFY(row->isVisibleTo(row->parentWidget()));
         QCOMPARE(row->currentLayerData().isOn, row->layerName() != QLatin1String("Walls"));
         if (kept.contains(row->layerName()))
@@ -570,7 +572,8 @@ void tst_LayerComboBox::randomClicks()
     }
     combo.slotUpdate();
     QCOMPARE(namesOf(combo), drawingNames());
-    for (const LayerItem *row : rowsOf(combo)) {
+    const QList<LayerItem *> rows = rowsOf(combo);
+    for (const LayerItem *row : rows) {
         const LayerItemData layer = layerNamed(row->layerName());
         const LayerItemData shown = row->currentLayerData();
         QCOMPARE(shown.isOn, layer.isOn);

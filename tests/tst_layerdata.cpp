@@ -3,7 +3,6 @@
 #include <OvCustomControl/OvCustomControl.h>
 
 #include <QImage>
-#include <QJsonArray>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -21,7 +20,8 @@ QList<QStringList> allRows()
 
 QStringList rowOf(const QString &name)
 {
-    for (const QStringList &row : allRows()) {
+    const QList<QStringList> rows = allRows();
+    for (const QStringList &row : rows) {
         if (row.at(1) == name)
             return row;
     }
@@ -53,8 +53,6 @@ class tst_LayerData : public QObject
 private slots:
     void lineWeightLabels_data();
     void lineWeightLabels();
-    void fixedLabels_data();
-    void fixedLabels();
     void digitStrings();
     void swatches();
     void magentaIsTransparent();
@@ -72,68 +70,42 @@ void tst_LayerData::lineWeightLabels_data()
 {
     QTest::addColumn<int>("value");
     QTest::addColumn<bool>("isIndex");
-    QTest::addColumn<QString>("millimetres");
-    QTest::addColumn<QString>("inches");
+    QTest::addColumn<QStringList>("labels"); // computed and fixed, in millimetres and in inches
 
-    QTest::newRow("thinnest") << 0 << false << "0.00 mm"
-                              << "0.000 \"";
-    QTest::newRow("200") << 200 << false << "2.00 mm"
-                         << "0.079 \"";
-    QTest::newRow("thickest") << 211 << false << "2.11 mm"
-                              << "0.083 \"";
-    QTest::newRow("default") << -3 << false << "Default"
-                             << "Default";
-    QTest::newRow("index of the thickest") << 23 << true << "2.11 mm"
-                                           << "0.083 \"";
-    QTest::newRow("index behind the table") << 24 << true << "Layer"
-                                            << "Layer";
-    QTest::newRow("index before by block") << 29 << true << "Layer"
-                                           << "Layer";
-    QTest::newRow("index of by block") << 30 << true << "Block"
-                                       << "Block";
-    QTest::newRow("index of default") << 31 << true << "Default"
-                                      << "Default";
-    QTest::newRow("negative index") << -1 << true << "Layer"
-                                    << "Layer";
-    QTest::newRow("index cut to a char") << 256 + 7 << true << "0.25 mm"
-                                         << "0.010 \"";
+    const auto add = [](int value, bool isIndex, const QStringList &labels) {
+        QTest::addRow("%s %d", isIndex ? "index" : "value", value) << value << isIndex << labels;
+    };
+    add(0, false, {"0.00 mm", "0.000 \"", "0.00 mm", "0.00\""});
+    add(13, false, {"0.13 mm", "0.005 \"", "0.13 mm", "0.05\""});
+    add(25, false, {"0.25 mm", "0.010 \"", "0.25 mm", "0.10\""});
+    add(200, false, {"2.00 mm", "0.079 \"", "2.00 mm", "0.79\""});
+    add(211, false, {"2.11 mm", "0.083 \"", "2.11 mm", "0.83\""});
+    add(-3, false, {"Default", "Default", "Default", "Default"});
+    add(-2, false, {"Block", "Block", "By Block", "By Block"});
+    add(-1, false, {"Layer", "Layer", "By Layer", "By Layer"});
+    add(23, true, {"2.11 mm", "0.083 \""});
+    add(256 + 7, true, {"0.25 mm", "0.010 \""});
+    add(30, true, {"Block", "Block"});
+    add(31, true, {"Default", "Default"});
+    for (const int unknown : {24, 29, 32, -1})
+        add(unknown, true, {"Layer", "Layer"});
 }
 
 void tst_LayerData::lineWeightLabels()
 {
     QFETCH(int, value);
     QFETCH(bool, isIndex);
-    KcHost::setVariable(QStringLiteral("LWUNITS"), 0);
-    QTEST(StringByLineWeight(value, isIndex), "inches");
+    QStringList labels;
+    for (const int unit : {1, 0}) {
+        KcHost::setVariable(QStringLiteral("LWUNITS"), unit);
+        labels.append(StringByLineWeight(value, isIndex));
+    }
     KcHost::setVariable(QStringLiteral("LWUNITS"), 1);
-    QTEST(StringByLineWeight(value, isIndex), "millimetres");
-}
-
-void tst_LayerData::fixedLabels_data()
-{
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("millimetres");
-    QTest::addColumn<QString>("inches");
-
-    QTest::newRow("0") << 0 << "0.00 mm"
-                       << "0.00\"";
-    QTest::newRow("13") << 13 << "0.13 mm"
-                        << "0.05\"";
-    QTest::newRow("25") << 25 << "0.25 mm"
-                        << "0.10\"";
-    QTest::newRow("200") << 200 << "2.00 mm"
-                         << "0.79\"";
-    QTest::newRow("211") << 211 << "2.11 mm"
-                         << "0.83\"";
-    QTest::newRow("by block") << -2 << "By Block"
-                              << "By Block";
-}
-
-void tst_LayerData::fixedLabels()
-{
-    QFETCH(int, value);
-    QTEST(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Millimetres), "millimetres");
-    QTEST(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Inches), "inches");
+    if (!isIndex) {
+        labels.append(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Millimetres));
+        labels.append(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Inches));
+    }
+    QTEST(labels, "labels");
 }
 
 void tst_LayerData::digitStrings()
@@ -245,13 +217,12 @@ void tst_LayerData::rowsMatchIndependentWriter()
     QCOMPARE(warnings, QStringList());
 
     int matches = 0;
-    for (const QStringList &row : allRows()) {
+    const QList<QStringList> rows = allRows();
+    for (const QStringList &row : rows) {
         if (!expected.contains(row.at(1)))
             continue;
-        QStringList wanted;
-        for (const QJsonValue &text : expected.value(row.at(1)).toArray())
-            wanted.append(text.toString());
-        QCOMPARE(row, wanted);
+        QCOMPARE(QVariant(row).toStringList(),
+                 expected.value(row.at(1)).toVariant().toStringList());
         ++matches;
     }
     QCOMPARE(matches, expected.size());

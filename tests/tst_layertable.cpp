@@ -122,7 +122,7 @@ class Answer
 public:
     explicit Answer(const char *button)
     {
-        QObject::connect(&m_timer, &QTimer::timeout, [this, button] {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, button] {
             auto *dialog = qobject_cast<LayerWarningDialog *>(QApplication::activeModalWidget());
             if (!dialog)
                 return;
@@ -813,7 +813,7 @@ void tst_LayerTable::randomWork()
         panel.slotUpLayerModel();
     });
     QTimer answers;
-    connect(&answers, &QTimer::timeout, [] {
+    connect(&answers, &QTimer::timeout, &answers, [] {
         if (QWidget *dialog = QApplication::activeModalWidget())
             QTest::keyClick(dialog, Qt::Key_Escape);
     });
