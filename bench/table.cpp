@@ -204,10 +204,17 @@ Times tableToggle(int n)
     table->scrollTo(cell);
     QApplication::processEvents();
     const QPoint place = table->visualRect(cell).center();
+    int clicks = 0;
+    int changes = 0;
+    KcHost::setLayerModifiedHandler([&changes](const QString &) { ++changes; });
     const double ours = medianTime([&] {
         click(*table->viewport(), place);
         QApplication::processEvents();
+        ++clicks;
     });
+    KcHost::setLayerModifiedHandler(nullptr);
+    if (changes != clicks)
+        qFatal("%d clicks made %d changes", clicks, changes);
 
     QStandardItemModel model;
     fill(model, drawingRows());
