@@ -217,7 +217,6 @@ QWidget *LayerDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
     auto *edit = new QLineEdit(parent);
     edit->setCompleter(new QCompleter(completions(*index.model(), index.column()), edit));
     connect(edit, &QLineEdit::editingFinished, this, &LayerDelegate::commitAndCloseEditor);
-    emit editorOpened(edit, index);
     return edit;
 }
 

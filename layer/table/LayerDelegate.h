@@ -64,9 +64,6 @@ signals:
     /// Something may have changed in the layers; see the class.
     void layerDataChanged();
 
-    /// A line edit was opened on a cell.
-    void editorOpened(QWidget *editor, const QModelIndex &index) const;
-
 private:
     bool toggle(QAbstractItemModel *model, const QModelIndex &index);
     bool confirmSwitchingOff(const QString &name);

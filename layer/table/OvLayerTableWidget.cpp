@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 namespace OvCc {
 
@@ -99,6 +100,31 @@ public:
     }
 };
 
+/// Tells the table of the editors that it makes for its views.
+class TableDelegate : public LayerDelegate
+{
+public:
+    using Observer = std::function<void(QWidget *editor, const QModelIndex &index)>;
+
+    TableDelegate(Observer observer, QObject *parent)
+        : LayerDelegate(parent)
+        , m_editorOpened(std::move(observer))
+    {
+    }
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override
+    {
+        QWidget *editor = LayerDelegate::createEditor(parent, option, index);
+        if (editor)
+            m_editorOpened(editor, index);
+        return editor;
+    }
+
+private:
+    Observer m_editorOpened;
+};
+
 /// A search text, in which one "*" stands for any characters.
 class NamePattern
 {
@@ -159,7 +185,9 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
     , m_frozen(new FrozenTableWidget(this))
     , m_rows(new LayerRows(LayerColumnCount, this))
     , m_rowTemplate(texts(defaultRow))
-    , m_delegate(new LayerDelegate(this))
+    , m_delegate(new TableDelegate(
+              [this](QWidget *editor, const QModelIndex &index) { openEditor(editor, index); },
+              this))
 {
     headerList += texts(columnTitles);
     m_rows->setHorizontalHeaderLabels(texts(columnTitles));
@@ -485,7 +513,6 @@ void LayerTableWidget::shareDelegate()
         view->setItemDelegate(m_delegate);
         disconnect(m_delegate, nullptr, view, nullptr);
     }
-    connect(m_delegate, &LayerDelegate::editorOpened, this, &LayerTableWidget::openEditor);
     connect(m_delegate, &LayerDelegate::commitData, this, [this](QWidget *editor) {
         if (!m_editors.contains(editor))
             return;
