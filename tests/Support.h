@@ -1,14 +1,18 @@
 #pragma once
 
 #include <KcHost/KcHost.h>
+#include <OvCustomControl/OvCustomControl.h>
 
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QPushButton>
 #include <QTest>
 
-/// Makes a drawing the working one for as long as this lives.
+#include <algorithm>
+
+/// Makes a drawing the working one for as long as this lives; in the end no object may be open.
 class OpenDrawing
 {
 public:
@@ -17,7 +21,13 @@ public:
     {
         KcHost::setWorkingDatabase(m_drawing.get());
     }
-    ~OpenDrawing() { KcHost::setWorkingDatabase(nullptr); }
+    ~OpenDrawing()
+    {
+        KcHost::setWorkingDatabase(nullptr);
+        KcHost::setLayerTableChangesHandler(nullptr);
+        KcHost::setLayerModifiedHandler(nullptr);
+        QCOMPARE(KcHost::openObjectCount(), 0);
+    }
     Q_DISABLE_COPY(OpenDrawing)
 
     KcDbDatabase &operator*() const { return *m_drawing; }
@@ -33,6 +43,38 @@ inline std::unique_ptr<KcDbDatabase> drawingWithLayers(const QStringList &names)
     for (const QString &name : names)
         KcHost::addLayer(*drawing, name);
     return drawing;
+}
+
+inline void addNumberedLayers(KcDbDatabase &drawing, int count)
+{
+    for (int number = 0; number < count; ++number)
+        KcHost::addLayer(drawing, QStringLiteral("Layer%1").arg(number, 3, 10, QChar('0')));
+}
+
+/// The layers of the working drawing as the rows of the layer table, sorted by name.
+inline QList<QStringList> layerRows()
+{
+    QList<QStringList> rows;
+    OvLayerUtility().getAllLayerDate(rows);
+    std::sort(rows.begin(), rows.end(),
+              [](const QStringList &one, const QStringList &other) { return one[1] < other[1]; });
+    return rows;
+}
+
+inline QPixmap statusImage(const char *name)
+{
+    return OvCc::loadImage(QStringLiteral(":/core_cc%1.bmp").arg(QLatin1String(name)));
+}
+
+inline QPixmap shownOn(const QPushButton *button)
+{
+    return button->icon().pixmap(button->iconSize());
+}
+
+inline void showOnScreen(QWidget &widget)
+{
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
 }
 
 inline QByteArray fileContent(const QString &path)

@@ -38,6 +38,23 @@ void Drawing::eraseLayer(int index)
     layersByName.remove(symbolKey(QString::fromStdWString(layer.name)));
 }
 
+void Drawing::renameLayer(int index, const QString &name)
+{
+    Layer &layer = layers[index];
+    layersByName.remove(symbolKey(QString::fromStdWString(layer.name)));
+    layersByName.insert(symbolKey(name), index);
+    layer.name = name.toStdWString();
+    layer.isRenamed = !layer.nameBytes.isNull() && storedName(layer) != name;
+}
+
+QString Drawing::storedName(const Layer &layer) const
+{
+    const ByteRange range = layer.nameBytes;
+    return range.isNull() ? QString()
+                          : text.decode({bytes.constData() + range.begin,
+                                         static_cast<std::size_t>(range.end - range.begin)});
+}
+
 QString symbolKey(const QString &name)
 {
     return name.toCaseFolded();

@@ -49,12 +49,13 @@ struct Layer
     LayerState announced; ///< as it was when a change was last made known
     LayerState stored;    ///< as the file that was read has it
     bool isFrozenInNewViewports = false;
-    bool isUsed = false;   ///< entities lie on it
-    bool isAdded = false;  ///< made after the file was read
-    bool isErased = false; ///< gone, but its place in the list remains
-    int color = kWhite;    ///< 1 to 255
-    int trueColor = -1;    ///< 0xRRGGBB, or -1
-    int linetype = 0;      ///< index into Drawing::linetypes
+    bool isUsed = false;    ///< entities lie on it
+    bool isAdded = false;   ///< made after the file was read
+    bool isErased = false;  ///< gone, but its place in the list remains
+    bool isRenamed = false; ///< the file has another name for it
+    int color = kWhite;     ///< 1 to 255
+    int trueColor = -1;     ///< 0xRRGGBB, or -1
+    int linetype = 0;       ///< index into Drawing::linetypes
     int lineWeight = kDefaultLineWeight;
     quint64 plotStyle = 0; ///< handle of its placeholder
     quint64 handle = 0;
@@ -111,6 +112,7 @@ struct Drawing
     ByteRange layerCountValue;
     int layerRecords = 0;                 ///< in the file's layer table
     std::vector<LayerMention> duplicates; ///< records of layers that have one already
+    std::vector<ByteRange> entities;      ///< what the sections with entities hold, in their order
 
     /// The layer of that name, whatever its letter case; -1 when there is none.
     int findLayer(const QString &name) const;
@@ -120,6 +122,12 @@ struct Drawing
     int addLayer(Layer layer);
 
     void eraseLayer(int index);
+
+    /// Renames a layer, to a name that no other one has.
+    void renameLayer(int index, const QString &name);
+
+    /// The name by which the file's entities know the layer; null for one that was added.
+    QString storedName(const Layer &layer) const;
 };
 
 /// The same text for all names that a symbol table does not tell apart.

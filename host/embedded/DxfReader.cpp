@@ -355,18 +355,25 @@ void DxfReader::finishLayer()
 
 void DxfReader::readEntities(bool mayHaveViewports)
 {
+    using Names = DxfEntityPlace::Names;
+    const int begin = m_group.bytes.end;
+    m_entity = {};
     while (nextInSection()) {
+        const Names names = m_entity.advance(m_tokens);
         if (m_group.code == 0) {
             finishViewport();
-            m_isInViewport = mayHaveViewports && value() == "VIEWPORT";
+            m_isInViewport = mayHaveViewports && m_entity.isViewport;
             m_viewport = {};
-        } else if (m_group.code == 8) {
+        } else if (names == Names::OwnLayer) {
             noteUse();
-        } else if (m_isInViewport) {
+        } else if (m_isInViewport && names == Names::FrozenLayer) {
+            m_viewport.frozenNames.push_back(m_group);
+        } else if (m_isInViewport && !m_entity.record.isInExtension()) {
             readViewportGroup();
         }
     }
     finishViewport();
+    m_drawing.entities.push_back({begin, m_group.bytes.begin});
 }
 
 /// Neighbours mostly lie on the same layer, so that one comparison does.
@@ -393,13 +400,6 @@ void DxfReader::noteUse()
 
 void DxfReader::readViewportGroup()
 {
-    if (m_viewport.place.advance(m_group, value()))
-        return;
-    if (m_viewport.place.isInExtension()) {
-        if (m_group.code == 1003 && m_viewport.place.application == "ACAD")
-            m_viewport.frozenNames.push_back(m_group);
-        return;
-    }
     switch (m_group.code) {
     case 67:
         m_viewport.isOnSheet = toInt(value()) == 1;

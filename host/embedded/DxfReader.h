@@ -55,7 +55,6 @@ private:
     struct ViewportRecord
     {
         Viewport viewport;
-        DxfRecordPlace place;
         bool isOnSheet = false;
         std::vector<DxfGroup> frozenHandles;
         std::vector<DxfGroup> frozenNames;
@@ -118,6 +117,7 @@ private:
     std::vector<Reference> m_linetypes; ///< of the layers, by their index
     std::unordered_set<std::string_view> m_usedNames;
     std::string_view m_lastUsedName;
+    DxfEntityPlace m_entity;
     bool m_isInViewport = false;
     ViewportRecord m_viewport;
     std::vector<ViewportRecord> m_viewports;

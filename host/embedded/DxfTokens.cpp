@@ -61,6 +61,31 @@ bool DxfRecordPlace::advance(const DxfGroup &group, std::string_view value)
     return false;
 }
 
+DxfEntityPlace::Names DxfEntityPlace::advance(const DxfTokens &tokens)
+{
+    const DxfGroup &group = tokens.group();
+    const auto value = [&] { return trimmed(tokens.view(group.value)); };
+    switch (group.code) {
+    case 0:
+        *this = {};
+        isViewport = value() == "VIEWPORT";
+        return Names::Nothing;
+    case 8:
+        if (hasLayer || record.isInExtension())
+            return Names::Nothing;
+        hasLayer = true;
+        return Names::OwnLayer;
+    case 102:
+    case 1001:
+        record.advance(group, value());
+        return Names::Nothing;
+    case 1003:
+        return isViewport && record.application == "ACAD" ? Names::FrozenLayer : Names::Nothing;
+    default:
+        return Names::Nothing;
+    }
+}
+
 std::string_view trimmed(std::string_view text)
 {
     constexpr std::string_view blanks = " \t\r\n";

@@ -73,6 +73,23 @@ struct DxfRecordPlace
     bool advance(const DxfGroup &group, std::string_view value);
 };
 
+/// Goes along with the groups of entities and tells which of them name layers.
+struct DxfEntityPlace
+{
+    enum class Names {
+        Nothing,
+        OwnLayer,    ///< that on which the entity lies
+        FrozenLayer, ///< one that is frozen in the viewport
+    };
+
+    DxfRecordPlace record;
+    bool isViewport = false;
+    bool hasLayer = false; ///< only the first name is the entity's own
+
+    /// Takes the group that @p tokens is at.
+    Names advance(const DxfTokens &tokens);
+};
+
 /// @p text without the blanks around it.
 std::string_view trimmed(std::string_view text);
 

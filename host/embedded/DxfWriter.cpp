@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 #include <utility>
 
 namespace Embedded {
@@ -75,9 +76,12 @@ QByteArray DxfWriter::write()
     editHeader();
     editLayers();
     removeMentions();
+    renameDuplicates();
     if (!m_newLayers.empty())
         addRecords();
     noteLosses();
+    std::stable_sort(m_edits.begin(), m_edits.end());
+    renameInEntities();
     return apply();
 }
 
@@ -96,14 +100,15 @@ void DxfWriter::findNewLayers()
         m_drawing.layerTableHandle = m_drawing.nextHandle++;
 }
 
-/// Layers that only entities name are written when somebody does something to them.
+/// Layers that only entities name are written when somebody does something to them. To rename one
+/// counts, so that those who look for it in the table alone find it.
 bool DxfWriter::needsRecord(int index) const
 {
     const Layer &layer = m_drawing.layers[index];
     const bool hasBecomeCurrent =
             index == m_drawing.currentLayer && index != m_drawing.storedCurrentLayer;
     return layer.record.isNull() && !layer.isErased
-           && (layer.isAdded || hasBecomeCurrent || layer.state != layer.stored);
+           && (layer.isAdded || layer.isRenamed || hasBecomeCurrent || layer.state != layer.stored);
 }
 
 void DxfWriter::editHeader()
@@ -111,8 +116,9 @@ void DxfWriter::editHeader()
     const bool hasHeader = m_drawing.headerEnd >= 0;
     const Style style = styleAt(hasHeader ? m_drawing.headerEnd : m_drawing.firstGroup);
     QByteArray added;
-    if (m_drawing.currentLayer != m_drawing.storedCurrentLayer) {
-        const QByteArray name = nameBytes(m_drawing.layers[m_drawing.currentLayer]);
+    const Layer &current = m_drawing.layers[m_drawing.currentLayer];
+    if (m_drawing.currentLayer != m_drawing.storedCurrentLayer || current.isRenamed) {
+        const QByteArray name = nameBytes(current);
         if (m_drawing.currentLayerValue.isNull())
             added += style.group(9, "$CLAYER") + style.group(8, name);
         else
@@ -140,9 +146,12 @@ void DxfWriter::editLayers()
         if (layer.isErased) {
             m_edits.push_back({layer.record, {}});
             ++m_removedRecords;
-        } else if (layer.state != layer.stored) {
-            editRecord(layer);
+            continue;
         }
+        if (layer.isRenamed)
+            m_edits.push_back({layer.nameBytes, nameBytes(layer)});
+        if (layer.state != layer.stored)
+            editRecord(layer);
     }
 }
 
@@ -188,6 +197,18 @@ void DxfWriter::removeMentions()
         m_removedRecords += remove(duplicate) ? 1 : 0;
     for (const Viewport &viewport : m_drawing.viewports)
         std::for_each(viewport.frozenLayers.begin(), viewport.frozenLayers.end(), remove);
+}
+
+/// Else a layer of the old name would come back with the second record.
+void DxfWriter::renameDuplicates()
+{
+    for (const LayerMention &duplicate : m_drawing.duplicates) {
+        const Layer &layer = m_drawing.layers[duplicate.layer];
+        if (!layer.isRenamed || layer.isErased)
+            continue;
+        const DxfGroup name = findLayerGroups(m_drawing, duplicate.bytes)[placeOf(2)];
+        m_edits.push_back({name.value, nameBytes(layer)});
+    }
 }
 
 void DxfWriter::addRecords()
@@ -306,12 +327,50 @@ void DxfWriter::replaceNumber(ByteRange value, const QByteArray &number)
     m_edits.push_back({value, text + old.mid(leading + digits)});
 }
 
+bool DxfWriter::Edit::operator<(const Edit &other) const
+{
+    return std::make_pair(bytes.begin, bytes.end)
+           < std::make_pair(other.bytes.begin, other.bytes.end);
+}
+
+/// The new names of layers, by the key of the one that the file has.
+QHash<QString, QByteArray> DxfWriter::newNames() const
+{
+    QHash<QString, QByteArray> names;
+    for (const Layer &layer : m_drawing.layers) {
+        if (layer.isRenamed && !layer.isErased)
+            names.insert(symbolKey(m_drawing.storedName(layer)), nameBytes(layer));
+    }
+    return names;
+}
+
+/// The names come in the file's order: to merge them in is enough, and keeps this linear.
+void DxfWriter::renameInEntities()
+{
+    const QHash<QString, QByteArray> names = newNames();
+    if (names.isEmpty())
+        return;
+    const auto others = static_cast<std::ptrdiff_t>(m_edits.size());
+    std::unordered_map<std::string_view, QByteArray> namesByBytes;
+    for (const ByteRange section : m_drawing.entities) {
+        DxfTokens tokens(m_drawing.bytes, section);
+        DxfEntityPlace place;
+        while (tokens.next() == DxfTokens::Step::Group) {
+            if (place.advance(tokens) == DxfEntityPlace::Names::Nothing)
+                continue;
+            const ByteRange value = tokens.group().value;
+            const auto [entry, isFirst] = namesByBytes.try_emplace(view(value));
+            if (isFirst)
+                entry->second = names.value(symbolKey(m_drawing.text.decode(view(value))));
+            if (!entry->second.isNull())
+                m_edits.push_back({value, entry->second});
+        }
+    }
+    std::inplace_merge(m_edits.begin(), m_edits.begin() + others, m_edits.end());
+}
+
 QByteArray DxfWriter::apply()
 {
-    std::stable_sort(m_edits.begin(), m_edits.end(), [](const Edit &left, const Edit &right) {
-        return std::make_pair(left.bytes.begin, left.bytes.end)
-               < std::make_pair(right.bytes.begin, right.bytes.end);
-    });
     QByteArray result;
     result.reserve(m_drawing.bytes.size());
     int done = 0;
@@ -325,8 +384,9 @@ QByteArray DxfWriter::apply()
 
 QByteArray DxfWriter::nameBytes(const Layer &layer) const
 {
-    return layer.nameBytes.isNull() ? m_drawing.text.encode(QString::fromStdWString(layer.name))
-                                    : bytes(layer.nameBytes);
+    const bool isNew = layer.nameBytes.isNull() || layer.isRenamed;
+    return isNew ? m_drawing.text.encode(QString::fromStdWString(layer.name))
+                 : bytes(layer.nameBytes);
 }
 
 /// The bytes themselves, not a copy.

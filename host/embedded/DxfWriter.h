@@ -10,7 +10,11 @@
 namespace Embedded {
 
 /// Makes the bytes of a drawing's file anew: those that were read, with the changes put in.
-/// Linear; only the records of changed layers are looked into.
+/// Linear; only the records of changed layers are looked into, and the entities after a renaming.
+///
+/// A new name reaches the layer's record, the entities that lie on it, the viewports that freeze it
+/// by name, and the header. Other applications' data and the section OBJECTS, where states and
+/// filters of layers are kept, go on with the old one.
 class DxfWriter
 {
 public:
@@ -29,6 +33,8 @@ private:
     {
         ByteRange bytes;
         QByteArray text;
+
+        bool operator<(const Edit &other) const;
     };
 
     /// How the file writes groups at some place.
@@ -46,6 +52,7 @@ private:
     void editLayers();
     void editRecord(const Layer &layer);
     void removeMentions();
+    void renameDuplicates();
     void addRecords();
     QByteArray newTable(const Style &style) const;
     QByteArray newRecords(const Style &style) const;
@@ -55,6 +62,8 @@ private:
 
     void insert(int at, const QByteArray &text);
     void replaceNumber(ByteRange value, const QByteArray &number);
+    QHash<QString, QByteArray> newNames() const;
+    void renameInEntities();
     QByteArray apply();
 
     QByteArray bytes(ByteRange range) const;

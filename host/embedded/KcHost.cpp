@@ -55,8 +55,8 @@ QByteArray readBytes(const QString &fileName, QString &reason)
     return bytes;
 }
 
-/// Goes on after the part that still found room, so that the failure tells its reason. There must be
-/// no buffer: QSaveFile does not notice that it cannot be emptied.
+/// Goes on after the part that still found room, so that the failure tells its reason. There must
+/// be no buffer: QSaveFile does not notice that it cannot be emptied.
 bool writeAll(QSaveFile &file, const QByteArray &bytes)
 {
     int done = 0;
@@ -161,6 +161,28 @@ ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name)
         return status;
     data.eraseLayer(index);
     Embedded::announceChange(layer.name);
+    return eOk;
+}
+
+ErrorStatus renameLayer(KcDbDatabase &drawing, const QString &name, const QString &newName)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    const int index = data.findLayer(name);
+    if (index < 0)
+        return eKeyNotFound;
+    if (data.layers[index].name == L"0")
+        return eCannotBeErasedByCaller;
+    if (!isValidName(newName))
+        return eInvalidInput;
+    if (const int namesake = data.findLayer(newName); namesake >= 0 && namesake != index)
+        return eDuplicateKey;
+    const ErrorStatus status =
+            KcDbObjectAccess::check(KcDbObjectAccess::layerRecord(drawing, index), KcDb::kForWrite);
+    const std::wstring newText = newName.toStdWString();
+    if (status != eOk || data.layers[index].name == newText)
+        return status;
+    data.renameLayer(index, newName);
+    Embedded::announceChange(newText);
     return eOk;
 }
 

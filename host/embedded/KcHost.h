@@ -26,7 +26,8 @@ KCSDK_EXPORT std::unique_ptr<KcDbDatabase> newDrawing();
 /// The current viewport of a drawing in paper space is the active one among the viewports of the
 /// current sheet that are switched on; the sheet itself only where it has no other.
 ///
-/// @param[out] error    one sentence with file, line and reason when there is no drawing
+/// @param[out] error    one sentence when there is no drawing: the file, the line where there is
+///                      one to name, and the reason
 /// @param[out] warnings one sentence per oddity that was survived
 /// @return the drawing, or null
 KCSDK_EXPORT std::unique_ptr<KcDbDatabase>
@@ -72,6 +73,16 @@ KCSDK_EXPORT Kcore::ErrorStatus addLayer(KcDbDatabase &drawing, const QString &n
 /// @return eOk, eKeyNotFound, eCannotBeErasedByCaller for "0", eLayerIsCurrent, eLayerInUse when
 ///         entities lie on it, or eWasOpenForRead or eWasOpenForWrite when it is open
 KCSDK_EXPORT Kcore::ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name);
+
+/// Renames a layer; whatever lies on it goes with it. O(1), and linear in F when it is written.
+/// The file gets the new name in the layer's record, which is added for a layer that only entities
+/// name, in its entities, in the viewports that freeze it and as the current layer. The old one
+/// stays where something else keeps it: in the section OBJECTS and in data of other applications.
+/// @return eOk, eKeyNotFound, eCannotBeErasedByCaller for "0", eInvalidInput for a name that
+///         addLayer() would not take, eDuplicateKey for the name of another layer, or
+///         eWasOpenForRead or eWasOpenForWrite when the layer is open
+KCSDK_EXPORT Kcore::ErrorStatus renameLayer(KcDbDatabase &drawing, const QString &name,
+                                            const QString &newName);
 
 /// Makes a layer the current one; names are told apart without regard to letter case. O(1).
 /// @return eOk, or eKeyNotFound

@@ -31,7 +31,7 @@ enum ErrorStatus {
     eWasOpenForWrite,        ///< somebody writes the object, so it cannot be opened again
     eNotOpenForRead,         ///< the object is not open at all
     eNotOpenForWrite,        ///< the object is not open, or only for read
-    eCannotBeErasedByCaller, ///< layer "0" cannot be erased
+    eCannotBeErasedByCaller, ///< layer "0" can be neither erased nor renamed
     eLayerIsCurrent,         ///< the current layer can be neither frozen nor erased
     eLayerInUse,             ///< entities lie on the layer, so it cannot be erased
 };

@@ -2,7 +2,8 @@
 
 layers.py write FILE COUNT   writes a drawing of COUNT layers in all combinations of states and
                              prints, as JSON, the row of 13 strings that each layer should give
-layers.py read FILE          prints, as JSON, what each layer of the drawing holds
+layers.py read FILE          prints, as JSON, what each layer of the drawing holds, and which have
+                             entities on them
 """
 
 import json
@@ -68,8 +69,10 @@ def read(file):
                                layer.dxf.get("true_color"), layer.dxf.linetype,
                                layer.dxf.lineweight, layer.description]
               for layer in doc.layers}
-    errors = [error.message for error in doc.audit().errors]
-    print(json.dumps({"layers": layers, "current": doc.header["$CLAYER"], "errors": errors}))
+    used = sorted({entity.dxf.layer for entity in doc.chain_layouts_and_blocks()})
+    if errors := [error.message for error in doc.audit().errors]:
+        sys.exit("\n".join(errors))
+    print(json.dumps({"layers": layers, "used": used, "current": doc.header["$CLAYER"]}))
 
 
 if sys.argv[1] == "write":
