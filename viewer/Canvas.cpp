@@ -1,5 +1,7 @@
 #include "Canvas.h"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -96,7 +98,10 @@ void Canvas::drawForeground(QPainter *painter, const QRectF &)
 /// The keys of the canvas work wherever the user was before.
 void Canvas::enterEvent(QEvent *event)
 {
-    setFocus(Qt::MouseFocusReason);
+    // Who types a name goes on typing.
+    const auto *edit = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    if (!edit || edit->isReadOnly())
+        setFocus(Qt::MouseFocusReason);
     QGraphicsView::enterEvent(event);
 }
 

@@ -64,6 +64,16 @@ void DrawingLayers::reload(const QString &name)
     m_looks.at(index) = lookOf(*record);
 }
 
+void DrawingLayers::rename(const QString &name, const QString &newName)
+{
+    const auto known = m_indexes.constFind(name.toCaseFolded());
+    if (known == m_indexes.constEnd())
+        return;
+    const int index = *known;
+    m_indexes.erase(known);
+    m_indexes.insert(newName.toCaseFolded(), index);
+}
+
 int DrawingLayers::count() const
 {
     return int(m_ids.size());

@@ -28,8 +28,11 @@ public:
     /// Reads all layers.
     explicit DrawingLayers(KcDbDatabase &drawing);
 
-    /// Reads one layer again; O(1).
+    /// Reads one layer again; O(1). A layer that was added later is passed over: nothing lies on it.
     void reload(const QString &name);
+
+    /// A layer keeps its number under another name; O(1).
+    void rename(const QString &name, const QString &newName);
 
     int count() const;
 

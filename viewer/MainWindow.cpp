@@ -1,9 +1,10 @@
 #include "MainWindow.h"
 
 #include "Canvas.h"
+#include "LayerBox.h"
+#include "LayerDock.h"
 
 #include <KcHost/KcHost.h>
-#include <OvCustomControl/LayerComboBox.h>
 
 #include <QAction>
 #include <QCloseEvent>
@@ -23,7 +24,8 @@
 
 namespace {
 
-constexpr QSize initialSize(1200, 800);
+constexpr QSize initialSize(1280, 800);
+constexpr int widestDock = 512; // to begin with
 constexpr int labelMargin = 6;
 constexpr int statusMargin = 12;
 
@@ -50,16 +52,19 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_loader(new DrawingLoader(this))
     , m_canvas(new Canvas)
-    , m_layers(new OvCc::LayerComboBox)
+    , m_layers(new LayerBox)
+    , m_dock(new LayerDock)
     , m_position(new QLabel)
     , m_counts(new QLabel)
     , m_progress(new QProgressBar)
 {
     setCentralWidget(m_canvas);
+    addDockWidget(Qt::RightDockWidgetArea, m_dock);
     createActions();
     createStatusBar();
     setAcceptDrops(true);
     resize(initialSize);
+    resizeDocks({m_dock}, {qMin(m_dock->sizeHint().width(), widestDock)}, Qt::Horizontal);
 
     connect(m_loader, &DrawingLoader::finished, this, &MainWindow::finishLoading);
     connectHost();
@@ -95,6 +100,8 @@ void MainWindow::createActions()
     hand->setCheckable(true);
     hand->setToolTip(tr("Drag the drawing with the left button"));
     connect(hand, &QAction::toggled, m_canvas, &Canvas::setHandMode);
+    view->addSeparator();
+    view->addAction(m_dock->toggleViewAction());
 
     QToolBar *tools = addToolBar(tr("Tools"));
     tools->setMovable(false);
@@ -129,10 +136,17 @@ void MainWindow::createStatusBar()
 
 void MainWindow::connectHost()
 {
-    // The drawing tells of every change of a layer, whoever made it: the canvas follows. The widgets
-    // tell when the user worked with one of them: they are to show the same.
-    KcHost::setLayerModifiedHandler([this](const QString &name) { showLayerChange(name); });
-    KcHost::setLayerTableChangesHandler([this] { m_layers->slotUpdate(); });
+    // The drawing tells of every change of a layer, whoever made it. The widgets call
+    // ovSetLayerTableChanges() whenever they send layerComboBoxChanged() or layerManagerChanged():
+    // that comes with each move of a pressed mouse, too, and it need not mean a change; but where the
+    // drawing refused one, the widget that shows it is to go back. Either way the widgets are refreshed
+    // once, when all of the user's event was dealt with.
+    KcHost::setLayerModifiedHandler([this](const QString &name) { followLayerChange(name); });
+    KcHost::setLayerTableChangesHandler([this] { m_refresh.start(); });
+    m_refresh.setSingleShot(true);
+    connect(&m_refresh, &QTimer::timeout, this, &MainWindow::refresh);
+    connect(m_dock, &LayerDock::commandDone, this, &MainWindow::finishCommand);
+    connect(m_layers, &LayerBox::searchWanted, m_dock, &LayerDock::search);
 }
 
 void MainWindow::open(const QString &fileName)
@@ -174,18 +188,36 @@ void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
     m_canvas->setDrawing(drawing.get());
     KcHost::setWorkingDatabase(drawing->database.get());
     m_drawing = std::move(drawing);
-    m_layers->slotUpdate();
+    m_dock->setDrawing(m_drawing.get());
+    refresh();
     setWindowModified(false);
     showWarnings(m_drawing->warnings);
 }
 
-void MainWindow::showLayerChange(const QString &name)
+void MainWindow::followLayerChange(const QString &name)
 {
     if (!m_drawing)
         return;
     m_drawing->layers.reload(name);
     m_canvas->viewport()->update();
-    setWindowModified(true);
+    if (!isWindowModified())
+        setWindowModified(true);
+    m_dock->noteChange(name);
+    m_refresh.start();
+}
+
+void MainWindow::finishCommand(const QString &refusal)
+{
+    m_refresh.start();
+    if (!refusal.isEmpty())
+        showError(refusal);
+}
+
+void MainWindow::refresh()
+{
+    m_dock->refresh();
+    m_layers->refresh(m_dock->layerCount());
+    showState();
 }
 
 bool MainWindow::save()
@@ -202,6 +234,7 @@ bool MainWindow::saveAs()
 
 bool MainWindow::saveTo(const QString &fileName)
 {
+    m_dock->finishEditing();
     QString error;
     QStringList warnings;
     if (!KcHost::writeDrawing(*m_drawing->database, fileName, &error, &warnings)) {
@@ -220,6 +253,7 @@ bool MainWindow::saveTo(const QString &fileName)
 /// @return whether to go on
 bool MainWindow::confirmLoss()
 {
+    m_dock->finishEditing();
     if (!isWindowModified())
         return true;
     const auto answer = QMessageBox::question(
@@ -238,6 +272,7 @@ void MainWindow::showState()
     m_saveAs->setEnabled(m_drawing != nullptr);
     // A change now would be lost with the drawing that is about to be replaced.
     m_layers->setEnabled(m_drawing && !isLoading);
+    m_dock->widget()->setEnabled(m_drawing && !isLoading);
     m_progress->setVisible(isLoading);
 
     if (!m_drawing) {
@@ -249,7 +284,7 @@ void MainWindow::showState()
     m_counts->setText(
             tr("%1 entities, %2 layers")
                     .arg(locale.toString(int(m_drawing->geometry.modelSpace().entities.size())),
-                         locale.toString(m_drawing->layers.count())));
+                         locale.toString(m_dock->layerCount())));
 }
 
 void MainWindow::showError(const QString &error)

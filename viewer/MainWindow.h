@@ -3,19 +3,19 @@
 #include "DrawingLoader.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
-namespace OvCc {
-class LayerComboBox;
-}
 class Canvas;
+class LayerBox;
+class LayerDock;
 class QLabel;
 class QProgressBar;
 
-/// A window around one drawing: its layers in the tool bar, its entities on the canvas.
+/// A window around one drawing: its layers in the tool bar and in the layer manager, its entities on
+/// the canvas.
 ///
-/// It shows how a program takes the widgets in: it makes the drawing the host's working one, tells
-/// the widgets by slotUpdate() when there is another drawing or another state of the layers, and
-/// hears from the host which layer changed.
+/// It shows how a program takes the widgets in: it makes the drawing the host's working one, hears
+/// from the host which layer changed, whoever changed it, and then has all widgets show the same.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -53,7 +53,9 @@ private:
 
     void finishLoading(const QString &error);
     void showDrawing(std::unique_ptr<Drawing> drawing);
-    void showLayerChange(const QString &name);
+    void followLayerChange(const QString &name);
+    void finishCommand(const QString &refusal);
+    void refresh();
     void showState();
     void showError(const QString &error);
     void showWarnings(const QStringList &warnings);
@@ -61,7 +63,9 @@ private:
     std::unique_ptr<Drawing> m_drawing;
     DrawingLoader *m_loader;
     Canvas *m_canvas;
-    OvCc::LayerComboBox *m_layers;
+    LayerBox *m_layers;
+    LayerDock *m_dock;
+    QTimer m_refresh; ///< runs while the widgets have something to catch up with
     QAction *m_open = nullptr;
     QAction *m_save = nullptr;
     QAction *m_saveAs = nullptr;

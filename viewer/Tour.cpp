@@ -1,17 +1,25 @@
 #include "Tour.h"
 
 #include "Canvas.h"
+#include "LayerDock.h"
 #include "MainWindow.h"
 
 #include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerItem.h>
+#include <OvCustomControl/OvLayerTableWidget.h>
+#include <OvCustomControl/OvLayerUtility.h>
+#include <OvCustomControl/SearchLayerEdit.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
+#include <QTimer>
+#include <QToolBar>
 #include <QWheelEvent>
 #include <QtTest>
 
@@ -23,6 +31,9 @@ namespace {
 
 constexpr int loadingTime = 300000;
 constexpr int wheelSteps = 5;
+constexpr int nameColumn = 1; // of the panel
+constexpr int onColumn = 2;
+const char pictureFailure[] = "a picture cannot be written";
 
 /// Ends the tour unless @p isDone.
 void require(bool isDone, const char *otherwise)
@@ -32,10 +43,44 @@ void require(bool isDone, const char *otherwise)
 }
 
 /// Clicks on a widget through its window, as a user does: an open drop-down sees the click, too.
+void click(const QWidget &widget, QPoint place, Qt::MouseButton button = Qt::LeftButton)
+{
+    QTest::mouseClick(widget.window()->windowHandle(), button, Qt::NoModifier,
+                      widget.mapTo(widget.window(), place));
+}
+
 void click(const QWidget &widget)
 {
-    QTest::mouseClick(widget.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
-                      widget.mapTo(widget.window(), widget.rect().center()));
+    click(widget, widget.rect().center());
+}
+
+void clickCell(const QTableView &view, int row, int column)
+{
+    const QRect cell = view.visualRect(view.model()->index(row, column));
+    require(view.viewport()->rect().contains(cell.center()), "a cell of the panel is out of sight");
+    click(*view.viewport(), cell.center());
+}
+
+/// The windows over the main one: drop-downs, menus and dialogs.
+QWidgetList otherWindows(const QWidget &window)
+{
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.erase(std::remove_if(windows.begin(), windows.end(),
+                                 [&](const QWidget *w) { return !w->isVisible() || w == &window; }),
+                  windows.end());
+    return windows;
+}
+
+QString nameAt(const QTableView &view, int row)
+{
+    return view.model()->index(row, nameColumn).data().toString();
+}
+
+OvCc::LayerItemData currentLayer()
+{
+    OvCc::LayerItemData layer;
+    require(OvLayerUtility().getCurrentLayer(layer), "the drawing has no current layer");
+    return layer;
 }
 
 } // namespace
@@ -44,6 +89,10 @@ Tour::Tour(MainWindow &window, const QString &folder)
     : m_window(window)
     , m_canvas(*window.findChild<Canvas *>())
     , m_layers(*window.findChild<OvCc::LayerComboBox *>())
+    , m_dock(*window.findChild<LayerDock *>())
+    , m_table(*window.findChild<OvCc::LayerTableWidget *>())
+    , m_names(*window.findChild<OvCc::FrozenTableWidget *>())
+    , m_search(*window.findChild<OvCc::SearchLayerEdit *>())
     , m_folder(folder)
 {
 }
@@ -53,27 +102,11 @@ bool Tour::play(const QString &fileName)
     try {
         require(QDir().mkpath(m_folder), "the folder for the pictures cannot be made");
         openDrawing(fileName);
-        const QImage whole = canvasImage();
         save(QStringLiteral("01-drawing.png"));
-
-        openLayers();
-        save(QStringLiteral("02-layers.png"));
-
-        const int layer = busiestLayer();
-        clickLight(layer);
-        require(canvasImage() != whole, "the canvas still shows the layer that is off");
-        save(QStringLiteral("03-layer-off.png"));
-
-        closeLayers();
-        zoomIn();
-        save(QStringLiteral("04-zoom.png"));
-
-        fit();
-        openLayers();
-        clickLight(layer);
-        closeLayers();
-        require(canvasImage() == whole, "the canvas is not as it was, with the layer on again");
-        save(QStringLiteral("05-layer-on.png"));
+        // A drawing with thousands of layers has them in the panel only.
+        if (list().count() > 0)
+            visitLayerBox();
+        visitPanel();
     } catch (const std::runtime_error &error) {
         std::fprintf(stderr, "tessa-viewer: the tour ended, since %s\n", error.what());
         return false;
@@ -89,8 +122,45 @@ void Tour::openDrawing(const QString &fileName)
     require(QTest::qWaitFor([&opened] { return !opened.isEmpty(); }, loadingTime),
             "the drawing takes too long to read");
     require(m_window.drawing() != nullptr, "there is no drawing");
-    require(list().count() == m_window.drawing()->layers.count(),
+    const int count = m_window.drawing()->layers.count();
+    require(list().count() == count || list().count() == 0,
             "the layer box does not show the layers of the drawing");
+    require(m_dock.isVisible() && m_table.model()->rowCount() == count,
+            "the layer manager does not show the layers of the drawing");
+}
+
+void Tour::visitLayerBox()
+{
+    const QImage whole = canvasImage();
+    openLayers();
+    save(QStringLiteral("02-layers.png"));
+
+    const int layer = busiestLayer();
+    clickLight(layer);
+    require(canvasImage() != whole, "the canvas still shows the layer that is off");
+    save(QStringLiteral("03-layer-off.png"));
+
+    closeLayers();
+    zoomIn();
+    save(QStringLiteral("04-zoom.png"));
+
+    fit();
+    openLayers();
+    clickLight(layer);
+    closeLayers();
+    require(canvasImage() == whole, "the canvas is not as it was, with the layer on again");
+    save(QStringLiteral("05-layer-on.png"));
+}
+
+void Tour::visitPanel()
+{
+    searchLayer();
+    selectLayer();
+    save(QStringLiteral("06-search.png"));
+    openColumnMenu();
+    addCurrentLayer();
+    save(QStringLiteral("08-new-layer.png"));
+    warnOfCurrentLayer();
 }
 
 void Tour::openLayers()
@@ -155,6 +225,90 @@ void Tour::fit()
     require(m_canvas.transform().m11() < scale, "the home key does not show the whole drawing");
 }
 
+/// Types the beginning of the last name.
+void Tour::searchLayer()
+{
+    const QString text = nameAt(m_table, m_table.model()->rowCount() - 1).left(2);
+    click(m_search);
+    QTest::keyClicks(&m_search, text);
+    for (int row = 0; row < m_table.model()->rowCount(); ++row) {
+        const bool isFound = nameAt(m_table, row).startsWith(text, Qt::CaseInsensitive);
+        require(m_table.isRowHidden(row) != isFound && m_names.isRowHidden(row) != isFound,
+                "the search does not show what it is to find");
+    }
+}
+
+void Tour::selectLayer()
+{
+    const int row = m_table.model()->rowCount() - 1;
+    m_names.scrollTo(m_names.model()->index(row, nameColumn));
+    clickCell(m_names, row, nameColumn);
+    require(m_table.selectionModel()->isRowSelected(row, {}), "a click does not select its row");
+}
+
+void Tour::openColumnMenu()
+{
+    const QHeaderView &header = *m_table.horizontalHeader();
+    const QPoint place(header.sectionViewportPosition(onColumn) + header.height(),
+                       header.height() / 2);
+    // The menu opens at the pointer, which the events of the tour do not move.
+    QCursor::setPos(header.mapToGlobal(place));
+    lookAt(QStringLiteral("07-column-menu.png"),
+           [&] { click(*header.viewport(), place, Qt::RightButton); });
+}
+
+void Tour::addCurrentLayer()
+{
+    const QString name = QStringLiteral("Seen on tour");
+    clickCommand(QStringLiteral("New"));
+    require(QTest::qWaitFor([this] { return m_names.isAncestorOf(QApplication::focusWidget()); }),
+            "a new layer cannot be named");
+    QTest::keyClicks(QApplication::focusWidget(), name);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    clickCommand(QStringLiteral("Set current"));
+    require(currentLayer().name == name, "the drawing's current layer is not the new one");
+}
+
+void Tour::warnOfCurrentLayer()
+{
+    lookAt(QStringLiteral("09-warning.png"),
+           [this] { clickCell(m_table, m_table.currentIndex().row(), onColumn); });
+    require(currentLayer().isOn, "the current layer is off, though the warning was heeded");
+}
+
+/// Clicks on one of the layer manager's commands, then lets the window follow.
+void Tour::clickCommand(const QString &text) const
+{
+    const auto *bar = m_dock.findChild<QToolBar *>();
+    const QList<QAction *> commands = bar->actions();
+    const auto command = std::find_if(commands.begin(), commands.end(),
+                                      [&](const QAction *it) { return it->text() == text; });
+    require(command != commands.end(), "the layer manager lacks a command");
+    click(*bar->widgetForAction(*command));
+    QCoreApplication::processEvents();
+}
+
+/// Saves a picture of the dialog or menu that @p open opens and waits for, and closes it.
+void Tour::lookAt(const QString &name, const std::function<void()> &open) const
+{
+    bool isOpened = false;
+    bool isSaved = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        const QWidgetList others = otherWindows(m_window);
+        if (others.isEmpty())
+            return;
+        timer.stop();
+        isOpened = true;
+        isSaved = savePicture(name);
+        QTest::keyClick(others.first(), Qt::Key_Escape);
+    });
+    timer.start(0);
+    open();
+    require(isOpened, "a dialog or menu does not open");
+    require(isSaved, pictureFailure);
+}
+
 QListWidget &Tour::list() const
 {
     return *static_cast<QListWidget *>(m_layers.view());
@@ -165,26 +319,35 @@ QImage Tour::canvasImage() const
     return m_canvas.viewport()->grab().toImage();
 }
 
-/// Saves the window as it is, with the drop-down, a window of its own, in its place over it.
 void Tour::save(const QString &name) const
 {
+    require(savePicture(name), pictureFailure);
+}
+
+/// Saves the window as it is, with the windows over it in their places.
+bool Tour::savePicture(const QString &name) const
+{
     QCoreApplication::processEvents();
-    const QWidget &popup = *list().window();
-    const QRect popupPlace(m_window.mapFromGlobal(popup.pos()), popup.size());
+    const QWidgetList others = otherWindows(m_window);
+    const auto placeOf = [this](const QWidget &other) {
+        return QRect(m_window.mapFromGlobal(other.pos()), other.size());
+    };
     QRect place = m_window.rect();
-    if (popup.isVisible())
-        place |= popupPlace;
+    for (const QWidget *other : others)
+        place |= placeOf(*other);
 
     QPixmap picture(place.size());
     picture.fill(Qt::white);
     QPainter painter(&picture);
     painter.translate(-place.topLeft());
     painter.drawPixmap(0, 0, m_window.grab());
-    if (popup.isVisible())
-        painter.drawPixmap(popupPlace.topLeft(), list().window()->grab());
+    for (QWidget *other : others)
+        painter.drawPixmap(placeOf(*other).topLeft(), other->grab());
     painter.end();
 
     const QString path = QDir(m_folder).filePath(name);
-    require(picture.save(path), "a picture cannot be written");
+    if (!picture.save(path))
+        return false;
     std::puts(qPrintable(QDir::toNativeSeparators(path)));
+    return true;
 }

@@ -3,12 +3,18 @@
 #include <QImage>
 #include <QString>
 
+#include <functional>
+
 class Canvas;
+class LayerDock;
 class MainWindow;
 class QListWidget;
 namespace OvCc {
+class FrozenTableWidget;
 class LayerComboBox;
-}
+class LayerTableWidget;
+class SearchLayerEdit;
+} // namespace OvCc
 
 /// A short visit to a drawing, played with the events that a user would send. After each step a
 /// picture of the window is saved, and a step without its effect ends the visit. It leaves the
@@ -25,19 +31,33 @@ public:
 
 private:
     void openDrawing(const QString &fileName);
+    void visitLayerBox();
+    void visitPanel();
     void openLayers();
     void closeLayers();
     int busiestLayer() const;
     void clickLight(int row);
     void zoomIn();
     void fit();
+    void searchLayer();
+    void selectLayer();
+    void openColumnMenu();
+    void addCurrentLayer();
+    void warnOfCurrentLayer();
 
+    void clickCommand(const QString &text) const;
+    void lookAt(const QString &name, const std::function<void()> &open) const;
     QListWidget &list() const;
     QImage canvasImage() const;
     void save(const QString &name) const;
+    bool savePicture(const QString &name) const;
 
     MainWindow &m_window;
     Canvas &m_canvas;
     OvCc::LayerComboBox &m_layers;
+    LayerDock &m_dock;
+    OvCc::LayerTableWidget &m_table;
+    OvCc::FrozenTableWidget &m_names;
+    OvCc::SearchLayerEdit &m_search;
     QString m_folder;
 };
