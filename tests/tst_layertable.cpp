@@ -75,6 +75,7 @@ private slots:
     void proposedNames();
     void addedAndRenamed();
     void closingWithAnOpenEditor();
+    void closingThePanelWithAnOpenEditor();
     void removal();
     void setCurrent();
     void scrollPositionStays();
@@ -471,6 +472,15 @@ void tst_LayerTable::closingWithAnOpenEditor()
         QCOMPARE(offered->index(row, 0).data().toString(), text(row + 1, Name));
     QTest::keyClicks(editor(), "x");
     delete m_table;
+}
+
+void tst_LayerTable::closingThePanelWithAnOpenEditor()
+{
+    m_frozen->edit(m_frozen->currentIndex());
+    QTest::keyClicks(editor(), "x");
+    QSignalSpy renamed(m_panel.get(), &LayerManager::layerRenamed);
+    m_panel.reset();
+    QCOMPARE(renamed.count(), 0);
 }
 
 void tst_LayerTable::removal()

@@ -54,7 +54,12 @@ LayerManager::LayerManager(QWidget *parent)
     connect(m_table, &LayerTableWidget::layerRenamed, this, &LayerManager::layerRenamed);
 }
 
-LayerManager::~LayerManager() = default;
+LayerManager::~LayerManager()
+{
+    // While this is still a panel: an editor that loses the focus as it goes would send a last
+    // signal through what is left of it.
+    delete m_table;
+}
 
 QSize LayerManager::sizeHint() const
 {
@@ -72,6 +77,8 @@ QPixmap LayerManager::drawIcon(LayerIcons icon, QSize size) const
 
 void LayerManager::slotUpLayerModel()
 {
+    if (!m_table)
+        return;
     m_table->InitLayerModel();
     m_table->slotSearchLayer(m_searchEdit->text());
 }

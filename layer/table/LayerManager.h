@@ -3,6 +3,7 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QPixmap>
+#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
@@ -71,7 +72,7 @@ private:
     void loadPixmap();
 
     QPixmap m_iconStrip;
-    LayerTableWidget *m_table;
+    QPointer<LayerTableWidget> m_table;
     QLabel *m_label;
     SearchLayerEdit *m_searchEdit;
 };
