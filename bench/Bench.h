@@ -28,6 +28,7 @@ struct Work
 QList<Work> dataWorks();
 QList<Work> compactWorks();
 QList<Work> tableWorks();
+QList<Work> pickerWorks();
 
 /// The median time of @p work over several runs, in milliseconds. @p prepare runs before each of
 /// them and does not count.

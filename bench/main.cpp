@@ -65,7 +65,7 @@ int main(int argc, char *argv[])
     parser.process(application);
 
     const QStringList wanted = parser.positionalArguments();
-    const QList<Work> works = dataWorks() + compactWorks() + tableWorks();
+    const QList<Work> works = dataWorks() + compactWorks() + tableWorks() + pickerWorks();
     QStringList known;
     for (const Work &work : works)
         known.append(work.name);

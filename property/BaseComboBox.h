@@ -1,0 +1,98 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QComboBox>
+#include <QPixmap>
+#include <QPointer>
+
+#include <memory>
+
+class QListWidget;
+class QListWidgetItem;
+
+namespace OvCc {
+
+class BaseEdit;
+class ListView;
+class PickerInput;
+
+/// A picker: its face shows the swatch and label of the chosen row, its drop-down is a ListView with
+/// the rows and a button for further choices.
+///
+/// It is used like any combo box. A press on the face opens the drop-down, a release on a row
+/// chooses it, keys and wheel do either; closing the drop-down otherwise leaves the row as it was.
+///
+/// Rows are those of the list in the drop-down. To the QComboBox behind it the whole drop-down is one
+/// item, so its own count(), currentIndex() and signals mean nothing here.
+class OVCC_EXPORT BaseComboBox : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit BaseComboBox(QWidget *parent = nullptr);
+    ~BaseComboBox() override;
+
+    /// Opens the drop-down and sends addMoreItem().
+    void showPopup() override;
+
+    /// Leaves the label alone on the face.
+    void hideShowIcon();
+
+    /// Leaves the drop-down without its button.
+    void hideSettingBtn();
+
+    /// Shows @p row as the chosen one, also if it is already, and closes the drop-down. A row that is
+    /// not there changes nothing.
+    void setCurrentIndex(int row);
+
+    int currentRow() const;
+
+    /// Null for a row that is not there.
+    QListWidgetItem *item(int row) const;
+
+    void addItem(QPixmap pixmap, QString text);
+    void setButtonText(QString text);
+    void setItemIconSize(QSize size);
+
+    /// @param mode a QListView::ViewMode, see ListView::setViewMode()
+    void setViewMode(int mode);
+
+    /// The height of the drop-down inside its frame, in pixels.
+    void setListWidgetHeight(int height);
+
+public slots:
+    /// Answers the button in the drop-down, which is still open; does nothing here.
+    virtual void openDialog();
+
+    /// Shows @p pixmap and @p text on the face and closes the drop-down.
+    void showCurrentItem(QPixmap pixmap, QString text);
+
+signals:
+    /// The drop-down has opened: the time to add rows that are slow to make.
+    void addMoreItem();
+
+    /// The user chose @p row, which may be the one that was chosen before. It is sent once per choice
+    /// after the face shows it, and never for setCurrentIndex().
+    void rowChosen(int row);
+
+    /// The user pressed the button in the drop-down, which is still open; openDialog() follows. A
+    /// host answers for the pickers that have no dialog of their own. A dialog closes the drop-down.
+    void dialogRequested();
+
+protected:
+    /// Makes the drop-down high enough for its rows and its button, but never for more than ten rows.
+    /// @param rowHeight in pixels
+    void fitListWidgetHeight(int rowHeight);
+
+private:
+    void chooseRow(int row);
+    void answerButton();
+
+    QPointer<ListView> m_listView;
+    QPointer<BaseEdit> m_edit;
+    QPointer<QListWidget> m_popup;
+    std::unique_ptr<PickerInput> m_input;
+};
+
+} // namespace OvCc

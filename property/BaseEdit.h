@@ -1,0 +1,35 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QLineEdit>
+#include <QPixmap>
+
+class QLabel;
+
+namespace OvCc {
+
+/// The face of a picker: a read-only edit without text of its own that shows the swatch and the
+/// label of the chosen row.
+class OVCC_EXPORT BaseEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit BaseEdit(QWidget *parent);
+    ~BaseEdit() override;
+
+    /// Leaves the label alone on the face.
+    void hideIcon();
+
+    void setCurrentIcon(QPixmap pixmap);
+
+    /// Shows @p text as it is, but without blanks at its ends and with single ones inside.
+    void setCurrentText(QString text);
+
+private:
+    QLabel *m_iconLabel;
+    QLabel *m_textLabel;
+};
+
+} // namespace OvCc

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QColor>
+#include <QComboBox>
+#include <QList>
+#include <QStringList>
+
+namespace OvCc {
+
+/// A plain colour combo box: seven standard colours and "Select Color...", which asks for another one
+/// in the colour dialog. A colour from the dialog becomes the first row, named by its components
+/// (`255,128,0`), and lives as long as the combo box.
+///
+/// Only choices among the first seven rows are reported: a standard colour that new ones have moved
+/// further down can still be shown, but tells nobody.
+class OVCC_EXPORT ColorComboBox : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit ColorComboBox(QWidget *parent = nullptr);
+    ~ColorComboBox() override;
+
+    /// The colour that any of these combo boxes reported last; red at first.
+    static QColor currentColor();
+
+signals:
+    /// A colour became the current one, once per change, by the user or by setCurrentIndex(). A
+    /// cancelled colour dialog reports nothing.
+    void currentColorChanged(QColor color);
+
+private slots:
+    void slotCurrentChanged(int index);
+
+private:
+    void report(const QColor &color);
+    void selectColor(int index);
+    void addColor(const QColor &color, int index);
+
+    QStringList m_names;
+    QList<QColor> m_colors;
+    int m_lastIndex = 0; ///< where a cancelled dialog goes back to
+    bool m_isSelecting = false;
+};
+
+} // namespace OvCc

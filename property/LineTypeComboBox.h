@@ -1,0 +1,28 @@
+#pragma once
+
+#include <OvCustomControl/BaseComboBox.h>
+
+#include <QString>
+
+namespace OvCc {
+
+/// The linetype picker, 150 × 20 pixels: "By Layer", "By Block" and "Continuous". Its button
+/// "Others..." is the host's to answer, see BaseComboBox::dialogRequested().
+class OVCC_EXPORT LineTypeComboBox : public BaseComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit LineTypeComboBox(QWidget *parent = nullptr);
+    ~LineTypeComboBox() override;
+
+public slots:
+    void openDialog() override;
+
+signals:
+    /// The user chose a row: once per choice, never for setCurrentIndex().
+    /// @param name the row's label
+    void lineTypeChosen(QString name);
+};
+
+} // namespace OvCc

@@ -1,0 +1,98 @@
+#include "LineWidthComboBox.h"
+
+#include "layer/data/LineWeightRows.h"
+
+#include <OvCustomControl/OvLineWeightDialog.h>
+#include <OvCustomControl/Swatches.h>
+
+#include <QListWidgetItem>
+#include <QWindow>
+
+namespace OvCc {
+
+namespace {
+
+constexpr LineWeightCode firstRows[] = {LineWeightByLayer, LineWeightByBlock, LineWeightDefault};
+constexpr int codeCount = std::size(firstRows);
+constexpr int rowCount = codeCount + int(standardLineWeights.size());
+constexpr int earlyRowCount = 9;
+constexpr int dropDownHeight = 210;
+
+QStringList labelsIn(LineWeightUnit unit)
+{
+    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit);
+}
+
+int lineWeightOf(int row)
+{
+    return row < codeCount ? firstRows[row] : standardLineWeights.at(row - codeCount);
+}
+
+} // namespace
+
+LineWidthComboBox::LineWidthComboBox(QWidget *parent)
+    : BaseComboBox(parent)
+    , m_dialog(std::make_unique<OvLineWeightDialog>(nullptr))
+{
+    setItemIconSize({48, 16});
+    setButtonText(tr("Lineweight settings..."));
+    setFixedSize(150, 20);
+    addRows(0, earlyRowCount);
+    setListWidgetHeight(dropDownHeight);
+    setCurrentIndex(0);
+
+    connect(this, &BaseComboBox::addMoreItem, this, &LineWidthComboBox::slotAddMoreItem);
+    connect(m_dialog.get(), &OvLineWeightDialog::lineWeightChanged, this,
+            &LineWidthComboBox::slotSettingsChanged);
+    connect(this, &BaseComboBox::rowChosen, this,
+            [this](int row) { emit lineWeightChosen(lineWeightOf(row)); });
+}
+
+LineWidthComboBox::~LineWidthComboBox() = default;
+
+void LineWidthComboBox::openDialog()
+{
+    // The dialog has no parent, but belongs above the picker's window.
+    m_dialog->winId();
+    m_dialog->windowHandle()->setTransientParent(window()->windowHandle());
+    m_dialog->setCurrentLineweight(currentRow());
+    if (m_dialog->exec() == QDialog::Accepted) {
+        if (!m_isMillimetre)
+            showInches();
+        const bool isRowHere = item(m_chosenRow);
+        setCurrentIndex(isRowHere ? m_chosenRow : currentRow());
+        if (isRowHere)
+            emit rowChosen(m_chosenRow);
+    }
+    BaseComboBox::openDialog();
+}
+
+void LineWidthComboBox::slotAddMoreItem()
+{
+    static int count = 1;
+    if (count == 1)
+        addRows(earlyRowCount, rowCount);
+    ++count;
+}
+
+void LineWidthComboBox::slotSettingsChanged(bool isMM, int row)
+{
+    m_isMillimetre = isMM;
+    m_chosenRow = row;
+}
+
+void LineWidthComboBox::addRows(int first, int end)
+{
+    const QStringList labels = labelsIn(LineWeightUnit::Millimetres);
+    for (int row = first; row < end; ++row)
+        addItem(drawLineWeight(lineWeightSwatchWidth(row)), labels.at(row));
+}
+
+void LineWidthComboBox::showInches()
+{
+    const QStringList labels = labelsIn(LineWeightUnit::Inches);
+    for (int row = 0; item(row); ++row)
+        item(row)->setText(labels.at(row));
+}
+
+} // namespace OvCc

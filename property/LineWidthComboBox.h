@@ -1,0 +1,52 @@
+#pragma once
+
+#include <OvCustomControl/BaseComboBox.h>
+
+#include <memory>
+
+namespace OvCc {
+
+class OvLineWeightDialog;
+
+/// The lineweight picker, 150 × 20 pixels: "By Layer", "By Block", "Default" and the standard
+/// lineweights from the thinnest to the thickest, and a button for the lineweight settings.
+///
+/// The first 9 rows are there at once. The other 18 come with the first drop-down that opens in the
+/// process, and only to the picker that it belongs to: any other one keeps 9 rows.
+///
+/// Labels are in millimetres until the user accepts the settings with inches; from then on they stay
+/// in inches.
+class OVCC_EXPORT LineWidthComboBox : public BaseComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit LineWidthComboBox(QWidget *parent = nullptr);
+    ~LineWidthComboBox() override;
+
+public slots:
+    /// Shows the lineweight settings and chooses the row that the user accepts there, if this picker
+    /// has it.
+    void openDialog() override;
+
+    /// Adds the rows that are missing, on the first call in the process.
+    void slotAddMoreItem();
+
+    /// Remembers what was accepted in the lineweight settings.
+    void slotSettingsChanged(bool isMM, int row);
+
+signals:
+    /// The user chose a row: once per choice, never for setCurrentIndex().
+    /// @param lineWeight hundredths of a millimetre or a ::LineWeightCode
+    void lineWeightChosen(int lineWeight);
+
+private:
+    void addRows(int first, int end);
+    void showInches();
+
+    std::unique_ptr<OvLineWeightDialog> m_dialog;
+    bool m_isMillimetre = true;
+    int m_chosenRow = 0;
+};
+
+} // namespace OvCc

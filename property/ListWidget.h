@@ -1,0 +1,37 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QListWidget>
+#include <QPoint>
+
+namespace OvCc {
+
+/// The list of rows in a picker's drop-down. A row is chosen by releasing the left button on it, not
+/// by a click: the press may have been on another row.
+class OVCC_EXPORT ListWidget : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ListWidget(QWidget *parent = nullptr);
+    ~ListWidget() override;
+
+    /// Forgets a press whose release the list will not see, because it was hidden meanwhile.
+    void forgetPress();
+
+signals:
+    /// The user released the left button that was pressed in the list.
+    /// @param row the current row, -1 when there is none
+    void showItem(int row);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    bool m_isPressed = false;
+    QPoint m_pressPosition;
+};
+
+} // namespace OvCc

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QColor>
+#include <QPointer>
+#include <QWidget>
+
+class QLabel;
+
+namespace OvCc {
+
+class LineTypeComboBox;
+class LineWidthComboBox;
+class QOvColorComboBox;
+
+/// A small panel with the pickers for the properties of new objects, one below the other: colour,
+/// lineweight and linetype.
+class OVCC_EXPORT PropertyManager : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PropertyManager(QWidget *parent = nullptr);
+    ~PropertyManager() override;
+
+    /// The pickers; they belong to the panel.
+    QOvColorComboBox *colorPicker() const;
+    LineWidthComboBox *lineWeightPicker() const;
+    LineTypeComboBox *lineTypePicker() const;
+
+signals:
+    /// The signals of the three pickers, passed on.
+    void colorChosen(int row, QColor color);
+    void lineWeightChosen(int lineWeight);
+    void lineTypeChosen(QString name);
+
+private:
+    QPointer<QLabel> m_colorLabel;
+    QPointer<QLabel> m_lineWeightLabel;
+    QPointer<QLabel> m_lineTypeLabel;
+    QPointer<QOvColorComboBox> m_colorPicker;
+    QPointer<LineWidthComboBox> m_lineWeightPicker;
+    QPointer<LineTypeComboBox> m_lineTypePicker;
+};
+
+} // namespace OvCc

@@ -1,0 +1,57 @@
+#include "QOvColorComboBox.h"
+
+#include "StandardColors.h"
+
+#include <OvCustomControl/Swatches.h>
+
+namespace OvCc {
+
+namespace {
+
+constexpr int rowHeight = 20;
+
+} // namespace
+
+QOvColorComboBox::QOvColorComboBox(QWidget *parent)
+    : BaseComboBox(parent)
+{
+    setButtonText(tr("select a color..."));
+    setFixedWidth(150);
+    setItemIconSize({14, 14});
+
+    addColor(tr("By Layer"), Qt::white);
+    addColor(tr("By Block"), Qt::white);
+    const QList<NamedColor> standard = standardColors();
+    for (const NamedColor &row : standard)
+        addColor(row.name, row.color);
+    fitListWidgetHeight(rowHeight);
+    setCurrentIndex(0);
+
+    connect(this, &BaseComboBox::rowChosen, this,
+            [this](int row) { emit colorChosen(row, m_colors.at(row)); });
+}
+
+QOvColorComboBox::~QOvColorComboBox() = default;
+
+void QOvColorComboBox::openDialog()
+{
+    const QColor color = askForColor(this);
+    const QString name = componentsOf(color);
+    if (color.isValid() && !m_names.contains(name)) {
+        addColor(name, color);
+        fitListWidgetHeight(rowHeight);
+        const int row = m_names.size() - 1;
+        setCurrentIndex(row);
+        emit rowChosen(row);
+    }
+    BaseComboBox::openDialog();
+}
+
+void QOvColorComboBox::addColor(const QString &name, const QColor &color)
+{
+    m_names.append(name);
+    m_colors.append(color);
+    addItem(creatColorPix(color), name);
+}
+
+} // namespace OvCc

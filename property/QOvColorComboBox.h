@@ -1,0 +1,38 @@
+#pragma once
+
+#include <OvCustomControl/BaseComboBox.h>
+
+#include <QColor>
+#include <QList>
+#include <QStringList>
+
+namespace OvCc {
+
+/// The colour picker: "By Layer", "By Block", seven standard colours, and a button for the colour
+/// dialog. A colour from the dialog is appended as a row that is named by its components
+/// (`255,128,0`) and lives as long as the picker; one that has such a row already changes nothing.
+class OVCC_EXPORT QOvColorComboBox : public BaseComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit QOvColorComboBox(QWidget *parent = nullptr);
+    ~QOvColorComboBox() override;
+
+public slots:
+    /// Asks for a colour in the colour dialog and chooses it.
+    void openDialog() override;
+
+signals:
+    /// The user chose a row: once per choice, never for setCurrentIndex().
+    /// @param color the row's colour; white for row 0, "By Layer", and row 1, "By Block"
+    void colorChosen(int row, QColor color);
+
+private:
+    void addColor(const QString &name, const QColor &color);
+
+    QStringList m_names;
+    QList<QColor> m_colors;
+};
+
+} // namespace OvCc

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <OvCustomControl/BaseComboBox.h>
+
+namespace OvCc {
+
+/// The text style picker, 150 × 20 pixels: its face shows the name of the style alone, its drop-down
+/// a sample of it. Its button "Manager Text Styles..." is the host's to answer, see
+/// BaseComboBox::dialogRequested().
+class OVCC_EXPORT TextStyleComboBox : public BaseComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit TextStyleComboBox(QWidget *parent = nullptr);
+    ~TextStyleComboBox() override;
+
+public slots:
+    void openDialog() override;
+};
+
+} // namespace OvCc

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <OvCustomControl/BaseComboBox.h>
+
+namespace OvCc {
+
+/// The visual style picker, 150 × 20 pixels: seven styles with their pictures, from "2D wireframe"
+/// to "Gouraud+Egdes", in a drop-down 280 pixels wide and without a button.
+class OVCC_EXPORT VisualStyleComboBox : public BaseComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit VisualStyleComboBox(QWidget *parent = nullptr);
+    ~VisualStyleComboBox() override;
+};
+
+} // namespace OvCc

@@ -1,0 +1,477 @@
+#include "Support.h"
+
+#include <OvCustomControl/OvCustomControl.h>
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QWindow>
+
+using namespace OvCc;
+
+namespace {
+
+using Make = BaseComboBox *(*)();
+
+template <class Picker>
+BaseComboBox *make()
+{
+    return new Picker;
+}
+
+ListWidget *listOf(const BaseComboBox &picker)
+{
+    return picker.view()->findChild<ListWidget *>(QStringLiteral("customListView"));
+}
+
+QPushButton *buttonOf(const BaseComboBox &picker)
+{
+    return picker.view()->findChild<QPushButton *>(QStringLiteral("customSettingBtn"));
+}
+
+QLabel *iconOf(const QComboBox &picker)
+{
+    return picker.lineEdit()->findChildren<QLabel *>().at(0);
+}
+
+QString textOf(const QComboBox &picker)
+{
+    return picker.lineEdit()->findChildren<QLabel *>().at(1)->text();
+}
+
+QStringList labelsOf(const QListWidget &list)
+{
+    QStringList labels;
+    for (int row = 0; row < list.count(); ++row)
+        labels.append(list.item(row)->text());
+    return labels;
+}
+
+/// Mouse events as the window system sends them, so that a popup in between gets its part of them.
+/// A move may hold the left button, which QTest::mouseMove() does not.
+void mouse(QEvent::Type type, const QWidget *widget, QPoint pos,
+           Qt::MouseButton button = Qt::LeftButton)
+{
+    const QPoint inWindow = widget->mapTo(widget->window(), pos);
+    const bool isMove = type == QEvent::MouseMove;
+    QMouseEvent event(type, inWindow, inWindow, widget->mapToGlobal(pos),
+                      isMove ? Qt::NoButton : button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
+    QApplication::sendEvent(widget->window()->windowHandle(), &event);
+}
+
+void click(const QWidget *widget)
+{
+    mouse(QEvent::MouseButtonPress, widget, widget->rect().center());
+    mouse(QEvent::MouseButtonRelease, widget, widget->rect().center());
+}
+
+void show(BaseComboBox &picker)
+{
+    picker.show();
+    picker.activateWindow();
+    picker.setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&picker));
+}
+
+void openPopup(BaseComboBox &picker)
+{
+    show(picker);
+    click(picker.lineEdit());
+    QVERIFY(QTest::qWaitForWindowExposed(picker.view()->window()));
+    QVERIFY(picker.view()->isVisible());
+}
+
+void onRow(BaseComboBox &picker, QEvent::Type type, int row,
+           Qt::MouseButton button = Qt::LeftButton)
+{
+    ListWidget *list = listOf(picker);
+    mouse(type, list->viewport(), list->visualItemRect(list->item(row)).center(), button);
+}
+
+void clickRow(BaseComboBox &picker, int row, Qt::MouseButton button = Qt::LeftButton)
+{
+    openPopup(picker);
+    listOf(picker)->scrollToItem(picker.item(row));
+    onRow(picker, QEvent::MouseButtonPress, row, button);
+    onRow(picker, QEvent::MouseButtonRelease, row, button);
+}
+
+void typeKeys(const QWidget *widget, std::initializer_list<Qt::Key> keys)
+{
+    for (const Qt::Key key : keys)
+        QTest::keyClick(widget->window()->windowHandle(), key);
+}
+
+void wheel(QWidget *widget, std::initializer_list<int> turns)
+{
+    const QPoint center = widget->rect().center();
+    for (const int turn : turns) {
+        QWheelEvent event(center, widget->mapToGlobal(center), {}, {0, turn}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(widget, &event);
+    }
+}
+
+/// Runs @p ask, in which a dialog comes up, and @p act on the dialog.
+template <class Ask, class Act>
+void answerDialog(Ask ask, Act act)
+{
+    bool isAnswered = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->windowHandle() || !dialog->windowHandle()->isExposed())
+            return;
+        timer.stop();
+        isAnswered = true;
+        QVERIFY(!QApplication::activePopupWidget());
+        act(*dialog);
+    });
+    timer.start(0);
+    ask();
+    QVERIFY(isAnswered);
+}
+
+/// Answers the colour dialog; an empty name cancels it.
+template <class Ask>
+void pickColor(Ask ask, const QString &name)
+{
+    answerDialog(ask, [&](QDialog &dialog) {
+        QVERIFY(qobject_cast<QColorDialog *>(&dialog));
+        if (name.isEmpty()) {
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+            return;
+        }
+        const auto edits = dialog.findChildren<QLineEdit *>();
+        const auto html = std::find_if(edits.begin(), edits.end(), [](const QLineEdit *edit) {
+            return edit->text().startsWith(QLatin1Char('#'));
+        });
+        QVERIFY(html != edits.end());
+        QLineEdit *edit = *html;
+        edit->selectAll();
+        QTest::keyClicks(edit, name);
+        QTest::keyClick(edit, Qt::Key_Return);
+    });
+}
+
+} // namespace
+
+using Gesture = std::function<void(BaseComboBox &)>;
+Q_DECLARE_METATYPE(Make)
+Q_DECLARE_METATYPE(Gesture)
+
+class tst_Pickers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void lineWeightRowsComeOnce();
+    void faces_data();
+    void faces();
+    void gestures_data();
+    void gestures();
+    void programsAreNotReported();
+    void buttonOfTheHost();
+    void customColors();
+    void plainColors();
+    void lineWeightSettings();
+    void panel();
+};
+
+void tst_Pickers::initTestCase()
+{
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+}
+
+/// Comes first: the first drop-down in the process is the one that gets all rows.
+void tst_Pickers::lineWeightRowsComeOnce()
+{
+    LineWidthComboBox first;
+    LineWidthComboBox second;
+    QSignalSpy openings(&first, &BaseComboBox::addMoreItem);
+    QSignalSpy choices(&first, &LineWidthComboBox::lineWeightChosen);
+    QCOMPARE(listOf(first)->count(), 9);
+    clickRow(first, 2);
+    clickRow(first, 26);
+    QCOMPARE(openings.count(), 2);
+    QCOMPARE(listOf(first)->count(), 27);
+    QCOMPARE(textOf(first), QStringLiteral("2.11 mm"));
+    QCOMPARE(iconOf(first)->pixmap(Qt::ReturnByValue).toImage(), drawLineWeight(15.5).toImage());
+    QCOMPARE(choices, (QList<QVariantList>{{int(LineWeightDefault)}, {211}}));
+
+    openPopup(first);
+    QVERIFY(listOf(first)->viewport()->rect().contains(
+            listOf(first)->visualItemRect(first.item(26))));
+    typeKeys(first.view(), {Qt::Key_Escape});
+    openPopup(second);
+    QCOMPARE(listOf(second)->count(), 9);
+}
+
+void tst_Pickers::faces_data()
+{
+    QTest::addColumn<Make>("make");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QSize>("icon");
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QSize>("dropDown");
+    QTest::addColumn<QString>("button");
+
+    QTest::newRow("colour") << &make<QOvColorComboBox> << "By Layer" << QSize(14, 14) << 9
+                            << QSize(148, 210) << "select a color...";
+    QTest::newRow("lineweight") << &make<LineWidthComboBox> << "By Layer" << QSize(48, 16) << 9
+                                << QSize(148, 210) << "Lineweight settings...";
+    QTest::newRow("linetype") << &make<LineTypeComboBox> << "By Layer" << QSize(48, 16) << 3
+                              << QSize(148, 90) << "Others...";
+    QTest::newRow("text style") << &make<TextStyleComboBox> << "Standard" << QSize() << 1
+                                << QSize(148, 110) << "Manager Text Styles...";
+    QTest::newRow("visual style") << &make<VisualStyleComboBox> << "2D wireframe" << QSize(16, 16)
+                                  << 7 << QSize(280, 240) << QString();
+}
+
+void tst_Pickers::faces()
+{
+    QFETCH(Make, make);
+    QFETCH(QSize, icon);
+    QFETCH(QString, button);
+    const std::unique_ptr<BaseComboBox> picker(make());
+    openPopup(*picker);
+    QTEST(textOf(*picker), "text");
+    QCOMPARE(iconOf(*picker)->isVisible(), icon.isValid());
+    if (icon.isValid())
+        QCOMPARE(iconOf(*picker)->pixmap(Qt::ReturnByValue).size(), icon);
+    QTEST(listOf(*picker)->count(), "rows");
+    const QWidget *dropDown = listOf(*picker)->parentWidget();
+    QTEST(dropDown->size(), "dropDown");
+    QCOMPARE(picker->view()->viewport()->size(), dropDown->size());
+    QCOMPARE(buttonOf(*picker)->isVisible(), !button.isEmpty());
+    QCOMPARE(buttonOf(*picker)->text(), button);
+    for (int row = 0; row < listOf(*picker)->count(); ++row) {
+        QVERIFY(!picker->item(row)->icon().isNull());
+        QVERIFY(dropDown->rect().contains(listOf(*picker)->visualItemRect(picker->item(row))));
+    }
+}
+
+void tst_Pickers::gestures_data()
+{
+    QTest::addColumn<Make>("make");
+    QTest::addColumn<Gesture>("gesture");
+    QTest::addColumn<QList<int>>("rows"); ///< those that are reported, from row 1 on
+
+    constexpr auto press = QEvent::MouseButtonPress;
+    constexpr auto move = QEvent::MouseMove;
+    constexpr auto release = QEvent::MouseButtonRelease;
+    for (const Make kind : {&make<QOvColorComboBox>, &make<VisualStyleComboBox>}) {
+        const auto add = [kind](const char *name, const QList<int> &rows, const Gesture &gesture) {
+            QTest::addRow("%s, %s", name, kind == &make<VisualStyleComboBox> ? "icons" : "list")
+                    << kind << gesture << rows;
+        };
+        add("click", {2}, [](BaseComboBox &picker) { clickRow(picker, 2); });
+        add("drag in the list", {2}, [](BaseComboBox &picker) {
+            openPopup(picker);
+            onRow(picker, press, 0);
+            onRow(picker, move, 2);
+            onRow(picker, release, 2);
+        });
+        add("drag from the face", {2}, [](BaseComboBox &picker) {
+            show(picker);
+            mouse(press, picker.lineEdit(), picker.lineEdit()->rect().center());
+            onRow(picker, move, 0);
+            onRow(picker, move, 2);
+            onRow(picker, release, 2);
+        });
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            const bool isChoice = key == Qt::Key_Return;
+            add(isChoice ? "hover, Return" : "hover, Escape",
+                isChoice ? QList<int>{2} : QList<int>(), [key](BaseComboBox &picker) {
+                    openPopup(picker);
+                    onRow(picker, move, 2, Qt::NoButton);
+                    typeKeys(picker.view(), {key});
+                });
+        }
+        add("press on the face", {}, [](BaseComboBox &picker) {
+            openPopup(picker);
+            click(picker.lineEdit());
+        });
+        add("abandoned press, right button", {}, [](BaseComboBox &picker) {
+            openPopup(picker);
+            onRow(picker, press, 2);
+            typeKeys(picker.view(), {Qt::Key_Escape});
+            clickRow(picker, 2, Qt::RightButton);
+            typeKeys(picker.view(), {Qt::Key_Escape});
+        });
+        add("Home, Return", {0}, [](BaseComboBox &picker) {
+            openPopup(picker);
+            typeKeys(picker.view(), {Qt::Key_Home, Qt::Key_Return});
+        });
+        add("closed, keys", {2, 1, 0}, [](BaseComboBox &picker) {
+            show(picker);
+            typeKeys(&picker, {Qt::Key_Down, Qt::Key_Up, Qt::Key_Up, Qt::Key_Up});
+        });
+        add("closed, wheel", {0, 1, 2}, [](BaseComboBox &picker) {
+            show(picker);
+            wheel(picker.lineEdit(), {120, 120, -120, -120});
+        });
+    }
+}
+
+void tst_Pickers::gestures()
+{
+    QFETCH(Make, make);
+    QFETCH(Gesture, gesture);
+    QFETCH(QList<int>, rows);
+    const std::unique_ptr<BaseComboBox> picker(make());
+    picker->setCurrentIndex(1);
+    QList<int> chosen;
+    connect(picker.get(), &BaseComboBox::rowChosen, this, [&](int row) { chosen.append(row); });
+    gesture(*picker);
+    QCOMPARE(chosen, rows);
+    QVERIFY(!QApplication::activePopupWidget());
+    QCOMPARE(picker->currentRow(), rows.isEmpty() ? 1 : rows.constLast());
+    QCOMPARE(textOf(*picker), picker->item(picker->currentRow())->text());
+}
+
+void tst_Pickers::programsAreNotReported()
+{
+    QOvColorComboBox picker;
+    QSignalSpy choices(&picker, &BaseComboBox::rowChosen);
+    for (const int row : {3, 9, -1})
+        picker.setCurrentIndex(row);
+    QCOMPARE(picker.currentRow(), 3);
+    QCOMPARE(textOf(picker), QStringLiteral("Yellow"));
+    picker.showCurrentItem({}, QStringLiteral("  <b>a \n b "));
+    QCOMPARE(textOf(picker), QStringLiteral("<b>a b"));
+    picker.setCurrentIndex(3);
+    QCOMPARE(textOf(picker), QStringLiteral("Yellow"));
+    QCOMPARE(choices.count(), 0);
+    QVERIFY(!picker.item(9));
+}
+
+void tst_Pickers::buttonOfTheHost()
+{
+    LineTypeComboBox picker;
+    QSignalSpy requests(&picker, &BaseComboBox::dialogRequested);
+    openPopup(picker);
+    typeKeys(picker.view(), {Qt::Key_Down});
+    click(buttonOf(picker));
+    QCOMPARE(requests.count(), 1);
+    QVERIFY(picker.view()->isVisible());
+    QCOMPARE(picker.currentRow(), 0);
+    typeKeys(picker.view(), {Qt::Key_Down, Qt::Key_Return});
+    QCOMPARE(textOf(picker), QStringLiteral("By Block"));
+}
+
+void tst_Pickers::customColors()
+{
+    QOvColorComboBox picker;
+    QSignalSpy choices(&picker, &QOvColorComboBox::colorChosen);
+    const auto ask = [&] {
+        openPopup(picker);
+        click(buttonOf(picker));
+    };
+    clickRow(picker, 6);
+    for (const char *color : {"", "#ff8000", "#ff0000", "#ff8000", ""})
+        pickColor(ask, QLatin1String(color));
+    const QColor orange(255, 128, 0);
+    QCOMPARE(choices,
+             (QList<QVariantList>{{6, QColor(Qt::blue)}, {9, orange}, {10, QColor(Qt::red)}}));
+    QCOMPARE(labelsOf(*listOf(picker)).mid(9), (QStringList{"255,128,0", "255,0,0"}));
+    QCOMPARE(textOf(picker), QStringLiteral("255,0,0"));
+
+    // The first press after a dialog counts.
+    openPopup(picker);
+    QCOMPARE(listOf(picker)->parentWidget()->height(), 230);
+}
+
+void tst_Pickers::plainColors()
+{
+    ColorComboBox picker;
+    QSignalSpy reports(&picker, &ColorComboBox::currentColorChanged);
+    const auto ask = [&] { picker.setCurrentIndex(picker.count() - 1); };
+    picker.setCurrentIndex(4);
+    pickColor(ask, QString());
+    QCOMPARE(picker.currentIndex(), 4);
+    pickColor(ask, QStringLiteral("#ff8000"));
+    const QColor orange(255, 128, 0);
+    QCOMPARE(reports, (QList<QVariantList>{{QColor(Qt::blue)}, {orange}}));
+    QCOMPARE(ColorComboBox::currentColor(), orange);
+    QCOMPARE(picker.currentIndex(), 0);
+    QCOMPARE(picker.count(), 9);
+    QCOMPARE(picker.itemText(0), QStringLiteral("255,128,0"));
+    QCOMPARE(picker.itemText(8), QStringLiteral("Select Color..."));
+    QCOMPARE(picker.itemIcon(0).pixmap(14, 14).toImage(), creatColorPix(orange).toImage());
+
+    picker.setCurrentIndex(7);
+    QCOMPARE(picker.currentText(), QStringLiteral("White"));
+    QCOMPARE(reports.count(), 2);
+}
+
+void tst_Pickers::lineWeightSettings()
+{
+    LineWidthComboBox picker;
+    QSignalSpy choices(&picker, &LineWidthComboBox::lineWeightChosen);
+    picker.setCurrentIndex(4);
+    const auto answer = [&](const char *unit, int row, const char *button) {
+        const auto ask = [&] {
+            openPopup(picker);
+            click(buttonOf(picker));
+        };
+        answerDialog(ask, [&](QDialog &dialog) {
+            auto *list = dialog.findChild<QListWidget *>(QStringLiteral("listWidget"));
+            const auto *name = dialog.findChild<QLabel *>(QStringLiteral("nameLabel"));
+            const auto *combo = dialog.findChild<QComboBox *>(QStringLiteral("comboBox"));
+            QCOMPARE(list->currentRow(), picker.currentRow());
+            QTest::mouseClick(dialog.findChild<QRadioButton *>(QLatin1String(unit)), Qt::LeftButton,
+                              {}, QPoint(10, 8));
+            list->setCurrentRow(row);
+            QCOMPARE(name->text(), list->currentItem()->text());
+            QCOMPARE(list->count(), 27);
+            QCOMPARE(combo->itemText(23), list->item(26)->text());
+            QTest::mouseClick(dialog.findChild<QPushButton *>(QLatin1String(button)),
+                              Qt::LeftButton);
+        });
+    };
+    answer("inRadioBnt", 7, "cancelBnt");
+    QCOMPARE(textOf(picker), QStringLiteral("0.05 mm"));
+    answer("mmRadioBnt", 7, "okBnt");
+    QCOMPARE(textOf(picker), QStringLiteral("0.15 mm"));
+    answer("inRadioBnt", 8, "okBnt");
+    QCOMPARE(textOf(picker), QStringLiteral("0.07\""));
+    answer("mmRadioBnt", 5, "okBnt");
+    QCOMPARE(textOf(picker), QStringLiteral("0.04\""));
+    QCOMPARE(labelsOf(*listOf(picker)).mid(2, 3), (QStringList{"Default", "0.00\"", "0.02\""}));
+    // This picker has 9 rows only.
+    answer("mmRadioBnt", 20, "okBnt");
+    QCOMPARE(picker.currentRow(), 5);
+    QCOMPARE(choices, (QList<QVariantList>{{15}, {18}, {9}}));
+}
+
+void tst_Pickers::panel()
+{
+    PropertyManager panel;
+    QSignalSpy colors(&panel, &PropertyManager::colorChosen);
+    QSignalSpy lineWeights(&panel, &PropertyManager::lineWeightChosen);
+    QSignalSpy lineTypes(&panel, &PropertyManager::lineTypeChosen);
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    const QList<BaseComboBox *> pickers{panel.colorPicker(), panel.lineWeightPicker(),
+                                        panel.lineTypePicker()};
+    for (BaseComboBox *picker : pickers) {
+        QCOMPARE(textOf(*picker), QStringLiteral("By Layer"));
+        clickRow(*picker, 2);
+    }
+    QCOMPARE(colors, (QList<QVariantList>{{2, QColor(Qt::red)}}));
+    QCOMPARE(lineWeights, (QList<QVariantList>{{int(LineWeightDefault)}}));
+    QCOMPARE(lineTypes, (QList<QVariantList>{{QStringLiteral("Continuous")}}));
+}
+
+QTEST_MAIN(tst_Pickers)
+#include "tst_pickers.moc"
