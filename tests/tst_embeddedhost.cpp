@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QJsonArray>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -12,15 +13,6 @@ using namespace Kcore;
 namespace {
 
 using Statuses = QVector<ErrorStatus>;
-
-QString nameOf(KcDbObjectId id)
-{
-    KTCHAR *name = nullptr;
-    KcDbSymbolUtilities::getSymbolName(name, id);
-    const QString result = name ? QString::fromWCharArray(name) : QString();
-    kcutDelString(name);
-    return result;
-}
 
 /// The names of the layers in the working drawing, in the order of its layer table.
 QString names()
@@ -59,57 +51,42 @@ ErrorStatus change(const QString &step)
             {"freeze", &KcDbLayerTableRecord::setIsFrozen},
             {"lock", &KcDbLayerTableRecord::setIsLocked},
             {"plot", &KcDbLayerTableRecord::setIsPlottable}};
+    KcDbLayerTableRecord *record = getLayerByName(name);
+    if (!record || record->upgradeOpen() != eOk)
+        return eKeyNotFound;
     const bool value = !word.startsWith("un");
-    KcDbLayerTableRecord *record = nullptr;
-    ErrorStatus status = kcdbOpenObject(record, idOf(name), KcDb::kForWrite);
-    if (status != eOk)
-        return status;
-    status = (record->*setters[word.mid(value ? 0 : 2)])(value);
-    return record->close() == eOk ? status : eNotOpenForWrite;
+    const ErrorStatus status = (record->*setters[word.mid(value ? 0 : 2)])(value);
+    record->close();
+    return status;
 }
 
-/// Groups such as "0 SECTION|2 HEADER" as the lines of a file.
-QByteArray dxf(const QByteArray &groups, const QByteArray &lineEnd = "\n")
+/// The lines of groups such as "(HEADER|9 $CLAYER|8 0|)", in which the parentheses mark a section.
+QByteArray dxf(const QByteArray &groups, const QString &lineEnd = "\n")
 {
-    QByteArray lines;
-    const QList<QByteArray> parts = groups.split('|');
-    for (const QByteArray &group : parts) {
-        const int blank = group.indexOf(' ');
-        if (blank > 0)
-            lines += group.left(blank) + lineEnd + group.mid(blank + 1) + lineEnd;
-    }
-    return lines;
-}
-
-QByteArray section(const QByteArray &name, const QByteArray &groups)
-{
-    return "0 SECTION|2 " + name + '|' + groups + "|0 ENDSEC|";
+    static const QRegularExpression group("([^ |]+) ([^|]*)\\|*");
+    QString lines = QString::fromLatin1(groups);
+    lines.replace('(', "0 SECTION|2 ").replace(')', "0 ENDSEC|");
+    return lines.replace(group, "\\1" + lineEnd + "\\2" + lineEnd).toLatin1();
 }
 
 QByteArray header(const QByteArray &version, const QByteArray &more = {})
 {
-    return section("HEADER", "9 $ACADVER|1 " + version + '|' + more);
+    return "(HEADER|9 $ACADVER|1 " + version + '|' + more + "|)";
 }
 
 QByteArray layers(const QByteArray &records, const QByteArray &count = "1")
 {
-    return section("TABLES", "0 TABLE|2 LAYER|70 " + count + "|0 LAYER|2 0|70 0|62 7|6 CONTINUOUS|"
-                                     + records + "|0 ENDTAB");
+    return "(TABLES|0 TABLE|2 LAYER|70 " + count + "|0 LAYER|2 0|70 0|62 7|6 CONTINUOUS|" + records
+           + "|0 ENDTAB|)";
 }
 
 constexpr char kEnd[] = "0 EOF";
 
 /// One side of groups in which "[old>new]" stands for what a change does.
-QByteArray side(QByteArray groups, bool isNew)
+QByteArray side(const QByteArray &groups, bool isNew)
 {
-    for (int begin = groups.indexOf('['); begin >= 0; begin = groups.indexOf('[')) {
-        const int middle = groups.indexOf('>', begin);
-        const int end = groups.indexOf(']', middle);
-        groups.replace(begin, end + 1 - begin,
-                       isNew ? groups.mid(middle + 1, end - middle - 1)
-                             : groups.mid(begin + 1, middle - begin - 1));
-    }
-    return groups;
+    static const QRegularExpression mark("\\[([^>]*)>([^\\]]*)\\]");
+    return QString::fromLatin1(groups).replace(mark, isNew ? "\\2" : "\\1").toLatin1();
 }
 
 } // namespace
@@ -143,13 +120,12 @@ private:
 
     QByteArray written()
     {
-        const bool isWritten =
-                KcHost::writeDrawing(*m_drawing, m_writtenPath, &m_error, &m_warnings);
-        return isWritten ? fileContent(m_writtenPath) : QByteArray();
+        KcHost::writeDrawing(*m_drawing, m_writtenPath, &m_error, &m_warnings);
+        return m_error.isEmpty() ? fileContent(m_writtenPath) : QByteArray();
     }
 
 private slots:
-    void cleanup() { QCOMPARE(KcHost::openObjectCount(), 0); }
+    void cleanup();
     void keepsForeignFiles();
     void readsOddFiles_data();
     void readsOddFiles();
@@ -160,12 +136,16 @@ private slots:
     void opensAndCloses();
     void walksBothWays();
     void refusesAndAnnounces();
-    void announcesOnceClosed();
-    void findsTheViewport_data();
     void findsTheViewport();
     void writesNewDrawing();
     void forgetsDestroyedDrawings();
 };
+
+void TestEmbeddedHost::cleanup()
+{
+    KcHost::setLayerModifiedHandler({});
+    QCOMPARE(KcHost::openObjectCount(), 0);
+}
 
 void TestEmbeddedHost::keepsForeignFiles()
 {
@@ -189,10 +169,8 @@ void TestEmbeddedHost::keepsForeignFiles()
             const QJsonObject layers = file["layers"].toObject();
             QCOMPARE(layers.keys().join(','),
                      QString("0,Außen,Defpoints,Doors,New ä,Only in blocks,Texts"));
-            QVERIFY(layers["Only in blocks"].toArray().at(1).toBool());
             const QJsonArray walls = layers["Außen"].toArray();
-            QVERIFY(!walls.at(0).toBool() && walls.at(2).toBool());
-            QCOMPARE(walls.at(5).toInt(), 30);
+            QVERIFY(!walls.at(0).toBool() && walls.at(2).toBool() && walls.at(5) == 30);
         }
     }
 }
@@ -208,22 +186,17 @@ void TestEmbeddedHost::readsOddFiles_data()
                         const QString &messages = "", const QString &names = "0,A") {
         QTest::newRow(qPrintable(name)) << content << messages << names;
     };
-    QByteArray mixed = dxf(header("AC1009") + tables + kEnd);
-    for (int at = mixed.indexOf('\n'); at >= 0; at = mixed.indexOf('\n', at + 9))
-        mixed.insert(at, '\r');
-    row("mixed line ends", mixed);
+    row("mixed line ends", dxf(header("AC1009"), "\r\n") + dxf(tables) + dxf(kEnd, "\r\n"));
     row("byte-order mark", "\xEF\xBB\xBF" + dxf(tables + kEnd));
     row("comments", dxf("999 by hand|" + tables + "999 0|" + kEnd));
     row("padded codes",
         dxf(tables + kEnd).replace("\n0\nLAYER", "\n  0 \nLAYER").replace("\n2\nA", "\n \t2\nA"));
     row("no final newline", dxf(tables + kEnd).chopped(1));
     row("text after the end", dxf(tables + kEnd) + "\x1A the end");
-    row("blank lines for an end", dxf(tables) + "\n \n",
-        "line 31: the file ends without its end mark");
+    row("no end", dxf(tables) + "\n \n", "line 31: the file ends without its end mark");
     row("only an end", dxf(kEnd), "", "0");
     row("only entities",
-        dxf(section("BLOCKS", "0 LINE|102 {X|8 C|102 }|8 B|100 X|8 C")
-            + section("ENTITIES", "0 LINE|8 a|0 LINE|8 A|0 ARC") + kEnd),
+        dxf("(BLOCKS|0 LINE|102 {X|8 C|102 }|8 B|100 X|8 C|)(ENTITIES|0 X|8 a|0 X|8 A|0 X|)0 EOF"),
         "", "B,a,0");
     row("names", dxf(layers("0 LAYER|2 A|0 LAYER|62 300|0 LAYER|2  |0 LAYER|2 a|62 1") + kEnd),
         "line 25: a layer without a name is left out\n"
@@ -236,7 +209,6 @@ void TestEmbeddedHost::readsOddFiles_data()
     };
     layer("62 0", "colour \"0\", which is out of range; it is read as 7");
     layer("62 -256", "colour \"-256\", which is out of range; it is read as 7");
-    layer("62 red", "colour \"red\", which is out of range; it is read as 7");
     layer("420 16777216",
           "true colour \"16777216\", which is out of range; it is read as its indexed colour");
     layer("70 -1", "flags \"-1\", which is out of range; it is read as 0");
@@ -244,19 +216,18 @@ void TestEmbeddedHost::readsOddFiles_data()
     layer("370 26", "lineweight \"26\", which is out of range; it is read as the default");
     layer("6 X", "linetype \"X\", which does not exist; \"Continuous\" is taken instead");
     const auto head = [&](const QByteArray &groups, const char *message) {
-        row(groups, dxf(section("HEADER", groups) + tables + kEnd), message);
+        row(groups, dxf("(HEADER|" + groups + "|)" + tables + kEnd), message);
     };
     head("9 $CLAYER|8 X", "line 7: the current layer \"X\" does not exist; \"0\" is taken instead");
-    head("9 $DWGCODEPAGE|3 X",
-         "line 7: the code page \"X\" is unknown; ANSI_1252 is taken instead");
-    head("9 $DWGCODEPAGE|3 ANSI_1200", // it exists, but no drawing can be written in it
-         "line 7: the code page \"ANSI_1200\" is unknown; ANSI_1252 is taken instead");
+    for (const QByteArray page : {"X", "ANSI_1200"}) // the second is none for a file
+        head("9 $DWGCODEPAGE|3 " + page,
+             "line 7: the code page \"" + page + "\" is unknown; ANSI_1252 is taken instead");
     head("9 $ACADVER|1 AC1006", "line 7: the version \"AC1006\" is none from R12 to R2018");
 
     const auto refused = [&](const QByteArray &content, const QString &message) {
         row(message, content, message, "none");
     };
-    const QByteArray open = dxf("0 SECTION|2 ENTITIES|0 LINE|8 0");
+    const QByteArray open = dxf("(ENTITIES|0 LINE|8 0");
     const QString cut = "line %1: the file ends inside the section \"%2\"";
     refused("", "line 1: the file is empty");
     for (const char *text : {"To be\nor not to be\n", "1\n2\n3\n4\n", "0"})
@@ -272,8 +243,7 @@ void TestEmbeddedHost::readsOddFiles_data()
     for (const char *half : {"0\n", "1", "0\nEOF\n"})
         refused(open + half, cut.arg("9", "ENTITIES"));
     refused("0\nSECTION\n2\n", cut.arg("3", ""));
-    refused(dxf("0 SECTION|2 HEADER|9 $CLAYER"), cut.arg("6", "HEADER"));
-    refused(dxf("0 SECTION|2 TABLES|0 TABLE|2 LAYER|0 LAYER|2 A"), cut.arg("12", "TABLES"));
+    refused(dxf("(TABLES|0 TABLE|2 LAYER|0 LAYER|2 A"), cut.arg("12", "TABLES"));
 }
 
 void TestEmbeddedHost::readsOddFiles()
@@ -287,10 +257,8 @@ void TestEmbeddedHost::readsOddFiles()
         message = m_path + ", " + message + '.';
     QCOMPARE(isRead ? m_warnings : QStringList(m_error), expected);
     QCOMPARE(isRead ? ::names() : "none", names);
-    if (isRead) {
-        QCOMPARE(nameOf(m_drawing->clayer()), QString("0"));
-        QCOMPARE(written(), content);
-    }
+    QVERIFY(!isRead || m_drawing->clayer() == idOf("0"));
+    QVERIFY(!isRead || written() == content);
 }
 
 /// The groups mark in brackets what the changes do.
@@ -302,13 +270,11 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     const auto row = [](const QByteArray &changes, const QByteArray &groups) {
         QTest::newRow(changes) << QString(changes) << groups + kEnd;
     };
-    const auto record = [&](const char *changes, const QByteArray &version,
-                            const QByteArray &groups) {
+    const auto record = [&](const char *changes, const char *version, const QByteArray &groups) {
         row(changes, header(version) + layers("0 LAYER|2 A|" + groups));
     };
-    const QByteArray r12 = "AC1009";
-    const QByteArray r2000 = "AC1015";
-    const QByteArray foreign = "102 {X|70 1|62 3|102 }|";
+    const char *const r12 = "AC1009";
+    const char *const r2000 = "AC1015";
     const QByteArray xdata = "|1001 ACAD|1070 62|1070 70";
     record("off A", r12, "62     [ 5>-5]");
     record("unoff A", r12, "62 [-5>5]");
@@ -318,13 +284,12 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     record("lock A", r12, "70 [x>4]");
     record("unplot A", r2000, "290      [1>0]");
     record("off A;freeze A;unplot A", r2000, "[>70 1|62 -7|]6 X|[>290 0|]370 25|390 F" + xdata);
-    record("off A;lock A", r2000, "[>70 4|]" + foreign + "62 [>-]5" + xdata);
+    record("off A;lock A", r2000, "[>70 4|]102 {X|70 1|62 3|102 }|62 [>-]5" + xdata);
     record("off A;unoff A;add B;current B;current 0;erase B", r2000, "62 5");
     record("erase B", r12, "62 5|[0 LAYER|2 B|62 5|0 LAYER|2 b|>]999 about C|0 LAYER|2 C");
     row("current 0", header(r12, "9 $CLAYER|8 [a>0]") + layers("0 LAYER|2 A"));
     row("current A", header(r12, "[>9 $CLAYER|8 A|]") + layers("0 LAYER|2 A"));
-    row("current Ж",
-        "[>" + section("HEADER", "9 $CLAYER|8 \\U+0416") + ']' + layers("0 LAYER|2 \\U+0416"));
+    row("current A", "[>(HEADER|9 $CLAYER|8 A|)]" + layers("0 LAYER|2 A"));
 
     const QByteArray defaults = "|70 0|62 7|6 Continuous|";
     const QByteArray classes = "|100 AcDbSymbolTableRecord|100 AcDbLayerTableRecord";
@@ -332,34 +297,28 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     row("add B;unplot B",
         header("AC1014", "9 $HANDSEED|5 [FF>101]")
                 + layers("[>0 LAYER|5 FF" + classes + "|2 B" + defaults + ']', "[1>2]"));
+    const QByteArray entry = "[>0 LAYER|5 2F|330 2" + classes
+                             + "|2 B|70 4|62 -7|6 CONTINUOUS|290 0|370 -3|347 2C|390 F|]";
     row("add B;unplot B;off B;lock B",
         header(r2000, "9 $HANDSEED|5 [1F>30]")
-                + section("TABLES", "0 TABLE|2 LTYPE|0 LTYPE|5 2E|2 CONTINUOUS|0 ENDTAB|0 TABLE|"
-                                    "2 LAYER|5 2|70 5|0 LAYER|5 10|2 0|347 2C|390 F|[>0 LAYER|5 2F|"
-                                    "330 2" + classes
-                                            + "|2 B|70 4|62 -7|6 CONTINUOUS|290 0|"
-                                              "370 -3|347 2C|390 F|]0 ENDTAB"));
-    const QByteArray lines = section("ENTITIES", "0 LINE|8 walls|0 LINE|8 free");
+                + "(TABLES|0 TABLE|2 LTYPE|0 LTYPE|5 2E|2 CONTINUOUS|0 ENDTAB|0 TABLE|2 LAYER|5 2|"
+                  "70 5|0 LAYER|5 10|2 0|347 2C|390 F|"
+                + entry + "0 ENDTAB|)");
+    const QByteArray lines = "(ENTITIES|0 LINE|8 walls|0 LINE|8 free|)";
     const QByteArray walls = "|0 LAYER|2 walls|70 0|62 -7|6 Continuous|";
-    const QByteArray table = "0 TABLE|2 LAYER|70 ";
-    row("off walls;current free",
-        "[>" + section("HEADER", "9 $CLAYER|8 free")
-                + section("TABLES", table + '2' + walls + "0 LAYER|2 free" + defaults + "0 ENDTAB")
-                + ']' + lines);
-    row("off walls", section("TABLES", "0 X|[>" + table + '1' + walls + "0 ENDTAB|]") + lines);
+    row("off walls", "(TABLES|0 X|[>0 TABLE|2 LAYER|70 1" + walls + "0 ENDTAB|])" + lines);
+    row("off walls;current free", "[>(HEADER|9 $CLAYER|8 free|)(TABLES|0 TABLE|2 LAYER|70 2" + walls
+                                          + "0 LAYER|2 free" + defaults + "0 ENDTAB|)]" + lines);
 
     const auto coded = [&](const QByteArray &version, const QByteArray &codePage,
                            const QByteArray &bytes, const QByteArray &name) {
-        row("rename A>" + name,
-            header(version, codePage.isEmpty() ? "" : "9 $DWGCODEPAGE|3 " + codePage)
-                    + layers("0 LAYER|2 [A>" + bytes + ']'));
+        row("rename A>" + name, header(version, "9 $DWGCODEPAGE|3 " + codePage)
+                                        + layers("0 LAYER|2 [A>" + bytes + ']'));
     };
-    coded(r12, "", "W\xE4nde", "Wände");
+    row("rename A>Wände", layers("0 LAYER|2 [A>W\xE4nde]"));
     coded("AC1018", "ANSI_1251", "\xD1\xF2\xE5\xED\xE0", "Стена");
     coded(r2000, "ansi_1251", "\xD1", "С");
     coded(r2000, "ANSI_932", "\x95\xC7\x83\x5C", "壁ソ");
-    coded(r2000, "ANSI_936", "\xC7\xBD", "墙");
-    coded(r2000, "ANSI_874", "\xA1", "ก");
     coded(r12, "dos850", "\x84", "ä");
     coded(r2000, "ANSI_1252", "\\U+0416\xE4\\U+4E2D-\\U+D83D\\U+DE00", "Жä中-😀");
     coded(r2000, "ANSI_1252", "U+0416 +U", "U+0416 +U");
@@ -368,30 +327,25 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     // All places that name layers, but for those where "A" stands: %1 has a record, is current and
     // goes by %2, too; %3 has a record, %4 none.
     const QString plan =
-            header(r12, "9 $CLAYER|8 %2")
-            + layers("0 LAYER|2 %1|62 5|0 LAYER|102 {X|2 A|102 }|2 %2|0 LAYER|2 %3|%5", "9")
-            + section("BLOCKS",
-                      "0 BLOCK|8 %2|2 A|0 LINE|8 %4|0 ENDBLK|8 0|0 VIEWPORT|1001 ACAD|1003 %1")
-            + section("ENTITIES", "0 VIEWPORT|8 %1|67 1|1001 X|1003 A|1001 ACAD|1003 %2|1003 %3|"
-                                  "0 TEXT|102 {X|8 A|102 }|8 %1|1 A|100 X|8 A|1001 ACAD|1003 A|"
-                                  "0 LINE|8 %4")
-            + section("OBJECTS", "0 X|8 A");
+            "(HEADER|9 $CLAYER|8 %2|)(TABLES|0 TABLE|2 LAYER|0 LAYER|2 %1|62 5|0 LAYER|102 {X|2 A|"
+            "102 }|2 %2|0 LAYER|2 %3|%5|0 ENDTAB|)(BLOCKS|0 BLOCK|8 %2|2 A|0 LINE|8 %4|0 ENDBLK|"
+            "8 0|0 VIEWPORT|1001 ACAD|1003 %1|)(ENTITIES|0 VIEWPORT|8 %1|67 1|1001 X|1003 A|"
+            "1001 ACAD|1003 %2|1003 %3|0 TEXT|102 {X|8 A|102 }|8 %1|1 A|100 X|8 A|1001 ACAD|1003 A|"
+            "0 LINE|8 %4|)(OBJECTS|0 X|8 A|)";
     const auto rename = [&](const char *changes, const QString &first, const QString &second,
                             const QString &third, const QString &added = "") {
         const QString alias = first == "A" ? "\\U+0061" : "[\\U+0061>" + first.mid(3);
-        const QString records = added.isEmpty() ? added : "[>0 LAYER|2 " + added + defaults + ']';
-        row(changes, plan.arg(first, alias, second, third, records).toLatin1());
+        row(changes, plan.arg(first, alias, second, third, added).toLatin1());
     };
-    rename("rename a>W \u00E4 \u0416", "[A>W \u00E4 \\U+0416]", "B", "C");
+    rename("rename a>W ä Ж", "[A>W ä \\U+0416]", "B", "C");
     rename("rename A>a", "[A>a]", "B", "C");
     rename("rename A>X;rename x>Y", "[A>Y]", "B", "C");
     rename("rename A>X;rename X>A", "A", "B", "C");
     rename("rename A>X;rename B>A;rename X>B", "[A>B]", "[B>A]", "C");
-    rename("rename A>X;add A", "[A>X]", "B", "C", "A");
-    rename("rename C>X", "A", "B", "[C>X]", "X");
-    row("rename B>X;erase X",
-        header(r12) + layers("0 LAYER|2 A|[0 LAYER|2 B|>]")
-                + section("ENTITIES", "0 VIEWPORT|67 1|1001 ACAD|1003 A|[1003 b|>]1003 0"));
+    rename("rename A>X;add A", "[A>X]", "B", "C", "[>0 LAYER|2 A" + defaults + ']');
+    rename("rename C>X", "A", "B", "[C>X]", "[>0 LAYER|2 X" + defaults + ']');
+    const QByteArray frozen = "(ENTITIES|0 VIEWPORT|67 1|1001 ACAD|1003 [a>Y]|[1003 b|>]1003 0|)";
+    row("rename B>X;erase X;rename A>Y", layers("0 LAYER|2 [A>Y]|[0 LAYER|2 B|>]") + frozen);
 }
 
 /// Each step is written, and the last one read again.
@@ -403,8 +357,7 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
     const QString loss = ": the file's version cannot hold the plot flag of the layer \"B\".";
     for (const char *lineEnd : {"\n", "\r\n"}) {
         QVERIFY2(read(dxf(side(groups, false), lineEnd)), qPrintable(m_error));
-        const QStringList steps = changes.split(';');
-        for (const QString &step : steps) {
+        for (const QString &step : changes.split(';')) {
             QVERIFY2(change(step) == eOk, qPrintable(step));
             written();
         }
@@ -420,35 +373,29 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
 
 void TestEmbeddedHost::readsProperties()
 {
-    const QByteArray tables = section(
-            "TABLES", "0 TABLE|2 LTYPE|0 LTYPE|2 Dashed|0 ENDTAB|0 TABLE|2 LAYER|0 LAYER|2 0|"
-                      "0 LAYER|2 A|70 7|62 -1|6 DASHED|290 0|370 35|390 1F|1001 AcAecLayerStandard|"
-                      "1000 |1000 about A|1001 ACAD|1000 x|1000 y|"
-                      "0 LAYER|2 B|62 12|420 1122867|6 continuous|390 AA|370 -3|"
-                      "0 LAYER|2 C|62 249|0 LAYER|2 D|62 250|0 LAYER|2 E|62 33|0 ENDTAB");
-    const QByteArray objects = section(
-            "OBJECTS",
-            "0 DICTIONARY|5 C|3 ACAD_GROUP|350 D|3 ACAD_PLOTSTYLENAME|350 E|"
-            "0 DICTIONARY|5 D|3 Wrong|350 1F|"
-            "0 ACDBDICTIONARYWDFLT|5 E|3 Normal|350 F|3 Fine|350 1F|0 ACDBPLACEHOLDER|5 1F");
+    const QByteArray content =
+            "(TABLES|0 TABLE|2 LTYPE|0 LTYPE|2 Dashed|0 ENDTAB|0 TABLE|2 LAYER|0 LAYER|2 0|"
+            "0 LAYER|2 A|70 7|62 -1|6 DASHED|290 0|370 35|390 1F|1001 AcAecLayerStandard|1000 |"
+            "1000 about A|1001 ACAD|1000 x|1000 y|"
+            "0 LAYER|2 B|62 12|420 1122867|6 continuous|390 AA|370 -3|"
+            "0 LAYER|2 C|62 249|0 LAYER|2 D|62 250|0 LAYER|2 E|62 33|0 ENDTAB|)"
+            "(OBJECTS|0 DICTIONARY|5 C|3 ACAD_GROUP|350 D|3 ACAD_PLOTSTYLENAME|350 E|0 DICTIONARY|"
+            "5 D|3 Wrong|350 1F|0 ACDBDICTIONARYWDFLT|5 E|3 Normal|350 F|3 Fine|350 1F|)0 EOF";
     // The plot style's name goes with the drawing's mode.
-    const QString expected = "1 0 1 1 1 ll*white;255,255,255 Continuous Default %1 1 0 0 \n"
-                             "0 A 0 0 0 ll*red;255,0,0 Dashed 0.35 mm %2 0 1 0 about A\n"
-                             "0 B 1 1 1 ll*17,34,51;17,34,51 Continuous Default %3 1 0 0 \n"
-                             "0 C 1 1 1 ll*Color 249;38,19,23 Continuous Default %4 1 0 0 \n"
-                             "0 D 1 1 1 ll*Color 250;51,51,51 Continuous Default %5 1 0 0 \n"
-                             "0 E 1 1 1 ll*Color 33;165,124,82 Continuous Default %6 1 0 0 \n";
-    for (const bool isNamed : {true, false}) {
-        const QByteArray mode = isNamed ? "9 $PSTYLEMODE|290 0" : "";
-        QVERIFY(read(dxf(header("AC1015", mode) + tables + objects + kEnd)));
+    const QByteArray lines =
+            "1 0 1 1 1 ll*white;255,255,255 Continuous Default [Normal>Color-7] 1 0 0 \n"
+            "0 A 0 0 0 ll*red;255,0,0 Dashed 0.35 mm [Fine>Color-1] 0 1 0 about A\n"
+            "0 B 1 1 1 ll*17,34,51;17,34,51 Continuous Default [Normal>Color-12] 1 0 0 \n"
+            "0 C 1 1 1 ll*Color 249;38,19,23 Continuous Default [Normal>Color-249] 1 0 0 \n"
+            "0 D 1 1 1 ll*Color 250;51,51,51 Continuous Default [Normal>Color-250] 1 0 0 \n"
+            "0 E 1 1 1 ll*Color 33;165,124,82 Continuous Default [Normal>Color-33] 1 0 0 \n";
+    for (const QByteArray mode : {"0", "1"}) {
+        QVERIFY(read(dxf(header("AC1015", "9 $PSTYLEMODE|290 " + mode) + content)));
         QCOMPARE(m_warnings, QStringList());
-        QString found;
+        QByteArray found;
         for (const QStringList &row : layerRows())
-            found += row.join(' ').replace("true", "1").replace("false", "0") + '\n';
-        QCOMPARE(found,
-                 isNamed ? expected.arg("Normal", "Fine", "Normal", "Normal", "Normal", "Normal")
-                         : expected.arg("Color-7", "Color-1", "Color-12", "Color-249", "Color-250",
-                                        "Color-33"));
+            found += row.join(' ').replace("true", "1").replace("false", "0").toLatin1() + '\n';
+        QCOMPARE(found, side(lines, mode == "1"));
     }
 }
 
@@ -461,7 +408,7 @@ void TestEmbeddedHost::namesWhatFails()
         QCOMPARE(m_error, message);
     }
 
-    const QByteArray old = "0\nSECTION\n2\nHEADER\n0\nENDSEC";
+    const QByteArray old = dxf("(HEADER|)").chopped(1);
     QVERIFY(read(old));
     QCOMPARE(change("off 0"), eOk);
     const QStringList files = QDir(m_folder.path()).entryList(QDir::Files);
@@ -481,40 +428,45 @@ void TestEmbeddedHost::namesWhatFails()
     QVERIFY(m_error.startsWith(m_folder.path() + ": "));
 
     // The last line of the file was open.
-    const QByteArray zero = "0 LAYER|2 0|70 0|62 -7|6 Continuous|0 ENDTAB";
-    const QByteArray table = section("TABLES", "0 TABLE|2 LAYER|70 1|" + zero);
-    QCOMPARE(written(), old + '\n' + dxf(table));
-    QCOMPARE(m_error, QString());
+    QCOMPARE(written(), old + '\n'
+                                + dxf("(TABLES|0 TABLE|2 LAYER|70 1|0 LAYER|2 0|70 0|62 -7|6 "
+                                      "Continuous|0 ENDTAB|)"));
 }
 
 void TestEmbeddedHost::opensAndCloses()
 {
     open(drawingWithLayers({"A"}));
+    int changes = 0;
+    KcHost::setLayerModifiedHandler([&](const QString &) { ++changes; });
     const KcDbObjectId id = idOf("A");
     KcDbLayerTableRecord *first = nullptr;
     KcDbLayerTableRecord *second = nullptr;
+    KTCHAR *name = nullptr;
+    const auto open2 = [&](KcDb::OpenMode mode) { return kcdbOpenObject(second, id, mode); };
     const auto tries = [&] {
-        return Statuses{kcdbOpenObject(second, id, KcDb::kForWrite), change("erase a"),
-                        change("rename a>B")};
+        return Statuses{open2(KcDb::kForWrite), change("erase a"), change("rename a>B")};
     };
     QCOMPARE(kcdbOpenObject(first, id, KcDb::kForRead), eOk);
-    QCOMPARE(kcdbOpenObject(second, id, KcDb::kForRead), eOk);
+    QCOMPARE(open2(KcDb::kForRead), eOk);
     QCOMPARE(KcHost::openObjectCount(), 2);
-    QCOMPARE(first->upgradeOpen(), eWasOpenForRead);
-    QCOMPARE(first->setIsOff(true), eNotOpenForWrite);
-    QCOMPARE(first->downgradeOpen(), eNotOpenForWrite);
+    QCOMPARE((Statuses{first->upgradeOpen(), first->setIsOff(true), first->downgradeOpen()}),
+             (Statuses{eWasOpenForRead, eNotOpenForWrite, eNotOpenForWrite}));
     QCOMPARE(second->close(), eOk);
     QCOMPARE(tries(), Statuses(3, eWasOpenForRead));
-    QVERIFY(!second);
-    QCOMPARE(first->upgradeOpen(), eOk);
-    QCOMPARE(first->upgradeOpen(), eNotOpenForRead);
+    QCOMPARE((Statuses{first->upgradeOpen(), first->setIsOff(true), first->setIsOff(false)}),
+             Statuses(3, eOk));
     QCOMPARE(tries(), Statuses(3, eWasOpenForWrite));
-    QCOMPARE(kcdbOpenObject(second, id, KcDb::kForRead), eWasOpenForWrite);
-    QCOMPARE(first->downgradeOpen(), eOk);
-    QCOMPARE(first->close(), eOk);
-    KTCHAR *name = nullptr;
-    QCOMPARE((Statuses{first->close(), first->upgradeOpen(), first->getName(name)}),
-             Statuses(3, eNotOpenForRead));
+    QVERIFY(open2(KcDb::kForRead) == eWasOpenForWrite && !second);
+    QCOMPARE((Statuses{first->upgradeOpen(), first->close(), first->close(), first->upgradeOpen(),
+                       first->getName(name)}),
+             (Statuses{eNotOpenForRead, eOk, eNotOpenForRead, eNotOpenForRead, eNotOpenForRead}));
+
+    // With other readers about, the last of them makes a change known.
+    QCOMPARE(kcdbOpenObject(first, id, KcDb::kForWrite), eOk);
+    QCOMPARE((Statuses{first->setIsOff(true), first->downgradeOpen(), open2(KcDb::kForRead)}),
+             Statuses(3, eOk));
+    QVERIFY(first->close() == eOk && changes == 0);
+    QVERIFY(second->close() == eOk && changes == 1);
     KcDbViewport *viewport = nullptr;
     QCOMPARE(kcdbOpenObject(viewport, id, KcDb::kForRead), eNotThatKindOfClass);
     QCOMPARE(kcdbOpenObject(first, KcDbObjectId(), KcDb::kForRead), eNullObjectId);
@@ -527,12 +479,12 @@ void TestEmbeddedHost::walksBothWays()
     const KcDbObjectId id = idOf("A");
     KcDbLayerTable *table = nullptr;
     QCOMPARE(m_drawing->getLayerTable(table, KcDb::kForRead), eOk);
-    QCOMPARE(change("add C"), eWasOpenForRead);
     KcDbLayerTableIterator *made = nullptr;
-    QCOMPARE(table->newIterator(made, false), eOk);
+    QCOMPARE((Statuses{change("add C"), table->newIterator(made, false)}),
+             (Statuses{eWasOpenForRead, eOk}));
     const std::unique_ptr<KcDbLayerTableIterator> iterator(made);
-    QCOMPARE(table->close(), eOk);
-    QCOMPARE(table->newIterator(made), eNotOpenForRead);
+    QCOMPARE((Statuses{table->close(), table->newIterator(made)}),
+             (Statuses{eOk, eNotOpenForRead}));
 
     KcDbLayerTableRecord *record = nullptr;
     QCOMPARE(change("erase A"), eOk);
@@ -541,15 +493,16 @@ void TestEmbeddedHost::walksBothWays()
     iterator->step(false, false);
     QCOMPARE(iterator->getRecord(record, KcDb::kForRead), eWasErased);
     QCOMPARE(iterator->getRecord(record, KcDb::kForRead, true), eOk);
-    QCOMPARE(nameOf(record->objectId()), QString("A"));
+    QVERIFY(record->objectId() == id);
     QCOMPARE(record->close(), eOk);
-    QString names;
-    for (iterator->start(false); !iterator->done(); iterator->step(false)) {
+    iterator->start(false);
+    for (const char *name : {"a", "B", "0"}) {
         QCOMPARE(iterator->getRecord(record, KcDb::kForRead), eOk);
-        names += nameOf(record->objectId());
+        QVERIFY(record->objectId() == idOf(name));
         QCOMPARE(record->close(), eOk);
+        iterator->step(false);
     }
-    QCOMPARE(names, QString("aB0"));
+    QVERIFY(iterator->done());
     QCOMPARE(iterator->getRecord(record, KcDb::kForRead), eKeyNotFound);
 }
 
@@ -557,7 +510,7 @@ void TestEmbeddedHost::walksBothWays()
 void TestEmbeddedHost::refusesAndAnnounces()
 {
     QVERIFY(read(dxf(layers("0 LAYER|2 A|0 LAYER|2 Used")
-                     + section("ENTITIES", "0 LINE|8 uSED|0 LINE|8 Free") + kEnd)));
+                     + "(ENTITIES|0 LINE|8 uSED|0 LINE|8 Free|)0 EOF")));
     const QString longest(255, 'x');
     QString told;
     const auto tell = [&](const QString &name) {
@@ -570,106 +523,65 @@ void TestEmbeddedHost::refusesAndAnnounces()
         KcHost::setLayerModifiedHandler(tell); // while the former one runs
     });
     const std::tuple<ErrorStatus, QString, const char *> runs[]{
-            {eInvalidInput, "add ;add  ;add a*;add a\n;add a\\b;rename A>;rename A>b|c", ""},
-            {eInvalidInput, "add y" + longest, ""},
+            {eInvalidInput, "add ;add a*;add a\n;rename A> ;rename A>b\\c;add y" + longest, ""},
             {eDuplicateKey, "add used;rename A>0;rename A>fREE", ""},
             {eCannotBeErasedByCaller, "erase 0;rename 0>B", ""},
-            {eKeyNotFound, "erase none;current none;rename none>B", ""},
             {eLayerInUse, "erase used;erase free", ""},
-            {eLayerIsCurrent, "freeze 0", ""},
             {eOk, "off A;off A;lock A;unplot A;unfreeze A;current a;current A", "A A A A "},
             {eLayerIsCurrent, "freeze A;erase a", ""},
             {eOk, "freeze 0;current 0;erase a", "0 0 A "},
-            {eKeyNotFound, "erase A;current A;rename A>B", ""},
+            {eKeyNotFound, "erase A;current A;rename A>B;off A", ""},
             {eOk, "add A;rename a>A;rename A>a;rename used>Busy", "A a Busy "},
             {eLayerInUse, "erase busy", ""},
-            {eKeyNotFound, "erase Used", ""},
             {eOk, "rename a>uSED;rename Free>A;erase used;add " + longest, "uSED A uSED xxxx "}};
     for (const auto &[status, run, names] : runs) {
-        const QStringList steps = run.split(';');
         told.clear();
-        for (const QString &step : steps)
+        for (const QString &step : run.split(';'))
             QVERIFY2(change(step) == status, qPrintable(step));
         QCOMPARE(told, QString(names));
     }
     QCOMPARE(names(), "0,Busy,A," + longest);
-    KcHost::setLayerModifiedHandler({});
 }
 
-/// There and back is no change; with other readers about, the last of them makes one known.
-void TestEmbeddedHost::announcesOnceClosed()
+void TestEmbeddedHost::findsTheViewport()
 {
-    open(drawingWithLayers({"A"}));
-    int count = 0;
-    KcHost::setLayerModifiedHandler([&](const QString &) { ++count; });
-    KcDbLayerTableRecord *record = nullptr;
-    KcDbLayerTableRecord *reader = nullptr;
-    QCOMPARE(kcdbOpenObject(record, idOf("A"), KcDb::kForWrite), eOk);
-    record->setIsOff(true);
-    record->setIsOff(false);
-    QCOMPARE(record->close(), eOk);
-    QCOMPARE(kcdbOpenObject(record, idOf("A"), KcDb::kForWrite), eOk);
-    record->setIsOff(true);
-    QCOMPARE(record->downgradeOpen(), eOk);
-    QCOMPARE(kcdbOpenObject(reader, record->objectId(), KcDb::kForRead), eOk);
-    QCOMPARE(record->close(), eOk);
-    QCOMPARE(count, 0);
-    QCOMPARE(reader->close(), eOk);
-    QCOMPARE(count, 1);
-    KcHost::setLayerModifiedHandler({});
-}
-
-void TestEmbeddedHost::findsTheViewport_data()
-{
-    QTest::addColumn<QByteArray>("viewports");
-    QTest::addColumn<QString>("frozen"); // in the viewport in use; "-" when there is none
-
     const auto viewport = [](const QByteArray &groups) { return "0 VIEWPORT|8 0|" + groups + '|'; };
     const QByteArray sheet = viewport("67 1|68 1|69 1|331 b");
     const QByteArray second = viewport("67 1|68 3|69 2|102 {X|331 A|102 }|341 C|331 A0");
     const QByteArray active = viewport("67 1|68 2|69 3|331 A|341 C|1001 X|1003 B");
     const QByteArray names = "1001 ACAD|1000 MVIEW|1003 a|1003 B|1003 gone|1001 X|1003 C";
-    QTest::newRow("active one") << sheet + second + active << QString("AC");
-    QTest::newRow("none active") << sheet + second << QString("C");
-    QTest::newRow("off") << sheet + viewport("67 1|68 0|69 2|331 A") << QString("B");
-    QTest::newRow("not on the sheet") << viewport("68 1|69 2|331 A") << QString("-");
-    QTest::newRow("by names") << viewport("67 1|68 1|69 2|" + names) << QString("AB");
-}
-
-void TestEmbeddedHost::findsTheViewport()
-{
-    QFETCH(QByteArray, viewports);
-    QFETCH(QString, frozen);
-    const QByteArray tables = layers("0 LAYER|5 A|2 A|0 LAYER|5 B|2 B|0 LAYER|5 C|2 C");
-    QVERIFY(read(dxf(header("AC1015", "9 $TILEMODE|70 0") + tables
-                     + section("BLOCKS", "0 VIEWPORT|8 0|67 1|68 1|69 2|331 A")
-                     + section("ENTITIES", viewports + "0 LINE|8 0") + kEnd)));
-    resbuf mode;
-    QCOMPARE(kcedGetVar(L"tilemode", &mode), RTNORM);
-    QCOMPARE(mode.resval.rint, short(0));
-    const KcDbObjectId none;
-    QString found = kcdbGetCurVportId(m_drawing.get()) == none ? "-" : "";
-    for (const QStringList &row : layerRows())
-        found += row[11] == "true" ? row[1] : "";
-    QCOMPARE(found, frozen);
-    KcHost::setVariable("TileMode", 1);
-    QVERIFY(kcdbGetCurVportId(m_drawing.get()) == none);
+    // With the layers frozen in the viewport in use; "-" where there is none.
+    const std::pair<QByteArray, QString> sheets[]{{sheet + second + active, "AC"},
+                                                  {sheet + second, "C"},
+                                                  {sheet + viewport("67 1|68 0|69 2|331 A"), "B"},
+                                                  {viewport("68 1|69 2|331 A"), "-"},
+                                                  {viewport("67 1|68 1|69 2|" + names), "AB"}};
+    for (const auto &[viewports, frozen] : sheets) {
+        QVERIFY(read(dxf(header("AC1015", "9 $TILEMODE|70 0")
+                         + layers("0 LAYER|5 A|2 A|0 LAYER|5 B|2 B|0 LAYER|5 C|2 C")
+                         + "(BLOCKS|0 VIEWPORT|8 0|67 1|68 1|69 2|331 A|)(ENTITIES|" + viewports
+                         + "0 LINE|8 0|)0 EOF")));
+        const KcDbObjectId none;
+        QString found = kcdbGetCurVportId(m_drawing.get()) == none ? "-" : "";
+        for (const QStringList &row : layerRows())
+            found += row[11] == "true" ? row[1] : "";
+        QCOMPARE(found, frozen);
+        KcHost::setVariable("TileMode", 1);
+        QVERIFY(kcdbGetCurVportId(m_drawing.get()) == none);
+    }
 }
 
 void TestEmbeddedHost::writesNewDrawing()
 {
     open(KcHost::newDrawing());
-    for (const char *step : {"add Wände 中", "off Wände 中", "freeze Wände 中", "unplot Wände 中",
-                             "add X", "current x", "lock X", "rename X>B"})
+    for (const char *step : {"add X", "rename X>Wände 中", "off Wände 中", "freeze Wände 中",
+                             "lock Wände 中", "unplot Wände 中", "add B", "current B"})
         QCOMPARE(change(step), eOk);
     QVERIFY(!written().isEmpty());
     const QJsonObject file = ezdxf("layers.py", {"read", m_writtenPath});
     QCOMPARE(file["current"].toString(), QString("B"));
-    const QJsonObject layers = file["layers"].toObject();
-    QCOMPARE(layers["Wände 中"].toArray(),
-             (QJsonArray{false, true, false, false, 1, 7, QJsonValue(), "Continuous", -3, ""}));
-    QCOMPARE(layers["B"].toArray(),
-             (QJsonArray{true, false, true, true, 4, 7, QJsonValue(), "Continuous", -3, ""}));
+    QCOMPARE(file["layers"].toObject()["Wände 中"].toArray(),
+             (QJsonArray{false, true, true, false, 5, 7, QJsonValue(), "Continuous", -3, ""}));
     QCOMPARE(KcHost::decodeText(*m_drawing, "W\xC3\xA4nde \\U+4E2D"), QString("Wände 中"));
 }
 
@@ -680,12 +592,12 @@ void TestEmbeddedHost::forgetsDestroyedDrawings()
     KcDbLayerTableRecord *record = nullptr;
     QCOMPARE(kcdbOpenObject(record, id, KcDb::kForRead), eOk);
     m_drawing.reset();
-    QCOMPARE(KcHost::openObjectCount(), 0);
     QVERIFY(!kcdbHostApplicationServices()->workingDatabase());
     open(drawingWithLayers({"A"}));
     QVERIFY(!(idOf("A") == id));
     QCOMPARE(kcdbOpenObject(record, id, KcDb::kForRead), eNullObjectId);
-    QCOMPARE(nameOf(id), QString());
+    KTCHAR *name = nullptr;
+    QCOMPARE(KcDbSymbolUtilities::getSymbolName(name, id), eNullObjectId);
     KcHost::newDrawing().reset();
     QCOMPARE(kcdbHostApplicationServices()->workingDatabase(), m_drawing.get());
 }

@@ -195,20 +195,16 @@ void LayerDock::deleteLayers()
     QMetaObject::invokeMethod(m_panel, "slotDeleteLayer");
 }
 
-/// The panel tells which layer it made the current one; but when it takes the row for the one that
-/// was current before, it does not, and the user's choice counts all the same. Elsewhere its signal
-/// tells what a reload found.
+/// The panel's own signal is no help here: it does not come when the panel takes the row for the one
+/// that was current before, and it comes after every reload. The user's choice counts in any case.
 void LayerDock::setCurrent()
 {
     finishEditing();
     const int row = selectedRow();
     if (row < 0)
         return;
-    QString name = nameAt(row);
-    const auto chosen = connect(m_table, &OvCc::LayerTableWidget::updateCurretnLayer, this,
-                                [&name](const QString &current) { name = current; });
+    const QString name = nameAt(row);
     QMetaObject::invokeMethod(m_panel, "slotCurrentLayer");
-    disconnect(chosen);
 
     const Kcore::ErrorStatus status = KcHost::setCurrentLayer(*m_drawing->database, name);
     finishCommand(name, status == Kcore::eOk ? QString()
