@@ -219,7 +219,8 @@ void TestEmbeddedHost::readsOddFiles_data()
         row(groups, dxf("(HEADER|" + groups + "|)" + tables + kEnd), message);
     };
     head("9 $CLAYER|8 X", "line 7: the current layer \"X\" does not exist; \"0\" is taken instead");
-    for (const QByteArray page : {"X", "ANSI_1200"}) // the second is none for a file
+    for (const QByteArray &page :
+         {QByteArray("X"), QByteArray("ANSI_1200")}) // the second is none for a file
         head("9 $DWGCODEPAGE|3 " + page,
              "line 7: the code page \"" + page + "\" is unknown; ANSI_1252 is taken instead");
     head("9 $ACADVER|1 AC1006", "line 7: the version \"AC1006\" is none from R12 to R2018");
@@ -357,7 +358,8 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
     const QString loss = ": the file's version cannot hold the plot flag of the layer \"B\".";
     for (const char *lineEnd : {"\n", "\r\n"}) {
         QVERIFY2(read(dxf(side(groups, false), lineEnd)), qPrintable(m_error));
-        for (const QString &step : changes.split(';')) {
+        const QStringList steps = changes.split(';');
+        for (const QString &step : steps) {
             QVERIFY2(change(step) == eOk, qPrintable(step));
             written();
         }
@@ -389,11 +391,12 @@ void TestEmbeddedHost::readsProperties()
             "0 C 1 1 1 ll*Color 249;38,19,23 Continuous Default [Normal>Color-249] 1 0 0 \n"
             "0 D 1 1 1 ll*Color 250;51,51,51 Continuous Default [Normal>Color-250] 1 0 0 \n"
             "0 E 1 1 1 ll*Color 33;165,124,82 Continuous Default [Normal>Color-33] 1 0 0 \n";
-    for (const QByteArray mode : {"0", "1"}) {
+    for (const QByteArray &mode : {QByteArray("0"), QByteArray("1")}) {
         QVERIFY(read(dxf(header("AC1015", "9 $PSTYLEMODE|290 " + mode) + content)));
         QCOMPARE(m_warnings, QStringList());
         QByteArray found;
-        for (const QStringList &row : layerRows())
+        const QList<QStringList> rows = layerRows();
+        for (const QStringList &row : rows)
             found += row.join(' ').replace("true", "1").replace("false", "0").toLatin1() + '\n';
         QCOMPARE(found, side(lines, mode == "1"));
     }
@@ -519,8 +522,8 @@ void TestEmbeddedHost::refusesAndAnnounces()
         told += name.left(4) + ' ';
     };
     KcHost::setLayerModifiedHandler([&](const QString &name) {
+        KcHost::setLayerModifiedHandler(tell); // while this one runs
         tell(name);
-        KcHost::setLayerModifiedHandler(tell); // while the former one runs
     });
     const std::tuple<ErrorStatus, QString, const char *> runs[]{
             {eInvalidInput, "add ;add a*;add a\n;rename A> ;rename A>b\\c;add y" + longest, ""},
@@ -536,7 +539,8 @@ void TestEmbeddedHost::refusesAndAnnounces()
             {eOk, "rename a>uSED;rename Free>A;erase used;add " + longest, "uSED A uSED xxxx "}};
     for (const auto &[status, run, names] : runs) {
         told.clear();
-        for (const QString &step : run.split(';'))
+        const QStringList steps = run.split(';');
+        for (const QString &step : steps)
             QVERIFY2(change(step) == status, qPrintable(step));
         QCOMPARE(told, QString(names));
     }
@@ -563,7 +567,8 @@ void TestEmbeddedHost::findsTheViewport()
                          + "0 LINE|8 0|)0 EOF")));
         const KcDbObjectId none;
         QString found = kcdbGetCurVportId(m_drawing.get()) == none ? "-" : "";
-        for (const QStringList &row : layerRows())
+        const QList<QStringList> rows = layerRows();
+        for (const QStringList &row : rows)
             found += row[11] == "true" ? row[1] : "";
         QCOMPARE(found, frozen);
         KcHost::setVariable("TileMode", 1);

@@ -282,7 +282,6 @@ void LayerDock::finishCommand(const QString &nextSelected, const QString &refusa
 void LayerDock::reload()
 {
     m_mustReload = false;
-    widget()->setEnabled(m_drawing);
     m_panel->slotUpLayerModel();
     const int row = rowOf(m_nextSelected);
     if (row >= 0)

@@ -78,6 +78,7 @@ MainWindow::~MainWindow()
     KcHost::setLayerTableChangesHandler({});
     KcHost::setWorkingDatabase(nullptr);
     m_canvas->setDrawing(nullptr);
+    m_dock->setDrawing(nullptr);
 }
 
 void MainWindow::createActions()
