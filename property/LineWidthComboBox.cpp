@@ -50,6 +50,12 @@ LineWidthComboBox::LineWidthComboBox(QWidget *parent)
 
 LineWidthComboBox::~LineWidthComboBox() = default;
 
+void LineWidthComboBox::addRemainingRows()
+{
+    if (!item(earlyRowCount))
+        addRows(earlyRowCount, rowCount);
+}
+
 void LineWidthComboBox::openDialog()
 {
     // The dialog has no parent, but belongs above the picker's window.
@@ -71,7 +77,7 @@ void LineWidthComboBox::slotAddMoreItem()
 {
     static int count = 1;
     if (count == 1)
-        addRows(earlyRowCount, rowCount);
+        addRemainingRows();
     ++count;
 }
 
@@ -83,14 +89,15 @@ void LineWidthComboBox::slotSettingsChanged(bool isMM, int row)
 
 void LineWidthComboBox::addRows(int first, int end)
 {
-    const QStringList labels = labelsIn(LineWeightUnit::Millimetres);
+    const QStringList labels = labelsIn(m_labelUnit);
     for (int row = first; row < end; ++row)
         addItem(drawLineWeight(lineWeightSwatchWidth(row)), labels.at(row));
 }
 
 void LineWidthComboBox::showInches()
 {
-    const QStringList labels = labelsIn(LineWeightUnit::Inches);
+    m_labelUnit = LineWeightUnit::Inches;
+    const QStringList labels = labelsIn(m_labelUnit);
     for (int row = 0; item(row); ++row)
         item(row)->setText(labels.at(row));
 }

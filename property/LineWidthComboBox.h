@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OvCustomControl/BaseComboBox.h>
+#include <OvCustomControl/LineWeights.h>
 
 #include <memory>
 
@@ -12,7 +13,8 @@ class OvLineWeightDialog;
 /// lineweights from the thinnest to the thickest, and a button for the lineweight settings.
 ///
 /// The first 9 rows are there at once. The other 18 come with the first drop-down that opens in the
-/// process, and only to the picker that it belongs to: any other one keeps 9 rows.
+/// process, and only to the picker that it belongs to: any other one keeps 9 rows, unless the host
+/// calls addRemainingRows().
 ///
 /// Labels are in millimetres until the user accepts the settings with inches; from then on they stay
 /// in inches.
@@ -23,6 +25,9 @@ class OVCC_EXPORT LineWidthComboBox : public BaseComboBox
 public:
     explicit LineWidthComboBox(QWidget *parent = nullptr);
     ~LineWidthComboBox() override;
+
+    /// Adds the rows that are missing in this picker, whatever drop-down was opened before.
+    void addRemainingRows();
 
 public slots:
     /// Shows the lineweight settings and chooses the row that the user accepts there, if this picker
@@ -45,7 +50,8 @@ private:
     void showInches();
 
     std::unique_ptr<OvLineWeightDialog> m_dialog;
-    bool m_isMillimetre = true;
+    bool m_isMillimetre = true; ///< what was accepted last; the labels need not follow
+    LineWeightUnit m_labelUnit = LineWeightUnit::Millimetres;
     int m_chosenRow = 0;
 };
 

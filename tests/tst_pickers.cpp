@@ -1,3 +1,4 @@
+#include "PickerSupport.h"
 #include "Support.h"
 
 #include <OvCustomControl/OvCustomControl.h>
@@ -26,24 +27,9 @@ BaseComboBox *make()
     return new Picker;
 }
 
-ListWidget *listOf(const BaseComboBox &picker)
-{
-    return picker.view()->findChild<ListWidget *>(QStringLiteral("customListView"));
-}
-
-QPushButton *buttonOf(const BaseComboBox &picker)
-{
-    return picker.view()->findChild<QPushButton *>(QStringLiteral("customSettingBtn"));
-}
-
 QLabel *iconOf(const QComboBox &picker)
 {
     return picker.lineEdit()->findChildren<QLabel *>().at(0);
-}
-
-QString textOf(const QComboBox &picker)
-{
-    return picker.lineEdit()->findChildren<QLabel *>().at(1)->text();
 }
 
 QStringList labelsOf(const QListWidget &list)
@@ -52,56 +38,6 @@ QStringList labelsOf(const QListWidget &list)
     for (int row = 0; row < list.count(); ++row)
         labels.append(list.item(row)->text());
     return labels;
-}
-
-/// Mouse events as the window system sends them, so that a popup in between gets its part of them.
-/// A move may hold the left button, which QTest::mouseMove() does not.
-void mouse(QEvent::Type type, const QWidget *widget, QPoint pos,
-           Qt::MouseButton button = Qt::LeftButton)
-{
-    const QPoint inWindow = widget->mapTo(widget->window(), pos);
-    const bool isMove = type == QEvent::MouseMove;
-    QMouseEvent event(type, inWindow, inWindow, widget->mapToGlobal(pos),
-                      isMove ? Qt::NoButton : button,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
-    QApplication::sendEvent(widget->window()->windowHandle(), &event);
-}
-
-void click(const QWidget *widget)
-{
-    mouse(QEvent::MouseButtonPress, widget, widget->rect().center());
-    mouse(QEvent::MouseButtonRelease, widget, widget->rect().center());
-}
-
-void show(BaseComboBox &picker)
-{
-    picker.show();
-    picker.activateWindow();
-    picker.setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(&picker));
-}
-
-void openPopup(BaseComboBox &picker)
-{
-    show(picker);
-    click(picker.lineEdit());
-    QVERIFY(QTest::qWaitForWindowExposed(picker.view()->window()));
-    QVERIFY(picker.view()->isVisible());
-}
-
-void onRow(BaseComboBox &picker, QEvent::Type type, int row,
-           Qt::MouseButton button = Qt::LeftButton)
-{
-    ListWidget *list = listOf(picker);
-    mouse(type, list->viewport(), list->visualItemRect(list->item(row)).center(), button);
-}
-
-void clickRow(BaseComboBox &picker, int row, Qt::MouseButton button = Qt::LeftButton)
-{
-    openPopup(picker);
-    listOf(picker)->scrollToItem(picker.item(row));
-    onRow(picker, QEvent::MouseButtonPress, row, button);
-    onRow(picker, QEvent::MouseButtonRelease, row, button);
 }
 
 void typeKeys(const QWidget *widget, std::initializer_list<Qt::Key> keys)
@@ -118,26 +54,6 @@ void wheel(QWidget *widget, std::initializer_list<int> turns)
                           Qt::NoScrollPhase, false);
         QApplication::sendEvent(widget, &event);
     }
-}
-
-/// Runs @p ask, in which a dialog comes up, and @p act on the dialog.
-template <class Ask, class Act>
-void answerDialog(Ask ask, Act act)
-{
-    bool isAnswered = false;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->windowHandle() || !dialog->windowHandle()->isExposed())
-            return;
-        timer.stop();
-        isAnswered = true;
-        QVERIFY(!QApplication::activePopupWidget());
-        act(*dialog);
-    });
-    timer.start(0);
-    ask();
-    QVERIFY(isAnswered);
 }
 
 /// Answers the colour dialog; an empty name cancels it.
@@ -451,7 +367,12 @@ void tst_Pickers::lineWeightSettings()
     // This picker has 9 rows only.
     answer("mmRadioBnt", 20, "okBnt");
     QCOMPARE(picker.currentRow(), 5);
-    QCOMPARE(choices, (QList<QVariantList>{{15}, {18}, {9}}));
+    picker.addRemainingRows();
+    picker.addRemainingRows();
+    QCOMPARE(labelsOf(*listOf(picker)).count(), 27);
+    answer("mmRadioBnt", 20, "okBnt");
+    QCOMPARE(textOf(picker), QStringLiteral("0.39\""));
+    QCOMPARE(choices, (QList<QVariantList>{{15}, {18}, {9}, {100}}));
 }
 
 void tst_Pickers::panel()

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <OvCustomControl/OvCustomControl.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+/// @file
+/// What a user does with a picker and with the dialogs that it opens.
+
+inline OvCc::ListWidget *listOf(const OvCc::BaseComboBox &picker)
+{
+    return picker.view()->findChild<OvCc::ListWidget *>(QStringLiteral("customListView"));
+}
+
+inline QPushButton *buttonOf(const OvCc::BaseComboBox &picker)
+{
+    return picker.view()->findChild<QPushButton *>(QStringLiteral("customSettingBtn"));
+}
+
+inline QString textOf(const QComboBox &picker)
+{
+    return picker.lineEdit()->findChildren<QLabel *>().at(1)->text();
+}
+
+/// Mouse events as the window system sends them, so that a popup in between gets its part of them.
+/// A move may hold the left button, which QTest::mouseMove() does not.
+inline void mouse(QEvent::Type type, const QWidget *widget, QPoint pos,
+                  Qt::MouseButton button = Qt::LeftButton)
+{
+    const QPoint inWindow = widget->mapTo(widget->window(), pos);
+    const bool isMove = type == QEvent::MouseMove;
+    QMouseEvent event(type, inWindow, inWindow, widget->mapToGlobal(pos),
+                      isMove ? Qt::NoButton : button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
+    QApplication::sendEvent(widget->window()->windowHandle(), &event);
+}
+
+inline void click(const QWidget *widget)
+{
+    mouse(QEvent::MouseButtonPress, widget, widget->rect().center());
+    mouse(QEvent::MouseButtonRelease, widget, widget->rect().center());
+}
+
+inline void show(OvCc::BaseComboBox &picker)
+{
+    picker.show();
+    picker.activateWindow();
+    picker.setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&picker));
+}
+
+inline void openPopup(OvCc::BaseComboBox &picker)
+{
+    show(picker);
+    click(picker.lineEdit());
+    QVERIFY(QTest::qWaitForWindowExposed(picker.view()->window()));
+    QVERIFY(picker.view()->isVisible());
+}
+
+inline void onRow(OvCc::BaseComboBox &picker, QEvent::Type type, int row,
+                  Qt::MouseButton button = Qt::LeftButton)
+{
+    OvCc::ListWidget *list = listOf(picker);
+    mouse(type, list->viewport(), list->visualItemRect(list->item(row)).center(), button);
+}
+
+inline void clickRow(OvCc::BaseComboBox &picker, int row, Qt::MouseButton button = Qt::LeftButton)
+{
+    openPopup(picker);
+    listOf(picker)->scrollToItem(picker.item(row));
+    onRow(picker, QEvent::MouseButtonPress, row, button);
+    onRow(picker, QEvent::MouseButtonRelease, row, button);
+}
+
+/// Runs @p ask, in which a dialog comes up, and @p act on the dialog.
+template <class Ask, class Act>
+void answerDialog(Ask ask, Act act)
+{
+    bool isAnswered = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->windowHandle() || !dialog->windowHandle()->isExposed())
+            return;
+        timer.stop();
+        isAnswered = true;
+        QVERIFY(!QApplication::activePopupWidget());
+        act(*dialog);
+    });
+    timer.start(0);
+    ask();
+    QVERIFY(isAnswered);
+}
