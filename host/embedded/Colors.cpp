@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace Embedded {
 
@@ -63,6 +64,24 @@ std::wstring indexColorName(int index)
 {
     return index <= static_cast<int>(kNames.size()) ? kNames[index - 1]
                                                     : L"Color " + std::to_wstring(index);
+}
+
+int nearestIndexColor(int number)
+{
+    const Rgb wanted = trueColor(number);
+    const auto square = [](int one, int other) { return (one - other) * (one - other); };
+    int nearest = 0;
+    int least = std::numeric_limits<int>::max();
+    for (int index = 1; index <= 255; ++index) {
+        const Rgb color = indexColor(index);
+        const int distance = square(color.red, wanted.red) + square(color.green, wanted.green)
+                             + square(color.blue, wanted.blue);
+        if (distance < least) {
+            least = distance;
+            nearest = index;
+        }
+    }
+    return nearest;
 }
 
 Rgb trueColor(int number)

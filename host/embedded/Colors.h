@@ -19,6 +19,9 @@ Rgb indexColor(int index);
 /// What the user calls the colour @p index, 1 to 255: "red", or "Color 30".
 std::wstring indexColorName(int index);
 
+/// The colour, 1 to 255, that looks most like the true colour 0xRRGGBB; of equals the lowest.
+int nearestIndexColor(int number);
+
 /// The colour of DXF's 24-bit number 0xRRGGBB.
 Rgb trueColor(int number);
 

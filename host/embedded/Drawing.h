@@ -7,6 +7,8 @@
 #include <QString>
 
 #include <deque>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,7 @@ namespace Embedded {
 constexpr int kR12 = 1009;
 constexpr int kR13 = 1012;   ///< handles and subclass markers
 constexpr int kR2000 = 1015; ///< owners, plot flags, lineweights and plot styles
+constexpr int kR2004 = 1018; ///< true colours
 constexpr int kR2007 = 1021; ///< UTF-8
 constexpr int kR2018 = 1032;
 
@@ -27,6 +30,14 @@ constexpr int kHighestFlags = 0x7FFF;
 
 constexpr int kWhite = 7;
 constexpr int kDefaultLineWeight = -3;
+constexpr int kLineWeightByLayer = -1;
+
+constexpr int kColorByLayer = 256;
+
+// In the place of an index into Drawing::linetypes.
+constexpr int kLinetypeByLayer = -1;
+constexpr int kLinetypeByBlock = -2;
+constexpr int kNoLinetype = -3;
 
 /// The properties of a layer that can be changed.
 struct LayerState
@@ -80,6 +91,28 @@ struct Viewport
     bool freezes(int layer) const;
 };
 
+/// A section with entities, as the file has it.
+struct EntitySection
+{
+    ByteRange bytes;          ///< what it holds
+    int firstNumber = 0;      ///< that of its first record: the groups of code 0 before it
+    std::vector<int> records; ///< where each begins; the numbers go on from one to the next
+};
+
+struct EntityColor
+{
+    int index = kColorByLayer;
+    int trueColor = -1; ///< 0xRRGGBB, or -1
+};
+
+/// The properties that an entity was given; those without a value are as the file has them.
+struct EntityProperties
+{
+    std::optional<EntityColor> color;
+    std::optional<int> lineWeight;
+    std::optional<int> linetype; ///< index into Drawing::linetypes, or one of the constants
+};
+
 /// A drawing: what its file said, what was changed since, and the places in the file's bytes that
 /// a change has to reach. The bytes stay as they were read.
 struct Drawing
@@ -92,9 +125,11 @@ struct Drawing
     QHash<quint64, QString> plotStyles; ///< the named ones, by the handle of their placeholder
 
     std::deque<Layer> layers; ///< in the file's order; references stay valid when layers are added
-    QHash<QString, int> layersByName; ///< without the erased ones; keys made by symbolKey()
+    QHash<QString, int> layersByName;  ///< without the erased ones; keys made by symbolKey()
+    QHash<QString, int> renamedLayers; ///< likewise, but by the names that the file has
     std::vector<std::wstring> linetypes;
-    int continuous = 0; ///< the linetype "Continuous"
+    QHash<QString, int> linetypesByName; ///< keys made by symbolKey(); the first of a name counts
+    int continuous = 0;                  ///< the linetype "Continuous"
     std::vector<Viewport> viewports;
     int currentLayer = 0;
     int storedCurrentLayer = 0;
@@ -110,12 +145,25 @@ struct Drawing
     int layerTableEnd = -1;      ///< its ENDTAB
     quint64 layerTableHandle = 0;
     ByteRange layerCountValue;
-    int layerRecords = 0;                 ///< in the file's layer table
-    std::vector<LayerMention> duplicates; ///< records of layers that have one already
-    std::vector<ByteRange> entities;      ///< what the sections with entities hold, in their order
+    int layerRecords = 0;                            ///< in the file's layer table
+    std::vector<LayerMention> duplicates;            ///< records of layers that have one already
+    std::vector<EntitySection> entities;             ///< in the file's order
+    std::map<int, EntityProperties> changedEntities; ///< by their numbers
 
     /// The layer of that name, whatever its letter case; -1 when there is none.
     int findLayer(const QString &name) const;
+
+    /// The layer that the file calls so, whatever it is called now; -1 when there is none.
+    int findStoredLayer(const QString &name) const;
+
+    /// The linetype of that name, whatever its letter case, or one of the constants.
+    int findLinetype(const QString &name) const;
+
+    /// The record of the entity with that number; null when it is that of something else.
+    ByteRange entityRecord(int number) const;
+
+    /// The layer on which an entity lies.
+    int layerOf(ByteRange entityRecord) const;
 
     /// Adds a layer, whose name must be free.
     /// @return its index
@@ -129,6 +177,9 @@ struct Drawing
     /// The name by which the file's entities know the layer; null for one that was added.
     QString storedName(const Layer &layer) const;
 };
+
+/// Whether that is one of the standard lineweights, those by layer, by block and by default included.
+bool isLineWeight(int lineWeight);
 
 /// The same text for all names that a symbol table does not tell apart.
 QString symbolKey(const QString &name);

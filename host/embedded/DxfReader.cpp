@@ -1,7 +1,6 @@
 #include "DxfReader.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <limits>
 #include <unordered_map>
@@ -13,10 +12,6 @@ namespace {
 
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 constexpr int kLongestQuote = 60;
-
-constexpr std::array<int, 27> kLineWeights = {-3, -2, -1,  0,   5,   9,   13,  15,  18,
-                                              20, 25, 30,  35,  40,  50,  53,  60,  70,
-                                              80, 90, 100, 106, 120, 140, 158, 200, 211};
 
 QString quoted(const QString &text)
 {
@@ -77,6 +72,7 @@ bool DxfReader::checkFirstGroup()
         fail(m_tokens.line(), QStringLiteral("the file is not a DXF"));
     }
     m_drawing.firstGroup = m_group.bytes.begin;
+    m_records = 1;
     return m_error.isEmpty();
 }
 
@@ -300,7 +296,7 @@ void DxfReader::readLineWeight()
 {
     const std::optional<int> number = toInt(value());
     Layer &layer = m_record.layer;
-    if (number && std::binary_search(kLineWeights.begin(), kLineWeights.end(), *number)) {
+    if (number && isLineWeight(*number)) {
         layer.lineWeight = *number;
     } else {
         layer.lineWeight = kDefaultLineWeight;
@@ -356,11 +352,14 @@ void DxfReader::finishLayer()
 void DxfReader::readEntities(bool mayHaveViewports)
 {
     using Names = DxfEntityPlace::Names;
-    const int begin = m_group.bytes.end;
+    EntitySection section;
+    section.bytes.begin = m_group.bytes.end;
+    section.firstNumber = m_records;
     m_entity = {};
     while (nextInSection()) {
         const Names names = m_entity.advance(m_tokens);
         if (m_group.code == 0) {
+            section.records.push_back(m_group.bytes.begin);
             finishViewport();
             m_isInViewport = mayHaveViewports && m_entity.isViewport;
             m_viewport = {};
@@ -373,7 +372,9 @@ void DxfReader::readEntities(bool mayHaveViewports)
         }
     }
     finishViewport();
-    m_drawing.entities.push_back({begin, m_group.bytes.begin});
+    section.bytes.end = m_group.bytes.begin;
+    section.records.shrink_to_fit();
+    m_drawing.entities.push_back(std::move(section));
 }
 
 /// Neighbours mostly lie on the same layer, so that one comparison does.
@@ -468,7 +469,7 @@ void DxfReader::resolveLinetypes()
 {
     std::vector<std::wstring> &linetypes = m_drawing.linetypes;
     linetypes.emplace_back(L"Continuous"); // for a file that lacks it: the first of a name counts
-    QHash<QString, int> byName;
+    QHash<QString, int> &byName = m_drawing.linetypesByName;
     for (int index = static_cast<int>(linetypes.size()) - 1; index >= 0; --index)
         byName.insert(symbolKey(QString::fromStdWString(linetypes[index])), index);
     m_drawing.continuous = byName.value(symbolKey(QStringLiteral("Continuous")));
@@ -563,6 +564,7 @@ bool DxfReader::next()
     } while (step == DxfTokens::Step::Group && m_tokens.group().code == kComment);
     if (step == DxfTokens::Step::Group) {
         m_group = m_tokens.group();
+        m_records += m_group.code == 0 ? 1 : 0;
         return true;
     }
     if (step == DxfTokens::Step::BadCode) {

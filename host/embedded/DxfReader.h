@@ -105,6 +105,7 @@ private:
     DxfGroup m_group;
     std::string_view m_section;
     bool m_hasBody = false;
+    int m_records = 0; ///< groups of code 0 up to this one
 
     Reference m_codePage;
     Reference m_currentLayer;

@@ -63,7 +63,28 @@ QByteArray handleText(quint64 handle)
     return QByteArray::number(handle, 16).toUpper();
 }
 
+/// Nothing for the number that goes without saying.
+QByteArray numberText(int number, int unsaid)
+{
+    return number == unsaid ? QByteArray() : QByteArray::number(number);
+}
+
 } // namespace
+
+/// The groups of an entity that tell how it is drawn.
+struct DxfWriter::EntityGroups
+{
+    int begin = 0;   ///< of the entity, whose style new ones take
+    DxfGroup anchor; ///< behind which new ones go: as a rule that of the layer
+    std::vector<DxfGroup> own;
+
+    const DxfGroup *last(int code) const
+    {
+        const auto found = std::find_if(own.rbegin(), own.rend(),
+                                        [&](const DxfGroup &group) { return group.code == code; });
+        return found == own.rend() ? nullptr : &*found;
+    }
+};
 
 DxfWriter::DxfWriter(Drawing &drawing)
     : m_drawing(drawing)
@@ -79,9 +100,10 @@ QByteArray DxfWriter::write()
     renameDuplicates();
     if (!m_newLayers.empty())
         addRecords();
-    noteLosses();
     std::stable_sort(m_edits.begin(), m_edits.end());
-    renameInEntities();
+    mergeEdits(&DxfWriter::editEntities);
+    mergeEdits(&DxfWriter::renameInEntities);
+    noteLosses();
     return apply();
 }
 
@@ -299,6 +321,8 @@ QByteArray DxfWriter::plotReferences(const Style &style) const
 
 void DxfWriter::noteLosses()
 {
+    noteEntityLoss(m_lostTrueColors, QStringLiteral("true colour"));
+    noteEntityLoss(m_lostLineWeights, QStringLiteral("lineweight"));
     if (m_drawing.version >= kR2000)
         return;
     for (const Layer &layer : m_drawing.layers) {
@@ -308,6 +332,15 @@ void DxfWriter::noteLosses()
                                 .arg(QString::fromStdWString(layer.name));
         }
     }
+}
+
+void DxfWriter::noteEntityLoss(int count, const QString &property)
+{
+    if (count == 0)
+        return;
+    const QString owners =
+            count == 1 ? QStringLiteral("one entity") : QStringLiteral("%1 entities").arg(count);
+    m_losses += QStringLiteral("the file's version cannot hold the %1 of %2").arg(property, owners);
 }
 
 /// Text at the end of a file whose last line is open begins a line of its own.
@@ -337,23 +370,155 @@ bool DxfWriter::Edit::operator<(const Edit &other) const
 QHash<QString, QByteArray> DxfWriter::newNames() const
 {
     QHash<QString, QByteArray> names;
-    for (const Layer &layer : m_drawing.layers) {
-        if (layer.isRenamed && !layer.isErased)
-            names.insert(symbolKey(m_drawing.storedName(layer)), nameBytes(layer));
-    }
+    const QHash<QString, int> &layers = m_drawing.renamedLayers;
+    for (auto entry = layers.begin(); entry != layers.end(); ++entry)
+        names.insert(entry.key(), nameBytes(m_drawing.layers[entry.value()]));
     return names;
 }
 
-/// The names come in the file's order: to merge them in is enough, and keeps this linear.
+/// Lets @p add put edits in the file's order behind those that are there; to merge them in is then
+/// enough, and keeps this linear.
+void DxfWriter::mergeEdits(void (DxfWriter::*add)())
+{
+    const auto others = static_cast<std::ptrdiff_t>(m_edits.size());
+    (this->*add)();
+    std::inplace_merge(m_edits.begin(), m_edits.begin() + others, m_edits.end());
+}
+
+void DxfWriter::editEntities()
+{
+    for (const auto &[number, properties] : m_drawing.changedEntities) {
+        const auto others = static_cast<std::ptrdiff_t>(m_edits.size());
+        editEntity(m_drawing.entityRecord(number), properties);
+        std::stable_sort(m_edits.begin() + others, m_edits.end());
+    }
+}
+
+void DxfWriter::editEntity(ByteRange record, const EntityProperties &wanted)
+{
+    const EntityGroups groups = findEntityGroups(record);
+    QByteArray added;
+    if (wanted.linetype)
+        added += setLinetype(groups, *wanted.linetype);
+    if (wanted.color)
+        added += setColor(groups, *wanted.color);
+    if (wanted.lineWeight)
+        added += setLineWeight(groups, *wanted.lineWeight);
+    if (!added.isEmpty())
+        insert(groups.anchor.bytes.end, added);
+}
+
+/// Looks at what the entity's class adds only where nothing marks off what all entities have.
+DxfWriter::EntityGroups DxfWriter::findEntityGroups(ByteRange record) const
+{
+    constexpr std::array<int, 5> codes = {6, 62, 370, 420, 430};
+    EntityGroups groups;
+    groups.begin = record.begin;
+    DxfTokens tokens(m_drawing.bytes, record);
+    DxfEntityPlace place;
+    bool isMarked = false;
+    while (tokens.next() == DxfTokens::Step::Group) {
+        const DxfGroup &group = tokens.group();
+        const bool isLayer = place.advance(tokens) == DxfEntityPlace::Names::OwnLayer;
+        if (place.record.isInExtendedData || group.code == 101)
+            break;
+        const bool isMark = group.code == 100 && trimmed(view(group.value)) == "AcDbEntity";
+        if (place.record.isInAppGroup)
+            continue;
+        if (group.code == 100 && !isMark && (isMarked || place.hasLayer))
+            break;
+        isMarked |= isMark;
+        if (isLayer || isMark || group.code == 0 || (group.code == 5 && !place.hasLayer))
+            groups.anchor = group;
+        else if (std::find(codes.begin(), codes.end(), group.code) != codes.end())
+            groups.own.push_back(group);
+    }
+    return groups;
+}
+
+/// @return what is to be added
+QByteArray DxfWriter::setLinetype(const EntityGroups &groups, int linetype)
+{
+    const DxfGroup *group = groups.last(6);
+    const int stored =
+            group ? m_drawing.findLinetype(m_drawing.text.decode(trimmed(view(group->value))))
+                  : kLinetypeByLayer;
+    return stored == linetype ? QByteArray() : setGroup(groups, 6, linetypeText(linetype));
+}
+
+QByteArray DxfWriter::setColor(const EntityGroups &groups, const EntityColor &color)
+{
+    const std::optional<int> index = storedNumber(groups, 62, kColorByLayer);
+    const bool isSame = color.trueColor >= 0 ? storedNumber(groups, 420, -1) == color.trueColor
+                                             : !groups.last(420) && index == color.index;
+    if (isSame)
+        return {};
+    const bool isLost = color.trueColor >= 0 && m_drawing.version < kR2004;
+    m_lostTrueColors += isLost ? 1 : 0;
+    QByteArray added;
+    if (index != color.index)
+        added += setGroup(groups, 62, numberText(color.index, kColorByLayer));
+    added += setGroup(groups, 420, numberText(isLost ? -1 : color.trueColor, -1));
+    return added + setGroup(groups, 430, {});
+}
+
+QByteArray DxfWriter::setLineWeight(const EntityGroups &groups, int lineWeight)
+{
+    if (storedNumber(groups, 370, kLineWeightByLayer) == lineWeight)
+        return {};
+    if (lineWeight != kLineWeightByLayer && m_drawing.version < kR2000) {
+        ++m_lostLineWeights;
+        return {};
+    }
+    return setGroup(groups, 370, numberText(lineWeight, kLineWeightByLayer));
+}
+
+/// What the entity says, or means by saying nothing; nothing when it is no number.
+std::optional<int> DxfWriter::storedNumber(const EntityGroups &groups, int code, int fallback) const
+{
+    const DxfGroup *group = groups.last(code);
+    return group ? toInt(view(group->value)) : fallback;
+}
+
+/// Removes the group where there is no text. The last of a code counts, and becomes the only one.
+/// @return the group that is to be added
+QByteArray DxfWriter::setGroup(const EntityGroups &groups, int code, const QByteArray &text)
+{
+    const DxfGroup *last = groups.last(code);
+    if (!last)
+        return text.isEmpty() ? text : styleAt(groups.begin).group(code, text);
+    for (const DxfGroup &group : groups.own) {
+        if (group.code != code)
+            continue;
+        if (&group != last || text.isEmpty())
+            m_edits.push_back({group.bytes, {}});
+        else if (code == 6)
+            m_edits.push_back({group.value, text});
+        else
+            replaceNumber(group.value, text);
+    }
+    return {};
+}
+
+QByteArray DxfWriter::linetypeText(int linetype) const
+{
+    if (linetype == kLinetypeByLayer)
+        return {};
+    if (linetype == kLinetypeByBlock)
+        linetype = m_drawing.linetypesByName.value(QStringLiteral("byblock"), kLinetypeByBlock);
+    return linetype < 0
+                   ? QByteArrayLiteral("BYBLOCK")
+                   : m_drawing.text.encode(QString::fromStdWString(m_drawing.linetypes[linetype]));
+}
+
 void DxfWriter::renameInEntities()
 {
     const QHash<QString, QByteArray> names = newNames();
     if (names.isEmpty())
         return;
-    const auto others = static_cast<std::ptrdiff_t>(m_edits.size());
     std::unordered_map<std::string_view, QByteArray> namesByBytes;
-    for (const ByteRange section : m_drawing.entities) {
-        DxfTokens tokens(m_drawing.bytes, section);
+    for (const EntitySection &section : m_drawing.entities) {
+        DxfTokens tokens(m_drawing.bytes, section.bytes);
         DxfEntityPlace place;
         while (tokens.next() == DxfTokens::Step::Group) {
             if (place.advance(tokens) == DxfEntityPlace::Names::Nothing)
@@ -366,7 +531,6 @@ void DxfWriter::renameInEntities()
                 m_edits.push_back({value, entry->second});
         }
     }
-    std::inplace_merge(m_edits.begin(), m_edits.begin() + others, m_edits.end());
 }
 
 QByteArray DxfWriter::apply()

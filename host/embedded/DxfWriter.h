@@ -10,7 +10,8 @@
 namespace Embedded {
 
 /// Makes the bytes of a drawing's file anew: those that were read, with the changes put in.
-/// Linear; only the records of changed layers are looked into, and the entities after a renaming.
+/// Linear; only the records of changed layers and entities are looked into, and all entities after
+/// a renaming.
 ///
 /// A new name reaches the layer's record, the entities that lie on it, the viewports that freeze it
 /// by name, and the header. Other applications' data and the section OBJECTS, where states and
@@ -24,7 +25,8 @@ public:
     /// Makes the bytes, once.
     QByteArray write();
 
-    /// What the file cannot hold, one reason per layer and property.
+    /// What the file cannot hold, one reason per layer and property, and one per property of
+    /// entities.
     const QStringList &losses() const { return m_losses; }
 
 private:
@@ -46,6 +48,8 @@ private:
         QByteArray group(int code, const QByteArray &value) const;
     };
 
+    struct EntityGroups;
+
     void findNewLayers();
     bool needsRecord(int index) const;
     void editHeader();
@@ -59,10 +63,21 @@ private:
     QByteArray newRecord(const Layer &layer, const Style &style) const;
     QByteArray plotReferences(const Style &style) const;
     void noteLosses();
+    void noteEntityLoss(int count, const QString &property);
 
     void insert(int at, const QByteArray &text);
     void replaceNumber(ByteRange value, const QByteArray &number);
     QHash<QString, QByteArray> newNames() const;
+    void mergeEdits(void (DxfWriter::*add)());
+    void editEntities();
+    void editEntity(ByteRange record, const EntityProperties &wanted);
+    EntityGroups findEntityGroups(ByteRange record) const;
+    QByteArray setLinetype(const EntityGroups &groups, int linetype);
+    QByteArray setColor(const EntityGroups &groups, const EntityColor &color);
+    QByteArray setLineWeight(const EntityGroups &groups, int lineWeight);
+    std::optional<int> storedNumber(const EntityGroups &groups, int code, int fallback) const;
+    QByteArray setGroup(const EntityGroups &groups, int code, const QByteArray &text);
+    QByteArray linetypeText(int linetype) const;
     void renameInEntities();
     QByteArray apply();
 
@@ -77,6 +92,8 @@ private:
     int m_removedRecords = 0;
     std::vector<Edit> m_edits;
     QStringList m_losses;
+    int m_lostTrueColors = 0;
+    int m_lostLineWeights = 0;
 };
 
 } // namespace Embedded

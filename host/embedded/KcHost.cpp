@@ -1,5 +1,6 @@
 #include "KcHost.h"
 
+#include "Colors.h"
 #include "Database.h"
 #include "DxfReader.h"
 #include "DxfWriter.h"
@@ -16,6 +17,7 @@ using namespace Kcore;
 using Embedded::Drawing;
 using Embedded::DxfReader;
 using Embedded::DxfWriter;
+using Embedded::EntityProperties;
 using Embedded::Layer;
 
 namespace KcHost {
@@ -76,6 +78,13 @@ bool isValidName(const QString &name)
     };
     return !name.trimmed().isEmpty() && name.size() <= kLongestName
            && std::none_of(name.begin(), name.end(), isForbidden);
+}
+
+bool isInRange(const EntityChange &change)
+{
+    const auto isColor = [](int index) { return index >= 0 && index <= Embedded::kColorByLayer; };
+    return (!change.color || (isColor(*change.color) && !change.trueColor))
+           && (!change.lineWeight || Embedded::isLineWeight(*change.lineWeight));
 }
 
 } // namespace
@@ -197,6 +206,46 @@ ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name)
         Embedded::announceChange(data.layers[index].name);
     }
     return eOk;
+}
+
+ErrorStatus changeEntity(KcDbDatabase &drawing, int entity, const EntityChange &change)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    if (!isInRange(change))
+        return eInvalidInput;
+    std::optional<int> linetype;
+    if (change.linetype)
+        linetype = data.findLinetype(*change.linetype);
+    const Embedded::ByteRange record = data.entityRecord(entity);
+    if (record.isNull() || linetype == Embedded::kNoLinetype)
+        return eKeyNotFound;
+    if (data.layers[data.layerOf(record)].state.isLocked)
+        return eOnLockedLayer;
+
+    EntityProperties &properties = data.changedEntities[entity];
+    if (change.color) {
+        properties.color = {*change.color, -1};
+    } else if (change.trueColor) {
+        const int number = static_cast<int>(*change.trueColor & 0xFFFFFF);
+        properties.color = {Embedded::nearestIndexColor(number), number};
+    }
+    if (change.lineWeight)
+        properties.lineWeight = change.lineWeight;
+    if (linetype)
+        properties.linetype = linetype;
+    return eOk;
+}
+
+QStringList linetypes(const KcDbDatabase &drawing)
+{
+    const Drawing &data = KcDbObjectAccess::drawing(drawing);
+    QStringList names;
+    for (std::size_t index = 0; index < data.linetypes.size(); ++index) {
+        const QString name = QString::fromStdWString(data.linetypes[index]);
+        if (data.findLinetype(name) == static_cast<int>(index))
+            names += name;
+    }
+    return names;
 }
 
 QString decodeText(const KcDbDatabase &drawing, const QByteArray &bytes)

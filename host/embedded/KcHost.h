@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// The embedded host: a drawing database in memory with DXF files under it, for programs that have
 /// no CAD application around them. Everything here belongs to the GUI thread, but for newDrawing()
@@ -87,6 +88,38 @@ KCSDK_EXPORT Kcore::ErrorStatus renameLayer(KcDbDatabase &drawing, const QString
 /// Makes a layer the current one; names are told apart without regard to letter case. O(1).
 /// @return eOk, or eKeyNotFound
 KCSDK_EXPORT Kcore::ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name);
+
+/// A change of an entity's properties: those without a value stay as they are.
+struct EntityChange
+{
+    std::optional<int> color;         ///< 0 by block, 1 to 255, 256 by layer; ends a true colour
+    std::optional<quint32> trueColor; ///< 0xRRGGBB, whatever the highest byte; not beside color
+    std::optional<int> lineWeight;   ///< hundredths of a millimetre, one of the standard values, or
+                                     ///< -1 by layer, -2 by block, -3 the default
+    std::optional<QString> linetype; ///< "ByLayer", "ByBlock" or a name of linetypes(), in any
+                                     ///< letter case
+};
+
+/// Changes an entity in the section ENTITIES or in a block. A polyline's vertices and the attributes
+/// of an insert are entities of their own and stay as they are. O(log) of the number of changed
+/// entities, and linear in the changed entities when they are written.
+///
+/// The file gets no more than the groups that differ from what it says, in the entity itself; what
+/// is by layer, the default, has none. With a true colour goes the index of the nearest of the
+/// standard colours. writeDrawing() warns where the file's version lacks true colours (before
+/// R2004) or lineweights (before R2000).
+///
+/// @param entity its number: how many groups of code 0 the drawing's file, as it was read, has
+///               before its own, from the first "SECTION" on; saving does not change it
+/// @return eOk, eInvalidInput for a value out of range, eKeyNotFound for an unknown linetype or a
+///         number that is none of an entity, as that of a BLOCK, ENDBLK or SEQEND, or
+///         eOnLockedLayer; nothing is changed then
+KCSDK_EXPORT Kcore::ErrorStatus changeEntity(KcDbDatabase &drawing, int entity,
+                                             const EntityChange &change);
+
+/// The names of the drawing's linetypes, as its table spells and orders them, with "Continuous" at
+/// the end where the table lacks it; without "ByLayer" and "ByBlock".
+KCSDK_EXPORT QStringList linetypes(const KcDbDatabase &drawing);
 
 /// The text of raw bytes of the drawing's file, such as another reader of that file returns:
 /// decoded by the file's version and code page, `\U+XXXX` escapes included.

@@ -34,6 +34,7 @@ enum ErrorStatus {
     eCannotBeErasedByCaller, ///< layer "0" can be neither erased nor renamed
     eLayerIsCurrent,         ///< the current layer can be neither frozen nor erased
     eLayerInUse,             ///< entities lie on the layer, so it cannot be erased
+    eOnLockedLayer,          ///< the layer is locked, so what lies on it cannot be changed
 };
 
 } // namespace Kcore
