@@ -34,13 +34,13 @@ inline QString textOf(const QComboBox &picker)
 /// Mouse events as the window system sends them, so that a popup in between gets its part of them.
 /// A move may hold the left button, which QTest::mouseMove() does not.
 inline void mouse(QEvent::Type type, const QWidget *widget, QPoint pos,
-                  Qt::MouseButton button = Qt::LeftButton)
+                  Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {})
 {
     const QPoint inWindow = widget->mapTo(widget->window(), pos);
     const bool isMove = type == QEvent::MouseMove;
     QMouseEvent event(type, inWindow, inWindow, widget->mapToGlobal(pos),
                       isMove ? Qt::NoButton : button,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, {});
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, modifiers);
     QApplication::sendEvent(widget->window()->windowHandle(), &event);
 }
 

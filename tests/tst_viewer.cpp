@@ -1,3 +1,4 @@
+#include "PickerSupport.h"
 #include "Support.h"
 
 #include "viewer/Canvas.h"
@@ -80,8 +81,19 @@ struct Viewer : MainWindow
 
     QColor shownAt(QPointF point) const
     {
-        const auto *canvas = findChild<Canvas *>();
         return canvas->viewport()->grab().toImage().pixelColor(canvas->mapFromScene(point));
+    }
+
+    /// Presses the left button at one point of the drawing and releases it at another.
+    void dragOnCanvas(QPointF from, QPointF to, Qt::KeyboardModifiers modifiers = {})
+    {
+        QWidget *viewport = canvas->viewport();
+        const auto send = [&](QEvent::Type type, QPointF at) {
+            mouse(type, viewport, canvas->mapFromScene(at), Qt::LeftButton, modifiers);
+        };
+        send(QEvent::MouseButtonPress, from);
+        send(QEvent::MouseMove, to);
+        send(QEvent::MouseButtonRelease, to);
     }
 
     LayerItem *item(int row) const { return list->findChildren<LayerItem *>().at(row); }
@@ -134,6 +146,7 @@ struct Viewer : MainWindow
         return message ? message->text() : QString();
     }
 
+    Canvas *canvas = findChild<Canvas *>();
     LayerComboBox *box = findChild<LayerComboBox *>();
     QListWidget *list = qobject_cast<QListWidget *>(box->view());
     LayerTableWidget *table = findChild<LayerTableWidget *>();
@@ -159,6 +172,9 @@ private slots:
     void manyLayers();
     void errorKeepsTheDrawing();
     void changesAreNotLost();
+    void selection_data();
+    void selection();
+    void pickedProperties();
 };
 
 void TestViewer::curves()
@@ -176,12 +192,12 @@ void TestViewer::curves()
 
     // Three corners of a square with that weight make a quarter of a circle.
     const QVector<ControlPoint> corners{{{1, 0}}, {{1, 1}, std::sqrt(0.5)}, {{0, 1}}};
-    const QPainterPath quarter = spline(2, corners, {0, 0, 0, 1, 1, 1});
-    for (int i = 0; i < quarter.elementCount(); ++i)
-        QCOMPARE(std::hypot(quarter.elementAt(i).x, quarter.elementAt(i).y), 1.0);
-    QCOMPARE(quarter.currentPosition(), QPointF(0, 1));
-    QCOMPARE(spline(2, corners, {0, 1}).elementCount(), 3);
-    QCOMPARE(smoothCurve({{0, 0}, {5, 5}, {9, 1}}).currentPosition(), QPointF(9, 1));
+    const SpacePath quarter = spline(2, corners, {0, 0, 0, 1, 1, 1});
+    for (const SpacePath::Element &element : quarter.elements)
+        QCOMPARE(std::hypot(element.at.x, element.at.y), 1.0);
+    QVERIFY(quarter.elements.back().at == (SpacePoint{0, 1, 0}));
+    QCOMPARE(spline(2, corners, {0, 1}).elements.size(), std::size_t(3));
+    QVERIFY(smoothCurve({{0, 0}, {5, 5}, {9, 1}}).elements.back().at == (SpacePoint{9, 1, 0}));
 }
 
 void TestViewer::textCodes()
@@ -380,6 +396,116 @@ void TestViewer::changesAreNotLost()
         QCOMPARE(viewer.close(), button != QMessageBox::Cancel);
         QCOMPARE(Viewer(path).text(4, On) == "true", button != QMessageBox::Save);
     }
+}
+
+void TestViewer::selection_data()
+{
+    // Squares at 0,0 and 20,0, one on a layer that is off at 40,0. From where to where the mouse is
+    // dragged, the keys, and which are selected then when the first one was before.
+    addTests({"click;25,5;25,5;;1", "click on nothing;15,5;15,5;;", "click on hidden;45,5;45,5;;",
+              "add;25,5;25,5;Ctrl;0 1", "take out;5,5;5,5;Ctrl;", "inside;18,-2;32,12;;1",
+              "not inside;22,-2;32,12;;", "crossing;32,12;22,-2;;1", "all;-1,-9;51,19;;0 1",
+              "add by band;18,-2;32,12;Ctrl;0 1"});
+}
+
+void TestViewer::selection()
+{
+    QFETCH(QStringList, fields);
+    Viewer viewer(
+            file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue") + square(40, 0, "8 Off")));
+    viewer.dragOnCanvas({5, 5}, {5, 5});
+    QSignalSpy changes(viewer.canvas, &Canvas::selectionChanged);
+    const auto point = [&](int field) {
+        const QStringList numbers = fields.at(field).split(',');
+        return QPointF(numbers.at(0).toInt(), numbers.at(1).toInt());
+    };
+    const bool isAdding = fields.at(3) == "Ctrl";
+    viewer.dragOnCanvas(point(1), point(2), isAdding ? Qt::ControlModifier : Qt::NoModifier);
+    QSet<int> expected;
+    const QStringList numbers = fields.at(4).split(' ', Qt::SkipEmptyParts);
+    for (const QString &number : numbers)
+        expected += number.toInt();
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(changes.last().first().value<QSet<int>>(), expected);
+
+    QTest::keyClick(viewer.canvas, Qt::Key_Escape);
+    QCOMPARE(changes.count(), expected.isEmpty() ? 1 : 2);
+    QVERIFY(changes.last().first().value<QSet<int>>().isEmpty());
+}
+
+/// With the mouse alone, through the real dialogs, down to the file.
+void TestViewer::pickedProperties()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("properties.dxf");
+    ezdxf("properties.py", {"write", path});
+    Viewer viewer(path);
+    auto *panel = viewer.findChild<PropertyManager *>();
+    QStatusBar *status = viewer.statusBar();
+    clickRow(*panel->colorPicker(), 4);
+    QVERIFY(status->currentMessage().contains("selected") && !viewer.isWindowModified());
+    QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("By Layer"));
+
+    viewer.dragOnCanvas({50, 0}, {50, 0});
+    QColor picked;
+    const auto ask = [](BaseComboBox *picker) {
+        openPopup(*picker);
+        click(buttonOf(*picker));
+    };
+    answerDialog([&] { ask(panel->colorPicker()); },
+                 [&](QDialog &dialog) {
+                     const auto wells = dialog.findChildren<QWidget *>();
+                     for (QWidget *well : wells) {
+                         if (QByteArray(well->metaObject()->className()).endsWith("QWellArray")
+                             && !picked.isValid()) {
+                             QTest::mouseClick(well, Qt::LeftButton, {}, well->rect().center());
+                             picked = static_cast<QColorDialog &>(dialog).currentColor();
+                         }
+                     }
+                     QTest::mouseClick(
+                             dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                             Qt::LeftButton);
+                 });
+    QVERIFY(picked.isValid() && picked != QColor(Qt::white));
+    answerDialog([&] { ask(panel->lineWeightPicker()); },
+                 [](QDialog &dialog) {
+                     QTest::mouseClick(dialog.findChild<QRadioButton *>("inRadioBnt"),
+                                       Qt::LeftButton, {}, {9, 8});
+                     QTest::mouseClick(dialog.findChild<QPushButton *>("okBnt"), Qt::LeftButton);
+                 });
+    clickRow(*panel->lineWeightPicker(), 17);
+    QCOMPARE(textOf(*panel->lineWeightPicker()), QStringLiteral("0.28\""));
+    QTest::keyClick(viewer.canvas, Qt::Key_Escape);
+    QCOMPARE(viewer.shownAt({50, 0}), picked);
+    QCOMPARE(textOf(*panel->lineWeightPicker()), QStringLiteral("By Layer"));
+
+    viewer.dragOnCanvas({110, 50}, {90, 10});
+    viewer.dragOnCanvas({50, 80}, {50, 80}, Qt::ControlModifier);
+    QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Varies"));
+    clickRow(*panel->colorPicker(), 1);
+    answerDialog([&] { ask(panel->lineTypePicker()); },
+                 [](QDialog &dialog) {
+                     dialog.findChild<QComboBox *>()->setCurrentText("DASHED");
+                     QTest::mouseClick(
+                             dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                             Qt::LeftButton);
+                 });
+    QCOMPARE(textOf(*panel->lineTypePicker()), QStringLiteral("DASHED"));
+
+    viewer.dragOnCanvas({50, 100}, {50, 100});
+    clickRow(*panel->colorPicker(), 2);
+    QVERIFY(status->currentMessage().contains("locked"));
+
+    QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);
+    const QJsonArray expected{QJsonArray{0, int(picked.rgb() & 0xffffff), 70, "ByLayer"},
+                              QJsonArray{0, -1, -1, "DASHED"}, QJsonArray{0, -1, -1, "DASHED"},
+                              QJsonArray{256, -1, -1, "ByLayer"}};
+    QJsonArray entities = ezdxf("properties.py", {"read", path})["entities"].toArray();
+    // The index beside a true colour is for programs that know no better.
+    QJsonArray first = entities.at(0).toArray();
+    first[0] = 0;
+    entities[0] = first;
+    QCOMPARE(entities, expected);
 }
 
 QTEST_MAIN(TestViewer)

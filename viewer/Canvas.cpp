@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -12,6 +13,8 @@ namespace {
 
 const QColor ground(0x21, 0x28, 0x30);
 const QColor hintColor(0x8a, 0x94, 0xa0);
+const QColor windowColor(0x4a, 0x9e, 0xff);
+const QColor crossingColor(0x57, 0xc7, 0x6b);
 
 constexpr double zoomStep = 1.25;
 constexpr double margin = 0.05;
@@ -30,7 +33,55 @@ QRectF areaAround(QRectF bounds)
     return bounds.adjusted(-border, -border, border, border);
 }
 
+/// How many pixels beside an entity a click still hits it.
+constexpr double clickReach = 4.0;
+
 } // namespace
+
+/// The band that the user draws, over a picture of the canvas: a large drawing takes too long to
+/// paint to do it at each move of the mouse.
+class SelectionBand : public QWidget
+{
+public:
+    SelectionBand(QWidget *viewport, QPoint from)
+        : QWidget(viewport)
+        , m_picture(viewport->grab())
+        , m_from(from)
+    {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setGeometry(viewport->rect());
+        show();
+    }
+
+    void drawTo(QPoint to)
+    {
+        m_to = to;
+        update();
+    }
+
+    /// A band to the left touches.
+    bool isCrossing() const { return m_to.x() < m_from.x(); }
+
+    QRect area() const { return QRect(m_from, m_to).normalized(); }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.drawPixmap(0, 0, m_picture);
+        QColor color = isCrossing() ? crossingColor : windowColor;
+        painter.setPen(QPen(color, 1, isCrossing() ? Qt::DashLine : Qt::SolidLine));
+        color.setAlpha(48);
+        painter.setBrush(color);
+        painter.drawRect(area().adjusted(0, 0, -1, -1));
+    }
+
+private:
+    const QPixmap m_picture;
+    const QPoint m_from;
+    QPoint m_to = m_from;
+};
 
 Canvas::Canvas(QWidget *parent)
     : QGraphicsView(parent)
@@ -49,14 +100,38 @@ Canvas::Canvas(QWidget *parent)
     showMode();
 }
 
+Canvas::~Canvas() = default;
+
 void Canvas::setDrawing(const Drawing *drawing)
 {
+    m_band.reset();
+    m_isSelecting = false;
+    setSelection({});
     m_item.setDrawing(drawing);
-    m_area = drawing ? areaAround(drawing->geometry.modelSpace().bounds) : QRectF();
-    const double width = room * m_area.width();
-    const double height = room * m_area.height();
-    setSceneRect(m_area.adjusted(-width, -height, width, height));
-    fit();
+    m_hasDrawing = drawing != nullptr;
+    showArea();
+}
+
+void Canvas::setView(ViewDirection view)
+{
+    m_view = view;
+    m_item.setProjection(projectionOf(view));
+    showArea();
+}
+
+void Canvas::setSelection(const QSet<int> &entities)
+{
+    if (entities == m_selection)
+        return;
+    m_selection = entities;
+    m_item.setSelection(entities);
+    viewport()->update();
+}
+
+void Canvas::setFaceStyle(FaceStyle style)
+{
+    m_faceStyle = style;
+    m_item.setFaceStyle(style);
     viewport()->update();
 }
 
@@ -107,12 +182,16 @@ void Canvas::enterEvent(QEvent *event)
 
 void Canvas::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() != Qt::Key_Space) {
+    if (event->key() == Qt::Key_Escape) {
+        m_band.reset();
+        m_isSelecting = false;
+        changeSelection({});
+    } else if (event->key() == Qt::Key_Space) {
+        m_isSpaceHeld = true;
+        showMode();
+    } else {
         QGraphicsView::keyPressEvent(event);
-        return;
     }
-    m_isSpaceHeld = true;
-    showMode();
 }
 
 void Canvas::keyReleaseEvent(QKeyEvent *event)
@@ -127,7 +206,12 @@ void Canvas::keyReleaseEvent(QKeyEvent *event)
 
 void Canvas::mousePressEvent(QMouseEvent *event)
 {
+    emit pressed();
     const bool isHand = m_isHandMode || m_isSpaceHeld;
+    if (event->button() == Qt::LeftButton && !isHand && !m_area.isNull()) {
+        m_isSelecting = true;
+        m_selectFrom = event->pos();
+    }
     if (event->button() != Qt::MiddleButton && !(isHand && event->button() == Qt::LeftButton))
         return;
     m_isPanning = true;
@@ -140,12 +224,16 @@ void Canvas::mouseMoveEvent(QMouseEvent *event)
     if (m_isPanning) {
         scrollBy(m_panFrom - event->pos());
         m_panFrom = event->pos();
+    } else if (m_isSelecting) {
+        drawBand(event->pos());
     }
     emit pointerMoved(mapToScene(event->pos()));
 }
 
 void Canvas::mouseReleaseEvent(QMouseEvent *event)
 {
+    if (event->button() == Qt::LeftButton && m_isSelecting)
+        select(*event);
     if (event->buttons() != Qt::NoButton)
         return;
     m_isPanning = false;
@@ -180,6 +268,17 @@ void Canvas::wheelEvent(QWheelEvent *event)
     event->accept();
 }
 
+/// Makes room for the drawing as it is seen now, and shows all of it.
+void Canvas::showArea()
+{
+    m_area = m_hasDrawing ? areaAround(m_item.boundingRect()) : QRectF();
+    const double width = room * m_area.width();
+    const double height = room * m_area.height();
+    setSceneRect(m_area.adjusted(-width, -height, width, height));
+    fit();
+    viewport()->update();
+}
+
 void Canvas::zoom(double factor, QPoint around)
 {
     if (m_area.isNull())
@@ -209,4 +308,39 @@ void Canvas::showMode()
         viewport()->setCursor(Qt::ClosedHandCursor);
     else
         viewport()->setCursor(m_isHandMode || m_isSpaceHeld ? Qt::OpenHandCursor : Qt::CrossCursor);
+}
+
+void Canvas::drawBand(QPoint to)
+{
+    const int distance = (to - m_selectFrom).manhattanLength();
+    if (!m_band && distance >= QApplication::startDragDistance())
+        m_band = std::make_unique<SelectionBand>(viewport(), m_selectFrom);
+    if (m_band)
+        m_band->drawTo(to);
+}
+
+void Canvas::select(const QMouseEvent &event)
+{
+    m_isSelecting = false;
+    const bool isAdding = event.modifiers().testFlag(Qt::ControlModifier);
+    QSet<int> entities = isAdding ? m_selection : QSet<int>();
+    if (m_band) {
+        const QRectF area = mapToScene(m_band->area()).boundingRect();
+        const QVector<int> found = m_item.entitiesIn(area, m_band->isCrossing());
+        m_band.reset();
+        entities.unite({found.begin(), found.end()});
+    } else {
+        const int entity = m_item.entityAt(mapToScene(event.pos()), clickReach / transform().m11());
+        if (entity >= 0 && !entities.remove(entity))
+            entities.insert(entity);
+    }
+    changeSelection(entities);
+}
+
+void Canvas::changeSelection(const QSet<int> &entities)
+{
+    if (entities == m_selection)
+        return;
+    setSelection(entities);
+    emit selectionChanged(entities);
 }

@@ -14,17 +14,17 @@ constexpr int spanSteps = 12;
 /// Splines of a drawing have degree 3, seldom 5.
 constexpr int highestDegree = 15;
 
-QPointF onLine(QPointF from, QPointF to, double share)
+SpacePoint onLine(const SpacePoint &from, const SpacePoint &to, double share)
 {
     return from + (to - from) * share;
 }
 
 /// The spline's point at @p t, which lies in the knot span @p span, by de Boor's algorithm on
 /// homogeneous coordinates.
-QPointF splinePoint(int degree, const QVector<ControlPoint> &points, const QVector<double> &knots,
-                    int span, double t)
+SpacePoint splinePoint(int degree, const QVector<ControlPoint> &points,
+                       const QVector<double> &knots, int span, double t)
 {
-    std::array<QPointF, highestDegree + 1> at;
+    std::array<SpacePoint, highestDegree + 1> at;
     std::array<double, highestDegree + 1> weight;
     for (int i = 0; i <= degree; ++i) {
         const ControlPoint &point = points.at(span - degree + i);
@@ -40,14 +40,14 @@ QPointF splinePoint(int degree, const QVector<ControlPoint> &points, const QVect
             weight[i] = weight[i - 1] + (weight[i] - weight[i - 1]) * share;
         }
     }
-    return at[degree] / weight[degree];
+    return at[degree] * (1 / weight[degree]);
 }
 
-QPainterPath polygon(const QVector<ControlPoint> &points)
+SpacePath polygon(const QVector<ControlPoint> &points)
 {
-    QPainterPath path;
+    SpacePath path;
     for (const ControlPoint &point : points) {
-        if (path.elementCount() == 0)
+        if (path.elements.empty())
             path.moveTo(point.at);
         else
             path.lineTo(point.at);
@@ -103,7 +103,7 @@ void addBulge(QPainterPath &path, QPointF to, double bulge)
     path.setElementPositionAt(path.elementCount() - 1, to.x(), to.y());
 }
 
-QPainterPath spline(int degree, const QVector<ControlPoint> &points, const QVector<double> &knots)
+SpacePath spline(int degree, const QVector<ControlPoint> &points, const QVector<double> &knots)
 {
     const bool isSound = degree >= 1 && degree <= highestDegree && points.size() > degree
                          && knots.size() == points.size() + degree + 1
@@ -113,13 +113,13 @@ QPainterPath spline(int degree, const QVector<ControlPoint> &points, const QVect
     if (!isSound)
         return polygon(points);
 
-    QPainterPath path;
+    SpacePath path;
     for (int span = degree; span < points.size(); ++span) {
         const double from = knots.at(span);
         const double to = knots.at(span + 1);
         if (to <= from)
             continue;
-        if (path.elementCount() == 0)
+        if (path.elements.empty())
             path.moveTo(splinePoint(degree, points, knots, span, from));
         for (int step = 1; step <= spanSteps; ++step) {
             const double t = from + (to - from) * step / spanSteps;
@@ -129,15 +129,16 @@ QPainterPath spline(int degree, const QVector<ControlPoint> &points, const QVect
     return path;
 }
 
-QPainterPath smoothCurve(const QVector<QPointF> &points)
+SpacePath smoothCurve(const QVector<SpacePoint> &points)
 {
+    SpacePath path;
     if (points.isEmpty())
-        return {};
+        return path;
     // The tangent in a point is parallel to the line between its neighbours.
     const auto tangent = [&points](int i) {
-        return (points.at(qMin(i + 1, points.size() - 1)) - points.at(qMax(i - 1, 0))) / 6;
+        return (points.at(qMin(i + 1, points.size() - 1)) - points.at(qMax(i - 1, 0))) * (1.0 / 6);
     };
-    QPainterPath path(points.first());
+    path.moveTo(points.first());
     for (int i = 1; i < points.size(); ++i)
         path.cubicTo(points.at(i - 1) + tangent(i - 1), points.at(i) - tangent(i), points.at(i));
     return path;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "SpacePath.h"
+
 #include <QPainterPath>
 #include <QVector>
 
 /// @file
-/// The curves of a drawing as painter paths. The y axis points up, angles are in radians and run
+/// The curves of a drawing. The y axis points up, angles are in radians and run
 /// counter-clockwise.
 
 /// An arc of the ellipse around @p center with the half axis @p major and another one, @p ratio as
@@ -19,12 +21,12 @@ void addBulge(QPainterPath &path, QPointF to, double bulge);
 /// A control point of a spline.
 struct ControlPoint
 {
-    QPointF at;
+    SpacePoint at;
     double weight = 1.0;
 };
 
 /// The B-spline of that degree; where the knots do not fit it, the line through its control points.
-QPainterPath spline(int degree, const QVector<ControlPoint> &points, const QVector<double> &knots);
+SpacePath spline(int degree, const QVector<ControlPoint> &points, const QVector<double> &knots);
 
 /// A smooth curve through all the points.
-QPainterPath smoothCurve(const QVector<QPointF> &points);
+SpacePath smoothCurve(const QVector<SpacePoint> &points);

@@ -12,13 +12,18 @@ struct Close
 template <class T>
 using Opened = std::unique_ptr<T, Close>;
 
+QString takeString(KTCHAR *text)
+{
+    const QString string = text ? QString::fromWCharArray(text) : QString();
+    kcutDelString(text);
+    return string;
+}
+
 QString nameOf(const KcDbLayerTableRecord &record)
 {
-    KTCHAR *text = nullptr;
-    record.getName(text);
-    const QString name = QString::fromWCharArray(text);
-    kcutDelString(text);
-    return name;
+    KTCHAR *name = nullptr;
+    record.getName(name);
+    return takeString(name);
 }
 
 LayerLook lookOf(const KcDbLayerTableRecord &record)
@@ -29,6 +34,9 @@ LayerLook lookOf(const KcDbLayerTableRecord &record)
     look.isFrozen = record.isFrozen();
     look.color.setRgb(color.red(), color.green(), color.blue());
     look.lineWeight = record.lineWeight();
+    KTCHAR *linetype = nullptr;
+    KcDbSymbolUtilities::getSymbolName(linetype, record.linetypeObjectId());
+    look.linetype = takeString(linetype);
     return look;
 }
 

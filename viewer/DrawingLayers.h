@@ -15,6 +15,7 @@ struct LayerLook
     bool isFrozen = false;
     QColor color = Qt::white;
     int lineWeight = KcDb::kLnWtByLwDefault;
+    QString linetype = QStringLiteral("Continuous");
 };
 
 /// The looks of a drawing's layers, numbered in the order of its layer table. It keeps no record

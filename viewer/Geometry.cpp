@@ -9,26 +9,41 @@ constexpr int deepestNesting = 64;
 constexpr double mostPieces = 5e6;
 constexpr double farthestCoordinate = 1e12;
 
-/// Unlike QRectF::united() this counts rectangles without width or height, too.
-QRectF united(const QRectF &one, const QRectF &other)
+bool isNear(const SpaceBox &bounds)
 {
-    return {QPointF(qMin(one.left(), other.left()), qMin(one.top(), other.top())),
-            QPointF(qMax(one.right(), other.right()), qMax(one.bottom(), other.bottom()))};
-}
-
-bool isNear(const QRectF &bounds)
-{
-    const double coordinates[] = {bounds.left(), bounds.right(), bounds.top(), bounds.bottom()};
+    const double coordinates[] = {bounds.least.x, bounds.least.y, bounds.least.z,
+                                  bounds.most.x,  bounds.most.y,  bounds.most.z};
     return std::all_of(std::begin(coordinates), std::end(coordinates),
                        [](double coordinate) { return std::abs(coordinate) < farthestCoordinate; });
 }
 
-QRectF boundsOf(const BlockInsert &insert, const QRectF &block)
+SpaceBox levelBox(const QRectF &bounds, double height)
 {
-    QRectF bounds = insert.placement.mapRect(block);
+    return {{bounds.left(), bounds.top(), height}, {bounds.right(), bounds.bottom(), height}};
+}
+
+SpaceBox boundsOf(const Entity &entity)
+{
+    SpaceBox bounds;
+    if (entity.spacePath) {
+        for (const SpacePath::Element &element : entity.spacePath->elements)
+            bounds.add(element.at);
+    } else if (entity.path.elementCount() > 0) {
+        bounds = levelBox(entity.path.boundingRect(), entity.height);
+    }
+    if (entity.faces) {
+        for (const SpacePoint &point : entity.faces->points)
+            bounds.add(point);
+    }
+    return bounds;
+}
+
+SpaceBox boundsOf(const BlockInsert &insert, const SpaceBox &block)
+{
+    SpaceBox bounds;
     for (const int column : {0, insert.columns - 1}) {
         for (const int row : {0, insert.rows - 1})
-            bounds = united(bounds, insert.placementOf(column, row).mapRect(block));
+            bounds.add(insert.placementOf(column, row).map(block));
     }
     return bounds;
 }
@@ -91,12 +106,8 @@ void Measurer::visit(int block, int depth)
             });
     entities.erase(end, entities.end());
 
-    if (!entities.empty()) {
-        QRectF bounds = entities.front().bounds;
-        for (const Entity &entity : entities)
-            bounds = united(bounds, entity.bounds);
-        m_blocks.at(block).bounds = bounds;
-    }
+    for (const Entity &entity : entities)
+        m_blocks.at(block).bounds.add(entity.bounds);
     visit.isOpen = false;
     visit.isDone = true;
 }
@@ -106,9 +117,9 @@ bool Measurer::keep(Entity &entity, Visit &parent, int depth)
     if (entity.insert && !keepInsert(entity, parent, depth))
         return false;
     if (entity.text)
-        entity.bounds = entity.text->placement.mapRect(entity.text->lines.bounds);
+        entity.bounds = entity.text->placement.map(levelBox(entity.text->lines.bounds, 0));
     else if (!entity.insert)
-        entity.bounds = entity.path.boundingRect();
+        entity.bounds = boundsOf(entity);
     parent.pieces += 1;
     if (isNear(entity.bounds))
         return true;
@@ -132,7 +143,10 @@ bool Measurer::keepInsert(Entity &entity, Visit &parent, int depth)
     entity.bounds = boundsOf(*entity.insert, m_blocks.at(block).bounds);
     const double pieces = child.pieces * entity.insert->columns * entity.insert->rows;
     if (parent.pieces + pieces > mostPieces) {
-        entity.path.addRect(entity.bounds);
+        entity.path.addRect(entity.bounds.least.x, entity.bounds.least.y,
+                            entity.bounds.most.x - entity.bounds.least.x,
+                            entity.bounds.most.y - entity.bounds.least.y);
+        entity.height = entity.bounds.least.z;
         entity.insert.reset();
         ++m_framed;
         return true;
@@ -144,10 +158,40 @@ bool Measurer::keepInsert(Entity &entity, Visit &parent, int depth)
 
 } // namespace
 
-QTransform BlockInsert::placementOf(int column, int row) const
+SpaceTransform BlockInsert::placementOf(int column, int row) const
 {
-    const QPointF offset = columnStep * column + rowStep * row;
-    return placement * QTransform::fromTranslate(offset.x(), offset.y());
+    SpaceTransform result = placement;
+    result.rows[0][3] += columnStep.x * column + rowStep.x * row;
+    result.rows[1][3] += columnStep.y * column + rowStep.y * row;
+    result.rows[2][3] += columnStep.z * column + rowStep.z * row;
+    return result;
+}
+
+void Entity::setPath(SpacePath &&path)
+{
+    if (!path.isLevel()) {
+        spacePath = std::make_unique<SpacePath>(std::move(path));
+        return;
+    }
+    this->path = path.seen({});
+    height = path.elements.empty() ? 0 : path.elements.front().at.z;
+}
+
+bool Geometry::hasFaces() const
+{
+    return std::any_of(blocks.begin(), blocks.end(), [](const Block &block) {
+        return std::any_of(block.entities.begin(), block.entities.end(),
+                           [](const Entity &entity) { return entity.faces != nullptr; });
+    });
+}
+
+int Geometry::linetypeOf(const QString &name) const
+{
+    const auto known =
+            std::find_if(linetypes.begin(), linetypes.end(), [&name](const Linetype &linetype) {
+                return linetype.name.compare(name, Qt::CaseInsensitive) == 0;
+            });
+    return known == linetypes.end() ? 0 : int(known - linetypes.begin());
 }
 
 QStringList measure(Geometry &geometry)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DrawingText.h"
+#include "SpacePath.h"
 
 #include <KcDb.h>
 
@@ -9,6 +10,7 @@
 #include <QStringList>
 #include <QTransform>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -20,56 +22,97 @@
 constexpr QRgb colorByLayer = 0;
 constexpr QRgb colorByBlock = 1;
 
+/// Linetypes that the entity leaves to its layer, or to the insert of its block.
+constexpr int lineTypeByLayer = -1;
+constexpr int lineTypeByBlock = -2;
+
+/// A pattern along a line.
+struct Linetype
+{
+    QString name;
+    /// In turns: positive ones are dashes, negative ones gaps, 0 is a dot. None make a solid line.
+    std::vector<double> dashes;
+};
+
 /// How an entity wants to be drawn.
 struct EntityStyle
 {
     int layer = 0; ///< a number of DrawingLayers
     QRgb color = colorByLayer;
     int lineWeight = KcDb::kLnWtByLayer; ///< hundredths of a millimetre, or a code
+    int linetype = lineTypeByLayer;      ///< one of Geometry::linetypes, or a code
+    double linetypeScale = 1;
 };
 
 /// Text with its place.
 struct PlacedText
 {
     TextLines lines;
-    QTransform placement; ///< from the font's pixels into the drawing
+    SpaceTransform placement; ///< from the font's pixels into the drawing
 };
 
 /// One or more copies of a block.
 struct BlockInsert
 {
     int block = 0;
-    QTransform placement; ///< of the first copy
+    SpaceTransform placement; ///< of the first copy
     int columns = 1;
     int rows = 1;
-    QPointF columnStep;
-    QPointF rowStep;
+    SpacePoint columnStep;
+    SpacePoint rowStep;
 
-    QTransform placementOf(int column, int row) const;
+    SpaceTransform placementOf(int column, int row) const;
 };
 
-/// One entity: a path to stroke or to fill, a text or an insert. A path without length is a dot.
+/// Faces of four corners; one of three repeats its last.
+struct Faces
+{
+    std::vector<SpacePoint> points;
+    std::vector<std::array<int, 4>> corners; ///< numbers of points
+};
+
+/// One entity: a path to stroke or to fill, a text or an insert. A path without length is a
+/// dot. What has faces has their edges as its path.
 struct Entity
 {
     EntityStyle style;
+    /// The number of its record in the file, which is how many begin before it; -1 without one.
+    int record = -1;
     QPainterPath path;
+    double height = 0;                    ///< of the whole path
+    std::unique_ptr<SpacePath> spacePath; ///< instead, if it is not level
     bool isFilled = false;
+    std::unique_ptr<Faces> faces;
     std::unique_ptr<PlacedText> text;
     std::unique_ptr<BlockInsert> insert;
-    QRectF bounds;
+    SpaceBox bounds;
+
+    void setPath(SpacePath &&path);
+    bool isDot() const { return !spacePath && path.elementCount() == 1; }
 };
 
 /// The entities of a block in their drawing order.
 struct Block
 {
     std::vector<Entity> entities;
-    QRectF bounds;
+    SpaceBox bounds;
 };
 
 struct Geometry
 {
     /// The first one is the model space. Inserts refer to blocks by number, never in a circle.
     std::vector<Block> blocks;
+
+    /// The first one is "Continuous".
+    std::vector<Linetype> linetypes{{QStringLiteral("Continuous"), {}}};
+    double linetypeScale = 1; ///< of all linetypes
+
+    /// The number of a linetype, 0 for a name that is not there. Letter case does not tell names
+    /// apart.
+    int linetypeOf(const QString &name) const;
+
+    /// Whether there is anything that a FaceStyle changes.
+    bool hasFaces() const;
 
     const Block &modelSpace() const { return blocks.front(); }
 };

@@ -15,8 +15,10 @@
 #include <dxflib/dl_dxf.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
@@ -32,13 +34,75 @@ constexpr const char *knownRecords[] = {
 };
 
 /// Flags of polylines, their vertices and splines.
-enum PolylineFlag { IsClosed = 1, IsPolygonMesh = 16, IsPolyfaceMesh = 64 };
-enum VertexFlag { IsSplineFrame = 16 };
+enum PolylineFlag { IsClosed = 1, IsInSpace = 8, IsPolygonMesh = 16, IsPolyfaceMesh = 64 };
+enum MeshFlag { IsClosedAcross = 32, IsSmoothed = 4 };
+enum VertexFlag { IsSplineFrame = 16, IsMeshVertex = 64, IsFaceOrPoint = 128 };
 enum SplineFlag { IsClosedSpline = 1 };
 enum AttributeFlag { IsInvisible = 1 };
 
 /// Flags of texts.
 enum TextFlag { IsBackward = 2, IsUpsideDown = 4 };
+
+/// Lines between points of faces.
+using Edges = std::vector<std::array<int, 2>>;
+
+/// Turns the corners of a polyface mesh as the file has them into numbers of points; faces with
+/// fewer than three or with a corner that is not there are left out.
+Edges resolveFaces(Faces &faces)
+{
+    Edges edges;
+    std::set<std::array<int, 2>> known;
+    std::vector<std::array<int, 4>> resolved;
+    for (const std::array<int, 4> &corners : faces.corners) {
+        std::vector<int> numbers;
+        for (const int corner : corners) {
+            if (corner != 0 && std::abs(qint64(corner)) <= qint64(faces.points.size()))
+                numbers.push_back(std::abs(corner) - 1);
+        }
+        const auto wanted = 4 - std::count(corners.begin(), corners.end(), 0);
+        if (numbers.size() < 3 || int(numbers.size()) != wanted)
+            continue;
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            const int from = numbers[i];
+            const int to = numbers[(i + 1) % numbers.size()];
+            if (corners[i] > 0 && known.insert({qMin(from, to), qMax(from, to)}).second)
+                edges.push_back({from, to});
+        }
+        resolved.push_back({numbers[0], numbers[1], numbers[2], numbers.back()});
+    }
+    faces.corners = std::move(resolved);
+    return edges;
+}
+
+/// Makes the faces of a mesh whose vertices come in rows; none if there are too few or too many.
+Edges netFaces(Faces &faces, int flags, const std::array<int, 4> &counts)
+{
+    const int firstCount = flags & IsSmoothed ? 2 : 0;
+    const int rows = counts[firstCount];
+    const int columns = counts[firstCount + 1];
+    Edges edges;
+    if (rows < 2 || columns < 2 || qint64(rows) * columns != qint64(faces.points.size()))
+        return edges;
+    const bool isRing = flags & IsClosed;
+    const bool isTube = flags & IsClosedAcross;
+    const auto point = [rows, columns](int row, int column) {
+        return row % rows * columns + column % columns;
+    };
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            const bool hasNextRow = row + 1 < rows || isRing;
+            const bool hasNextColumn = column + 1 < columns || isTube;
+            if (hasNextRow)
+                edges.push_back({point(row, column), point(row + 1, column)});
+            if (hasNextColumn)
+                edges.push_back({point(row, column), point(row, column + 1)});
+            if (hasNextRow && hasNextColumn)
+                faces.corners.push_back({point(row, column), point(row, column + 1),
+                                         point(row + 1, column + 1), point(row + 1, column)});
+        }
+    }
+    return edges;
+}
 
 /// Receives the entities from dxflib, which calls it after each one was read to its end.
 class GeometryReader : public DL_CreationAdapter
@@ -50,6 +114,9 @@ public:
     QStringList warnings() const;
 
     void processCodeValuePair(unsigned int code, const std::string &value) override;
+
+    void addLinetype(const DL_LinetypeData &data) override;
+    void setVariableDouble(const std::string &name, double value, int code) override;
 
     void addBlock(const DL_BlockData &data) override;
     void endBlock() override { m_block = 0; }
@@ -98,20 +165,29 @@ private:
     /// What the callbacks do not tell of an entity.
     struct Record
     {
+        int number = -1; ///< how many begin before it
         std::string kind;
         std::string name;    ///< of the section, or of a dimension's block
         double rotation = 0; ///< degrees
         bool isHidden = false;
         bool isInPaperSpace = false;
         int flags = 0;
+        std::array<int, 4> counts{}; ///< of vertices in a mesh, or the corners of a face
+        double height = 0;
+        std::vector<double> dashes;
     };
     struct Polyline
     {
         Entity entity;
         bool isVisible;
-        QTransform plane;
+        SpaceTransform system;
+        double height;
         int flags;
+        std::array<int, 4> counts;
+        QPainterPath path;   ///< in the plane of the polyline
+        SpacePath spacePath; ///< instead, if it is in no plane
         double bulge = 0;
+        Faces faces; ///< instead, if it is a mesh
     };
     struct Spline
     {
@@ -119,23 +195,27 @@ private:
         int flags;
         QVector<ControlPoint> points;
         QVector<double> knots;
-        QVector<QPointF> fitPoints;
+        QVector<SpacePoint> fitPoints;
     };
 
     void checkSize(const std::string &count) const;
     void finishRecord();
     bool isVisible() const { return !m_finished.isHidden && !m_finished.isInPaperSpace; }
     EntityStyle style();
-    QTransform plane(double z = 0) const;
+    SpaceTransform system() const;
     QString decoded(const std::string &bytes) const;
     int layerIndex(const std::string &name);
     int blockIndex(const std::string &name);
+    int linetypeIndex(const std::string &name);
 
     void add(Entity entity);
-    void addPath(const QPainterPath &path, bool isFilled = false);
-    void addTextLines(const TextLines &lines, const QTransform &placement);
+    void addPath(SpacePath &&path, bool isFilled = false);
+    void addTextLines(const TextLines &lines, const SpaceTransform &placement);
     void addDimension();
+    void addFaces(Entity &&entity, Faces &&faces, const Edges &edges);
+    void addMeshFace();
     void finishPolyline();
+    void finishMesh(Polyline &&mesh);
     void finishSpline();
 
     const Drawing &m_drawing;
@@ -144,10 +224,12 @@ private:
 
     Geometry m_geometry;
     int m_block = 0;
-    std::vector<QPointF> m_bases;
+    std::vector<SpacePoint> m_bases;
     std::unordered_map<std::string, int> m_blockIndexes;
     std::unordered_map<std::string, int> m_layerIndexes;
+    std::unordered_map<std::string, int> m_linetypeIndexes;
 
+    int m_recordCount = 0;
     Record m_record;   ///< the one that is being read
     Record m_finished; ///< the one that dxflib tells of
     bool m_isInDrawing = false;
@@ -173,8 +255,9 @@ Geometry GeometryReader::takeGeometry()
         for (Entity &entity : block.entities) {
             if (!entity.insert)
                 continue;
-            const QPointF base = m_bases.at(entity.insert->block);
-            entity.insert->placement.translate(-base.x(), -base.y());
+            const SpacePoint base = m_bases.at(entity.insert->block);
+            SpaceTransform &placement = entity.insert->placement;
+            placement = SpaceTransform::fromTranslate(base * -1) * placement;
         }
     }
     return std::move(m_geometry);
@@ -197,11 +280,18 @@ void GeometryReader::processCodeValuePair(unsigned int code, const std::string &
     case 0:
         m_finished = std::move(m_record);
         m_record = {};
+        m_record.number = m_recordCount++;
         m_record.kind = value;
         finishRecord();
         break;
     case 2:
         m_record.name = value;
+        break;
+    case 30:
+        m_record.height = QByteArray::fromStdString(value).toDouble();
+        break;
+    case 49:
+        m_record.dashes.push_back(QByteArray::fromStdString(value).toDouble());
         break;
     case 50:
         m_record.rotation = QByteArray::fromStdString(value).toDouble();
@@ -215,9 +305,13 @@ void GeometryReader::processCodeValuePair(unsigned int code, const std::string &
     case 70:
         m_record.flags = std::atoi(value.c_str());
         break;
+    case 71:
     case 72:
     case 73:
     case 74:
+        m_record.counts[code - 71] = std::atoi(value.c_str());
+        checkSize(value);
+        break;
     case 76:
     case 90:
     case 91:
@@ -240,6 +334,8 @@ void GeometryReader::checkSize(const std::string &count) const
 
 void GeometryReader::finishRecord()
 {
+    if (m_polyline && m_finished.kind == "VERTEX")
+        addMeshFace();
     if (m_finished.kind == "SECTION")
         m_isInDrawing = m_finished.name == "ENTITIES" || m_finished.name == "BLOCKS";
     else if (m_finished.kind == "ENDSEC")
@@ -257,6 +353,8 @@ EntityStyle GeometryReader::style()
     EntityStyle style;
     style.layer = layerIndex(attributes.getLayer());
     style.lineWeight = attributes.getWidth();
+    style.linetype = linetypeIndex(attributes.getLinetype());
+    style.linetypeScale = attributes.getLinetypeScale();
     if (trueColor >= 0) {
         style.color = QRgb(trueColor) | 0xff000000;
     } else if (color == 0) {
@@ -268,21 +366,19 @@ EntityStyle GeometryReader::style()
     return style;
 }
 
-/// Maps the plane that the entity was drawn in, which its extrusion is at a right angle to, to the
-/// drawing seen from above. @p z is the entity's height over that plane.
-QTransform GeometryReader::plane(double z) const
+/// Maps the coordinate system of the entity, whose z axis is its extrusion, to that of the drawing.
+SpaceTransform GeometryReader::system() const
 {
-    const double *normal = extrusion->getDirection();
-    const double length = std::hypot(normal[0], normal[1], normal[2]);
-    if (length == 0 || normal[2] == length)
+    const double *direction = extrusion->getDirection();
+    const double reach = std::hypot(direction[0], direction[1], direction[2]);
+    if (reach == 0 || direction[2] == reach)
         return {};
-    const double n[] = {normal[0] / length, normal[1] / length, normal[2] / length};
-    // The plane's x axis lies level, or, where the normal is all but vertical, along the drawing's.
-    const bool isLevel = std::abs(n[0]) < 1.0 / 64 && std::abs(n[1]) < 1.0 / 64;
-    const double across = isLevel ? std::hypot(n[2], n[0]) : std::hypot(n[0], n[1]);
-    const double x[] = {(isLevel ? n[2] : -n[1]) / across, (isLevel ? 0 : n[0]) / across,
-                        (isLevel ? -n[0] : 0) / across};
-    return {x[0], x[1], n[1] * x[2] - n[2] * x[1], n[2] * x[0] - n[0] * x[2], z * n[0], z * n[1]};
+    const SpacePoint z{direction[0] / reach, direction[1] / reach, direction[2] / reach};
+    // The x axis lies level, or, where the z axis is all but vertical, along the drawing's.
+    const bool isUpright = std::abs(z.x) < 1.0 / 64 && std::abs(z.y) < 1.0 / 64;
+    const SpacePoint along = cross(isUpright ? SpacePoint{0, 1, 0} : SpacePoint{0, 0, 1}, z);
+    const SpacePoint x = along * (1 / length(along));
+    return SpaceTransform::fromAxes(x, cross(z, x), z);
 }
 
 QString GeometryReader::decoded(const std::string &bytes) const
@@ -313,20 +409,52 @@ int GeometryReader::blockIndex(const std::string &name)
     return index;
 }
 
+int GeometryReader::linetypeIndex(const std::string &name)
+{
+    const auto known = m_linetypeIndexes.find(name);
+    if (known != m_linetypeIndexes.end())
+        return known->second;
+    const QString text = decoded(name);
+    int index = lineTypeByLayer;
+    if (text.compare(QLatin1String("BYBLOCK"), Qt::CaseInsensitive) == 0)
+        index = lineTypeByBlock;
+    else if (text.compare(QLatin1String("BYLAYER"), Qt::CaseInsensitive) != 0)
+        index = m_geometry.linetypeOf(text);
+    m_linetypeIndexes.emplace(name, index);
+    return index;
+}
+
+void GeometryReader::setVariableDouble(const std::string &name, double value, int)
+{
+    if (name == "$LTSCALE")
+        m_geometry.linetypeScale = value;
+}
+
+void GeometryReader::addLinetype(const DL_LinetypeData &data)
+{
+    // The record tells of all dashes; dxflib leaves out those behind a text or a shape.
+    const QString name = decoded(data.name);
+    const bool isDashed = std::any_of(m_finished.dashes.begin(), m_finished.dashes.end(),
+                                      [](double dash) { return dash != 0; });
+    if (isDashed && m_geometry.linetypeOf(name) == 0)
+        m_geometry.linetypes.push_back({name, m_finished.dashes});
+}
+
 void GeometryReader::add(Entity entity)
 {
     if (!isVisible())
         return;
     entity.style = style();
+    entity.record = m_finished.number;
     m_geometry.blocks.at(m_block).entities.push_back(std::move(entity));
 }
 
-void GeometryReader::addPath(const QPainterPath &path, bool isFilled)
+void GeometryReader::addPath(SpacePath &&path, bool isFilled)
 {
-    if (path.elementCount() == 0)
+    if (path.elements.empty())
         return;
     Entity entity;
-    entity.path = path;
+    entity.setPath(std::move(path));
     entity.isFilled = isFilled;
     add(std::move(entity));
 }
@@ -334,21 +462,23 @@ void GeometryReader::addPath(const QPainterPath &path, bool isFilled)
 void GeometryReader::addBlock(const DL_BlockData &data)
 {
     m_block = blockIndex(data.name);
-    m_bases.at(m_block) = QPointF(data.bpx, data.bpy);
+    m_bases.at(m_block) = SpacePoint{data.bpx, data.bpy, data.bpz};
 }
 
 void GeometryReader::addInsert(const DL_InsertData &data)
 {
-    const QTransform turn = QTransform().rotate(data.angle)
-                            * QTransform::fromTranslate(data.ipx, data.ipy) * plane(data.ipz);
+    const SpaceTransform turn = SpaceTransform::fromPlane(QTransform().rotate(data.angle))
+                                * SpaceTransform::fromTranslate({data.ipx, data.ipy, data.ipz})
+                                * system();
     Entity entity;
     entity.insert = std::make_unique<BlockInsert>();
     entity.insert->block = blockIndex(data.name);
-    entity.insert->placement = QTransform::fromScale(data.sx, data.sy) * turn;
+    entity.insert->placement =
+            SpaceTransform::fromAxes({data.sx, 0, 0}, {0, data.sy, 0}, {0, 0, data.sz}) * turn;
     entity.insert->columns = qMax(1, data.cols);
     entity.insert->rows = qMax(1, data.rows);
-    entity.insert->columnStep = turn.map(QPointF(data.colSp, 0)) - turn.map(QPointF());
-    entity.insert->rowStep = turn.map(QPointF(0, data.rowSp)) - turn.map(QPointF());
+    entity.insert->columnStep = turn.map(SpacePoint{data.colSp, 0, 0}) - turn.map(SpacePoint());
+    entity.insert->rowStep = turn.map(SpacePoint{0, data.rowSp, 0}) - turn.map(SpacePoint());
     add(std::move(entity));
 }
 
@@ -362,35 +492,44 @@ void GeometryReader::addDimension()
 
 void GeometryReader::addPoint(const DL_PointData &data)
 {
-    addPath(QPainterPath(QPointF(data.x, data.y)));
+    SpacePath path;
+    path.moveTo({data.x, data.y, data.z});
+    addPath(std::move(path));
 }
 
 void GeometryReader::addLine(const DL_LineData &data)
 {
-    QPainterPath path(QPointF(data.x1, data.y1));
-    path.lineTo(data.x2, data.y2);
-    addPath(path);
+    SpacePath path;
+    path.moveTo({data.x1, data.y1, data.z1});
+    path.lineTo({data.x2, data.y2, data.z2});
+    addPath(std::move(path));
 }
 
 void GeometryReader::addCircle(const DL_CircleData &data)
 {
     const QPointF center(data.cx, data.cy);
-    addPath(plane(data.cz).map(ellipseArc(center, QPointF(data.radius, 0), 1, 0, 0)));
+    addPath(SpacePath::placed(ellipseArc(center, QPointF(data.radius, 0), 1, 0, 0), system(),
+                              data.cz));
 }
 
 void GeometryReader::addArc(const DL_ArcData &data)
 {
     const QPointF center(data.cx, data.cy);
-    addPath(plane(data.cz).map(ellipseArc(center, QPointF(data.radius, 0), 1,
-                                          qDegreesToRadians(data.angle1),
-                                          qDegreesToRadians(data.angle2))));
+    addPath(SpacePath::placed(ellipseArc(center, QPointF(data.radius, 0), 1,
+                                         qDegreesToRadians(data.angle1),
+                                         qDegreesToRadians(data.angle2)),
+                              system(), data.cz));
 }
 
 void GeometryReader::addEllipse(const DL_EllipseData &data)
 {
-    const double ratio = extrusion->getDirection()[2] < 0 ? -data.ratio : data.ratio;
-    addPath(ellipseArc(QPointF(data.cx, data.cy), QPointF(data.mx, data.my), ratio, data.angle1,
-                       data.angle2));
+    // The unit circle, in a system of which the half axes are axes.
+    const SpacePoint major{data.mx, data.my, data.mz};
+    const SpacePoint normal = system().map(SpacePoint{0, 0, 1});
+    const SpaceTransform frame =
+            SpaceTransform::fromAxes(major, cross(normal, major) * data.ratio, normal)
+            * SpaceTransform::fromTranslate({data.cx, data.cy, data.cz});
+    addPath(SpacePath::placed(ellipseArc({}, {1, 0}, 1, data.angle1, data.angle2), frame, 0));
 }
 
 void GeometryReader::addSolid(const DL_SolidData &data)
@@ -401,33 +540,71 @@ void GeometryReader::addSolid(const DL_SolidData &data)
         corners += QPointF(data.x[corner], data.y[corner]);
     QPainterPath path;
     path.addPolygon(corners);
-    addPath(plane(data.z[0]).map(path), true);
+    addPath(SpacePath::placed(path, system(), data.z[0]), true);
 }
 
 void GeometryReader::add3dFace(const DL_3dFaceData &data)
 {
-    QPainterPath path(QPointF(data.x[0], data.y[0]));
-    for (int corner = 1; corner < 4; ++corner)
-        path.lineTo(data.x[corner], data.y[corner]);
-    path.closeSubpath();
-    addPath(path);
+    Faces faces;
+    for (int corner = 0; corner < 4; ++corner)
+        faces.points.push_back({data.x[corner], data.y[corner], data.z[corner]});
+    faces.corners.push_back({0, 1, 2, 3});
+    Edges edges;
+    for (int edge = 0; edge < 4; ++edge) {
+        if (!(m_finished.flags & (1 << edge)))
+            edges.push_back({edge, (edge + 1) % 4});
+    }
+    Entity entity;
+    entity.style = style();
+    entity.record = m_finished.number;
+    if (isVisible())
+        addFaces(std::move(entity), std::move(faces), edges);
+}
+
+/// Adds faces with some edges, each of which is a line between two of their points.
+void GeometryReader::addFaces(Entity &&entity, Faces &&faces,
+                              const Edges &edges)
+{
+    SpacePath path;
+    int last = -1;
+    for (const auto &[from, to] : edges) {
+        if (from != last)
+            path.moveTo(faces.points.at(from));
+        path.lineTo(faces.points.at(to));
+        last = to;
+    }
+    entity.setPath(std::move(path));
+    entity.faces = std::make_unique<Faces>(std::move(faces));
+    m_geometry.blocks.at(m_block).entities.push_back(std::move(entity));
 }
 
 void GeometryReader::addPolyline(const DL_PolylineData &data)
 {
-    if (data.flags & (IsPolygonMesh | IsPolyfaceMesh)) {
-        ++m_unknown[QStringLiteral("POLYLINE mesh")];
-        return;
-    }
-    m_polyline = Polyline{{}, isVisible(), plane(data.elevation), data.flags, 0};
+    // dxflib tells the height of one kind only.
+    const double height = m_finished.kind == "POLYLINE" ? m_finished.height : data.elevation;
+    m_polyline = Polyline{{}, isVisible(), system(), height, data.flags, m_finished.counts,
+                          {}, {},          0,        {}};
     m_polyline->entity.style = style();
+    m_polyline->entity.record = m_finished.number;
 }
 
 void GeometryReader::addVertex(const DL_VertexData &data)
 {
     if (!m_polyline || (m_finished.kind == "VERTEX" && m_finished.flags & IsSplineFrame))
         return;
-    QPainterPath &path = m_polyline->entity.path;
+    if (m_polyline->flags & (IsPolygonMesh | IsPolyfaceMesh)) {
+        m_polyline->faces.points.push_back({data.x, data.y, data.z});
+        return;
+    }
+    if (m_polyline->flags & IsInSpace) {
+        SpacePath &path = m_polyline->spacePath;
+        if (path.elements.empty())
+            path.moveTo({data.x, data.y, data.z});
+        else
+            path.lineTo({data.x, data.y, data.z});
+        return;
+    }
+    QPainterPath &path = m_polyline->path;
     if (path.elementCount() == 0)
         path.moveTo(data.x, data.y);
     else
@@ -441,15 +618,46 @@ void GeometryReader::finishPolyline()
         return;
     Polyline polyline = std::move(*m_polyline);
     m_polyline.reset();
-    QPainterPath &path = polyline.entity.path;
-    if (!polyline.isVisible || path.elementCount() == 0)
+    if (!polyline.isVisible)
         return;
-    if (polyline.flags & IsClosed) {
-        addBulge(path, path.elementAt(0), polyline.bulge);
-        path.closeSubpath();
+    if (polyline.flags & (IsPolygonMesh | IsPolyfaceMesh)) {
+        finishMesh(std::move(polyline));
+        return;
     }
-    path = polyline.plane.map(path);
+    QPainterPath &path = polyline.path;
+    if (polyline.flags & IsClosed) {
+        if (path.elementCount() > 0)
+            addBulge(path, path.elementAt(0), polyline.bulge);
+        path.closeSubpath();
+        polyline.spacePath.close();
+    }
+    if (path.elementCount() > 0)
+        polyline.spacePath = SpacePath::placed(path, polyline.system, polyline.height);
+    if (polyline.spacePath.elements.empty())
+        return;
+    polyline.entity.setPath(std::move(polyline.spacePath));
     m_geometry.blocks.at(m_block).entities.push_back(std::move(polyline.entity));
+}
+
+/// A face of a mesh is a vertex without a place, of which dxflib does not tell. Its corners count
+/// from 1, and are negative where an edge that does not show begins.
+void GeometryReader::addMeshFace()
+{
+    const int kind = m_finished.flags & (IsMeshVertex | IsFaceOrPoint);
+    if (m_polyline->flags & IsPolyfaceMesh && kind == IsFaceOrPoint)
+        m_polyline->faces.corners.push_back(m_finished.counts);
+}
+
+void GeometryReader::finishMesh(Polyline &&mesh)
+{
+    Faces &faces = mesh.faces;
+    const Edges edges =
+            mesh.flags & IsPolyfaceMesh ? resolveFaces(faces)
+                                        : netFaces(faces, mesh.flags, mesh.counts);
+    if (faces.corners.empty())
+        ++m_unknown[QStringLiteral("POLYLINE mesh")];
+    else
+        addFaces(std::move(mesh.entity), std::move(faces), edges);
 }
 
 void GeometryReader::addSpline(const DL_SplineData &data)
@@ -459,25 +667,25 @@ void GeometryReader::addSpline(const DL_SplineData &data)
 
 void GeometryReader::addControlPoint(const DL_ControlPointData &data)
 {
-    m_spline->points += ControlPoint{QPointF(data.x, data.y), data.w};
+    m_spline->points += ControlPoint{{data.x, data.y, data.z}, data.w};
 }
 
 void GeometryReader::addFitPoint(const DL_FitPointData &data)
 {
-    m_spline->fitPoints += QPointF(data.x, data.y);
+    m_spline->fitPoints += SpacePoint{data.x, data.y, data.z};
 }
 
 void GeometryReader::finishSpline()
 {
     if (!m_spline)
         return;
-    QPainterPath path = m_spline->points.isEmpty()
-                                ? smoothCurve(m_spline->fitPoints)
-                                : spline(m_spline->degree, m_spline->points, m_spline->knots);
+    SpacePath path = m_spline->points.isEmpty()
+                             ? smoothCurve(m_spline->fitPoints)
+                             : spline(m_spline->degree, m_spline->points, m_spline->knots);
     if (m_spline->flags & IsClosedSpline)
-        path.closeSubpath();
+        path.close();
     m_spline.reset();
-    addPath(path);
+    addPath(std::move(path));
 }
 
 void GeometryReader::endEntity()
@@ -511,8 +719,10 @@ void GeometryReader::addText(const DL_TextData &data)
     if (data.textGenerationFlags & IsUpsideDown)
         yScale = -yScale;
     const QPointF at = isAtStart ? start : end;
-    addTextLines(lines, QTransform::fromScale(xScale, -yScale) * QTransform().rotateRadians(angle)
-                                * QTransform::fromTranslate(at.x(), at.y()) * plane(data.ipz));
+    addTextLines(lines, SpaceTransform::fromPlane(QTransform::fromScale(xScale, -yScale)
+                                                  * QTransform().rotateRadians(angle))
+                                * SpaceTransform::fromTranslate({at.x(), at.y(), data.ipz})
+                                * system());
 }
 
 void GeometryReader::addAttribute(const DL_AttributeData &data)
@@ -527,16 +737,22 @@ void GeometryReader::addMText(const DL_MTextData &data)
     m_textStart.clear();
     const double scale = data.height / m_setter.capHeight();
     // dxflib gives the angle in degrees or in radians, depending on where it comes from.
-    const bool hasDirection = data.dirx != 0 || data.diry != 0;
-    const double angle = hasDirection ? std::atan2(data.diry, data.dirx)
-                                      : qDegreesToRadians(m_finished.rotation);
+    const bool hasDirection = data.dirx != 0 || data.diry != 0 || data.dirz != 0;
+    const QTransform turn = QTransform().rotate(m_finished.rotation);
+    SpaceTransform frame = SpaceTransform::fromPlane(turn) * system();
+    if (hasDirection) {
+        const SpacePoint direction{data.dirx, data.diry, data.dirz};
+        const SpacePoint x = direction * (1 / length(direction));
+        const SpacePoint z = system().map(SpacePoint{0, 0, 1});
+        frame = SpaceTransform::fromAxes(x, cross(z, x), z);
+    }
     addTextLines(m_setter.broken(paragraphs(text), data.width / scale, data.lineSpacingFactor,
                                  data.attachmentPoint),
-                 QTransform::fromScale(scale, -scale) * QTransform().rotateRadians(angle)
-                         * QTransform::fromTranslate(data.ipx, data.ipy));
+                 SpaceTransform::fromPlane(QTransform::fromScale(scale, -scale)) * frame
+                         * SpaceTransform::fromTranslate({data.ipx, data.ipy, data.ipz}));
 }
 
-void GeometryReader::addTextLines(const TextLines &lines, const QTransform &placement)
+void GeometryReader::addTextLines(const TextLines &lines, const SpaceTransform &placement)
 {
     if (lines.bounds.isNull())
         return;

@@ -3,13 +3,18 @@
 #include "Canvas.h"
 #include "LayerBox.h"
 #include "LayerDock.h"
+#include "PropertyEditor.h"
 
 #include <KcHost/KcHost.h>
+#include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/TextStyleComboBox.h>
+#include <OvCustomControl/VisualStyleComboBox.h>
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
@@ -28,6 +33,14 @@ constexpr QSize initialSize(1280, 800);
 constexpr int widestDock = 512; // to begin with
 constexpr int labelMargin = 6;
 constexpr int statusMargin = 12;
+constexpr int pickerSpacing = 2; // as in the property panel
+
+/// What the canvas does for each row of the visual style picker. A drawing is shown in one projection
+/// only, so both wireframes look the same.
+constexpr FaceStyle visualStyles[] = {
+        FaceStyle::Wireframe, FaceStyle::Wireframe, FaceStyle::Hidden,       FaceStyle::Flat,
+        FaceStyle::Gouraud,   FaceStyle::FlatEdges, FaceStyle::GouraudEdges,
+};
 
 QString fileFilter()
 {
@@ -54,6 +67,7 @@ MainWindow::MainWindow(QWidget *parent)
     , m_canvas(new Canvas)
     , m_layers(new LayerBox)
     , m_dock(new LayerDock)
+    , m_properties(new PropertyEditor(this))
     , m_position(new QLabel)
     , m_counts(new QLabel)
     , m_progress(new QProgressBar)
@@ -61,6 +75,7 @@ MainWindow::MainWindow(QWidget *parent)
     setCentralWidget(m_canvas);
     addDockWidget(Qt::RightDockWidgetArea, m_dock);
     createActions();
+    createPropertyBar();
     createStatusBar();
     setAcceptDrops(true);
     resize(initialSize);
@@ -79,6 +94,7 @@ MainWindow::~MainWindow()
     KcHost::setWorkingDatabase(nullptr);
     m_canvas->setDrawing(nullptr);
     m_dock->setDrawing(nullptr);
+    m_properties->setDrawing(nullptr);
 }
 
 void MainWindow::createActions()
@@ -117,6 +133,39 @@ void MainWindow::createActions()
     tools->addSeparator();
     tools->addAction(fit);
     tools->addAction(hand);
+}
+
+void MainWindow::createPropertyBar()
+{
+    auto *panel = new OvCc::PropertyManager;
+    auto *textStyles = new OvCc::TextStyleComboBox;
+    auto *visualStyles = new OvCc::VisualStyleComboBox;
+    auto *styles = new QWidget;
+    auto *rows = new QGridLayout(styles);
+    rows->setContentsMargins(labelMargin, 0, labelMargin, pickerSpacing);
+    rows->setVerticalSpacing(pickerSpacing);
+    rows->addWidget(new QLabel(tr("Text style")), 0, 0);
+    rows->addWidget(textStyles, 0, 1);
+    rows->addWidget(new QLabel(tr("Visual style")), 1, 0);
+    rows->addWidget(visualStyles, 1, 1);
+    rows->setRowStretch(2, 1);
+
+    addToolBarBreak();
+    QToolBar *bar = addToolBar(tr("Properties"));
+    bar->setMovable(false);
+    bar->addWidget(panel);
+    bar->addSeparator();
+    bar->addWidget(styles);
+
+    m_properties->attach(panel);
+    connect(m_canvas, &Canvas::selectionChanged, m_properties, &PropertyEditor::setSelection);
+    connect(m_properties, &PropertyEditor::changed, this, &MainWindow::followEntityChange);
+    connect(m_properties, &PropertyEditor::refused, statusBar(),
+            [this](const QString &reason) { statusBar()->showMessage(reason); });
+    connect(visualStyles, &OvCc::BaseComboBox::rowChosen, this, &MainWindow::showInStyle);
+    connect(textStyles, &OvCc::BaseComboBox::dialogRequested, this, [this] {
+        statusBar()->showMessage(tr("All texts are shown in one style: there is none to manage."));
+    });
 }
 
 void MainWindow::createStatusBar()
@@ -186,10 +235,12 @@ void MainWindow::finishLoading(const QString &error)
 void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
 {
     // Nothing may look at the drawing before this one any more when it goes.
+    m_properties->setDrawing(nullptr);
     m_canvas->setDrawing(drawing.get());
     KcHost::setWorkingDatabase(drawing->database.get());
     m_drawing = std::move(drawing);
     m_dock->setDrawing(m_drawing.get());
+    m_properties->setDrawing(m_drawing.get());
     refresh();
     setWindowModified(false);
     showWarnings(m_drawing->warnings);
@@ -205,6 +256,25 @@ void MainWindow::followLayerChange(const QString &name)
         setWindowModified(true);
     m_dock->noteChange(name);
     m_refresh.start();
+}
+
+void MainWindow::followEntityChange()
+{
+    m_canvas->viewport()->update();
+    setWindowModified(true);
+}
+
+void MainWindow::showInStyle(int row)
+{
+    m_canvas->setFaceStyle(visualStyles[row]);
+    const bool isSmooth =
+            visualStyles[row] == FaceStyle::Gouraud || visualStyles[row] == FaceStyle::GouraudEdges;
+    if (!m_drawing || !m_drawing->geometry.hasFaces())
+        statusBar()->showMessage(tr("There are no faces here: all visual styles look the same."));
+    else if (isSmooth)
+        statusBar()->showMessage(tr("The faces are flat, and are shown so."));
+    else
+        statusBar()->clearMessage();
 }
 
 void MainWindow::finishCommand(const QString &refusal)
@@ -259,8 +329,7 @@ bool MainWindow::confirmLoss()
         return true;
     const auto answer = QMessageBox::question(
             this, tr("Tessa"),
-            tr("The layers of %1 were changed. Save the changes?")
-                    .arg(QFileInfo(m_drawing->fileName).fileName()),
+            tr("%1 was changed. Save the changes?").arg(QFileInfo(m_drawing->fileName).fileName()),
             QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
 }

@@ -8,11 +8,12 @@
 class Canvas;
 class LayerBox;
 class LayerDock;
+class PropertyEditor;
 class QLabel;
 class QProgressBar;
 
 /// A window around one drawing: its layers in the tool bar and in the layer manager, its entities on
-/// the canvas.
+/// the canvas, and pickers for the properties of those that are selected there.
 ///
 /// It shows how a program takes the widgets in: it makes the drawing the host's working one, hears
 /// from the host which layer changed, whoever changed it, and then has all widgets show the same.
@@ -43,6 +44,7 @@ protected:
 
 private:
     void createActions();
+    void createPropertyBar();
     void createStatusBar();
     void connectHost();
     void chooseAndOpen();
@@ -54,6 +56,8 @@ private:
     void finishLoading(const QString &error);
     void showDrawing(std::unique_ptr<Drawing> drawing);
     void followLayerChange(const QString &name);
+    void followEntityChange();
+    void showInStyle(int row);
     void finishCommand(const QString &refusal);
     void refresh();
     void showState();
@@ -65,6 +69,7 @@ private:
     Canvas *m_canvas;
     LayerBox *m_layers;
     LayerDock *m_dock;
+    PropertyEditor *m_properties;
     QTimer m_refresh; ///< runs while the widgets have something to catch up with
     QAction *m_open = nullptr;
     QAction *m_save = nullptr;

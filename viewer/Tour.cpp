@@ -6,8 +6,11 @@
 
 #include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerItem.h>
+#include <OvCustomControl/ListWidget.h>
 #include <OvCustomControl/OvLayerTableWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
+#include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/QOvColorComboBox.h>
 #include <OvCustomControl/SearchLayerEdit.h>
 
 #include <QAction>
@@ -33,6 +36,7 @@ constexpr int loadingTime = 300000;
 constexpr int wheelSteps = 5;
 constexpr int nameColumn = 1; // of the panel
 constexpr int onColumn = 2;
+constexpr int pickedRow = 5; // of the colour picker: cyan
 const char pictureFailure[] = "a picture cannot be written";
 
 /// Ends the tour unless @p isDone.
@@ -93,6 +97,7 @@ Tour::Tour(MainWindow &window, const QString &folder)
     , m_table(*window.findChild<OvCc::LayerTableWidget *>())
     , m_names(*window.findChild<OvCc::FrozenTableWidget *>())
     , m_search(*window.findChild<OvCc::SearchLayerEdit *>())
+    , m_properties(*window.findChild<OvCc::PropertyManager *>())
     , m_folder(folder)
 {
 }
@@ -107,6 +112,7 @@ bool Tour::play(const QString &fileName)
         if (list().count() > 0)
             visitLayerBox();
         visitPanel();
+        visitProperties();
     } catch (const std::runtime_error &error) {
         std::fprintf(stderr, "tessa-viewer: the tour ended, since %s\n", error.what());
         return false;
@@ -161,6 +167,17 @@ void Tour::visitPanel()
     addCurrentLayer();
     save(QStringLiteral("08-new-layer.png"));
     warnOfCurrentLayer();
+}
+
+void Tour::visitProperties()
+{
+    const QImage before = canvasImage();
+    selectAll();
+    save(QStringLiteral("10-selection.png"));
+    pickColor();
+    QTest::keyClick(&m_canvas, Qt::Key_Escape);
+    require(canvasImage() != before, "the selected entities do not get the colour that was picked");
+    save(QStringLiteral("12-color.png"));
 }
 
 void Tour::openLayers()
@@ -274,6 +291,33 @@ void Tour::warnOfCurrentLayer()
     lookAt(QStringLiteral("09-warning.png"),
            [this] { clickCell(m_table, m_table.currentIndex().row(), onColumn); });
     require(currentLayer().isOn, "the current layer is off, though the warning was heeded");
+}
+
+/// Draws a band over the whole canvas.
+void Tour::selectAll()
+{
+    QSignalSpy selected(&m_canvas, &Canvas::selectionChanged);
+    QWindow *window = m_window.windowHandle();
+    const auto place = [this](QPoint corner) {
+        return m_canvas.viewport()->mapTo(&m_window, corner);
+    };
+    const QRect area = m_canvas.viewport()->rect();
+    QTest::mousePress(window, Qt::LeftButton, {}, place(area.bottomRight()));
+    QTest::mouseMove(window, place(area.topLeft()));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, place(area.topLeft()));
+    require(!selected.isEmpty(), "a band over the whole drawing selects nothing");
+}
+
+void Tour::pickColor()
+{
+    OvCc::QOvColorComboBox &picker = *m_properties.colorPicker();
+    click(*picker.lineEdit());
+    require(QTest::qWaitFor([&] { return picker.view()->isVisible(); }),
+            "the colour picker does not open");
+    save(QStringLiteral("11-colors.png"));
+    const auto &rows = *picker.view()->findChild<OvCc::ListWidget *>();
+    click(*rows.viewport(), rows.visualItemRect(rows.item(pickedRow)).center());
+    require(!picker.view()->isVisible(), "the colour picker stays open");
 }
 
 /// Clicks on one of the layer manager's commands, then lets the window follow.

@@ -13,6 +13,7 @@ namespace OvCc {
 class FrozenTableWidget;
 class LayerComboBox;
 class LayerTableWidget;
+class PropertyManager;
 class SearchLayerEdit;
 } // namespace OvCc
 
@@ -33,6 +34,7 @@ private:
     void openDrawing(const QString &fileName);
     void visitLayerBox();
     void visitPanel();
+    void visitProperties();
     void openLayers();
     void closeLayers();
     int busiestLayer() const;
@@ -44,6 +46,8 @@ private:
     void openColumnMenu();
     void addCurrentLayer();
     void warnOfCurrentLayer();
+    void selectAll();
+    void pickColor();
 
     void clickCommand(const QString &text) const;
     void lookAt(const QString &name, const std::function<void()> &open) const;
@@ -59,5 +63,6 @@ private:
     OvCc::LayerTableWidget &m_table;
     OvCc::FrozenTableWidget &m_names;
     OvCc::SearchLayerEdit &m_search;
+    OvCc::PropertyManager &m_properties;
     QString m_folder;
 };

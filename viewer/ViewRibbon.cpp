@@ -1,0 +1,136 @@
+#include "ViewRibbon.h"
+
+#include <OvCustomControl/LayerComboBox.h>
+#include <OvCustomControl/LayerControl.h>
+#include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/StackWidget.h>
+#include <OvCustomControl/ViewButton.h>
+#include <OvCustomControl/ViewGallery.h>
+#include <OvCustomControl/ViewPortGallery.h>
+
+#include <QMenu>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+/// What the entries of view gallery and view buttons mean, by their captions.
+constexpr ViewDirection directions[] = {
+        ViewDirection::Top,       ViewDirection::Bottom,    ViewDirection::Left,
+        ViewDirection::Right,     ViewDirection::Front,     ViewDirection::Back,
+        ViewDirection::Southwest, ViewDirection::Northwest, ViewDirection::Northeast,
+        ViewDirection::Northwest,
+};
+
+int indexOf(const NsRc::RibbonGallery &gallery, const NsRc::RibbonGalleryItem *item)
+{
+    const NsRc::RibbonGalleryGroup &group = *gallery.galleryGroup();
+    int index = 0;
+    while (index < group.getItemCount() && group.item(index) != item)
+        ++index;
+    return index;
+}
+
+/// The gallery in the ribbon and its copy in the drop-down, each of which reports its own presses.
+std::array<NsRc::RibbonGallery *, 2> bothOf(NsRc::RibbonGallery *gallery)
+{
+    return {gallery, gallery->popupMenu()->findChild<NsRc::RibbonGallery *>()};
+}
+
+} // namespace
+
+ViewRibbon::ViewRibbon(QWidget *parent)
+    : RibbonBar(parent)
+    , m_views(new OvCc::ViewGallery)
+    , m_arrangements(new OvCc::ViewPortGallery)
+    , m_layerBar(new OvCc::LayerControl(nullptr))
+    , m_pickers(new OvCc::StackWidget(m_layerBar, nullptr))
+{
+    KcHost::RibbonPage *page = addPage(tr("View"));
+    KcHost::RibbonGroup *views = page->addGroup(tr("Views"));
+    auto *button = new OvCc::ViewButton(nullptr);
+    views->addWidget(m_views);
+    views->addWidget(button);
+    page->addGroup(tr("Viewports"))->addWidget(m_arrangements);
+    page->addGroup(tr("Layers"))->addWidget(m_layerBar);
+
+    for (NsRc::RibbonGallery *gallery : bothOf(m_views)) {
+        connect(gallery, &NsRc::RibbonGallery::itemPressed, this,
+                [this](const NsRc::RibbonGalleryItem *item) { chooseView(indexOf(*m_views, item)); });
+    }
+    for (NsRc::RibbonGallery *gallery : bothOf(m_arrangements)) {
+        connect(gallery, &NsRc::RibbonGallery::itemPressed, this,
+                [this](const NsRc::RibbonGalleryItem *item) {
+                    emit arrangementChosen(indexOf(*m_arrangements, item));
+                });
+    }
+    attach(button);
+    connect(m_layerBar, &OvCc::LayerControl::folded, this, &ViewRibbon::fold);
+}
+
+OvCc::LayerComboBox *ViewRibbon::layers() const
+{
+    return m_layerBar->findChild<OvCc::LayerComboBox *>();
+}
+
+OvCc::PropertyManager *ViewRibbon::properties() const
+{
+    return m_pickers->findChild<OvCc::PropertyManager *>();
+}
+
+void ViewRibbon::attach(OvCc::ViewButton *button)
+{
+    m_buttons.push_back(button);
+    connect(button->menu(), &QMenu::triggered, this, [this, button](QAction *action) {
+        if (!m_isShowingView)
+            chooseView(button->menu()->actions().indexOf(action));
+    });
+}
+
+void ViewRibbon::showView(ViewDirection view)
+{
+    const QScopedValueRollback<bool> guard(m_isShowingView, true);
+    if (directions[indexOf(*m_views, m_views->checkedItem())] != view) {
+        const auto found = std::find(std::begin(directions), std::end(directions), view);
+        for (NsRc::RibbonGallery *gallery : bothOf(m_views))
+            gallery->setCheckedIndex(int(found - std::begin(directions)));
+    }
+    for (const OvCc::ViewButton *button : m_buttons) {
+        const QList<QAction *> entries = button->menu()->actions();
+        const auto checked = std::find_if(entries.begin(), entries.end(), [](const QAction *entry) {
+            return entry->isChecked();
+        });
+        if (directions[checked - entries.begin()] == view)
+            continue;
+        const auto found = std::find(std::begin(directions), std::end(directions), view);
+        entries.at(int(found - std::begin(directions)))->trigger();
+    }
+}
+
+void ViewRibbon::followWindow()
+{
+    m_pickers->adjustGeometry();
+}
+
+void ViewRibbon::setPickersShown(bool shown)
+{
+    m_pickers->setVisible(shown && !m_isFolded);
+    if (m_pickers->isVisible())
+        followWindow();
+}
+
+/// Folded, the stack would stay as an invisible window over the canvas and take its clicks.
+void ViewRibbon::fold(bool isFolded)
+{
+    m_isFolded = isFolded;
+    m_pickers->resize(m_pickers->sizeHint());
+    setPickersShown(true);
+}
+
+void ViewRibbon::chooseView(int index)
+{
+    showView(directions[index]);
+    emit viewChosen(directions[index]);
+}

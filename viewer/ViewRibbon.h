@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Projection.h"
+
+#include <KcHost/RibbonBar.h>
+
+#include <vector>
+
+namespace NsRc {
+class RibbonGallery;
+class RibbonGalleryItem;
+} // namespace NsRc
+namespace OvCc {
+class LayerComboBox;
+class LayerControl;
+class PropertyManager;
+class StackWidget;
+class ViewButton;
+class ViewGallery;
+class ViewPortGallery;
+} // namespace OvCc
+
+/// The ribbon of the viewer: from where the drawing is seen, how the window is split, and the layer
+/// bar with its floating pickers.
+///
+/// Views go by their captions, one of which stands twice. The gallery and all view buttons show the
+/// same one.
+class ViewRibbon : public KcHost::RibbonBar
+{
+    Q_OBJECT
+
+public:
+    explicit ViewRibbon(QWidget *parent = nullptr);
+
+    /// The layer combo box of the layer bar, and the pickers below it.
+    OvCc::LayerComboBox *layers() const;
+    OvCc::PropertyManager *properties() const;
+
+    /// Has a view button elsewhere take part, which must live as long as the ribbon.
+    void attach(OvCc::ViewButton *button);
+
+    /// Shows which view the current canvas has.
+    void showView(ViewDirection view);
+
+    /// The pickers float in a window of their own: their place and their being shown follow that of
+    /// the main window by these.
+    void followWindow();
+    void setPickersShown(bool shown);
+
+signals:
+    void viewChosen(ViewDirection view);
+
+    /// @param index for CanvasPanes::setArrangement()
+    void arrangementChosen(int index);
+
+private:
+    void fold(bool isFolded);
+    void chooseView(int index);
+
+    OvCc::ViewGallery *m_views;
+    OvCc::ViewPortGallery *m_arrangements;
+    std::vector<OvCc::ViewButton *> m_buttons;
+    OvCc::LayerControl *m_layerBar;
+    OvCc::StackWidget *m_pickers;
+    bool m_isFolded = true;
+    bool m_isShowingView = false;
+};
