@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QJsonArray>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -32,7 +33,23 @@ KcDbObjectId idOf(const QString &name)
     return record && record->close() == eOk ? id : KcDbObjectId();
 }
 
-/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B" or the like.
+/// The change by a property's name and value, such as "color" and "5" or "true" and "FF0000".
+KcHost::EntityChange entityChange(const QString &property, const QString &value)
+{
+    KcHost::EntityChange change;
+    if (property == "color")
+        change.color = value.toInt();
+    else if (property == "true")
+        change.trueColor = value.toUInt(nullptr, 16);
+    else if (property == "weight")
+        change.lineWeight = value.toInt();
+    else if (property == "type")
+        change.linetype = value;
+    return change;
+}
+
+/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B", "set 8 color 5"
+/// for the entity with that number, or the like.
 ErrorStatus change(const QString &step)
 {
     KcDbDatabase &drawing = *kcdbHostApplicationServices()->workingDatabase();
@@ -46,6 +63,10 @@ ErrorStatus change(const QString &step)
         return KcHost::setCurrentLayer(drawing, name);
     if (word == "rename")
         return KcHost::renameLayer(drawing, name.section('>', 0, 0), name.section('>', 1));
+    if (word == "set") {
+        return KcHost::changeEntity(drawing, name.section(' ', 0, 0).toInt(),
+                                    entityChange(name.section(' ', 1, 1), name.section(' ', 2)));
+    }
     const QHash<QString, ErrorStatus (KcDbLayerTableRecord::*)(bool)> setters{
             {"off", &KcDbLayerTableRecord::setIsOff},
             {"freeze", &KcDbLayerTableRecord::setIsFrozen},
@@ -131,6 +152,8 @@ private slots:
     void readsOddFiles();
     void changesOnlyWhatChanged_data();
     void changesOnlyWhatChanged();
+    void changesEntities_data();
+    void changesEntities();
     void readsProperties();
     void namesWhatFails();
     void opensAndCloses();
@@ -267,10 +290,13 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
 {
     QTest::addColumn<QString>("changes");
     QTest::addColumn<QByteArray>("groups");
+    QTest::addColumn<QString>("loss");
 
-    const auto row = [](const QByteArray &changes, const QByteArray &groups) {
-        QTest::newRow(changes) << QString(changes) << groups + kEnd;
+    const auto row = [](const QByteArray &changes, const QByteArray &groups,
+                        const char *loss = "") {
+        QTest::newRow(changes) << QString(changes) << groups + kEnd << QString(loss);
     };
+    const char *const plotFlag = "plot flag of the layer \"B\"";
     const auto record = [&](const char *changes, const char *version, const QByteArray &groups) {
         row(changes, header(version) + layers("0 LAYER|2 A|" + groups));
     };
@@ -294,10 +320,12 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
 
     const QByteArray defaults = "|70 0|62 7|6 Continuous|";
     const QByteArray classes = "|100 AcDbSymbolTableRecord|100 AcDbLayerTableRecord";
-    row("add B;unplot B", header(r12) + layers("[>0 LAYER|2 B" + defaults + ']', "     [1>2]"));
+    row("add B;unplot B", header(r12) + layers("[>0 LAYER|2 B" + defaults + ']', "     [1>2]"),
+        plotFlag);
     row("add B;unplot B",
         header("AC1014", "9 $HANDSEED|5 [FF>101]")
-                + layers("[>0 LAYER|5 FF" + classes + "|2 B" + defaults + ']', "[1>2]"));
+                + layers("[>0 LAYER|5 FF" + classes + "|2 B" + defaults + ']', "[1>2]"),
+        plotFlag);
     const QByteArray entry = "[>0 LAYER|5 2F|330 2" + classes
                              + "|2 B|70 4|62 -7|6 CONTINUOUS|290 0|370 -3|347 2C|390 F|]";
     row("add B;unplot B;off B;lock B",
@@ -347,6 +375,45 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     rename("rename C>X", "A", "B", "[C>X]", "[>0 LAYER|2 X" + defaults + ']');
     const QByteArray frozen = "(ENTITIES|0 VIEWPORT|67 1|1001 ACAD|1003 [a>Y]|[1003 b|>]1003 0|)";
     row("rename B>X;erase X;rename A>Y", layers("0 LAYER|2 [A>Y]|[0 LAYER|2 B|>]") + frozen);
+
+    // The entity's number is 8.
+    const auto entity = [&](const char *changes, const char *version, const QByteArray &groups,
+                            const char *loss = "") {
+        row(changes,
+            header(version)
+                    + "(TABLES|0 TABLE|2 LTYPE|0 LTYPE|2 Dash\xE9|0 ENDTAB|)(ENTITIES|999 0|0 LINE|"
+                    + groups + "|0 SEQEND|8 0|62 3|)",
+            loss);
+    };
+    entity("set 8 color 1", r12, "5 F|8 0|[>62 1|]10 0|8 1");
+    entity("set 8 color 0", r12, "5 F|[>62 0|]10 0|1001 X|62 3|8 0");
+    entity("set 8 color 256", r12, "[62 1|>]10 0");
+    entity("set 8 color 10", r12, "8 0|62     [ 5>10]|6 X");
+    entity("set 8 color 1;set 8 weight -2;set 8 color 5;set 8 weight -1", r12, "8 0|62  5");
+    entity("set 8 color 1", r12, "8 0|[62 3|>]62 [5>1]|6 X|102 {X|62 3|102 }");
+    entity("set 8 color 5;set 8 type dASH\xC3\x89", r12, "8 0|62 3|6 DASH\xC9|62 5");
+    entity("set 8 color 256;set 8 type ByLayer", r12, "8 0|62 256|6 bylayer");
+    entity("set 8 color 1", r12, "8 0|62 [x>1]");
+    entity("set 8 type dash\xC3\xA9", r12, "8 0|[>6 Dash\xE9|]10 0");
+    entity("set 8 type byblock", r12, "8 0|6 [X>BYBLOCK]");
+    entity("set 8 type continuous", r12, "8 0|[>6 Continuous|]10 0");
+    entity("set 8 type bylayer", r12, "8 0|[6 X|>]10 0");
+    entity("set 8 weight 25", "AC1014", "8 0|10 0", "lineweight of one entity");
+    entity("set 8 weight 25;set 8 true 0", r2000, "8 0|[>62 18|370 25|]10 0",
+           "true colour of one entity");
+    entity("set 8 true ABFE0101", "AC1018", "8 0|[>420 16646401|]62 [5>1]|[430 X|>]10 0");
+    entity("set 8 true 010204", "AC1018", "8 0|62 [5>178]|420 [66051>66052]|[430 X|>]10 0");
+    entity("set 8 color 5;set 8 true 010203", "AC1018", "8 0|62 5|420 66051|430 X");
+    entity("set 8 true 0;set 8 color 5", "AC1018", "8 0|62 5|[420 66051|430 X|>]440 1");
+    entity("set 8 color 1;set 8 weight 25;set 8 type byblock", r2000,
+           "5 F|102 {X|62 3|8 A|102 }|330 2|100 AcDbEntity|67 1|8 0|[>6 BYBLOCK|62 1|370 25|]"
+           "100 X|62 3|370 4|6 X|1001 ACAD|1070 62");
+    entity("set 8 color 1", r2000, "5 F|100 AcDbEntity|[>62 1|]100 X|62 3");
+    entity("set 8 color 1", r2000, "5 F|8 0|[>62 1|]100 X|62 3");
+    entity("set 8 color 1", r2000, "8 0|[>62 1|]101 Embedded Object|62 3");
+    row("set 8 color 1;rename A>W;erase C;add B",
+        layers("0 LAYER|2 [A>W]|[0 LAYER|2 C|>][>0 LAYER|2 B" + defaults + ']', "[1>3]")
+                + "(ENTITIES|0 LINE|8 [a>W]|[>62 1|]10 0|0 LINE|8 [A>W]|)");
 }
 
 /// Each step is written, and the last one read again.
@@ -354,8 +421,10 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
 {
     QFETCH(QString, changes);
     QFETCH(QByteArray, groups);
-    const bool isLoss = changes.contains("unplot B") && !groups.contains("AC1015");
-    const QString loss = ": the file's version cannot hold the plot flag of the layer \"B\".";
+    QFETCH(QString, loss);
+    const QString warning =
+            loss.isEmpty() ? QString()
+                           : m_writtenPath + ": the file's version cannot hold the " + loss + '.';
     for (const char *lineEnd : {"\n", "\r\n"}) {
         QVERIFY2(read(dxf(side(groups, false), lineEnd)), qPrintable(m_error));
         const QStringList steps = changes.split(';');
@@ -365,11 +434,92 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
         }
         const QByteArray bytes = fileContent(m_writtenPath);
         QCOMPARE(bytes, dxf(side(groups, true), lineEnd));
-        QCOMPARE(m_warnings.join('\n'), isLoss ? m_writtenPath + loss : QString());
+        QCOMPARE(m_warnings.join('\n'), warning);
         const QList<QStringList> rows = layerRows();
         QVERIFY2(read(bytes), qPrintable(m_error));
-        if (!isLoss)
+        if (loss != "plot flag of the layer \"B\"")
             QCOMPARE(layerRows(), rows);
+    }
+}
+
+void TestEmbeddedHost::changesEntities_data()
+{
+    QTest::addColumn<int>("year");
+    for (const int year : {12, 2000, 2010})
+        QTest::newRow(qPrintable(QString("R%1").arg(year))) << year;
+}
+
+/// Random changes against a model: for each entity, what an independent reader finds in it.
+void TestEmbeddedHost::changesEntities()
+{
+    QFETCH(int, year);
+    const QStringList colors{"FE0000", "FFFE00", "00FE01", "00FEFF", "0100FF", "FF00FE"};
+    const QStringList names{"ByLayer", "BYBLOCK", "continuous", "dashed", "\u00F6ffnung"};
+    const QVector<int> weights{-3, -2, -1, 0, 25, 211};
+    const QJsonObject found = ezdxf("entities.py", {"write", m_path, QTest::currentDataTag()});
+    QJsonObject model = found["entities"].toObject();
+    QVERIFY(model.size() > 100);
+    QVERIFY2(read(fileContent(m_path)), qPrintable(m_error));
+    QCOMPARE(KcHost::linetypes(*m_drawing).join(','), "Continuous,Dashed,\u00D6ffnung");
+
+    QRandomGenerator random(static_cast<quint32>(year));
+    const auto oneOf = [&](const auto &list) { return list[random.bounded(list.size())]; };
+    QStringList files;
+    QVector<QJsonObject> models;
+    for (const char *step : {"add New", "rename Walls>W", "rename Loose>L", "erase Spare"}) {
+        for (int count = 0; count < 150; ++count) {
+            const int number = random.bounded(found["records"].toInt() + 1);
+            const QString key = QString("%1").arg(number, 6, 10, QChar('0'));
+            QJsonArray entity = model.value(key).toArray();
+            const int index = random.bounded(257);
+            const int rgb = random.bounded(colors.size());
+            const int weight = oneOf(weights);
+            const QString name = oneOf(names);
+            const QStringList changes{QString("color %1").arg(index), "true " + colors[rgb],
+                                      QString("weight %1").arg(weight), "type " + name};
+            const int kind = random.bounded(changes.size());
+            const bool isLocked = entity.at(0) == "Locked";
+            QCOMPARE(change("set " + key + ' ' + changes[kind]), entity.isEmpty() ? eKeyNotFound
+                                                                 : isLocked       ? eOnLockedLayer
+                                                                                  : eOk);
+            if (entity.isEmpty() || isLocked)
+                continue;
+            if (kind == 0) {
+                entity[1] = index;
+                entity[2] = -1;
+            } else if (kind == 1) {
+                entity[1] = rgb + 1;
+                entity[2] = year < 2004 ? -1 : colors[rgb].toInt(nullptr, 16);
+            } else if (kind == 2 && year >= 2000) {
+                entity[3] = weight;
+            } else if (kind == 3) {
+                entity[4] = name.toLower();
+            }
+            if (kind < 2 && entity.size() > 6)
+                entity.removeLast();
+            model[key] = entity;
+        }
+        QCOMPARE(change(step), eOk);
+        for (auto entry = model.begin(); entry != model.end(); ++entry) {
+            QJsonArray entity = entry.value().toArray();
+            if (QString(step).startsWith("rename " + entity[0].toString() + '>')) {
+                entity[0] = QString(step).section('>', 1);
+                entry.value() = entity;
+            }
+        }
+        QVERIFY(!written().isEmpty());
+        QCOMPARE(m_warnings.size(), year == 12 ? 2 : year == 2000 ? 1 : 0);
+        files += m_folder.filePath(QString("%1-%2.dxf").arg(year).arg(files.size()));
+        models += model;
+        QVERIFY(QFile::copy(m_writtenPath, files.last()));
+    }
+    const QJsonObject results = ezdxf("entities.py", QStringList("read") + files);
+    for (int file = 0; file < files.size(); ++file) {
+        const QJsonObject entities = results[files[file]].toObject()["entities"].toObject();
+        QCOMPARE(entities.size(), models[file].size());
+        auto expected = models[file].constBegin(); // the numbers move when there are more layers
+        for (auto entry = entities.begin(); entry != entities.end(); ++entry)
+            QCOMPARE(entry.value().toArray(), (expected++).value().toArray());
     }
 }
 
@@ -534,9 +684,17 @@ void TestEmbeddedHost::refusesAndAnnounces()
             {eLayerIsCurrent, "freeze A;erase a", ""},
             {eOk, "freeze 0;current 0;erase a", "0 0 A "},
             {eKeyNotFound, "erase A;current A;rename A>B;off A", ""},
+            {eKeyNotFound, "set -1 color 1;set 7 color 1;set 10 color 1;set 8 type X", ""},
+            {eInvalidInput, "set 8 color -1;set 8 color 257;set 8 weight 26;set 8 weight -4", ""},
+            {eOk, "lock Used;set 9 color 1", "Used "},
+            {eOnLockedLayer, "set 8 color 1;set 8 true 0;set 8 type continuous", ""},
             {eOk, "add A;rename a>A;rename A>a;rename used>Busy", "A a Busy "},
             {eLayerInUse, "erase busy", ""},
-            {eOk, "rename a>uSED;rename Free>A;erase used;add " + longest, "uSED A uSED xxxx "}};
+            {eOnLockedLayer, "set 8 color 1", ""},
+            {eOk, "rename a>uSED;rename Free>A;erase used;add " + longest, "uSED A uSED xxxx "},
+            {eOnLockedLayer, "set 8 color 1", ""},
+            {eOk, "set 9 color 1;unlock Busy;set 8 color 1;lock A", "Busy A "},
+            {eOnLockedLayer, "set 9 color 1", ""}};
     for (const auto &[status, run, names] : runs) {
         told.clear();
         const QStringList steps = run.split(';');
@@ -545,6 +703,9 @@ void TestEmbeddedHost::refusesAndAnnounces()
         QCOMPARE(told, QString(names));
     }
     QCOMPARE(names(), "0,Busy,A," + longest);
+    KcHost::EntityChange both = entityChange("color", "1");
+    both.trueColor = 0;
+    QCOMPARE(KcHost::changeEntity(*m_drawing, 8, both), eInvalidInput);
 }
 
 void TestEmbeddedHost::findsTheViewport()
