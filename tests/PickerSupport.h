@@ -1,17 +1,12 @@
 #pragma once
 
-#include <OvCustomControl/OvCustomControl.h>
+#include "Support.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMouseEvent>
-#include <QPushButton>
-#include <QTest>
 #include <QTimer>
-#include <QWindow>
 
 /// @file
 /// What a user does with a picker and with the dialogs that it opens.
@@ -29,25 +24,6 @@ inline QPushButton *buttonOf(const OvCc::BaseComboBox &picker)
 inline QString textOf(const QComboBox &picker)
 {
     return picker.lineEdit()->findChildren<QLabel *>().at(1)->text();
-}
-
-/// Mouse events as the window system sends them, so that a popup in between gets its part of them.
-/// A move may hold the left button, which QTest::mouseMove() does not.
-inline void mouse(QEvent::Type type, const QWidget *widget, QPoint pos,
-                  Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {})
-{
-    const QPoint inWindow = widget->mapTo(widget->window(), pos);
-    const bool isMove = type == QEvent::MouseMove;
-    QMouseEvent event(type, inWindow, inWindow, widget->mapToGlobal(pos),
-                      isMove ? Qt::NoButton : button,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, modifiers);
-    QApplication::sendEvent(widget->window()->windowHandle(), &event);
-}
-
-inline void click(const QWidget *widget)
-{
-    mouse(QEvent::MouseButtonPress, widget, widget->rect().center());
-    mouse(QEvent::MouseButtonRelease, widget, widget->rect().center());
 }
 
 inline void show(OvCc::BaseComboBox &picker)

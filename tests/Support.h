@@ -3,12 +3,15 @@
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/OvCustomControl.h>
 
+#include <QApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QPushButton>
 #include <QTest>
+#include <QWheelEvent>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -75,6 +78,48 @@ inline void showOnScreen(QWidget &widget)
 {
     widget.show();
     QVERIFY(QTest::qWaitForWindowExposed(&widget));
+}
+
+/// Mouse events as the window system sends them, so that a popup in between gets its part of them.
+/// A move may hold the left button, which QTest::mouseMove() does not.
+inline void mouse(QEvent::Type type, const QWidget *widget, QPoint pos,
+                  Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {})
+{
+    const QPoint inWindow = widget->mapTo(widget->window(), pos);
+    const bool isMove = type == QEvent::MouseMove;
+    QMouseEvent event(type, inWindow, inWindow, widget->mapToGlobal(pos),
+                      isMove ? Qt::NoButton : button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, modifiers);
+    QApplication::sendEvent(widget->window()->windowHandle(), &event);
+}
+
+inline void click(const QWidget *widget, QPoint pos)
+{
+    mouse(QEvent::MouseButtonPress, widget, pos);
+    mouse(QEvent::MouseButtonRelease, widget, pos);
+}
+
+inline void click(const QWidget *widget)
+{
+    click(widget, widget->rect().center());
+}
+
+inline void typeKeys(const QWidget *widget, std::initializer_list<Qt::Key> keys)
+{
+    for (const Qt::Key key : keys)
+        QTest::keyClick(widget->window()->windowHandle(), key);
+}
+
+/// Turns of the wheel as the window system sends them: a widget that has no use for one passes it on.
+inline void wheel(QWidget *widget, std::initializer_list<int> turns)
+{
+    const QPoint center = widget->rect().center();
+    for (const int turn : turns) {
+        QWheelEvent event(center, widget->mapToGlobal(center), {}, {0, turn}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        QCoreApplication::instance()->notify(widget, &event);
+    }
 }
 
 inline QByteArray fileContent(const QString &path)

@@ -1,19 +1,10 @@
 #include "PickerSupport.h"
-#include "Support.h"
 
 #include <OvCustomControl/OvCustomControl.h>
 
-#include <QApplication>
 #include <QColorDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
-#include <QTimer>
-#include <QWheelEvent>
-#include <QWindow>
 
 using namespace OvCc;
 
@@ -38,22 +29,6 @@ QStringList labelsOf(const QListWidget &list)
     for (int row = 0; row < list.count(); ++row)
         labels.append(list.item(row)->text());
     return labels;
-}
-
-void typeKeys(const QWidget *widget, std::initializer_list<Qt::Key> keys)
-{
-    for (const Qt::Key key : keys)
-        QTest::keyClick(widget->window()->windowHandle(), key);
-}
-
-void wheel(QWidget *widget, std::initializer_list<int> turns)
-{
-    const QPoint center = widget->rect().center();
-    for (const int turn : turns) {
-        QWheelEvent event(center, widget->mapToGlobal(center), {}, {0, turn}, Qt::NoButton, {},
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(widget, &event);
-    }
 }
 
 /// Answers the colour dialog; an empty name cancels it.

@@ -1,9 +1,9 @@
 #include "PickerSupport.h"
-#include "Support.h"
 
 #include "viewer/Canvas.h"
 #include "viewer/Curves.h"
 #include "viewer/DrawingLoader.h"
+#include "viewer/LayerBox.h"
 #include "viewer/MainWindow.h"
 
 #include <OvCustomControl/OvCustomControl.h>
@@ -147,7 +147,7 @@ struct Viewer : MainWindow
     }
 
     Canvas *canvas = findChild<Canvas *>();
-    LayerComboBox *box = findChild<LayerComboBox *>();
+    LayerBox *box = findChild<LayerBox *>();
     QListWidget *list = qobject_cast<QListWidget *>(box->view());
     LayerTableWidget *table = findChild<LayerTableWidget *>();
     FrozenTableWidget *names = findChild<FrozenTableWidget *>();
