@@ -1,5 +1,7 @@
 #include "PropertyManager.h"
 
+#include "layer/data/SmallImage.h"
+
 #include <OvCustomControl/LineTypeComboBox.h>
 #include <OvCustomControl/LineWidthComboBox.h>
 #include <OvCustomControl/QOvColorComboBox.h>
@@ -14,9 +16,7 @@ namespace {
 QLabel *iconLabel(const QString &path)
 {
     auto *label = new QLabel;
-    const QPixmap icon(path);
-    if (!icon.isNull())
-        label->setPixmap(icon.scaled(16, 16, Qt::IgnoreAspectRatio, Qt::FastTransformation));
+    label->setPixmap(smallImage(path));
     return label;
 }
 

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QWidget>
+
+class QPushButton;
+
+namespace OvCc {
+
+class LayerComboBox;
+
+/// A slim bar for a panel of the host: a picture of layers, a layer combo box, and a button that
+/// folds and unfolds what belongs to the bar, as a StackWidget does. It is folded at first.
+class OVCC_EXPORT LayerControl : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit LayerControl(QWidget *parent = nullptr);
+
+    /// A StackWidget that hangs on the bar goes with it.
+    ~LayerControl() override;
+
+    /// 190 × 24 pixels.
+    QSize sizeHint() const override;
+
+    /// It belongs to the bar. The host fills it with LayerComboBox::slotUpdate().
+    LayerComboBox *layerComboBox() const;
+
+public slots:
+    /// Folds the bar if it is unfolded, unfolds it otherwise, and sends folded(). The fold button
+    /// calls it.
+    void folderClicked();
+
+signals:
+    /// The bar is folded now, or unfolded.
+    void folded(bool isFolded);
+
+    /// The bar was moved in its parent or resized. When the window around it moves, the bar stays
+    /// where it is, and nothing is sent.
+    void geometryChanged();
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    bool m_isFolded = true;
+    QPushButton *m_foldButton;
+    QPushButton *m_layersButton;
+    LayerComboBox *m_combo;
+};
+
+} // namespace OvCc

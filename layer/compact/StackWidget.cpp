@@ -1,0 +1,54 @@
+#include "StackWidget.h"
+
+#include <OvCustomControl/LayerControl.h>
+#include <OvCustomControl/PropertyManager.h>
+
+namespace OvCc {
+
+namespace {
+
+constexpr int propertyPage = 0;
+constexpr int emptyPage = 1;
+
+constexpr int overlap = 8;
+
+} // namespace
+
+StackWidget::StackWidget(LayerControl *control, QWidget *parent)
+    : QStackedWidget(parent)
+    , m_control(control)
+{
+    setParent(control, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    setAttribute(Qt::WA_TranslucentBackground);
+    insertWidget(propertyPage, new PropertyManager(this));
+    insertWidget(emptyPage, new QWidget);
+    // The place depends on the height, which has to be the real one before the first showing.
+    adjustSize();
+
+    connect(control, &LayerControl::folded, this, QOverload<bool>::of(&StackWidget::hide));
+    connect(control, &LayerControl::geometryChanged, this, &StackWidget::adjustGeometry);
+}
+
+StackWidget::~StackWidget() = default;
+
+PropertyManager *StackWidget::propertyManager() const
+{
+    return qobject_cast<PropertyManager *>(widget(propertyPage));
+}
+
+void StackWidget::hide(bool bHide)
+{
+    setCurrentIndex(bHide ? emptyPage : propertyPage);
+    if (!isVisible())
+        show();
+}
+
+void StackWidget::adjustGeometry()
+{
+    if (!m_control || !propertyManager())
+        return;
+    const QPoint bar = m_control->mapToGlobal(QPoint(0, 0));
+    move(bar.x(), bar.y() + height() - overlap);
+}
+
+} // namespace OvCc

@@ -1,0 +1,8 @@
+#include "SmallImage.h"
+
+QPixmap OvCc::smallImage(const QString &path)
+{
+    const QPixmap image(path);
+    return image.isNull() ? image
+                          : image.scaled(16, 16, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+}

@@ -1,0 +1,78 @@
+#include "BaseGallery.h"
+
+using namespace NsRc;
+
+namespace OvCc {
+
+namespace {
+
+constexpr int galleryWidth = 120;
+constexpr int galleryHeight = 65;
+constexpr int itemHeight = 21;
+
+} // namespace
+
+BaseGallery::BaseGallery(QWidget *parent)
+    : RibbonGallery(parent)
+{
+}
+
+BaseGallery::~BaseGallery()
+{
+    delete m_popupGallery;
+    delete m_group;
+}
+
+void BaseGallery::createGalleryItems(const QStringList &captions, const QList<QIcon> &icons)
+{
+    m_group = RibbonGalleryGroup::createGalleryGroup();
+    m_group->setSize(QSize(galleryWidth, itemHeight));
+    for (int index = 0; index < captions.size(); ++index) {
+        auto *item = new RibbonToolGalleryItem;
+        item->setIcon(icons.value(index));
+        item->setCaption(captions.at(index));
+        m_group->appendItem(item);
+    }
+}
+
+void BaseGallery::creatBaseGallery()
+{
+    setFixedSize(galleryWidth, galleryHeight);
+    setLabelsVisible(false);
+    setContentsMargins(0, 1, 0, 1);
+    setBorderVisible(true);
+    setGalleryGroup(m_group);
+    setCheckedIndex(0);
+    connect(this, &RibbonGallery::itemPressed, this, &BaseGallery::itemChangedPressed);
+
+    OfficePopupMenu *menu = OfficePopupMenu::createPopupMenu(nullptr);
+    setPopupMenu(menu);
+    m_popupGallery = new RibbonGallery(nullptr);
+    m_popupGallery->setFixedSize(galleryWidth,
+                                 m_group->getItemCount() * m_group->getSize().height() + 2);
+    m_popupGallery->setGalleryGroup(m_group);
+    m_popupGallery->setCheckedIndex(0);
+    m_popupGallery->setScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(m_popupGallery, &RibbonGallery::itemPressed, this, &BaseGallery::itemChangedPressed);
+    menu->addWidget(m_popupGallery);
+
+    // A host that restores a choice checks it here only.
+    connect(menu, &QMenu::aboutToShow, m_popupGallery,
+            [this] { m_popupGallery->setCheckedItem(checkedItem()); });
+}
+
+RibbonGallery *BaseGallery::popupGallery() const
+{
+    return m_popupGallery;
+}
+
+void BaseGallery::itemChangedPressed(RibbonGalleryItem *item)
+{
+    if (checkedItem() == item)
+        return;
+    setCheckedItem(item);
+    if (m_popupGallery)
+        m_popupGallery->setCheckedItem(item);
+}
+
+} // namespace OvCc

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <NsRc.h>
+
+#include <QIcon>
+#include <QList>
+#include <QPointer>
+#include <QStringList>
+
+namespace OvCc {
+
+/// A gallery for the host's ribbon with a drop-down that shows the same items all at once. The two
+/// always have the same item checked: the one that the user pressed last, in either of them. A host
+/// that acts on presses follows itemPressed() of this gallery and of popupGallery().
+///
+/// A subclass calls createGalleryItems() and then creatBaseGallery(), once each.
+class OVCC_EXPORT BaseGallery : public NsRc::RibbonGallery
+{
+    Q_OBJECT
+
+public:
+    explicit BaseGallery(QWidget *parent = nullptr);
+
+    /// Deletes the drop-down and the items.
+    ~BaseGallery() override;
+
+    /// Makes the items, one for each of @p captions, in cells of 120 × 21 pixels; those beyond the
+    /// end of @p icons have no picture.
+    void createGalleryItems(const QStringList &captions, const QList<QIcon> &icons);
+
+    /// Shows the items with the first one checked, 120 × 65 pixels in all and without captions, and
+    /// makes the drop-down.
+    void creatBaseGallery();
+
+    /// The gallery in the drop-down; null before creatBaseGallery(). It belongs to this one.
+    NsRc::RibbonGallery *popupGallery() const;
+
+protected slots:
+    /// Checks @p item here and in the drop-down; does nothing if it is checked here already.
+    void itemChangedPressed(NsRc::RibbonGalleryItem *item);
+
+private:
+    QPointer<NsRc::RibbonGallery> m_popupGallery;
+    QPointer<NsRc::RibbonGalleryGroup> m_group;
+};
+
+} // namespace OvCc

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QPointer>
+#include <QWidget>
+
+namespace OvCc {
+
+class LayerComboBox;
+
+/// A layer combo box in a transparent strip that tells when the mouse is over it.
+///
+/// It can take its width from a companion, say a ViewButton beside it: connect the companion's
+/// geometryChanged() to adjustGeometry().
+class OVCC_EXPORT CustomControl : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CustomControl(QWidget *parent = nullptr);
+
+    /// Deletes the width companion, too.
+    ~CustomControl() override;
+
+    /// 210 × 20 pixels.
+    QSize sizeHint() const override;
+
+    /// It belongs to the control. The host fills it with LayerComboBox::slotUpdate().
+    LayerComboBox *layerComboBox() const;
+
+    /// Sets the widget that adjustGeometry() measures. The control owns it from now on, without
+    /// becoming its parent, and deletes the one before; null leaves it without one. The companion
+    /// may be deleted elsewhere first. It must not contain the control.
+    void setWidthCompanion(QWidget *companion);
+    QWidget *widthCompanion() const;
+
+public slots:
+    /// Fixes the width at 165 pixels more than that of the width companion; without one nothing
+    /// changes.
+    void adjustGeometry();
+
+signals:
+    /// The mouse came over the control (true) or left it (false).
+    void enter(bool isInside);
+
+protected:
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+
+private:
+    QPointer<LayerComboBox> m_combo;
+    QPointer<QWidget> m_companion;
+};
+
+} // namespace OvCc

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QPointer>
+#include <QWidget>
+
+class QPushButton;
+
+namespace OvCc {
+
+/// A strip of 60 × 20 pixels with three buttons for a panel of the host, from left to right: minimise,
+/// restore, close. What they do to the panel is up to the host. Their pictures are white, for dark
+/// panels.
+class OVCC_EXPORT MinMaxButton : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MinMaxButton(QWidget *parent = nullptr);
+    ~MinMaxButton() override;
+
+signals:
+    /// The mouse came over the strip (true) or left it (false).
+    void enter(bool isInside);
+
+    /// The close button was clicked.
+    void clickedClosed();
+
+    /// The minimise button was clicked.
+    void clickedMin();
+
+    /// The restore button was clicked.
+    void clickedNormal();
+
+protected:
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+
+private:
+    QPointer<QPushButton> m_minimizeButton;
+    QPointer<QPushButton> m_restoreButton;
+    QPointer<QPushButton> m_closeButton;
+};
+
+} // namespace OvCc

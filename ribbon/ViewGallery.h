@@ -1,0 +1,17 @@
+#pragma once
+
+#include <OvCustomControl/BaseGallery.h>
+
+namespace OvCc {
+
+/// The ten standard views of a drawing as a gallery, with "Top" checked at first. Two views are
+/// named "Northwest": only their pictures and places tell them apart. Turning the drawing is up to
+/// the host, which puts the gallery into its ribbon.
+class OVCC_EXPORT ViewGallery : public BaseGallery
+{
+public:
+    ViewGallery();
+    ~ViewGallery() override;
+};
+
+} // namespace OvCc
