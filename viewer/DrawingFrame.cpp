@@ -36,7 +36,7 @@ DrawingFrame::DrawingFrame(QWidget *content, QWidget *parent)
     , m_content(content)
     , m_caption(new QLabel(m_window))
     , m_control(new OvCc::CustomControl(m_window))
-    , m_views(new OvCc::ViewButton(nullptr))
+    , m_views(new OvCc::ViewButton)
     , m_buttons(new OvCc::MinMaxButton(m_window))
 {
     setPalette(QColor(0x16, 0x1b, 0x21));
@@ -52,7 +52,6 @@ DrawingFrame::DrawingFrame(QWidget *content, QWidget *parent)
     m_control->setWidthCompanion(m_views);
     m_control->adjustGeometry();
     m_control->resize(m_control->minimumWidth(), m_control->sizeHint().height());
-    layers()->setPalette(QApplication::palette());
     connect(m_views, &OvCc::ViewButton::geometryChanged, m_control,
             &OvCc::CustomControl::adjustGeometry);
 
@@ -66,7 +65,7 @@ DrawingFrame::DrawingFrame(QWidget *content, QWidget *parent)
 
 OvCc::LayerComboBox *DrawingFrame::layers() const
 {
-    return m_control->findChild<OvCc::LayerComboBox *>();
+    return m_control->layerComboBox();
 }
 
 void DrawingFrame::setTitle(const QString &title)

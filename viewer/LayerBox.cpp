@@ -10,28 +10,38 @@ constexpr int mostRows = 2000;
 
 }
 
+void prepareFace(OvCc::LayerComboBox &box)
+{
+    // Those of a new drawing are few, and so there is a face even if no drawing that follows gets any
+    // rows.
+    const auto drawing = KcHost::newDrawing();
+    KcHost::setWorkingDatabase(drawing.get());
+    box.slotUpdate();
+    KcHost::setWorkingDatabase(nullptr);
+    box.slotUpdate();
+}
+
+bool showLayers(OvCc::LayerComboBox &box, int layerCount)
+{
+    if (layerCount <= mostRows) {
+        box.slotUpdate();
+        return true;
+    }
+    box.clearListWidget();
+    box.slotRowChanged(0);
+    box.lineEdit()->show();
+    return false;
+}
+
 LayerBox::LayerBox(QWidget *parent)
     : LayerComboBox(parent)
 {
-    // The box gets its face with its first rows. Those of a new drawing are few, and so there is a
-    // face even if no drawing that follows gets any rows.
-    const auto drawing = KcHost::newDrawing();
-    KcHost::setWorkingDatabase(drawing.get());
-    slotUpdate();
-    KcHost::setWorkingDatabase(nullptr);
-    slotUpdate();
+    prepareFace(*this);
 }
 
 void LayerBox::refresh(int layerCount)
 {
-    m_hasRows = layerCount <= mostRows;
-    if (m_hasRows) {
-        slotUpdate();
-        return;
-    }
-    clearListWidget();
-    slotRowChanged(0);
-    lineEdit()->show();
+    m_hasRows = showLayers(*this, layerCount);
 }
 
 void LayerBox::showPopup()

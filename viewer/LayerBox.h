@@ -2,11 +2,20 @@
 
 #include <OvCustomControl/LayerComboBox.h>
 
-/// The layer box of the tool bar, kept quick however many layers there are.
+/// Gives a layer combo box its face, which it would get with its first rows only.
+void prepareFace(OvCc::LayerComboBox &box);
+
+/// Shows the working drawing's layers as they are now in any layer combo box, and keeps it quick
+/// however many there are.
 ///
-/// The box builds some widgets per layer: a moment for a thousand layers, half a minute for a hundred
+/// A box builds some widgets per layer: a moment for a thousand layers, half a minute for a hundred
 /// thousand, among which nobody finds one in a list. Beyond a few thousand layers it shows the current
-/// one only, and a press on it asks for the layer manager, which can search.
+/// one only.
+/// @return whether the box has rows
+bool showLayers(OvCc::LayerComboBox &box, int layerCount);
+
+/// The layer box of the tool bar: where there are too many layers for a list, a press on it asks for
+/// the layer manager, which can search.
 class LayerBox : public OvCc::LayerComboBox
 {
     Q_OBJECT

@@ -1,9 +1,12 @@
 #include "MainWindow.h"
 
 #include "Canvas.h"
+#include "CanvasPanes.h"
+#include "DrawingFrame.h"
 #include "LayerBox.h"
 #include "LayerDock.h"
 #include "PropertyEditor.h"
+#include "ViewRibbon.h"
 
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/PropertyManager.h>
@@ -25,7 +28,9 @@
 #include <QStyle>
 #include <QToolBar>
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace {
 
@@ -64,18 +69,21 @@ void printLine(const QString &line)
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_loader(new DrawingLoader(this))
-    , m_canvas(new Canvas)
+    , m_panes(new CanvasPanes)
+    , m_frame(new DrawingFrame(m_panes))
     , m_layers(new LayerBox)
     , m_dock(new LayerDock)
+    , m_ribbon(new ViewRibbon)
     , m_properties(new PropertyEditor(this))
     , m_position(new QLabel)
     , m_counts(new QLabel)
     , m_progress(new QProgressBar)
 {
-    setCentralWidget(m_canvas);
+    setCentralWidget(m_frame);
     addDockWidget(Qt::RightDockWidgetArea, m_dock);
     createActions();
     createPropertyBar();
+    createRibbon();
     createStatusBar();
     setAcceptDrops(true);
     resize(initialSize);
@@ -84,7 +92,7 @@ MainWindow::MainWindow(QWidget *parent)
     connect(m_loader, &DrawingLoader::finished, this, &MainWindow::finishLoading);
     connectHost();
     showState();
-    m_canvas->setFocus();
+    m_panes->setFocus();
 }
 
 MainWindow::~MainWindow()
@@ -92,7 +100,7 @@ MainWindow::~MainWindow()
     KcHost::setLayerModifiedHandler({});
     KcHost::setLayerTableChangesHandler({});
     KcHost::setWorkingDatabase(nullptr);
-    m_canvas->setDrawing(nullptr);
+    m_panes->setDrawing(nullptr);
     m_dock->setDrawing(nullptr);
     m_properties->setDrawing(nullptr);
 }
@@ -105,18 +113,22 @@ void MainWindow::createActions()
     m_save = file->addAction(style()->standardIcon(QStyle::SP_DialogSaveButton), tr("&Save"), this,
                              &MainWindow::save, QKeySequence::Save);
     m_saveAs = file->addAction(tr("Save &as..."), this, &MainWindow::saveAs, QKeySequence::SaveAs);
+    m_close = file->addAction(tr("&Close"), this, &MainWindow::closeDrawing, QKeySequence::Close);
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
-    QAction *fit = view->addAction(tr("&Fit"), m_canvas, &Canvas::fit, Qt::Key_Home);
-    view->addAction(tr("Zoom &in"), m_canvas, &Canvas::zoomIn, QKeySequence::ZoomIn);
-    view->addAction(tr("Zoom &out"), m_canvas, &Canvas::zoomOut, QKeySequence::ZoomOut);
+    const auto onCanvas = [this](void (Canvas::*act)()) {
+        return [this, act] { (m_panes->current()->*act)(); };
+    };
+    QAction *fit = view->addAction(tr("&Fit"), this, onCanvas(&Canvas::fit), Qt::Key_Home);
+    view->addAction(tr("Zoom &in"), this, onCanvas(&Canvas::zoomIn), QKeySequence::ZoomIn);
+    view->addAction(tr("Zoom &out"), this, onCanvas(&Canvas::zoomOut), QKeySequence::ZoomOut);
     view->addSeparator();
     QAction *hand = view->addAction(tr("&Pan"));
     hand->setCheckable(true);
     hand->setToolTip(tr("Drag the drawing with the left button"));
-    connect(hand, &QAction::toggled, m_canvas, &Canvas::setHandMode);
+    connect(hand, &QAction::toggled, m_panes, &CanvasPanes::setHandMode);
     view->addSeparator();
     view->addAction(m_dock->toggleViewAction());
 
@@ -139,33 +151,51 @@ void MainWindow::createPropertyBar()
 {
     auto *panel = new OvCc::PropertyManager;
     auto *textStyles = new OvCc::TextStyleComboBox;
-    auto *visualStyles = new OvCc::VisualStyleComboBox;
-    auto *styles = new QWidget;
-    auto *rows = new QGridLayout(styles);
-    rows->setContentsMargins(labelMargin, 0, labelMargin, pickerSpacing);
+    m_visualStyles = new OvCc::VisualStyleComboBox;
+    auto *pickers = new QWidget;
+    auto *rows = new QGridLayout(pickers);
+    rows->setContentsMargins(labelMargin, 0, labelMargin, 0);
     rows->setVerticalSpacing(pickerSpacing);
-    rows->addWidget(new QLabel(tr("Text style")), 0, 0);
-    rows->addWidget(textStyles, 0, 1);
-    rows->addWidget(new QLabel(tr("Visual style")), 1, 0);
-    rows->addWidget(visualStyles, 1, 1);
-    rows->setRowStretch(2, 1);
+    rows->setRowStretch(0, 1);
+    rows->setRowStretch(4, 1);
+    rows->addWidget(panel, 1, 0, 3, 1);
+    rows->addWidget(new QLabel(tr("Text style")), 1, 1);
+    rows->addWidget(textStyles, 1, 2);
+    rows->addWidget(new QLabel(tr("Visual style")), 2, 1);
+    rows->addWidget(m_visualStyles, 2, 2);
 
     addToolBarBreak();
     QToolBar *bar = addToolBar(tr("Properties"));
     bar->setMovable(false);
-    bar->addWidget(panel);
+    bar->addWidget(pickers);
     bar->addSeparator();
-    bar->addWidget(styles);
 
     m_properties->attach(panel);
-    connect(m_canvas, &Canvas::selectionChanged, m_properties, &PropertyEditor::setSelection);
+    connect(m_panes, &CanvasPanes::selectionChanged, m_properties, &PropertyEditor::setSelection);
     connect(m_properties, &PropertyEditor::changed, this, &MainWindow::followEntityChange);
     connect(m_properties, &PropertyEditor::refused, statusBar(),
             [this](const QString &reason) { statusBar()->showMessage(reason); });
-    connect(visualStyles, &OvCc::BaseComboBox::rowChosen, this, &MainWindow::showInStyle);
+    connect(m_visualStyles, &OvCc::BaseComboBox::rowChosen, this, &MainWindow::showInStyle);
     connect(textStyles, &OvCc::BaseComboBox::dialogRequested, this, [this] {
         statusBar()->showMessage(tr("All texts are shown in one style: there is none to manage."));
     });
+}
+
+void MainWindow::createRibbon()
+{
+    QToolBar *bar = addToolBar(tr("Ribbon"));
+    bar->setMovable(false);
+    bar->addWidget(m_ribbon);
+    m_ribbon->attach(m_frame->views());
+    m_properties->attach(m_ribbon->properties());
+    prepareFace(*m_ribbon->layers());
+    prepareFace(*m_frame->layers());
+
+    connect(m_ribbon, &ViewRibbon::viewChosen, this,
+            [this](ViewDirection view) { m_panes->current()->setView(view); });
+    connect(m_ribbon, &ViewRibbon::arrangementChosen, m_panes, &CanvasPanes::setArrangement);
+    connect(m_panes, &CanvasPanes::currentChanged, this, &MainWindow::followCanvas);
+    connect(m_frame, &DrawingFrame::closeWanted, this, &MainWindow::closeDrawing);
 }
 
 void MainWindow::createStatusBar()
@@ -178,7 +208,7 @@ void MainWindow::createStatusBar()
     statusBar()->addPermanentWidget(m_progress);
     statusBar()->addPermanentWidget(m_position);
     statusBar()->addPermanentWidget(m_counts);
-    connect(m_canvas, &Canvas::pointerMoved, this, [this](QPointF position) {
+    connect(m_panes, &CanvasPanes::pointerMoved, this, [this](QPointF position) {
         m_position->setText(
                 QStringLiteral("%1, %2").arg(position.x(), 0, 'f', 2).arg(position.y(), 0, 'f', 2));
     });
@@ -232,18 +262,27 @@ void MainWindow::finishLoading(const QString &error)
     emit opened(error);
 }
 
+/// @param drawing null for none
 void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
 {
     // Nothing may look at the drawing before this one any more when it goes.
     m_properties->setDrawing(nullptr);
-    m_canvas->setDrawing(drawing.get());
-    KcHost::setWorkingDatabase(drawing->database.get());
+    m_panes->setDrawing(drawing.get());
+    KcHost::setWorkingDatabase(drawing ? drawing->database.get() : nullptr);
+    m_dock->setDrawing(drawing.get());
     m_drawing = std::move(drawing);
-    m_dock->setDrawing(m_drawing.get());
     m_properties->setDrawing(m_drawing.get());
     refresh();
     setWindowModified(false);
-    showWarnings(m_drawing->warnings);
+    m_frame->setTitle(m_drawing ? QFileInfo(m_drawing->fileName).fileName() : QString());
+    if (m_drawing)
+        showWarnings(m_drawing->warnings);
+}
+
+void MainWindow::closeDrawing()
+{
+    if (m_drawing && !m_loader->isLoading() && confirmLoss())
+        showDrawing(nullptr);
 }
 
 void MainWindow::followLayerChange(const QString &name)
@@ -251,7 +290,7 @@ void MainWindow::followLayerChange(const QString &name)
     if (!m_drawing)
         return;
     m_drawing->layers.reload(name);
-    m_canvas->viewport()->update();
+    m_panes->refresh();
     if (!isWindowModified())
         setWindowModified(true);
     m_dock->noteChange(name);
@@ -260,13 +299,13 @@ void MainWindow::followLayerChange(const QString &name)
 
 void MainWindow::followEntityChange()
 {
-    m_canvas->viewport()->update();
+    m_panes->refresh();
     setWindowModified(true);
 }
 
 void MainWindow::showInStyle(int row)
 {
-    m_canvas->setFaceStyle(visualStyles[row]);
+    m_panes->current()->setFaceStyle(visualStyles[row]);
     const bool isSmooth =
             visualStyles[row] == FaceStyle::Gouraud || visualStyles[row] == FaceStyle::GouraudEdges;
     if (!m_drawing || !m_drawing->geometry.hasFaces())
@@ -275,6 +314,16 @@ void MainWindow::showInStyle(int row)
         statusBar()->showMessage(tr("The faces are flat, and are shown so."));
     else
         statusBar()->clearMessage();
+}
+
+/// Commands for the view show that of the current canvas.
+void MainWindow::followCanvas()
+{
+    const Canvas &canvas = *m_panes->current();
+    m_ribbon->showView(canvas.view());
+    const auto style =
+            std::find(std::begin(visualStyles), std::end(visualStyles), canvas.faceStyle());
+    m_visualStyles->setCurrentIndex(int(style - std::begin(visualStyles)));
 }
 
 void MainWindow::finishCommand(const QString &refusal)
@@ -288,6 +337,8 @@ void MainWindow::refresh()
 {
     m_dock->refresh();
     m_layers->refresh(m_dock->layerCount());
+    for (OvCc::LayerComboBox *box : {m_ribbon->layers(), m_frame->layers()})
+        box->setEnabled(showLayers(*box, m_dock->layerCount()));
     showState();
 }
 
@@ -313,6 +364,7 @@ bool MainWindow::saveTo(const QString &fileName)
         return false;
     }
     m_drawing->fileName = fileName;
+    m_frame->setTitle(QFileInfo(fileName).fileName());
     setWindowModified(false);
     showState();
     statusBar()->showMessage(tr("Saved %1.").arg(QFileInfo(fileName).fileName()));
@@ -340,6 +392,7 @@ void MainWindow::showState()
     m_open->setEnabled(!isLoading);
     m_save->setEnabled(m_drawing != nullptr);
     m_saveAs->setEnabled(m_drawing != nullptr);
+    m_close->setEnabled(m_drawing && !isLoading);
     // A change now would be lost with the drawing that is about to be replaced.
     m_layers->setEnabled(m_drawing && !isLoading);
     m_dock->widget()->setEnabled(m_drawing && !isLoading);
@@ -347,6 +400,7 @@ void MainWindow::showState()
 
     if (!m_drawing) {
         setWindowTitle(tr("Tessa"));
+        m_counts->clear();
         return;
     }
     setWindowTitle(tr("%1[*] – Tessa").arg(QFileInfo(m_drawing->fileName).fileName()));
@@ -377,6 +431,14 @@ void MainWindow::showWarnings(const QStringList &warnings)
                 tr("%1 And %2 more remarks.").arg(warnings.first()).arg(warnings.size() - 1));
 }
 
+/// A minimised window takes its floating pickers with it.
+void MainWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::WindowStateChange)
+        m_ribbon->setPickersShown(!isMinimized());
+    QMainWindow::changeEvent(event);
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(confirmLoss());
@@ -392,4 +454,16 @@ void MainWindow::dropEvent(QDropEvent *event)
 {
     event->acceptProposedAction();
     open(draggedFile(*event->mimeData()));
+}
+
+void MainWindow::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    m_ribbon->followWindow();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    m_ribbon->followWindow();
 }

@@ -5,15 +5,20 @@
 #include <QMainWindow>
 #include <QTimer>
 
-class Canvas;
+class CanvasPanes;
+class DrawingFrame;
 class LayerBox;
 class LayerDock;
 class PropertyEditor;
+class ViewRibbon;
 class QLabel;
 class QProgressBar;
+namespace OvCc {
+class VisualStyleComboBox;
+}
 
 /// A window around one drawing: its layers in the tool bar and in the layer manager, its entities on
-/// the canvas, and pickers for the properties of those that are selected there.
+/// one or more canvases, and pickers for the properties of those that are selected there.
 ///
 /// It shows how a program takes the widgets in: it makes the drawing the host's working one, hears
 /// from the host which layer changed, whoever changed it, and then has all widgets show the same.
@@ -38,13 +43,17 @@ signals:
     void opened(const QString &error);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void createActions();
     void createPropertyBar();
+    void createRibbon();
     void createStatusBar();
     void connectHost();
     void chooseAndOpen();
@@ -55,9 +64,11 @@ private:
 
     void finishLoading(const QString &error);
     void showDrawing(std::unique_ptr<Drawing> drawing);
+    void closeDrawing();
     void followLayerChange(const QString &name);
     void followEntityChange();
     void showInStyle(int row);
+    void followCanvas();
     void finishCommand(const QString &refusal);
     void refresh();
     void showState();
@@ -66,14 +77,18 @@ private:
 
     std::unique_ptr<Drawing> m_drawing;
     DrawingLoader *m_loader;
-    Canvas *m_canvas;
+    CanvasPanes *m_panes;
+    DrawingFrame *m_frame;
     LayerBox *m_layers;
     LayerDock *m_dock;
+    ViewRibbon *m_ribbon;
     PropertyEditor *m_properties;
+    OvCc::VisualStyleComboBox *m_visualStyles = nullptr;
     QTimer m_refresh; ///< runs while the widgets have something to catch up with
     QAction *m_open = nullptr;
     QAction *m_save = nullptr;
     QAction *m_saveAs = nullptr;
+    QAction *m_close = nullptr;
     QLabel *m_position;
     QLabel *m_counts;
     QProgressBar *m_progress;

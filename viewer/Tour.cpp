@@ -1,6 +1,7 @@
 #include "Tour.h"
 
 #include "Canvas.h"
+#include "LayerBox.h"
 #include "LayerDock.h"
 #include "MainWindow.h"
 
@@ -92,7 +93,7 @@ OvCc::LayerItemData currentLayer()
 Tour::Tour(MainWindow &window, const QString &folder)
     : m_window(window)
     , m_canvas(*window.findChild<Canvas *>())
-    , m_layers(*window.findChild<OvCc::LayerComboBox *>())
+    , m_layers(*window.findChild<LayerBox *>())
     , m_dock(*window.findChild<LayerDock *>())
     , m_table(*window.findChild<OvCc::LayerTableWidget *>())
     , m_names(*window.findChild<OvCc::FrozenTableWidget *>())

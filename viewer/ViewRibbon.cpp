@@ -33,51 +33,49 @@ int indexOf(const NsRc::RibbonGallery &gallery, const NsRc::RibbonGalleryItem *i
     return index;
 }
 
-/// The gallery in the ribbon and its copy in the drop-down, each of which reports its own presses.
-std::array<NsRc::RibbonGallery *, 2> bothOf(NsRc::RibbonGallery *gallery)
-{
-    return {gallery, gallery->popupMenu()->findChild<NsRc::RibbonGallery *>()};
-}
-
 } // namespace
 
 ViewRibbon::ViewRibbon(QWidget *parent)
     : RibbonBar(parent)
     , m_views(new OvCc::ViewGallery)
     , m_arrangements(new OvCc::ViewPortGallery)
-    , m_layerBar(new OvCc::LayerControl(nullptr))
-    , m_pickers(new OvCc::StackWidget(m_layerBar, nullptr))
+    , m_layerBar(new OvCc::LayerControl)
+    , m_pickers(new OvCc::StackWidget(m_layerBar))
 {
     KcHost::RibbonPage *page = addPage(tr("View"));
     KcHost::RibbonGroup *views = page->addGroup(tr("Views"));
-    auto *button = new OvCc::ViewButton(nullptr);
+    auto *button = new OvCc::ViewButton;
     views->addWidget(m_views);
     views->addWidget(button);
     page->addGroup(tr("Viewports"))->addWidget(m_arrangements);
     page->addGroup(tr("Layers"))->addWidget(m_layerBar);
 
-    for (NsRc::RibbonGallery *gallery : bothOf(m_views)) {
-        connect(gallery, &NsRc::RibbonGallery::itemPressed, this,
-                [this](const NsRc::RibbonGalleryItem *item) { chooseView(indexOf(*m_views, item)); });
-    }
-    for (NsRc::RibbonGallery *gallery : bothOf(m_arrangements)) {
-        connect(gallery, &NsRc::RibbonGallery::itemPressed, this,
-                [this](const NsRc::RibbonGalleryItem *item) {
-                    emit arrangementChosen(indexOf(*m_arrangements, item));
-                });
-    }
+    // The copy of a gallery in its drop-down reports its presses itself.
+    const auto followPresses = [this](const OvCc::BaseGallery *gallery, auto act) {
+        for (const NsRc::RibbonGallery *it :
+             {static_cast<const NsRc::RibbonGallery *>(gallery),
+              static_cast<const NsRc::RibbonGallery *>(gallery->popupGallery())})
+            connect(it, &NsRc::RibbonGallery::itemPressed, this,
+                    [gallery, act](const NsRc::RibbonGalleryItem *item) {
+                        act(indexOf(*gallery, item));
+                    });
+    };
+    followPresses(m_views, [this](int index) { chooseView(index); });
+    followPresses(m_arrangements, [this](int index) { emit arrangementChosen(index); });
     attach(button);
+    // Where windows cannot be translucent, what nobody paints is black.
+    properties()->setAutoFillBackground(true);
     connect(m_layerBar, &OvCc::LayerControl::folded, this, &ViewRibbon::fold);
 }
 
 OvCc::LayerComboBox *ViewRibbon::layers() const
 {
-    return m_layerBar->findChild<OvCc::LayerComboBox *>();
+    return m_layerBar->layerComboBox();
 }
 
 OvCc::PropertyManager *ViewRibbon::properties() const
 {
-    return m_pickers->findChild<OvCc::PropertyManager *>();
+    return m_pickers->propertyManager();
 }
 
 void ViewRibbon::attach(OvCc::ViewButton *button)
@@ -94,14 +92,13 @@ void ViewRibbon::showView(ViewDirection view)
     const QScopedValueRollback<bool> guard(m_isShowingView, true);
     if (directions[indexOf(*m_views, m_views->checkedItem())] != view) {
         const auto found = std::find(std::begin(directions), std::end(directions), view);
-        for (NsRc::RibbonGallery *gallery : bothOf(m_views))
-            gallery->setCheckedIndex(int(found - std::begin(directions)));
+        m_views->setCheckedIndex(int(found - std::begin(directions)));
+        m_views->popupGallery()->setCheckedIndex(int(found - std::begin(directions)));
     }
     for (const OvCc::ViewButton *button : m_buttons) {
         const QList<QAction *> entries = button->menu()->actions();
-        const auto checked = std::find_if(entries.begin(), entries.end(), [](const QAction *entry) {
-            return entry->isChecked();
-        });
+        const auto checked = std::find_if(entries.begin(), entries.end(),
+                                          [](const QAction *entry) { return entry->isChecked(); });
         if (directions[checked - entries.begin()] == view)
             continue;
         const auto found = std::find(std::begin(directions), std::end(directions), view);
