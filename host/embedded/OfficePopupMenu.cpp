@@ -1,6 +1,5 @@
 #include <NsRc.h>
 
-#include <QMouseEvent>
 #include <QWidgetAction>
 
 namespace NsRc {
@@ -53,14 +52,6 @@ void OfficePopupMenu::addWidget(QWidget *widget)
 {
     if (widget)
         new HeldWidget(widget, this);
-}
-
-void OfficePopupMenu::mousePressEvent(QMouseEvent *event)
-{
-    // The press that closes the menu would be played again to the button and open it at once.
-    if (m_opener && m_opener->rect().contains(m_opener->mapFromGlobal(event->globalPos())))
-        setAttribute(Qt::WA_NoMouseReplay);
-    QMenu::mousePressEvent(event);
 }
 
 void OfficePopupMenu::showEvent(QShowEvent *event)

@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyleOption>
 #include <QToolTip>
 
@@ -264,10 +265,8 @@ void RibbonGallery::Private::openMenu()
 {
     const bool isOpened = menu && !menu->isEmpty();
     openMenuButton->setDown(isOpened);
-    if (!isOpened)
-        return;
-    menu->m_opener = openMenuButton;
-    menu->popup(q->mapToGlobal(q->rect().bottomLeft() + QPoint(0, 1)));
+    if (isOpened)
+        menu->popup(q->mapToGlobal(q->rect().bottomLeft() + QPoint(0, 1)));
 }
 
 void RibbonGallery::Private::paintFrame(QPainter &painter) const

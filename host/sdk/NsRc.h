@@ -4,7 +4,6 @@
 
 #include <QIcon>
 #include <QMenu>
-#include <QPointer>
 #include <QSize>
 #include <QString>
 #include <QWidget>
@@ -183,15 +182,10 @@ public:
     void addWidget(QWidget *widget);
 
 protected:
-    void mousePressEvent(QMouseEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
     explicit OfficePopupMenu(QWidget *parent);
-    friend class RibbonGallery;
-
-    /// A press on it closes the menu and does not open it again.
-    QPointer<QWidget> m_opener;
 };
 
 } // namespace NsRc
