@@ -1,8 +1,7 @@
+#include "DrawingFiles.h"
 #include "PickerSupport.h"
 
 #include "viewer/Canvas.h"
-#include "viewer/Curves.h"
-#include "viewer/DrawingLoader.h"
 #include "viewer/LayerBox.h"
 #include "viewer/MainWindow.h"
 
@@ -15,45 +14,7 @@ using namespace OvCc;
 
 namespace {
 
-const QColor ground(0x21, 0x28, 0x30);
 enum Column { Current, Name, On };
-
-/// A filled square of 10 × 10 at that corner. Groups of a file are written as "code value|".
-QString square(int x, int y, const QString &style)
-{
-    return QStringLiteral("0 SOLID|%1|10 %2|20 %3|11 %4|21 %3|12 %2|22 %5|13 %4|23 %5|")
-            .arg(style, QString::number(x), QString::number(y), QString::number(x + 10),
-                 QString::number(y + 10));
-}
-
-QString block(const QString &name, const QString &content, const QString &base = "10 0|20 0")
-{
-    return QStringLiteral("0 BLOCK|8 0|2 %1|70 0|%2|%3|0 ENDBLK|8 0|").arg(name, base, content);
-}
-
-/// Writes a drawing with the layers 0, Red, Blue, Off (green) and Frozen (green).
-QString file(const QString &blocks, const QString &entities)
-{
-    static const QTemporaryDir folder;
-    QString text = "0 SECTION|9 $ACADVER|1 AC1018|0 ENDSEC|0 SECTION|2 TABLES|0 TABLE|2 LAYER|"
-                   "0 LAYER|2 0|62 7|0 LAYER|2 Red|62 1|0 LAYER|2 Blue|62 5|"
-                   "0 LAYER|2 Off|62 -3|0 LAYER|2 Frozen|70 1|62 3|0 ENDTAB|0 ENDSEC|"
-                   "0 SECTION|2 BLOCKS|%1|0 ENDSEC|0 SECTION|2 ENTITIES|%2|0 ENDSEC|0 EOF|";
-    QFile file(folder.filePath("drawing.dxf"));
-    file.open(QIODevice::WriteOnly);
-    static const QRegularExpression separators("[| ]+");
-    text = text.arg(blocks, entities).replace(separators, "\n");
-    file.write(text.toUtf8());
-    return file.fileName();
-}
-
-/// Adds tests, one per line: ";" stands between their fields, the first of which is the name.
-void addTests(std::initializer_list<const char *> lines)
-{
-    QTest::addColumn<QStringList>("fields");
-    for (const char *line : lines)
-        QTest::newRow(QByteArray(line).split(';').first()) << QString(line).split(';');
-}
 
 /// Presses that button of the message box that is about to open.
 void answer(QMessageBox::StandardButton button)
@@ -161,129 +122,16 @@ class TestViewer : public QObject
     Q_OBJECT
 
 private slots:
-    void curves();
-    void textCodes();
-    void pictures_data();
-    void pictures();
-    void whatCannotBeDrawn();
     void widgetsKeepInStep();
     void commands_data();
     void commands();
     void manyLayers();
     void errorKeepsTheDrawing();
     void changesAreNotLost();
-    void selection_data();
-    void selection();
+    void selecting_data();
+    void selecting();
     void pickedProperties();
 };
-
-void TestViewer::curves()
-{
-    const std::pair<QPointF, double> bulges[] = {{{10, 0}, 1}, {{3, -7}, -0.4}, {{9, 1}, 1e-6}};
-    for (const auto &[to, bulge] : bulges) {
-        QPainterPath path(QPointF(1, 2));
-        addBulge(path, to, bulge);
-        QCOMPARE(path.currentPosition(), to);
-        // Half way along, the arc is as far to the right of its chord as the bulge says.
-        const QLineF chord(QPointF(1, 2), to);
-        const QPointF top = chord.center() + QPointF(chord.dy(), -chord.dx()) * bulge / 2;
-        QVERIFY(QLineF(path.pointAtPercent(0.5), top).length() < 1e-3 * chord.length());
-    }
-
-    // Three corners of a square with that weight make a quarter of a circle.
-    const QVector<ControlPoint> corners{{{1, 0}}, {{1, 1}, std::sqrt(0.5)}, {{0, 1}}};
-    const SpacePath quarter = spline(2, corners, {0, 0, 0, 1, 1, 1});
-    for (const SpacePath::Element &element : quarter.elements)
-        QCOMPARE(std::hypot(element.at.x, element.at.y), 1.0);
-    QVERIFY(quarter.elements.back().at == (SpacePoint{0, 1, 0}));
-    QCOMPARE(spline(2, corners, {0, 1}).elements.size(), std::size_t(3));
-    QVERIFY(smoothCurve({{0, 0}, {5, 5}, {9, 1}}).elements.back().at == (SpacePoint{9, 1, 0}));
-}
-
-void TestViewer::textCodes()
-{
-    const std::pair<const char *, QStringList> cases[] = {
-            {"%%c20 45%%D %%p1 %%%", {"⌀20 45° ±1 %"}},
-            {"%%ua%%u%%065%%x%", {"aA%%x%"}},
-            {"{\\fArial|b1;Big} \\H2x;hall\\Pno\\~\\{2\\}", {"Big hall", "no\u00a0{2}"}},
-            {"\\S1^2; or \\S3#4;", {"1/2 or 3/4"}},
-            {"a\\Hb", {"a"}}};
-    for (const auto &[raw, lines] : cases)
-        QCOMPARE(paragraphs(raw), lines);
-}
-
-void TestViewer::pictures_data()
-{
-    // The insert of a block with one square, or nothing; that square; its colour; its places.
-    addTests({"by layer;;8 red;red;5,5", "own true colour;;8 Red|62 2|420 1193046;#123456;5,5",
-              "in paper space;;8 Red|67 1;;", "invisible;;8 Red|60 1;;",
-              "insert's layer, not its colour;8 Red|62 4;8 0;red;5,5",
-              "by block;8 Red|62 4;8 0|62 0;cyan;5,5",
-              "by block from layer;8 Red;8 Blue|62 0;red;5,5", "insert off;8 Off;8 Blue;blue;5,5",
-              "insert off, layer 0;8 Off;8 0;;", "insert frozen;8 Frozen;8 Blue;;",
-              "off in a block;8 Red;8 Off;;", "frozen in a block;8 Red;8 Frozen;;",
-              "turned;8 Red|10 50|20 50|50 90;8 0;red;45,55",
-              "scaled;8 Red|10 50|20 50|41 -1|42 -1;8 0;red;45,45",
-              "mirrored;8 Red|10 -50|20 50|210 0|220 0|230 -1;8 0;red;45,55",
-              "turned array;8 Red|10 50|20 50|50 90|70 3|71 2|44 20|45 30;8 0;red;"
-              "45,55 45,75 45,95 15,55 15,75 15,95",
-              "nested;2 Outer|8 Red|10 50|20 50;8 0;red;55,55 75,55"});
-}
-
-void TestViewer::pictures()
-{
-    QFETCH(QStringList, fields);
-    const QString &insert = fields.at(1);
-    const QString part = block("Part", square(100, 100, fields.at(2)), "10 100|20 100");
-    const QString outer = block("Outer", "0 INSERT|8 0|2 part|0 INSERT|8 0|2 Part|10 20|20 0|");
-    const QString path = insert.isEmpty() ? file({}, square(0, 0, fields.at(2)))
-                                          : file(outer + part, "0 INSERT|2 Part|" + insert + '|');
-    QString error;
-    const auto drawing = readDrawing(path, error);
-    QVERIFY2(drawing, qPrintable(error));
-
-    DrawingItem item;
-    item.setDrawing(drawing.get());
-    QImage image(100, 100, QImage::Format_RGB32);
-    image.fill(ground);
-    QPainter painter(&image);
-    QStyleOptionGraphicsItem option;
-    option.exposedRect = image.rect();
-    item.paint(&painter, &option, nullptr);
-    const QStringList places = fields.at(4).split(' ');
-    for (int x = 5; x < 100; x += 10) {
-        for (int y = 5; y < 100; y += 10) {
-            const bool isDrawn = places.contains(QString("%1,%2").arg(x).arg(y));
-            QCOMPARE(image.pixelColor(x, y), isDrawn ? QColor(fields.at(3)) : ground);
-        }
-    }
-}
-
-void TestViewer::whatCannotBeDrawn()
-{
-    const QString shape = square(0, 0, "8 0");
-    const auto insert = [](int part) { return QString("0 INSERT|8 0|2 B%1|").arg(part); };
-    const auto chain = [&](int length, int copies) {
-        QString blocks;
-        for (int i = 0; i < length; ++i)
-            blocks += block(QString("B%1").arg(i), shape + insert(i + 1).repeated(copies));
-        return blocks;
-    };
-    const std::array<QString, 3> cases[] = {
-            {chain(1, 1) + block("B1", insert(0)), "", "nested too deeply: 1"},
-            {chain(5000, 1), "", "nested too deeply: 1"},
-            {chain(40, 2), "", "drawn as a frame"},
-            {block("B0", shape), "70 30000|71 30000|44 5|45 5|", "drawn as a frame"},
-            {block("B0", "0 LWPOLYLINE|8 0|90 2147483647|10 0|20 0|"), "", "entity is too large"},
-            {block("B0", "0 WIPEOUT|8 0|0 MLINE|8 0|0 MLINE|8 0|"), "", ": 2 MLINE, 1 WIPEOUT."},
-            {block("B0", shape), "10 1e300|20 0|", "too far away: 1"}};
-    for (const auto &[blocks, inserted, warning] : cases) {
-        QString error;
-        const auto drawing = readDrawing(file(blocks, insert(0) + inserted), error);
-        const QString said = drawing ? drawing->warnings.join('\n') : error;
-        QVERIFY2(said.contains(warning), qPrintable(said));
-    }
-}
 
 void TestViewer::widgetsKeepInStep()
 {
@@ -398,7 +246,7 @@ void TestViewer::changesAreNotLost()
     }
 }
 
-void TestViewer::selection_data()
+void TestViewer::selecting_data()
 {
     // Squares at 0,0 and 20,0, one on a layer that is off at 40,0. From where to where the mouse is
     // dragged, the keys, and which are selected then when the first one was before.
@@ -408,7 +256,7 @@ void TestViewer::selection_data()
               "add by band;18,-2;32,12;Ctrl;0 1"});
 }
 
-void TestViewer::selection()
+void TestViewer::selecting()
 {
     QFETCH(QStringList, fields);
     Viewer viewer(

@@ -1,21 +1,12 @@
 #pragma once
 
 #include "Drawing.h"
+#include "FaceStyle.h"
 #include "Projection.h"
 
 #include <QGraphicsItem>
 #include <QSet>
 #include <QVector>
-
-/// How the faces of a drawing are shown.
-enum class FaceStyle {
-    Wireframe,   ///< by their edges
-    Hidden,      ///< by the edges that no face hides
-    Flat,        ///< filled, the darker the more they are turned away
-    Gouraud,     ///< as Flat: the faces of a drawing tell of no smooth shape
-    FlatEdges,   ///< filled, with their edges
-    GouraudEdges ///< as FlatEdges
-};
 
 /// Paints a drawing, in its own coordinates and in the drawing's order. Any number of items may show
 /// the same drawing, each from another side.
@@ -41,11 +32,15 @@ public:
     /// A drawing without faces looks the same in all styles; at first it is Wireframe.
     void setFaceStyle(FaceStyle style);
 
+    /// What faces are filled with in the style Hidden: the colour behind the drawing.
+    void setGround(const QColor &color);
+
     /// Marks these entities, numbers in the model space, on top of all others.
     void setSelection(const QSet<int> &entities);
 
-    /// The topmost visible entity that is drawn within @p reach of that point, fillings and the boxes
-    /// of texts included; -1 if there is none. O(N).
+    /// The topmost visible entity, which where faces are filled is the nearest one, that is
+    /// drawn within @p reach of that point, fillings and the boxes of texts included; -1 if there is
+    /// none. O(N).
     int entityAt(QPointF position, double reach) const;
 
     /// The visible entities that lie in @p area: as a whole, or, with @p isCrossing, with any part.
@@ -57,10 +52,13 @@ public:
 
 private:
     void findBounds();
+    FaceStyle shownStyle() const;
 
     const Drawing *m_drawing = nullptr;
     QRectF m_bounds;
     Projection m_projection;
+    bool m_hasFaces = false;
     FaceStyle m_faceStyle = FaceStyle::Wireframe;
+    QColor m_ground{0x21, 0x28, 0x30};
     QSet<int> m_selection;
 };

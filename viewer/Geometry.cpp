@@ -177,6 +177,11 @@ void Entity::setPath(SpacePath &&path)
     height = path.elements.empty() ? 0 : path.elements.front().at.z;
 }
 
+SpacePath Entity::pathInSpace() const
+{
+    return spacePath ? *spacePath : SpacePath::placed(path, {}, height);
+}
+
 bool Geometry::hasFaces() const
 {
     return std::any_of(blocks.begin(), blocks.end(), [](const Block &block) {

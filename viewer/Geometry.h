@@ -75,6 +75,7 @@ struct Faces
 /// dot. What has faces has their edges as its path.
 struct Entity
 {
+    SpaceBox bounds; ///< first, since most entities are looked at for them only
     EntityStyle style;
     /// The number of its record in the file, which is how many begin before it; -1 without one.
     int record = -1;
@@ -85,9 +86,9 @@ struct Entity
     std::unique_ptr<Faces> faces;
     std::unique_ptr<PlacedText> text;
     std::unique_ptr<BlockInsert> insert;
-    SpaceBox bounds;
 
     void setPath(SpacePath &&path);
+    SpacePath pathInSpace() const;
     bool isDot() const { return !spacePath && path.elementCount() == 1; }
 };
 

@@ -436,8 +436,11 @@ void GeometryReader::addLinetype(const DL_LinetypeData &data)
     const QString name = decoded(data.name);
     const bool isDashed = std::any_of(m_finished.dashes.begin(), m_finished.dashes.end(),
                                       [](double dash) { return dash != 0; });
-    if (isDashed && m_geometry.linetypeOf(name) == 0)
-        m_geometry.linetypes.push_back({name, m_finished.dashes});
+    if (linetypeIndex(data.name) == 0
+        && name.compare(m_geometry.linetypes.front().name, Qt::CaseInsensitive) != 0)
+        m_geometry.linetypes.push_back(
+                {name, isDashed ? m_finished.dashes : std::vector<double>()});
+    m_linetypeIndexes.clear();
 }
 
 void GeometryReader::add(Entity entity)
@@ -562,8 +565,7 @@ void GeometryReader::add3dFace(const DL_3dFaceData &data)
 }
 
 /// Adds faces with some edges, each of which is a line between two of their points.
-void GeometryReader::addFaces(Entity &&entity, Faces &&faces,
-                              const Edges &edges)
+void GeometryReader::addFaces(Entity &&entity, Faces &&faces, const Edges &edges)
 {
     SpacePath path;
     int last = -1;
@@ -651,9 +653,8 @@ void GeometryReader::addMeshFace()
 void GeometryReader::finishMesh(Polyline &&mesh)
 {
     Faces &faces = mesh.faces;
-    const Edges edges =
-            mesh.flags & IsPolyfaceMesh ? resolveFaces(faces)
-                                        : netFaces(faces, mesh.flags, mesh.counts);
+    const Edges edges = mesh.flags & IsPolyfaceMesh ? resolveFaces(faces)
+                                                    : netFaces(faces, mesh.flags, mesh.counts);
     if (faces.corners.empty())
         ++m_unknown[QStringLiteral("POLYLINE mesh")];
     else

@@ -80,7 +80,7 @@ void Flattener::addPoint(const SpacePoint &point)
     Outline &outline = m_outlines.back();
     const SpacePoint seen = m_toPicture.map(point);
     const double along = outline.empty() ? 0 : outline.back().along + length(point - m_last);
-    outline.push_back({QPointF(seen.x, seen.y), seen.z, along});
+    outline.push_back({seen, along});
     m_last = point;
 }
 
@@ -88,7 +88,7 @@ void Flattener::addPoint(const SpacePoint &point)
 class Dasher
 {
 public:
-    Dasher(QPainterPath &path, const Outline &outline, const DashPattern &pattern);
+    Dasher(SpacePath &path, const Outline &outline, const DashPattern &pattern);
 
     void run(const QRectF &area);
 
@@ -97,9 +97,9 @@ private:
     void addPeriod(double index, double from, double to);
     void addDash(double from, double to);
     void addDot(double along);
-    QPointF at(double along) const;
+    SpacePoint at(double along) const;
 
-    QPainterPath &m_path;
+    SpacePath &m_path;
     const Outline &m_outline;
     const DashPattern &m_pattern;
     const double m_period;
@@ -111,7 +111,7 @@ private:
     const OutlinePoint *m_end = nullptr;
 };
 
-Dasher::Dasher(QPainterPath &path, const Outline &outline, const DashPattern &pattern)
+Dasher::Dasher(SpacePath &path, const Outline &outline, const DashPattern &pattern)
     : m_path(path)
     , m_outline(outline)
     , m_pattern(pattern)
@@ -143,9 +143,9 @@ void Dasher::addSegment(const OutlinePoint &start, const OutlinePoint &end, cons
     const double from = start.along + length * shareFrom;
     const double to = shareTo == 1 ? end.along : start.along + length * shareTo;
 
-    const QPointF way = end.at - start.at;
-    const double shown = m_period * std::hypot(way.x(), way.y()) / length;
-    if (m_count < 1 || shown < m_pattern.leastPeriod) {
+    const SpacePoint way = end.at - start.at;
+    const double shown = m_period * std::hypot(way.x, way.y) / length;
+    if (!(m_count >= 1 && shown >= m_pattern.leastPeriod)) {
         addDash(from, to);
         return;
     }
@@ -189,14 +189,14 @@ void Dasher::addDash(double from, double to)
 
 void Dasher::addDot(double along)
 {
-    const QPointF way = m_end->at - m_start->at;
-    const QPointF half = way * (m_pattern.dotLength / 2 / std::hypot(way.x(), way.y()));
+    const SpacePoint way = m_end->at - m_start->at;
+    const SpacePoint half = way * (m_pattern.dotLength / 2 / std::hypot(way.x, way.y));
     m_path.moveTo(at(along) - half);
     m_path.lineTo(at(along) + half);
     m_drawnTo = -1;
 }
 
-QPointF Dasher::at(double along) const
+SpacePoint Dasher::at(double along) const
 {
     const double share = (along - m_start->along) / (m_end->along - m_start->along);
     return m_start->at + (m_end->at - m_start->at) * share;
@@ -207,9 +207,7 @@ QPointF Dasher::at(double along) const
 std::vector<Outline> outlinesOf(const Entity &entity, const SpaceTransform &toPicture,
                                 double tolerance)
 {
-    Flattener flattener(toPicture, tolerance);
-    return flattener.run(entity.spacePath ? *entity.spacePath
-                                          : SpacePath::placed(entity.path, {}, entity.height));
+    return Flattener(toPicture, tolerance).run(entity.pathInSpace());
 }
 
 double DashPattern::period() const
@@ -220,17 +218,18 @@ double DashPattern::period() const
     return sum * scale;
 }
 
-void addDashes(QPainterPath &path, const Outline &outline, const DashPattern &pattern,
+void addDashes(SpacePath &path, const Outline &outline, const DashPattern &pattern,
                const QRectF &area)
 {
     Dasher(path, outline, pattern).run(area);
 }
 
-bool clip(QPointF start, QPointF end, const QRectF &area, double &from, double &to)
+bool clip(const SpacePoint &start, const SpacePoint &end, const QRectF &area, double &from,
+          double &to)
 {
     from = 0;
     to = 1;
-    const QPointF way = end - start;
+    const SpacePoint way = end - start;
     const auto cut = [&from, &to](double step, double room) {
         // The side is met where step * share == room; what goes beyond is outside.
         if (step == 0)
@@ -241,6 +240,6 @@ bool clip(QPointF start, QPointF end, const QRectF &area, double &from, double &
             from = qMax(from, room / step);
         return from <= to;
     };
-    return cut(-way.x(), start.x() - area.left()) && cut(way.x(), area.right() - start.x())
-           && cut(-way.y(), start.y() - area.top()) && cut(way.y(), area.bottom() - start.y());
+    return cut(-way.x, start.x - area.left()) && cut(way.x, area.right() - start.x)
+           && cut(-way.y, start.y - area.top()) && cut(way.y, area.bottom() - start.y);
 }

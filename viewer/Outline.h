@@ -2,8 +2,7 @@
 
 #include "Geometry.h"
 
-#include <QPainterPath>
-#include <QPointF>
+#include <QRectF>
 
 #include <vector>
 
@@ -13,8 +12,7 @@
 /// A point of a line.
 struct OutlinePoint
 {
-    QPointF at;       ///< in the picture
-    double depth = 0; ///< towards the viewer
+    SpacePoint at;    ///< in the picture, z towards the viewer
     double along = 0; ///< from the line's beginning, measured in the drawing
 };
 
@@ -41,10 +39,11 @@ struct DashPattern
 /// Adds to @p path the dashes of a line that may show in @p area. The line begins and ends with a
 /// dash, which is lengthened for that, and is solid if it is too short for a gap. The cost does not
 /// grow with the part of the line outside.
-void addDashes(QPainterPath &path, const Outline &outline, const DashPattern &pattern,
+void addDashes(SpacePath &path, const Outline &outline, const DashPattern &pattern,
                const QRectF &area);
 
 /// Cuts a segment off at the sides of a rectangle.
 /// @param[in,out] from,to the shares of the segment that are in it: 0 and 1 for all of it
 /// @return whether there is any
-bool clip(QPointF start, QPointF end, const QRectF &area, double &from, double &to);
+bool clip(const SpacePoint &start, const SpacePoint &end, const QRectF &area, double &from,
+          double &to);

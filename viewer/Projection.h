@@ -39,6 +39,7 @@ struct SpaceBox
     SpacePoint most{-1, -1, -1};
 
     bool isEmpty() const { return least.x > most.x; }
+    SpacePoint center() const { return (least + most) * 0.5; }
     void add(const SpacePoint &point);
     void add(const SpaceBox &box);
 };

@@ -16,6 +16,25 @@ BlockView::BlockView(const SpaceTransform &transform)
     }
     scale = std::sqrt(squares / 2);
     hasHeights = toPicture.rows[0][2] != 0 || toPicture.rows[1][2] != 0;
+    isUnchanged = ground.isIdentity() && !hasHeights;
+}
+
+QRectF BlockView::mappedBounds(const SpaceBox &box) const
+{
+    double from[2];
+    double to[2];
+    for (int row = 0; row < 2; ++row) {
+        const double(&factors)[4] = toPicture.rows[row];
+        const double ends[][2] = {{factors[0] * box.least.x, factors[0] * box.most.x},
+                                  {factors[1] * box.least.y, factors[1] * box.most.y},
+                                  {factors[2] * box.least.z, factors[2] * box.most.z}};
+        from[row] = to[row] = factors[3];
+        for (const double(&pair)[2] : ends) {
+            from[row] += qMin(pair[0], pair[1]);
+            to[row] += qMax(pair[0], pair[1]);
+        }
+    }
+    return {QPointF(from[0], from[1]), QPointF(to[0], to[1])};
 }
 
 ShownEntities::ShownEntities(const Drawing &drawing, const Projection &projection)
@@ -30,7 +49,7 @@ ShownEntities::ShownEntities(const Drawing &drawing, const Projection &projectio
 
 QRectF ShownEntities::boundsOf(const Entity &entity) const
 {
-    return projected(entity.bounds, m_view.toPicture);
+    return m_view.boundsOf(entity.bounds);
 }
 
 Look ShownEntities::lookOf(const EntityStyle &style, const Look &insert)
@@ -61,24 +80,6 @@ int ShownEntities::linetypeOfLayer(int layer)
     if (linetype < 0)
         linetype = m_drawing.geometry.linetypeOf(m_drawing.layers.at(layer).linetype);
     return linetype;
-}
-
-QRectF projected(const SpaceBox &box, const SpaceTransform &toPicture)
-{
-    double from[2];
-    double to[2];
-    for (int row = 0; row < 2; ++row) {
-        const double(&factors)[4] = toPicture.rows[row];
-        const double ends[][2] = {{factors[0] * box.least.x, factors[0] * box.most.x},
-                                  {factors[1] * box.least.y, factors[1] * box.most.y},
-                                  {factors[2] * box.least.z, factors[2] * box.most.z}};
-        from[row] = to[row] = factors[3];
-        for (const double(&pair)[2] : ends) {
-            from[row] += qMin(pair[0], pair[1]);
-            to[row] += qMax(pair[0], pair[1]);
-        }
-    }
-    return {QPointF(from[0], from[1]), QPointF(to[0], to[1])};
 }
 
 QRectF united(const QRectF &one, const QRectF &other)

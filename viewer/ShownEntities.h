@@ -25,6 +25,18 @@ struct BlockView
     double scale;             ///< the length of what is one unit long and not foreshortened
     bool isEdgeOn;            ///< that plane is seen as a line
     bool hasHeights;          ///< the height of a point changes its place in the picture
+    bool isUnchanged;         ///< points are in the picture where they are in the plane
+
+    /// Where a box shows in the picture.
+    QRectF boundsOf(const SpaceBox &box) const
+    {
+        if (isUnchanged)
+            return {QPointF(box.least.x, box.least.y), QPointF(box.most.x, box.most.y)};
+        return mappedBounds(box);
+    }
+
+private:
+    QRectF mappedBounds(const SpaceBox &box) const;
 };
 
 /// Walks the entities that the layers let show, inserts resolved, in the drawing's order.
@@ -79,9 +91,6 @@ private:
     std::vector<int> m_layerLinetypes; ///< -1 where not known yet
 };
 
-/// Where a box shows in the picture.
-QRectF projected(const SpaceBox &box, const SpaceTransform &toPicture);
-
 /// Unlike QRectF::united() this counts rectangles without width or height, too.
 QRectF united(const QRectF &one, const QRectF &other);
 
@@ -107,7 +116,7 @@ template <class Visitor>
 bool ShownEntities::visit(const Entity &entity, const BlockView &view, const QRectF &area,
                           const Look &insert, Visitor &&visitor)
 {
-    const QRectF bounds = projected(entity.bounds, view.toPicture);
+    const QRectF bounds = view.boundsOf(entity.bounds);
     if (!overlap(bounds, area))
         return true;
     const Look look = lookOf(entity.style, insert);

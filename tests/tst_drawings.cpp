@@ -1,0 +1,500 @@
+#include "DrawingFiles.h"
+#include "Support.h"
+
+#include "viewer/Curves.h"
+#include "viewer/DrawingItem.h"
+#include "viewer/DrawingLoader.h"
+
+#include <QtTest>
+#include <QtWidgets>
+
+namespace {
+
+/// A face of that many corners from "x y z" of each.
+QString face(const QStringList &corners, const QString &style)
+{
+    QString groups = "0 3DFACE|" + style + '|';
+    for (int i = 0; i < corners.size(); ++i) {
+        const QStringList at = corners.at(i).split(' ');
+        for (int axis = 0; axis < 3; ++axis)
+            groups += QString("%1 %2|").arg(10 + i + 10 * axis).arg(at.at(axis));
+    }
+    return groups;
+}
+
+/// A drawing as an item of its own shows it.
+struct Picture
+{
+    explicit Picture(const QString &path)
+    {
+        QString error;
+        drawing = readDrawing(path, error);
+        if (!drawing)
+            qFatal("%s", qPrintable(error));
+        item.setDrawing(drawing.get());
+    }
+
+    /// Paints the item's coordinates from 0 on, y pointing down.
+    QImage painted(QSize size, double zoom = 1, QPointF corner = {})
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(ground);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(zoom, zoom);
+        painter.translate(-corner);
+        QStyleOptionGraphicsItem option;
+        option.exposedRect = painter.transform().inverted().mapRect(QRectF(image.rect()));
+        item.paint(&painter, &option, nullptr);
+        return image;
+    }
+
+    std::unique_ptr<Drawing> drawing;
+    DrawingItem item;
+};
+
+} // namespace
+
+/// What the canvas shows of a drawing.
+class TestDrawings : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void curves();
+    void textCodes();
+    void pictures_data();
+    void pictures();
+    void linetypes_data();
+    void linetypes();
+    void recordNumbers_data();
+    void recordNumbers();
+    void picking_data();
+    void picking();
+    void selection();
+    void projections_data();
+    void projections();
+    void heights_data();
+    void heights();
+    void facesHide_data();
+    void facesHide();
+    void lineInFace();
+    void allSides_data();
+    void allSides();
+    void whatCannotBeDrawn();
+};
+
+void TestDrawings::curves()
+{
+    const std::pair<QPointF, double> bulges[] = {{{10, 0}, 1}, {{3, -7}, -0.4}, {{9, 1}, 1e-6}};
+    for (const auto &[to, bulge] : bulges) {
+        QPainterPath path(QPointF(1, 2));
+        addBulge(path, to, bulge);
+        QCOMPARE(path.currentPosition(), to);
+        // Half way along, the arc is as far to the right of its chord as the bulge says.
+        const QLineF chord(QPointF(1, 2), to);
+        const QPointF top = chord.center() + QPointF(chord.dy(), -chord.dx()) * bulge / 2;
+        QVERIFY(QLineF(path.pointAtPercent(0.5), top).length() < 1e-3 * chord.length());
+    }
+
+    // Three corners of a square with that weight make a quarter of a circle.
+    const QVector<ControlPoint> corners{{{1, 0}}, {{1, 1}, std::sqrt(0.5)}, {{0, 1}}};
+    const SpacePath quarter = spline(2, corners, {0, 0, 0, 1, 1, 1});
+    for (const SpacePath::Element &element : quarter.elements)
+        QCOMPARE(std::hypot(element.at.x, element.at.y), 1.0);
+    QVERIFY(quarter.elements.back().at == (SpacePoint{0, 1, 0}));
+    QCOMPARE(spline(2, corners, {0, 1}).elements.size(), std::size_t(3));
+    QVERIFY(smoothCurve({{0, 0}, {5, 5}, {9, 1}}).elements.back().at == (SpacePoint{9, 1, 0}));
+}
+
+void TestDrawings::textCodes()
+{
+    const std::pair<const char *, QStringList> cases[] = {
+            {"%%c20 45%%D %%p1 %%%", {"⌀20 45° ±1 %"}},
+            {"%%ua%%u%%065%%x%", {"aA%%x%"}},
+            {"{\\fArial|b1;Big} \\H2x;hall\\Pno\\~\\{2\\}", {"Big hall", "no\u00a0{2}"}},
+            {"\\S1^2; or \\S3#4;", {"1/2 or 3/4"}},
+            {"a\\Hb", {"a"}}};
+    for (const auto &[raw, lines] : cases)
+        QCOMPARE(paragraphs(raw), lines);
+}
+
+void TestDrawings::pictures_data()
+{
+    // The insert of a block with one square, or nothing; that square; its colour; its places.
+    addTests({"by layer;;8 red;red;5,5", "own true colour;;8 Red|62 2|420 1193046;#123456;5,5",
+              "in paper space;;8 Red|67 1;;", "invisible;;8 Red|60 1;;",
+              "insert's layer, not its colour;8 Red|62 4;8 0;red;5,5",
+              "by block;8 Red|62 4;8 0|62 0;cyan;5,5",
+              "by block from layer;8 Red;8 Blue|62 0;red;5,5", "insert off;8 Off;8 Blue;blue;5,5",
+              "insert off, layer 0;8 Off;8 0;;", "insert frozen;8 Frozen;8 Blue;;",
+              "off in a block;8 Red;8 Off;;", "frozen in a block;8 Red;8 Frozen;;",
+              "turned;8 Red|10 50|20 50|50 90;8 0;red;45,55",
+              "scaled;8 Red|10 50|20 50|41 -1|42 -1;8 0;red;45,45",
+              "mirrored;8 Red|10 -50|20 50|210 0|220 0|230 -1;8 0;red;45,55",
+              "turned array;8 Red|10 50|20 50|50 90|70 3|71 2|44 20|45 30;8 0;red;"
+              "45,55 45,75 45,95 15,55 15,75 15,95",
+              "nested;2 Outer|8 Red|10 50|20 50;8 0;red;55,55 75,55"});
+}
+
+void TestDrawings::pictures()
+{
+    QFETCH(QStringList, fields);
+    const QString &insert = fields.at(1);
+    const QString part = block("Part", square(100, 100, fields.at(2)), "10 100|20 100");
+    const QString outer = block("Outer", "0 INSERT|8 0|2 part|0 INSERT|8 0|2 Part|10 20|20 0|");
+    const QString path = insert.isEmpty() ? file({}, square(0, 0, fields.at(2)))
+                                          : file(outer + part, "0 INSERT|2 Part|" + insert + '|');
+    const QImage image = Picture(path).painted({100, 100});
+    const QStringList places = fields.at(4).split(' ');
+    for (int x = 5; x < 100; x += 10) {
+        for (int y = 5; y < 100; y += 10) {
+            const bool isDrawn = places.contains(QString("%1,%2").arg(x).arg(y));
+            QCOMPARE(image.pixelColor(x, y), isDrawn ? QColor(fields.at(3)) : ground);
+        }
+    }
+}
+
+void TestDrawings::linetypes_data()
+{
+    // The insert of a block with a line, or nothing; the line's style; the zoom; whether there is
+    // ink at each fifth unit along it.
+    addTests({"by layer;;8 Blue;1;######..#.######..#.######",
+              "zoomed;;8 Blue;3;######..#.######..#.######",
+              "own;;8 Red|6 Dash;1;######..#.######..#.######",
+              "own scale;;8 Blue|48 0.5;1;#####..###..###..###..####",
+              "not the layer's;;8 Blue|6 Continuous;1;##########################",
+              "too fine;;8 Blue;0.04;##########################",
+              "too short;;8 Blue|48 2;1;##########################",
+              "very long;;8 Blue|10 -5e8;1;######..#.######..#.######",
+              "very long line zoomed in;;8 Blue|10 -5e8;30;######..#.######..#.######",
+              "by block;8 Red|6 Dash;8 Blue|6 ByBlock;1;######..#.######..#.######",
+              "insert's layer;8 Blue;8 0;1;######..#.######..#.######"});
+}
+
+void TestDrawings::linetypes()
+{
+    QFETCH(QStringList, fields);
+    const QString line = "0 LINE|10 0|20 1.5|11 128|21 1.5|" + fields.at(2) + '|';
+    const QString insert = "0 INSERT|2 Part|" + fields.at(1) + '|';
+    const double zoom = fields.at(3).toDouble();
+    Picture picture(fields.at(1).isEmpty() ? file({}, line) : file(block("Part", line), insert));
+    const QImage image = picture.painted({int(130 * zoom) + 1, int(3 * zoom) + 1}, zoom);
+    QString ink;
+    for (int x = 0; x <= 125; x += 5)
+        ink += image.pixelColor(int(x * zoom), int(1.5 * zoom)) == ground ? '.' : '#';
+    QCOMPARE(ink, fields.at(4));
+}
+
+void TestDrawings::recordNumbers_data()
+{
+    addTests({"floorplan.dxf", "gardenhouse.dxf"});
+}
+
+void TestDrawings::recordNumbers()
+{
+    QFETCH(QStringList, fields);
+    const QString path = OVCC_SOURCE_DIR "/viewer/sample/" + fields.first();
+    const QList<QByteArray> lines = fileContent(path).split('\n');
+    QVector<int> expected;
+    QByteArray section;
+    int record = -1;
+    for (int i = 0; i + 1 < lines.size(); i += 2) {
+        const QByteArray value = lines.at(i + 1).trimmed();
+        const int code = lines.at(i).toInt();
+        if (code == 0) {
+            ++record;
+            if (value == "ENDSEC")
+                section.clear();
+            if (section == "ENTITIES" && value != "VERTEX" && value != "SEQEND")
+                expected += record;
+        } else if (code == 2 && lines.at(i - 1).trimmed() == "SECTION") {
+            section = value;
+        } else if (code == 67 && value == "1" && section == "ENTITIES") {
+            expected.removeLast(); // in paper space
+        }
+    }
+    const Picture picture(path);
+    QVector<int> records;
+    for (const Entity &entity : picture.drawing->geometry.modelSpace().entities)
+        records += entity.record;
+    QCOMPARE(records, expected);
+}
+
+void TestDrawings::picking_data()
+{
+    // A point and a reach, or the corners of a window or of a crossing window; who is there.
+    addTests({"filling;5,8,1;0",
+              "topmost;5,5,1;5",
+              "in reach;-3,5,4;5",
+              "out of reach;-3,5,2;-1",
+              "on a circle;57,57,1;1",
+              "in a circle;50,50,1;-1",
+              "insert;25,25,1;2",
+              "beside the block in an insert;35,25,1;-1",
+              "layer off;50,80,1;-1",
+              "text;62,2,0.5;4",
+              "turned line;75,86,1;6",
+              "beside a turned line;85,75,1;-1",
+              "all;window,-9,-9,200,200;0 1 2 4 5 6",
+              "one;window,39,39,61,61;1",
+              "half a circle;window,50,39,61,61;",
+              "crossed circle;crossing,50,39,61,61;1",
+              "in a circle, crossing;crossing,48,48,52,52;",
+              "in a filling;crossing,2,7,3,8;0",
+              "in bounds only;crossing,86,70,90,74;",
+              "across a line;crossing,70,85,80,86;6",
+              "insert, crossing;crossing,28,28,40,40;2",
+              "insert as a whole;window,19,19,31,31;2"});
+}
+
+void TestDrawings::picking()
+{
+    QFETCH(QStringList, fields);
+    Picture picture(file(block("Part", square(100, 100, "8 0") + square(130, 100, "8 Off")),
+                         square(0, 0, "8 Red") + "0 CIRCLE|8 Blue|10 50|20 50|40 10|"
+                                 + "0 INSERT|8 Red|2 Part|10 -80|20 -80|"
+                                 + "0 LINE|8 Off|10 0|20 80|11 100|21 80|"
+                                 + "0 TEXT|8 Red|10 60|20 0|40 10|1 Text|"
+                                 + "0 LINE|8 Red|10 0|20 5|11 10|21 5|"
+                                 + "0 LINE|8 Red|10 60|20 70|11 90|21 100|"));
+    QStringList where = fields.at(1).split(',');
+    if (where.size() == 3) {
+        const QPointF point(where[0].toDouble(), where[1].toDouble());
+        QCOMPARE(picture.item.entityAt(point, where[2].toDouble()), fields.at(2).toInt());
+        return;
+    }
+    const bool isCrossing = where.takeFirst() == "crossing";
+    const QRectF area(QPointF(where[0].toDouble(), where[1].toDouble()),
+                      QPointF(where[2].toDouble(), where[3].toDouble()));
+    QStringList found;
+    const QVector<int> entities = picture.item.entitiesIn(area, isCrossing);
+    for (const int entity : entities)
+        found += QString::number(entity);
+    QCOMPARE(found.join(' '), fields.at(2));
+}
+
+void TestDrawings::selection()
+{
+    Picture picture(file({}, "0 LINE|8 Red|10 0|20 10.5|11 50|21 10.5|"
+                             "0 LINE|8 Red|10 0|20 30.5|11 50|21 30.5|"
+                             "0 LINE|8 0|62 3|10 25.5|20 0|11 25.5|21 50|"));
+    picture.item.setSelection({0});
+    const QImage image = picture.painted({50, 50});
+    QCOMPARE(image.pixelColor(10, 10), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(25, 10), QColor(Qt::red)); // on top of what crosses it
+    QVERIFY(image.pixelColor(10, 12).blue() > 150);
+    QCOMPARE(image.pixelColor(10, 32), ground);
+    picture.item.setSelection({});
+    QCOMPARE(picture.painted({50, 50}).pixelColor(10, 12), ground);
+}
+
+void TestDrawings::projections_data()
+{
+    // Where the point 1, 2, 3 shows, from each side in the order of ViewDirection.
+    addTests({"top;1;2", "bottom;-1;2", "left;-2;3", "right;2;3", "front;1;3", "back;-1;3",
+              "southwest;-0.70711;3.67423", "southeast;2.12132;2.85774",
+              "northeast;0.70711;1.22474", "northwest;-2.12132;2.04124"});
+}
+
+void TestDrawings::projections()
+{
+    QFETCH(QStringList, fields);
+    static int direction = 0;
+    const Projection projection = projectionOf(ViewDirection(direction++));
+    Picture picture(file({}, "0 POINT|8 Red|10 1|20 2|30 3|"));
+    picture.item.setProjection(projection);
+    const QPointF at = picture.item.boundingRect().topLeft();
+    QVERIFY(QLineF(at, {fields.at(1).toDouble(), fields.at(2).toDouble()}).length() < 1e-4);
+    QCOMPARE(picture.item.entityAt(at, 0.1), 0);
+
+    // A turn, and no mirror: towards the viewer is where right crosses up.
+    const auto axis = [&projection](int row) {
+        const double(&factors)[4] = projection.toPicture.rows[row];
+        return SpacePoint{factors[0], factors[1], factors[2]};
+    };
+    QVERIFY(length(cross(axis(0), axis(1)) - axis(2)) < 1e-9);
+    QVERIFY(std::abs(length(axis(0)) - 1) < 1e-9 && std::abs(length(axis(1)) - 1) < 1e-9);
+}
+
+void TestDrawings::heights_data()
+{
+    // An entity, and left, bottom, width and height of what it is seen from the front.
+    const char *upright = "210 0|220 -1|230 0|";
+    QTest::addColumn<QString>("entity");
+    QTest::addColumn<QRectF>("bounds");
+    QTest::newRow("circle") << QString("0 CIRCLE|8 0|10 5|20 7|30 3|40 2|") + upright
+                            << QRectF(3, 5, 4, 4);
+    QTest::newRow("ellipse") << QString("0 ELLIPSE|8 0|10 5|20 7|30 3|11 0|21 0|31 4|40 0.5|41 0|"
+                                        "42 6.283185307179586|")
+                                        + upright
+                             << QRectF(3, -1, 4, 8);
+    QTest::newRow("flat polyline")
+            << "0 LWPOLYLINE|8 0|90 2|38 6|10 1|20 2|10 4|20 9|" << QRectF(1, 6, 3, 0);
+    const QString vertices = "0 VERTEX|8 0|10 1|20 2|30 3|0 VERTEX|8 0|10 1|20 2|30 8|0 SEQEND|";
+    QTest::newRow("old polyline") << "0 POLYLINE|8 0|66 1|10 0|20 0|30 6|" + vertices
+                                  << QRectF(1, 6, 0, 0);
+    QTest::newRow("polyline in space")
+            << "0 POLYLINE|8 0|66 1|70 8|" + vertices << QRectF(1, 3, 0, 5);
+    QTest::newRow("spline") << "0 SPLINE|8 0|70 8|71 1|72 4|73 2|40 0|40 0|40 1|40 1|"
+                               "10 1|20 2|30 3|10 1|20 2|30 8|"
+                            << QRectF(1, 3, 0, 5);
+    QTest::newRow("insert") << "0 INSERT|8 0|2 Part|10 1|20 2|30 5|43 3|" << QRectF(1, 2, 0, 6);
+    QTest::newRow("upright insert")
+            << QString("0 INSERT|8 0|2 Part|10 1|20 2|30 5|70 2|44 4|") + upright
+            << QRectF(1, 2, 4, 0);
+}
+
+void TestDrawings::heights()
+{
+    QFETCH(QString, entity);
+    QFETCH(QRectF, bounds);
+    const QString line = "0 LINE|8 0|10 0|20 0|30 0|11 0|21 0|31 2|";
+    Picture picture(file(block("Part", line, "10 0|20 0|30 1"), entity));
+    picture.item.setProjection(projectionOf(ViewDirection::Front));
+    const QRectF found = picture.item.boundingRect();
+    QVERIFY(QLineF(found.topLeft(), bounds.topLeft()).length() < 1e-6);
+    QVERIFY(QLineF(found.bottomRight(), bounds.bottomRight()).length() < 1e-6);
+}
+
+void TestDrawings::facesHide_data()
+{
+    QTest::addColumn<QString>("blocks");
+    QTest::addColumn<QString>("entities");
+    QTest::addColumn<int>("front"); // the entity on top where the two overlap
+    const QString red = face({"20 0 10", "60 0 10", "60 40 10", "20 40 10"}, "8 Red");
+    const QString blue = face({"0 0 0", "40 0 0", "40 40 0", "0 40 0"}, "8 Blue");
+    const QString line = "0 LINE|8 0|10 0|20 20.5|30 5|11 60|21 20.5|31 5|";
+    const auto corner = [](const QString &x, const QString &y, int flags) {
+        return QString("0 VERTEX|8 Red|10 %1|20 %2|30 10|70 %3|").arg(x, y).arg(flags);
+    };
+    const QString net = "0 POLYLINE|8 Red|66 1|70 16|71 2|72 2|" + corner("20", "0", 64)
+                        + corner("60", "0", 64) + corner("20", "40", 64) + corner("60", "40", 64)
+                        + "0 SEQEND|";
+    const QString poly = "0 POLYLINE|8 Red|66 1|70 64|71 4|72 2|" + corner("20", "0", 192)
+                         + corner("60", "0", 192) + corner("60", "40", 192)
+                         + corner("20", "40", 192) + "0 VERTEX|8 Red|70 128|71 1|72 2|73 -3|"
+                         + "0 VERTEX|8 Red|70 128|71 -1|72 3|73 4|0 SEQEND|";
+    const QString part = block("Part", face({"20 0 0", "60 0 0", "60 40 0", "20 40 0"}, "8 0"));
+    const auto insert = [](int height) {
+        return QString("0 INSERT|8 Red|2 Part|30 %1|").arg(height);
+    };
+    QTest::newRow("faces") << QString() << red + blue + line << 0;
+    QTest::newRow("polygon mesh") << QString() << net + blue + line << 0;
+    QTest::newRow("polyface mesh") << QString() << poly + blue + line << 0;
+    QTest::newRow("raised insert") << part << insert(10) + blue + line << 0;
+    QTest::newRow("lowered insert") << part << insert(-10) + blue + line << 1;
+}
+
+void TestDrawings::facesHide()
+{
+    QFETCH(QString, blocks);
+    QFETCH(QString, entities);
+    QFETCH(int, front);
+    Picture picture(file(blocks, entities));
+    const QImage wires = picture.painted({70, 50});
+    QCOMPARE(wires.pixelColor(30, 10), ground);
+    QCOMPARE(picture.item.entityAt({30, 10}, 1), -1);
+
+    picture.item.setFaceStyle(FaceStyle::Flat);
+    const QImage flat = picture.painted({70, 50});
+    const auto isRed = [](const QColor &color) { return color.red() > 200 && color.blue() == 0; };
+    const auto isBlue = [](const QColor &color) { return color.blue() > 200 && color.red() == 0; };
+    QVERIFY(isBlue(flat.pixelColor(10, 10)) && isRed(flat.pixelColor(50, 10)));
+    QVERIFY(front == 0 ? isRed(flat.pixelColor(30, 10)) : isBlue(flat.pixelColor(30, 10)));
+    QCOMPARE(flat.pixelColor(10, 20), QColor(Qt::white));
+    QCOMPARE(flat.pixelColor(30, 20) == QColor(Qt::white), front != 0);
+    QCOMPARE(picture.item.entityAt({30, 10}, 1), front);
+    QCOMPARE(picture.item.entityAt({10, 10}, 1), 1);
+
+    picture.item.setFaceStyle(FaceStyle::Hidden);
+    const QImage hidden = picture.painted({70, 50});
+    QCOMPARE(hidden.pixelColor(30, 10), ground);
+    QCOMPARE(hidden.pixelColor(10, 20), QColor(Qt::white));
+    QCOMPARE(hidden.pixelColor(30, 20) == QColor(Qt::white), front != 0);
+
+    // From below the order is the other one; x runs to the left.
+    picture.item.setProjection(projectionOf(ViewDirection::Bottom));
+    picture.item.setFaceStyle(FaceStyle::Flat);
+    const QColor below = picture.painted({70, 50}, 1, {-60, 0}).pixelColor(30, 10);
+    QVERIFY(front == 0 ? isBlue(below) : isRed(below));
+}
+
+void TestDrawings::lineInFace()
+{
+    Picture picture(file({}, "0 LINE|8 0|10 20.5|20 0|30 20.5|11 20.5|21 40|31 20.5|"
+                                     + face({"0 0 0", "40 0 40", "40 40 40", "0 40 0"}, "8 Red")));
+    picture.item.setFaceStyle(FaceStyle::Flat);
+    const QImage image = picture.painted({50, 50});
+    for (int y = 2; y < 38; ++y)
+        QCOMPARE(image.pixelColor(20, y), QColor(Qt::white));
+    QCOMPARE(picture.item.entityAt({22, 20}, 2), 0);
+    QCOMPARE(picture.item.entityAt({30, 20}, 2), 1);
+    picture.item.setProjection(projectionOf(ViewDirection::Bottom));
+    QCOMPARE(picture.painted({50, 50}, 1, {-41, 0}).pixelColor(20, 20), QColor(Qt::white));
+}
+
+void TestDrawings::allSides_data()
+{
+    addTests({"wireframe;0", "hidden;1", "flat, with edges;4"});
+}
+
+/// Seen from anywhere, also edge-on, a drawing fills its bounds and does not leave them.
+void TestDrawings::allSides()
+{
+    QFETCH(QStringList, fields);
+    Picture picture(OVCC_SOURCE_DIR "/viewer/sample/gardenhouse.dxf");
+    picture.item.setFaceStyle(FaceStyle(fields.at(1).toInt()));
+    picture.item.setSelection({0, 70, 80});
+    QVERIFY(picture.drawing->warnings.isEmpty());
+    for (int direction = 0; direction < 10; ++direction) {
+        picture.item.setProjection(projectionOf(ViewDirection(direction)));
+        const QRectF bounds = picture.item.boundingRect();
+        constexpr int margin = 8;
+        const double zoom = 300 / qMax(bounds.width(), bounds.height());
+        const QSize size = (bounds.size() * zoom).toSize();
+        const QImage image = picture.painted(size + QSize(2 * margin, 2 * margin), zoom,
+                                             bounds.topLeft() - QPointF(margin, margin) / zoom);
+        QRect inked;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y) != ground)
+                    inked |= QRect(x, y, 1, 1);
+            }
+        }
+        const QRect expected(QPoint(margin, margin), size);
+        QVERIFY(expected.adjusted(-6, -6, 6, 6).contains(inked));
+        QVERIFY(inked.width() > 0.95 * size.width() && inked.height() > 0.95 * size.height());
+    }
+}
+
+void TestDrawings::whatCannotBeDrawn()
+{
+    const QString shape = square(0, 0, "8 0");
+    const auto insert = [](int part) { return QString("0 INSERT|8 0|2 B%1|").arg(part); };
+    const auto chain = [&](int length, int copies) {
+        QString blocks;
+        for (int i = 0; i < length; ++i)
+            blocks += block(QString("B%1").arg(i), shape + insert(i + 1).repeated(copies));
+        return blocks;
+    };
+    const std::array<QString, 3> cases[] = {
+            {chain(1, 1) + block("B1", insert(0)), "", "nested too deeply: 1"},
+            {chain(5000, 1), "", "nested too deeply: 1"},
+            {chain(40, 2), "", "drawn as a frame"},
+            {block("B0", shape), "70 30000|71 30000|44 5|45 5|", "drawn as a frame"},
+            {block("B0", "0 LWPOLYLINE|8 0|90 2147483647|10 0|20 0|"), "", "entity is too large"},
+            {block("B0", "0 WIPEOUT|8 0|0 MLINE|8 0|0 MLINE|8 0|"), "", ": 2 MLINE, 1 WIPEOUT."},
+            {block("B0", "0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 1|20 1|0 SEQEND|"),
+             "", "1 POLYLINE mesh"},
+            {block("B0", shape), "10 1e300|20 0|", "too far away: 1"}};
+    for (const auto &[blocks, inserted, warning] : cases) {
+        QString error;
+        const auto drawing = readDrawing(file(blocks, insert(0) + inserted), error);
+        const QString said = drawing ? drawing->warnings.join('\n') : error;
+        QVERIFY2(said.contains(warning), qPrintable(said));
+    }
+}
+
+QTEST_MAIN(TestDrawings)
+#include "tst_drawings.moc"
