@@ -2,8 +2,11 @@
 #include "PickerSupport.h"
 
 #include "viewer/Canvas.h"
+#include "viewer/CanvasPanes.h"
+#include "viewer/DrawingFrame.h"
 #include "viewer/LayerBox.h"
 #include "viewer/MainWindow.h"
+#include "viewer/ViewRibbon.h"
 
 #include <OvCustomControl/OvCustomControl.h>
 
@@ -107,7 +110,28 @@ struct Viewer : MainWindow
         return message ? message->text() : QString();
     }
 
+    /// Presses an item in the drop-down of a gallery.
+    static void press(BaseGallery *gallery, int item)
+    {
+        click(gallery->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)
+                      .last());
+        const NsRc::RibbonGallery *items = gallery->popupGallery();
+        QTRY_VERIFY(items->isVisible());
+        const int height = gallery->galleryGroup()->getSize().height();
+        click(items, {items->width() / 2, item * height + height / 2});
+        QVERIFY(!items->isVisible());
+    }
+
+    static void choose(const ViewButton *button, int entry)
+    {
+        QMenu *menu = button->menu();
+        menu->popup({});
+        QTest::mouseClick(menu, Qt::LeftButton, {},
+                          menu->actionGeometry(menu->actions().at(entry)).center());
+    }
+
     Canvas *canvas = findChild<Canvas *>();
+    ViewRibbon *ribbon = findChild<ViewRibbon *>();
     LayerBox *box = findChild<LayerBox *>();
     QListWidget *list = qobject_cast<QListWidget *>(box->view());
     LayerTableWidget *table = findChild<LayerTableWidget *>();
@@ -131,6 +155,10 @@ private slots:
     void selecting_data();
     void selecting();
     void pickedProperties();
+    void views();
+    void arrangements();
+    void frameOfTheDrawing();
+    void floatingPickers();
 };
 
 void TestViewer::widgetsKeepInStep()
@@ -354,6 +382,128 @@ void TestViewer::pickedProperties()
     first[0] = 0;
     entities[0] = first;
     QCOMPARE(entities, expected);
+}
+
+void TestViewer::views()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red")));
+    const auto *panes = viewer.findChild<CanvasPanes *>();
+    BaseGallery *gallery = viewer.ribbon->views();
+    const auto check = [&](ViewDirection view, const QString &name, int item) {
+        QCOMPARE(panes->current()->view(), view);
+        const auto buttons = viewer.findChildren<ViewButton *>();
+        QCOMPARE(buttons.size(), 2);
+        for (const ViewButton *button : buttons)
+            QCOMPARE(button->text(), name);
+        const NsRc::RibbonGalleryGroup *group = gallery->galleryGroup();
+        QCOMPARE(group->indexOf(gallery->checkedItem()), item);
+        QCOMPARE(group->indexOf(gallery->popupGallery()->checkedItem()), item);
+    };
+    viewer.press(gallery, 6);
+    check(ViewDirection::Southwest, "Southwest", 6);
+    for (const ViewButton *button : viewer.findChildren<ViewButton *>()) {
+        viewer.choose(button, 4);
+        check(ViewDirection::Front, "Front", 4);
+        viewer.choose(button, 7);
+        check(ViewDirection::Northwest, "Northwest", 9);
+    }
+    // The picture of this item is another one than that of the last, but their names are the same.
+    viewer.press(gallery, 7);
+    check(ViewDirection::Northwest, "Northwest", 7);
+
+    // Each canvas has a view of its own, and the commands are for the one that was pressed last.
+    viewer.press(viewer.ribbon->arrangements(), 1);
+    click(panes->shown().last()->viewport());
+    check(ViewDirection::Top, "Top", 0);
+    viewer.press(gallery, 5);
+    check(ViewDirection::Back, "Back", 5);
+    click(panes->shown().first()->viewport());
+    check(ViewDirection::Northwest, "Northwest", 9);
+}
+
+void TestViewer::arrangements()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red")));
+    const auto *panes = viewer.findChild<CanvasPanes *>();
+    const int counts[] = {1, 2, 2, 3, 3, 3, 3, 3, 3, 4, 4, 4};
+    for (int index = 0; index < CanvasPanes::arrangementCount(); ++index) {
+        Canvas *current = panes->shown().last();
+        click(current->viewport());
+        viewer.press(viewer.ribbon->arrangements(), index);
+        const QVector<Canvas *> shown = panes->shown();
+        QCOMPARE(shown.size(), counts[index]);
+        QCOMPARE(panes->current(), current);
+        QRegion covered;
+        for (const Canvas *canvas : shown) {
+            QVERIFY(canvas->isVisible() && !covered.intersects(canvas->geometry()));
+            covered += canvas->geometry();
+        }
+        // Lines around the canvases stay free.
+        QVERIFY(panes->rect().contains(covered.boundingRect()));
+        QVERIFY((panes->size() - covered.boundingRect().size()).width() <= 4);
+        QCOMPARE(shown.first(), current);
+    }
+    // What is selected on one is selected on all.
+    const QVector<Canvas *> shown = panes->shown();
+    QTest::keyClick(shown.last(), Qt::Key_Escape);
+    const QImage before = shown.first()->viewport()->grab().toImage();
+    mouse(QEvent::MouseButtonPress, shown.last()->viewport(), shown.last()->mapFromScene({5, 5}));
+    mouse(QEvent::MouseButtonRelease, shown.last()->viewport(), shown.last()->mapFromScene({5, 5}));
+    QVERIFY(shown.first()->viewport()->grab().toImage() != before);
+}
+
+void TestViewer::frameOfTheDrawing()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red")));
+    auto *frame = viewer.findChild<DrawingFrame *>();
+    auto *strip = viewer.findChild<MinMaxButton *>();
+    const auto *panes = viewer.findChild<CanvasPanes *>();
+    const auto press = [&](int button) { click(strip, {20 * button + 10, 10}); };
+    QVERIFY(!strip->isVisible());
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(strip->parentWidget(), &enter);
+    QVERIFY(strip->isVisible() && frame->layers()->isVisible());
+
+    QCOMPARE(panes->size(), frame->size());
+    press(1);
+    QVERIFY(panes->isVisible() && panes->width() < frame->width());
+    press(0);
+    QVERIFY(!panes->isVisible() && strip->isVisible() && !frame->layers()->isVisible());
+    press(1);
+    QVERIFY(panes->isVisible() && panes->width() < frame->width());
+    press(1);
+    QCOMPARE(panes->size(), frame->size());
+
+    viewer.clickLight(1);
+    answer(QMessageBox::Cancel);
+    press(2);
+    QVERIFY(viewer.drawing());
+    answer(QMessageBox::Discard);
+    press(2);
+    QVERIFY(!viewer.drawing() && !strip->isVisible());
+    QCOMPARE(viewer.shownAt({5, 5}), ground);
+}
+
+void TestViewer::floatingPickers()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red")));
+    StackWidget *pickers = viewer.ribbon->pickers();
+    LayerControl *bar = viewer.ribbon->layerBar();
+    const QWidget *fold = bar->layout()->itemAt(2)->widget();
+    const auto place = [&] { return bar->mapToGlobal({0, pickers->height() - 8}); };
+    click(fold);
+    QVERIFY(pickers->isVisible());
+    QCOMPARE(pickers->pos(), place());
+    viewer.move(viewer.pos() + QPoint(40, 30));
+    QTRY_COMPARE(pickers->pos(), place());
+
+    // A pick there changes what is selected, and the pickers of the tool bar show it.
+    viewer.dragOnCanvas({5, 5}, {5, 5});
+    clickRow(*pickers->propertyManager()->colorPicker(), 4);
+    for (const PropertyManager *panel : viewer.findChildren<PropertyManager *>())
+        QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Green"));
+    click(fold);
+    QVERIFY(!pickers->isVisible());
 }
 
 QTEST_MAIN(TestViewer)

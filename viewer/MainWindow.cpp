@@ -9,7 +9,9 @@
 #include "ViewRibbon.h"
 
 #include <KcHost/KcHost.h>
+#include <OvCustomControl/LayerControl.h>
 #include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/StackWidget.h>
 #include <OvCustomControl/TextStyleComboBox.h>
 #include <OvCustomControl/VisualStyleComboBox.h>
 
@@ -187,8 +189,8 @@ void MainWindow::createRibbon()
     bar->setMovable(false);
     bar->addWidget(m_ribbon);
     m_ribbon->attach(m_frame->views());
-    m_properties->attach(m_ribbon->properties());
-    prepareFace(*m_ribbon->layers());
+    m_properties->attach(m_ribbon->pickers()->propertyManager());
+    prepareFace(*m_ribbon->layerBar()->layerComboBox());
     prepareFace(*m_frame->layers());
 
     connect(m_ribbon, &ViewRibbon::viewChosen, this,
@@ -337,7 +339,7 @@ void MainWindow::refresh()
 {
     m_dock->refresh();
     m_layers->refresh(m_dock->layerCount());
-    for (OvCc::LayerComboBox *box : {m_ribbon->layers(), m_frame->layers()})
+    for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
         box->setEnabled(showLayers(*box, m_dock->layerCount()));
     showState();
 }

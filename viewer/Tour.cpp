@@ -1,11 +1,15 @@
 #include "Tour.h"
 
 #include "Canvas.h"
+#include "CanvasPanes.h"
 #include "LayerBox.h"
 #include "LayerDock.h"
 #include "MainWindow.h"
+#include "ViewRibbon.h"
 
+#include <OvCustomControl/BaseGallery.h>
 #include <OvCustomControl/LayerComboBox.h>
+#include <OvCustomControl/LayerControl.h>
 #include <OvCustomControl/LayerItem.h>
 #include <OvCustomControl/ListWidget.h>
 #include <OvCustomControl/OvLayerTableWidget.h>
@@ -13,11 +17,13 @@
 #include <OvCustomControl/PropertyManager.h>
 #include <OvCustomControl/QOvColorComboBox.h>
 #include <OvCustomControl/SearchLayerEdit.h>
+#include <OvCustomControl/StackWidget.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QHeaderView>
+#include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
@@ -37,7 +43,9 @@ constexpr int loadingTime = 300000;
 constexpr int wheelSteps = 5;
 constexpr int nameColumn = 1; // of the panel
 constexpr int onColumn = 2;
-constexpr int pickedRow = 5; // of the colour picker: cyan
+constexpr int pickedRow = 5;  // of the colour picker: cyan
+constexpr int southwest = 6;  // in the view gallery
+constexpr int sideBySide = 1; // in the viewport gallery
 const char pictureFailure[] = "a picture cannot be written";
 
 /// Ends the tour unless @p isDone.
@@ -98,6 +106,7 @@ Tour::Tour(MainWindow &window, const QString &folder)
     , m_table(*window.findChild<OvCc::LayerTableWidget *>())
     , m_names(*window.findChild<OvCc::FrozenTableWidget *>())
     , m_search(*window.findChild<OvCc::SearchLayerEdit *>())
+    , m_ribbon(*window.findChild<ViewRibbon *>())
     , m_properties(*window.findChild<OvCc::PropertyManager *>())
     , m_folder(folder)
 {
@@ -114,6 +123,7 @@ bool Tour::play(const QString &fileName)
             visitLayerBox();
         visitPanel();
         visitProperties();
+        visitViews();
     } catch (const std::runtime_error &error) {
         std::fprintf(stderr, "tessa-viewer: the tour ended, since %s\n", error.what());
         return false;
@@ -179,6 +189,28 @@ void Tour::visitProperties()
     QTest::keyClick(&m_canvas, Qt::Key_Escape);
     require(canvasImage() != before, "the selected entities do not get the colour that was picked");
     save(QStringLiteral("12-color.png"));
+}
+
+void Tour::visitViews()
+{
+    const QImage before = canvasImage();
+    const OvCc::BaseGallery &views = *m_ribbon.views();
+    openGallery(views);
+    save(QStringLiteral("13-views.png"));
+    pressItem(views, southwest);
+    require(canvasImage() != before, "the canvas does not show the view that was chosen");
+
+    const OvCc::BaseGallery &arrangements = *m_ribbon.arrangements();
+    openGallery(arrangements);
+    pressItem(arrangements, sideBySide);
+    require(m_window.findChild<CanvasPanes *>()->shown().size() == 2,
+            "the window is not split as chosen");
+    save(QStringLiteral("14-panes.png"));
+
+    const QLayout &bar = *m_ribbon.layerBar()->layout();
+    click(*bar.itemAt(bar.count() - 1)->widget());
+    require(m_ribbon.pickers()->isVisible(), "the layer bar does not unfold its pickers");
+    save(QStringLiteral("15-pickers.png"));
 }
 
 void Tour::openLayers()
@@ -319,6 +351,23 @@ void Tour::pickColor()
     const auto &rows = *picker.view()->findChild<OvCc::ListWidget *>();
     click(*rows.viewport(), rows.visualItemRect(rows.item(pickedRow)).center());
     require(!picker.view()->isVisible(), "the colour picker stays open");
+}
+
+/// Clicks on the lowest button of a gallery.
+void Tour::openGallery(const OvCc::BaseGallery &gallery)
+{
+    click(*gallery.findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly).last());
+    require(QTest::qWaitFor([&] { return gallery.popupGallery()->isVisible(); }),
+            "a gallery does not open");
+}
+
+void Tour::pressItem(const OvCc::BaseGallery &gallery, int index)
+{
+    const NsRc::RibbonGallery &items = *gallery.popupGallery();
+    const int height = gallery.galleryGroup()->getSize().height();
+    click(items, {items.width() / 2, index * height + height / 2 + 1});
+    require(!items.isVisible(), "a gallery stays open");
+    QCoreApplication::processEvents();
 }
 
 /// Clicks on one of the layer manager's commands, then lets the window follow.

@@ -8,8 +8,10 @@
 class Canvas;
 class LayerDock;
 class MainWindow;
+class ViewRibbon;
 class QListWidget;
 namespace OvCc {
+class BaseGallery;
 class FrozenTableWidget;
 class LayerComboBox;
 class LayerTableWidget;
@@ -35,6 +37,7 @@ private:
     void visitLayerBox();
     void visitPanel();
     void visitProperties();
+    void visitViews();
     void openLayers();
     void closeLayers();
     int busiestLayer() const;
@@ -48,6 +51,8 @@ private:
     void warnOfCurrentLayer();
     void selectAll();
     void pickColor();
+    void openGallery(const OvCc::BaseGallery &gallery);
+    void pressItem(const OvCc::BaseGallery &gallery, int index);
 
     void clickCommand(const QString &text) const;
     void lookAt(const QString &name, const std::function<void()> &open) const;
@@ -63,6 +68,7 @@ private:
     OvCc::LayerTableWidget &m_table;
     OvCc::FrozenTableWidget &m_names;
     OvCc::SearchLayerEdit &m_search;
+    ViewRibbon &m_ribbon;
     OvCc::PropertyManager &m_properties;
     QString m_folder;
 };

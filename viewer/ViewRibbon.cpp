@@ -33,6 +33,13 @@ int indexOf(const NsRc::RibbonGallery &gallery, const NsRc::RibbonGalleryItem *i
     return index;
 }
 
+/// Of two entries with the same meaning the last one counts, as for the view buttons themselves.
+int entryOf(ViewDirection view)
+{
+    const auto found = std::find(std::rbegin(directions), std::rend(directions), view);
+    return int(std::rend(directions) - found) - 1;
+}
+
 } // namespace
 
 ViewRibbon::ViewRibbon(QWidget *parent)
@@ -43,12 +50,12 @@ ViewRibbon::ViewRibbon(QWidget *parent)
     , m_pickers(new OvCc::StackWidget(m_layerBar))
 {
     KcHost::RibbonPage *page = addPage(tr("View"));
+    page->addGroup(tr("Layers"))->addWidget(m_layerBar);
     KcHost::RibbonGroup *views = page->addGroup(tr("Views"));
     auto *button = new OvCc::ViewButton;
     views->addWidget(m_views);
     views->addWidget(button);
     page->addGroup(tr("Viewports"))->addWidget(m_arrangements);
-    page->addGroup(tr("Layers"))->addWidget(m_layerBar);
 
     // The copy of a gallery in its drop-down reports its presses itself.
     const auto followPresses = [this](const OvCc::BaseGallery *gallery, auto act) {
@@ -64,18 +71,18 @@ ViewRibbon::ViewRibbon(QWidget *parent)
     followPresses(m_arrangements, [this](int index) { emit arrangementChosen(index); });
     attach(button);
     // Where windows cannot be translucent, what nobody paints is black.
-    properties()->setAutoFillBackground(true);
+    m_pickers->propertyManager()->setAutoFillBackground(true);
     connect(m_layerBar, &OvCc::LayerControl::folded, this, &ViewRibbon::fold);
 }
 
-OvCc::LayerComboBox *ViewRibbon::layers() const
+OvCc::BaseGallery *ViewRibbon::views() const
 {
-    return m_layerBar->layerComboBox();
+    return m_views;
 }
 
-OvCc::PropertyManager *ViewRibbon::properties() const
+OvCc::BaseGallery *ViewRibbon::arrangements() const
 {
-    return m_pickers->propertyManager();
+    return m_arrangements;
 }
 
 void ViewRibbon::attach(OvCc::ViewButton *button)
@@ -91,18 +98,13 @@ void ViewRibbon::showView(ViewDirection view)
 {
     const QScopedValueRollback<bool> guard(m_isShowingView, true);
     if (directions[indexOf(*m_views, m_views->checkedItem())] != view) {
-        const auto found = std::find(std::begin(directions), std::end(directions), view);
-        m_views->setCheckedIndex(int(found - std::begin(directions)));
-        m_views->popupGallery()->setCheckedIndex(int(found - std::begin(directions)));
+        m_views->setCheckedIndex(entryOf(view));
+        m_views->popupGallery()->setCheckedIndex(entryOf(view));
     }
     for (const OvCc::ViewButton *button : m_buttons) {
-        const QList<QAction *> entries = button->menu()->actions();
-        const auto checked = std::find_if(entries.begin(), entries.end(),
-                                          [](const QAction *entry) { return entry->isChecked(); });
-        if (directions[checked - entries.begin()] == view)
-            continue;
-        const auto found = std::find(std::begin(directions), std::end(directions), view);
-        entries.at(int(found - std::begin(directions)))->trigger();
+        QAction *entry = button->menu()->actions().at(entryOf(view));
+        if (!entry->isChecked())
+            entry->trigger();
     }
 }
 

@@ -6,14 +6,9 @@
 
 #include <vector>
 
-namespace NsRc {
-class RibbonGallery;
-class RibbonGalleryItem;
-} // namespace NsRc
 namespace OvCc {
-class LayerComboBox;
+class BaseGallery;
 class LayerControl;
-class PropertyManager;
 class StackWidget;
 class ViewButton;
 class ViewGallery;
@@ -32,9 +27,11 @@ class ViewRibbon : public KcHost::RibbonBar
 public:
     explicit ViewRibbon(QWidget *parent = nullptr);
 
-    /// The layer combo box of the layer bar, and the pickers below it.
-    OvCc::LayerComboBox *layers() const;
-    OvCc::PropertyManager *properties() const;
+    /// The parts of the ribbon; they belong to it.
+    OvCc::BaseGallery *views() const;
+    OvCc::BaseGallery *arrangements() const;
+    OvCc::LayerControl *layerBar() const { return m_layerBar; }
+    OvCc::StackWidget *pickers() const { return m_pickers; }
 
     /// Has a view button elsewhere take part, which must live as long as the ribbon.
     void attach(OvCc::ViewButton *button);
