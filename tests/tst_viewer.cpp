@@ -304,9 +304,14 @@ void TestViewer::selecting()
     QCOMPARE(changes.count(), 1);
     QCOMPARE(changes.last().first().value<QSet<int>>(), expected);
 
+    // What its layer hides is selected no more, and cannot be changed unseen.
+    viewer.clickLight(2);
+    expected.remove(1);
+    QTRY_COMPARE(viewer.canvas->selection(), expected);
+
     QTest::keyClick(viewer.canvas, Qt::Key_Escape);
     QCOMPARE(changes.count(), expected.isEmpty() ? 1 : 2);
-    QVERIFY(changes.last().first().value<QSet<int>>().isEmpty());
+    QVERIFY(viewer.canvas->selection().isEmpty());
 }
 
 /// With the mouse alone, through the real dialogs, down to the file.

@@ -32,6 +32,7 @@ public:
 
     /// Highlights entities of the model space, by their numbers.
     void setSelection(const QSet<int> &entities);
+    const QSet<int> &selection() const { return m_selection; }
 
     void setFaceStyle(FaceStyle style);
     FaceStyle faceStyle() const { return m_faceStyle; }

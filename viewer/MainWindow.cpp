@@ -335,8 +335,26 @@ void MainWindow::finishCommand(const QString &refusal)
         showError(refusal);
 }
 
+/// What a layer hides now must not be changed unseen.
+void MainWindow::deselectHidden()
+{
+    const QSet<int> selected = m_panes->current()->selection();
+    QSet<int> shown;
+    for (const int index : selected) {
+        const Entity &entity = m_drawing->geometry.modelSpace().entities.at(index);
+        const LayerLook &layer = m_drawing->layers.at(entity.style.layer);
+        if (!layer.isFrozen && (layer.isOn || entity.insert))
+            shown.insert(index);
+    }
+    if (shown.size() == selected.size())
+        return;
+    m_panes->setSelection(shown);
+    m_properties->setSelection(shown);
+}
+
 void MainWindow::refresh()
 {
+    deselectHidden();
     m_dock->refresh();
     m_layers->refresh(m_dock->layerCount());
     for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})

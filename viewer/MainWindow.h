@@ -69,6 +69,7 @@ private:
     void followEntityChange();
     void showInStyle(int row);
     void followCanvas();
+    void deselectHidden();
     void finishCommand(const QString &refusal);
     void refresh();
     void showState();

@@ -120,6 +120,14 @@ Layout *tightLayout(QWidget *widget = nullptr)
     return layout;
 }
 
+/// Has everything around @p widget ask for its size anew. Left to itself, each layout would tell the
+/// next one by an event, and a window would be shown before the last of them has heard of it.
+void resizeAround(QWidget *widget)
+{
+    for (; widget; widget = widget->parentWidget())
+        widget->updateGeometry();
+}
+
 } // namespace
 
 RibbonGroup::RibbonGroup(const QString &title, QWidget *parent)
@@ -145,8 +153,10 @@ RibbonGroup::~RibbonGroup() = default;
 
 void RibbonGroup::addWidget(QWidget *widget)
 {
-    if (widget)
-        m_row->addWidget(widget, 0, Qt::AlignVCenter);
+    if (!widget)
+        return;
+    m_row->addWidget(widget, 0, Qt::AlignVCenter);
+    resizeAround(this);
 }
 
 QToolButton *RibbonGroup::addButton(QAction *action)
@@ -165,6 +175,7 @@ QToolButton *RibbonGroup::addButton(QAction *action)
             gone->deleteLater();
     });
     m_row->addWidget(button);
+    resizeAround(this);
     return button;
 }
 
@@ -235,6 +246,7 @@ RibbonGroup *RibbonPage::addGroup(const QString &title)
 {
     auto *group = new RibbonGroup(title, m_area->widget());
     m_groups->addWidget(group);
+    resizeAround(group);
     return group;
 }
 
@@ -242,7 +254,7 @@ RibbonGroup *RibbonPage::addGroup(const QString &title)
 bool RibbonPage::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::LayoutRequest) {
-        m_area->updateGeometry();
+        resizeAround(m_area);
         updateScrollButtons();
     }
     return QWidget::eventFilter(watched, event);
