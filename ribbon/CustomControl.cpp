@@ -12,6 +12,8 @@ CustomControl::CustomControl(QWidget *parent)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setObjectName(tr("customControl"));
+    // Elsewhere its width is fixed; here it fills the strip.
+    m_combo->setMaximumWidth(QWIDGETSIZE_MAX);
     auto *row = new QHBoxLayout(this);
     row->addWidget(m_combo, 0);
     row->setContentsMargins(0, 0, 0, 0);

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPointer>
 #include <QProcess>
 #include <QPushButton>
 #include <QTest>
@@ -14,6 +15,8 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 /// Makes a drawing the working one for as long as this lives; in the end no object may be open.
 class OpenDrawing
@@ -78,6 +81,20 @@ inline void showOnScreen(QWidget &widget)
 {
     widget.show();
     QVERIFY(QTest::qWaitForWindowExposed(&widget));
+}
+
+/// Has the pieces that @p make returns destroyed in every order; those that went with another one
+/// are passed over.
+template <class Make>
+void destroyInEveryOrder(Make make)
+{
+    std::vector<int> order(make().size());
+    std::iota(order.begin(), order.end(), 0);
+    do {
+        const QList<QPointer<QObject>> pieces = make();
+        for (const int piece : order)
+            delete pieces.at(piece);
+    } while (std::next_permutation(order.begin(), order.end()));
 }
 
 /// Mouse events as the window system sends them, so that a popup in between gets its part of them.

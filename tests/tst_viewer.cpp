@@ -508,7 +508,7 @@ void TestViewer::floatingPickers()
     for (const PropertyManager *panel : viewer.findChildren<PropertyManager *>())
         QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Green"));
     click(fold);
-    QVERIFY(!pickers->isVisible());
+    QVERIFY(!pickers->propertyManager()->isVisible());
 }
 
 QTEST_MAIN(TestViewer)

@@ -116,16 +116,13 @@ void ViewRibbon::followWindow()
 void ViewRibbon::setPickersShown(bool shown)
 {
     m_pickers->setVisible(shown && !m_isFolded);
-    if (m_pickers->isVisible())
-        followWindow();
+    followWindow();
 }
 
-/// Folded, the stack would stay as an invisible window over the canvas and take its clicks.
 void ViewRibbon::fold(bool isFolded)
 {
     m_isFolded = isFolded;
-    m_pickers->resize(m_pickers->sizeHint());
-    setPickersShown(true);
+    followWindow();
 }
 
 void ViewRibbon::chooseView(int index)

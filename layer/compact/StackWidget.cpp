@@ -23,7 +23,7 @@ StackWidget::StackWidget(LayerControl *control, QWidget *parent)
     insertWidget(propertyPage, new PropertyManager(this));
     insertWidget(emptyPage, new QWidget);
     // The place depends on the height, which has to be the real one before the first showing.
-    adjustSize();
+    resize(sizeHint());
 
     connect(control, &LayerControl::folded, this, QOverload<bool>::of(&StackWidget::hide));
     connect(control, &LayerControl::geometryChanged, this, &StackWidget::adjustGeometry);
@@ -39,6 +39,11 @@ PropertyManager *StackWidget::propertyManager() const
 void StackWidget::hide(bool bHide)
 {
     setCurrentIndex(bHide ? emptyPage : propertyPage);
+    // Nothing to be seen must be nothing in the way of the mouse.
+    if (bHide)
+        setMask(QRegion(-1, -1, 1, 1));
+    else
+        clearMask();
     if (!isVisible())
         show();
 }

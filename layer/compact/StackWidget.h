@@ -35,8 +35,9 @@ public:
 
 public slots:
     /// Shows the empty page if @p bHide, the property panel otherwise, and makes the window visible
-    /// if it is not. It never hides the window. Where the compiler has to tell this slot from
-    /// QWidget::hide(), write `QOverload<bool>::of(&StackWidget::hide)`.
+    /// if it is not. It never hides the window, but with the empty page the mouse goes through it.
+    /// Where the compiler has to tell this slot from QWidget::hide(), write
+    /// `QOverload<bool>::of(&StackWidget::hide)`.
     void hide(bool bHide);
 
     /// Moves the window to where the bar is on the screen: to the same left edge, and as far below

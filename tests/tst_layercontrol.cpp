@@ -1,0 +1,229 @@
+#include "Support.h"
+
+#include <QBoxLayout>
+#include <QLineF>
+#include <QSignalSpy>
+#include <QWindow>
+
+using namespace OvCc;
+
+namespace {
+
+/// The buttons in a row of widgets, from left to right.
+QList<QPushButton *> buttonsOf(const QWidget &row)
+{
+    QList<QPushButton *> buttons =
+            row.findChildren<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
+    std::sort(buttons.begin(), buttons.end(),
+              [](const QWidget *one, const QWidget *other) { return one->x() < other->x(); });
+    return buttons;
+}
+
+/// Moves the mouse as the window system does, so that the widgets under it are entered and left.
+void moveMouse(const QWidget &window, QPoint pos)
+{
+    QTest::mouseMove(window.windowHandle(), pos);
+    QCoreApplication::processEvents();
+}
+
+double distance(const QLineF &line, QPointF point)
+{
+    const QPointF along = line.p2() - line.p1();
+    const double part =
+            QPointF::dotProduct(point - line.p1(), along) / QPointF::dotProduct(along, along);
+    return QLineF(point, line.pointAt(qBound(0.0, part, 1.0))).length();
+}
+
+} // namespace
+
+class tst_LayerControl : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_window = std::make_unique<QWidget>();
+        m_window->setGeometry(100, 100, 400, 300);
+        m_bar = new LayerControl(m_window.get());
+        m_bar->setGeometry(QRect(QPoint(30, 40), m_bar->sizeHint()));
+    }
+    void cleanup() { m_window.reset(); }
+    void folding();
+    void stackFollowsTheBar();
+    void enterAndLeave();
+    void widthCompanion();
+    void stripOfButtons();
+    void paintedIcons();
+    void destruction();
+
+private:
+    std::unique_ptr<QWidget> m_window;
+    LayerControl *m_bar = nullptr;
+};
+
+void tst_LayerControl::folding()
+{
+    StackWidget stack(m_bar);
+    QSignalSpy folds(m_bar, &LayerControl::folded);
+    showOnScreen(*m_window);
+    QCOMPARE(m_bar->layerComboBox()->geometry(), QRect(19, 2, 150, 20));
+    QPushButton *button = buttonsOf(*m_bar).at(1);
+    QVERIFY(!button->icon().isNull() && !stack.isVisible());
+    for (const bool isFolded : {false, true, false}) {
+        QTest::mouseClick(button, Qt::LeftButton);
+        const QPixmap image(isFolded ? ":/ribbonMaximize.png" : ":/ribbonMinimize.png");
+        QCOMPARE(button->icon().pixmap(64).toImage(), image.toImage());
+        QVERIFY(stack.isVisible());
+        QCOMPARE(stack.propertyManager()->isVisible(), !isFolded);
+        QCOMPARE(stack.mask().isEmpty(), !isFolded);
+    }
+    QCOMPARE(folds, (QList<QVariantList>{{false}, {true}, {false}}));
+
+    stack.hide();
+    QVERIFY(!stack.isVisible());
+    stack.hide(true);
+    QVERIFY(stack.isVisible() && stack.currentIndex() == 1);
+}
+
+void tst_LayerControl::stackFollowsTheBar()
+{
+    showOnScreen(*m_window);
+    StackWidget stack(m_bar);
+    QSignalSpy changes(m_bar, &LayerControl::geometryChanged);
+    const auto placeOfBar = [this] { return m_bar->mapToGlobal(QPoint(0, 0)); };
+    const QPoint below(0, stack.height() - 8);
+    m_bar->move(50, 60);
+    QCOMPARE(stack.pos(), placeOfBar() + below);
+    QTest::mouseClick(buttonsOf(*m_bar).at(1), Qt::LeftButton);
+    QVERIFY(QTest::qWaitForWindowExposed(&stack));
+    QVERIFY(stack.isWindow() && stack.windowType() == Qt::Tool);
+    QCOMPARE(stack.pos(), placeOfBar() + below);
+
+    const QPoint before = stack.pos();
+    m_window->move(200, 110);
+    QTRY_VERIFY(placeOfBar() + below != before);
+    QCOMPARE(stack.pos(), before);
+    QCOMPARE(changes.count(), 1);
+    m_bar->resize(220, 24);
+    QCOMPARE(stack.pos(), placeOfBar() + below);
+    stack.resize(200, 90);
+    stack.adjustGeometry();
+    QCOMPARE(stack.pos(), placeOfBar() + QPoint(0, 82));
+    QCOMPARE(changes.count(), 2);
+
+    delete stack.propertyManager();
+    const QPoint last = stack.pos();
+    m_bar->move(10, 10);
+    QCOMPARE(stack.pos(), last);
+}
+
+void tst_LayerControl::enterAndLeave()
+{
+    auto *control = new CustomControl(m_window.get());
+    auto *strip = new MinMaxButton(m_window.get());
+    control->setGeometry(50, 100, 210, 20);
+    strip->move(50, 150);
+    showOnScreen(*m_window);
+    QCOMPARE(control->layerComboBox()->geometry(), control->rect());
+    moveMouse(*m_window, QPoint(5, 5));
+    for (const QWidget *piece : {static_cast<QWidget *>(control), static_cast<QWidget *>(strip)}) {
+        QSignalSpy crossings(piece, SIGNAL(enter(bool)));
+        moveMouse(*m_window, piece->geometry().center());
+        QCOMPARE(crossings, (QList<QVariantList>{{true}}));
+        moveMouse(*m_window, piece->geometry().center() + QPoint(2, 2));
+        moveMouse(*m_window, QPoint(5, 5));
+        QCOMPARE(crossings, (QList<QVariantList>{{true}, {false}}));
+    }
+}
+
+void tst_LayerControl::widthCompanion()
+{
+    CustomControl control(m_window.get());
+    control.resize(210, 20);
+    control.adjustGeometry();
+    QCOMPARE(control.width(), 210);
+
+    QPointer<ViewButton> button = new ViewButton(m_window.get());
+    control.setWidthCompanion(button);
+    control.setWidthCompanion(button);
+    connect(button, &ViewButton::geometryChanged, &control, &CustomControl::adjustGeometry);
+    button->menu()->actions().at(6)->trigger();
+    QCOMPARE(control.size(), QSize(button->width() + 165, 20));
+    control.setWidthCompanion(nullptr);
+    QVERIFY(!button);
+}
+
+void tst_LayerControl::stripOfButtons()
+{
+    auto *row = new QHBoxLayout(m_window.get());
+    MinMaxButton strip(m_window.get());
+    row->addWidget(&strip, 1);
+    QSignalSpy minimize(&strip, &MinMaxButton::clickedMin);
+    QSignalSpy restore(&strip, &MinMaxButton::clickedNormal);
+    QSignalSpy close(&strip, &MinMaxButton::clickedClosed);
+    showOnScreen(*m_window);
+    QCOMPARE(strip.size(), QSize(60, 20));
+    for (const int x : {4, 30, 56, 56}) {
+        QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
+                          strip.mapTo(m_window.get(), QPoint(x, 10)));
+    }
+    QCOMPARE(minimize.count(), 1);
+    QCOMPARE(restore.count(), 1);
+    QCOMPARE(close.count(), 2);
+}
+
+/// Pixels well inside a line of width 2 are white, those well outside of all lines transparent.
+void tst_LayerControl::paintedIcons()
+{
+    const QList<QLineF> icons[] = {{{3, 10, 17, 10}},
+                                   {{5, 5, 15, 5},
+                                    {15, 5, 15, 15},
+                                    {15, 15, 5, 15},
+                                    {5, 15, 5, 5},
+                                    {8, 2, 20, 2},
+                                    {19, 2, 19, 12}},
+                                   {{5, 5, 15, 15}, {15, 5, 5, 15}}};
+    MinMaxButton strip;
+    for (int place = 0; place < 3; ++place) {
+        const QIcon icon = buttonsOf(strip).at(place)->icon();
+        const QImage image = icon.pixmap(20, 20).toImage().convertToFormat(QImage::Format_ARGB32);
+        QCOMPARE(image.size(), QSize(20, 20));
+        for (int pixel = 0; pixel < 400; ++pixel) {
+            const QPoint pos(pixel % 20, pixel / 20);
+            double nearest = 20;
+            for (const QLineF &line : icons[place])
+                nearest = qMin(nearest, distance(line, pos + QPointF(0.5, 0.5)));
+            if (nearest < 0.7)
+                QCOMPARE(image.pixel(pos), 0xffffffff);
+            else if (nearest > 1.6)
+                QCOMPARE(image.pixel(pos), 0U);
+        }
+    }
+}
+
+void tst_LayerControl::destruction()
+{
+    destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
+        auto *window = new QWidget;
+        auto *bar = new LayerControl(window);
+        auto *stack = new StackWidget(bar, window);
+        stack->hide(false);
+        return {window, bar, bar->layerComboBox(), stack, stack->propertyManager()};
+    });
+    destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
+        auto *window = new QWidget;
+        auto *control = new CustomControl(window);
+        control->setWidthCompanion(new ViewButton(window));
+        return {window, control, control->layerComboBox(), control->widthCompanion()};
+    });
+    destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
+        auto *window = new QWidget;
+        auto *strip = new MinMaxButton(window);
+        const QList<QPushButton *> buttons = strip->findChildren<QPushButton *>();
+        return {window, strip, buttons.at(0), buttons.at(1), buttons.at(2)};
+    });
+}
+
+QTEST_MAIN(tst_LayerControl)
+#include "tst_layercontrol.moc"
