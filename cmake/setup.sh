@@ -1,8 +1,9 @@
 # Sourced by ./run, ./check and .ci/run from the project's folder: installs what Debian has and the
 # machine lacks, configures and builds.
 
-build_packages="g++ cmake ninja-build qtbase5-dev libdxflib-dev"
-test_packages="python3 python3-ezdxf"
+build_packages="g++ cmake ninja-build qtbase5-dev libdxflib-dev
+                libboost-system-dev libxcb1-dev"
+test_packages="python3 python3-ezdxf xvfb x11-utils"
 lint_packages="git clang-format clazy"
 
 # install PACKAGE...: says what it is about to install, and installs only what is missing.

@@ -1,0 +1,5 @@
+#include "CMapStringToPtr.h"
+#include "CMapStringToString.h"
+
+template class OvCc::StringMap<void *>;
+template class OvCc::StringMap<CString>;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "CString.h"
+
+#include <QVector>
+
+/// An array of texts. An index that is not there reads as an empty text and writes nothing; a
+/// negative size or count is 0.
+class OVCC_EXPORT CStringArray
+{
+public:
+    int GetCount() const { return m_texts.size(); }
+    int GetSize() const { return m_texts.size(); }
+    int GetUpperBound() const { return m_texts.size() - 1; }
+    bool IsEmpty() const { return m_texts.isEmpty(); }
+
+    /// @param growBy has no effect: the array grows by itself
+    void SetSize(int size, int growBy = -1);
+    void RemoveAll() { m_texts.clear(); }
+
+    CString GetAt(int index) const { return m_texts.value(index); }
+    void SetAt(int index, const CString &text);
+    CString &ElementAt(int index);
+    CString operator[](int index) const { return GetAt(index); }
+    CString &operator[](int index) { return ElementAt(index); }
+
+    /// Makes the array longer where it has to be.
+    void SetAtGrow(int index, const CString &text);
+    /// @return the index of the new text
+    int Add(const CString &text);
+    /// @return the index of the first one added
+    int Append(const CStringArray &other);
+    void Copy(const CStringArray &other) { m_texts = other.m_texts; }
+    /// Makes the array longer where it has to be.
+    void InsertAt(int index, const CString &text, int count = 1);
+    void InsertAt(int index, const CStringArray *other);
+    void RemoveAt(int index, int count = 1);
+
+private:
+    QVector<CString> m_texts;
+    CString m_nowhere; ///< what may be written to where there is no element
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+/// The size in pixels of the default screen of the X display that DISPLAY names; 0 without one.
+/// Each call asks anew. Without an X server on the other side, as under Wayland alone, it is 0, too.
+OVCC_EXPORT int getDisplayWidth();
+OVCC_EXPORT int getDiaplayHeight();

@@ -1,0 +1,409 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <cstddef>
+#include <cstdint>
+
+/// What code that grew up on Windows needs of its system, on Linux: functions named after the
+/// documented ones, with their parameters, results and error numbers. The widgets use none of it.
+///
+/// A function that fails returns the documented value and sets the last error, which each thread
+/// has for itself; a null pointer, a zero length or an unknown handle is such a failure. Functions
+/// may be called in any thread, except that the current folder and the environment belong to the
+/// process. Only the wide forms are here; a `wchar_t` is a whole character, and narrow text is UTF-8.
+///
+/// Paths come with slashes of either kind. Drive "C:" is "/"; another drive "X:" is the folder that
+/// the environment variable OVCC_DRIVE_X names, and not found without it; `\\server` is refused. A
+/// name that exists is found whatever its case, an exact match first. Paths are returned as Linux
+/// has them.
+class OVCC_EXPORT OvKernel32
+{
+public:
+    using Bool = std::int32_t;
+    using Word = std::uint16_t;
+    using Dword = std::uint32_t;
+    using Long = std::int32_t;
+    using Handle = std::intptr_t;
+    using Function = void (*)();
+
+    static constexpr Handle invalidHandle = -1;
+    static constexpr Dword invalidDword = 0xffffffff; ///< of file sizes, positions and attributes
+    static constexpr Dword infinite = 0xffffffff;
+    static constexpr std::size_t truncate = SIZE_MAX; ///< count for strncpyS()
+
+    enum Error : Dword {
+        ErrorSuccess = 0,
+        ErrorFileNotFound = 2,
+        ErrorPathNotFound = 3,
+        ErrorTooManyOpenFiles = 4,
+        ErrorAccessDenied = 5,
+        ErrorInvalidHandle = 6,
+        ErrorNotEnoughMemory = 8,
+        ErrorNotSameDevice = 17,
+        ErrorNoMoreFiles = 18,
+        ErrorWriteProtect = 19,
+        ErrorGenFailure = 31,
+        ErrorSharingViolation = 32,
+        ErrorNotSupported = 50,
+        ErrorBadNetPath = 53,
+        ErrorFileExists = 80,
+        ErrorInvalidParameter = 87,
+        ErrorBrokenPipe = 109,
+        ErrorDiskFull = 112,
+        ErrorInsufficientBuffer = 122,
+        ErrorInvalidName = 123,
+        ErrorModNotFound = 126,
+        ErrorProcNotFound = 127,
+        ErrorNegativeSeek = 131,
+        ErrorDirNotEmpty = 145,
+        ErrorBusy = 170,
+        ErrorAlreadyExists = 183,
+        ErrorEnvVarNotFound = 203,
+        ErrorFilenameExceedsRange = 206,
+        ErrorFileTooLarge = 223,
+        ErrorDirectory = 267,
+        ErrorMessageNotFound = 317,
+        ErrorInvalidFlags = 1004,
+        ErrorNoUnicodeTranslation = 1113,
+        ErrorIoDevice = 1117,
+        ErrorCantResolveFilename = 1921
+    };
+
+    static Dword getLastError();
+    static void setLastError(Dword error);
+
+    enum FormatMessageFlag : Dword {
+        FormatMessageMaxWidthMask = 0xff, ///< the text without its line end
+        FormatMessageAllocateBuffer = 0x100,
+        FormatMessageIgnoreInserts = 0x200,
+        FormatMessageFromSystem = 0x1000
+    };
+
+    /// The English text of a system error, ".\r\n" at its end. Sources other than the system are
+    /// not supported; the language is not regarded.
+    /// @param buffer with FormatMessageAllocateBuffer the address of a pointer, which gets memory
+    ///               to be given back by localFree()
+    /// @return the characters written, without the NUL
+    static Dword formatMessage(Dword flags, const void *source, Dword message, Dword language,
+                               wchar_t *buffer, Dword size, void *arguments);
+    /// @return null, always
+    static void *localFree(void *memory);
+
+    // Modules
+
+    /// Loads a library. "foo.dll" also finds foo.so and libfoo.so; a name without a folder is looked
+    /// for beside the program first, then where the system looks. Each call needs a freeLibrary().
+    /// @return 0 on failure
+    static Handle loadLibrary(const wchar_t *name);
+    static Bool freeLibrary(Handle module);
+    /// Functions have names only, no ordinals.
+    static Function getProcAddress(Handle module, const char *name);
+    /// @param module 0 for the program itself
+    /// @return the characters written; @p size and ErrorInsufficientBuffer when it was cut short
+    static Dword getModuleFileName(Handle module, wchar_t *buffer, Dword size);
+
+    // Files and folders
+
+    enum Access : Dword { GenericWrite = 0x40000000, GenericRead = 0x80000000 };
+    enum Share : Dword { FileShareRead = 1, FileShareWrite = 2, FileShareDelete = 4 };
+    enum Disposition : Dword {
+        CreateNew = 1,
+        CreateAlways,
+        OpenExisting,
+        OpenAlways,
+        TruncateExisting
+    };
+    enum SeekMethod : Dword { FileBegin, FileCurrent, FileEnd };
+    enum Attribute : Dword {
+        FileAttributeReadOnly = 1, ///< its owner may not write it
+        FileAttributeHidden = 2,   ///< its name begins with a dot
+        FileAttributeDirectory = 0x10,
+        FileAttributeArchive = 0x20, ///< accepted for a new file, and dropped
+        FileAttributeNormal = 0x80
+    };
+    enum FileFlag : Dword {
+        FileFlagDeleteOnClose = 0x04000000,
+        FileFlagSequentialScan = 0x08000000, ///< a hint, as is random access
+        FileFlagRandomAccess = 0x10000000,
+        FileFlagWriteThrough = 0x80000000
+    };
+    enum MoveFlag : Dword { MoveFileReplaceExisting = 1, MoveFileCopyAllowed = 2 };
+
+    /// Opens or makes a file. Sharing is kept among the handles of this process; other processes
+    /// are not held off. Security attributes, template files and other flags are not supported.
+    /// @return invalidHandle on failure. The last error is ErrorAlreadyExists after CreateAlways or
+    ///         OpenAlways met a file, else ErrorSuccess.
+    static Handle createFile(const wchar_t *name, Dword access, Dword share, const void *security,
+                             Dword disposition, Dword flagsAndAttributes, Handle templateFile);
+    /// Overlapped reading and writing are not supported.
+    static Bool readFile(Handle file, void *buffer, Dword size, Dword *read, void *overlapped);
+    static Bool writeFile(Handle file, const void *buffer, Dword size, Dword *written,
+                          void *overlapped);
+    /// @param[in,out] high the upper half of distance and new position; may be null
+    /// @return the lower half of the new position, or invalidDword
+    static Dword setFilePointer(Handle file, Long distance, Long *high, Dword method);
+    static Bool setFilePointerEx(Handle file, std::int64_t distance, std::int64_t *position,
+                                 Dword method);
+    static Dword getFileSize(Handle file, Dword *high);
+    static Bool getFileSizeEx(Handle file, std::int64_t *size);
+    static Bool setEndOfFile(Handle file);
+    static Bool flushFileBuffers(Handle file);
+    static Bool closeHandle(Handle file);
+
+    static Bool copyFile(const wchar_t *from, const wchar_t *to, Bool failIfExists);
+    static Bool moveFile(const wchar_t *from, const wchar_t *to);
+    static Bool moveFileEx(const wchar_t *from, const wchar_t *to, Dword flags);
+    static Bool deleteFile(const wchar_t *name);
+    static Dword getFileAttributes(const wchar_t *name);
+    /// Sets or clears FileAttributeReadOnly. An attribute that Linux has not, or that the name
+    /// decides, is not supported unless the file has it anyway.
+    static Bool setFileAttributes(const wchar_t *name, Dword attributes);
+
+    static Bool createDirectory(const wchar_t *name, const void *security);
+    static Bool removeDirectory(const wchar_t *name);
+    static Bool setCurrentDirectory(const wchar_t *name);
+    /// These three return the characters written, or the size needed, NUL included, if @p size is
+    /// too small. The temporary path ends with a slash.
+    static Dword getCurrentDirectory(Dword size, wchar_t *buffer);
+    static Dword getTempPath(Dword size, wchar_t *buffer);
+    /// @param[out] filePart the last name in @p buffer, null if there is none; may be null
+    static Dword getFullPathName(const wchar_t *name, Dword size, wchar_t *buffer,
+                                 wchar_t **filePart);
+
+    struct FileTime ///< in 100 ns since 1601, UTC; 0 where the file system has none
+    {
+        Dword low, high;
+    };
+    struct FindData
+    {
+        Dword fileAttributes;
+        FileTime creationTime, lastAccessTime, lastWriteTime;
+        Dword fileSizeHigh, fileSizeLow;
+        Dword reserved0, reserved1;
+        wchar_t fileName[260];
+        wchar_t alternateFileName[14]; ///< empty: there are no short names
+    };
+
+    /// Finds the names that match the last part of @p pattern, where `*` stands for any text and
+    /// `?` for one character; "*.*" matches every name. They come sorted, "." and ".." among them.
+    static Handle findFirstFile(const wchar_t *pattern, FindData *data);
+    static Bool findNextFile(Handle find, FindData *data);
+    static Bool findClose(Handle find);
+
+    // Profile files: INI files in the Windows format, as UTF-8, as UTF-16 with a byte order mark, or
+    // else as Latin-1. A path without a folder is in the current one. Names are told apart without
+    // regard to case; the first of equal sections and keys counts.
+
+    /// The value without the quotes around it; all keys without a @p key, all sections without a
+    /// @p section, each with a NUL and one more at the end.
+    /// @return the characters written without the last NUL; size - 1 when a value was cut short,
+    ///         size - 2 when a list was
+    static Dword getPrivateProfileString(const wchar_t *section, const wchar_t *key,
+                                         const wchar_t *fallback, wchar_t *buffer, Dword size,
+                                         const wchar_t *file);
+    /// A decimal number; what follows it is not regarded.
+    static Dword getPrivateProfileInt(const wchar_t *section, const wchar_t *key, Long fallback,
+                                      const wchar_t *file);
+    static Dword getPrivateProfileSection(const wchar_t *section, wchar_t *buffer, Dword size,
+                                          const wchar_t *file);
+    static Dword getPrivateProfileSectionNames(wchar_t *buffer, Dword size, const wchar_t *file);
+    /// Sets a value; removes the key without a @p value, the section without a @p key. The file is
+    /// replaced whole or not at all, comments and order stay. Text with a line break is refused.
+    static Bool writePrivateProfileString(const wchar_t *section, const wchar_t *key,
+                                          const wchar_t *value, const wchar_t *file);
+    /// Replaces all lines of a section, comments included.
+    /// @param entries "key=value" texts, each with a NUL and one more at the end
+    static Bool writePrivateProfileSection(const wchar_t *section, const wchar_t *entries,
+                                           const wchar_t *file);
+
+    // Code pages and locale
+
+    enum CodePage : Dword { CpAcp = 0, CpOemCp = 1, CpThreadAcp = 3, CpUtf8 = 65001 };
+    enum ConversionFlag : Dword {
+        MbPrecomposed = 1,
+        MbErrInvalidChars = 8,
+        WcErrInvalidChars = 0x80,
+        WcNoBestFitChars = 0x400 ///< always so: there is no best fit
+    };
+
+    /// Code pages are UTF-8, 1250 to 1258, 932, 936, 949 and 950. What has no meaning in @p codePage
+    /// becomes U+FFFD, or with MbErrInvalidChars ErrorNoUnicodeTranslation.
+    /// @param length in bytes; negative for text that ends with a NUL, which is then converted too
+    /// @param size   in characters; 0 asks for the size needed
+    /// @return the characters written or needed; 0 on failure, and nothing is written
+    static int multiByteToWideChar(Dword codePage, Dword flags, const char *text, int length,
+                                   wchar_t *buffer, int size);
+    /// What @p codePage has not becomes @p defaultChar, or '?'. In UTF-8 a surrogate becomes U+FFFD,
+    /// or with WcErrInvalidChars ErrorNoUnicodeTranslation; the last two parameters must be null.
+    static int wideCharToMultiByte(Dword codePage, Dword flags, const wchar_t *text, int length,
+                                   char *buffer, int size, const char *defaultChar,
+                                   Bool *usedDefaultChar);
+    static Dword getACP();
+    /// The documented number of the user's language, as LC_ALL, LC_MESSAGES or LANG says it; 0x1000
+    /// for one that has none in the table here.
+    static Word getUserDefaultLangID();
+    /// "de-AT"; empty for the C locale.
+    /// @return the characters written, NUL included; 0 on failure
+    static int getUserDefaultLocaleName(wchar_t *buffer, int size);
+
+    // Threads, time, environment
+
+    struct CriticalSection ///< may be entered again by the thread that is in it
+    {
+        void *mutex;
+    };
+    static void initializeCriticalSection(CriticalSection *section);
+    static void enterCriticalSection(CriticalSection *section);
+    static Bool tryEnterCriticalSection(CriticalSection *section);
+    static void leaveCriticalSection(CriticalSection *section);
+    static void deleteCriticalSection(CriticalSection *section);
+
+    static Long interlockedIncrement(volatile Long *value); ///< returns the new value
+    static Long interlockedDecrement(volatile Long *value); ///< returns the new value
+    static Long interlockedExchange(volatile Long *value, Long next);
+    static Long interlockedExchangeAdd(volatile Long *value, Long addend);
+    static Long interlockedCompareExchange(volatile Long *value, Long next, Long expected);
+
+    struct SystemTime
+    {
+        Word year, month, dayOfWeek, day, hour, minute, second, milliseconds;
+    };
+    static Dword getTickCount(); ///< milliseconds since the system started
+    static std::uint64_t getTickCount64();
+    static void sleep(Dword milliseconds);
+    static void getLocalTime(SystemTime *time);
+
+    /// @return as getCurrentDirectory(); 0 with ErrorEnvVarNotFound
+    static Dword getEnvironmentVariable(const wchar_t *name, wchar_t *buffer, Dword size);
+    /// @param value null removes the variable
+    static Bool setEnvironmentVariable(const wchar_t *name, const wchar_t *value);
+
+    // C runtime. Narrow text changes case in ASCII only, wide text in all of Unicode. These report
+    // through errno and their results, not through the last error.
+
+    enum RuntimeError { RuntimeTruncated = 80, RuntimeCompareError = 2147483647 };
+
+    static int stricmp(const char *one, const char *other);
+    static int wcsicmp(const wchar_t *one, const wchar_t *other);
+    static int strnicmp(const char *one, const char *other, std::size_t count);
+    static int wcsnicmp(const wchar_t *one, const wchar_t *other, std::size_t count);
+    static char *strupr(char *text);
+    static wchar_t *wcsupr(wchar_t *text);
+    static char *strlwr(char *text);
+    static wchar_t *wcslwr(wchar_t *text);
+    static char *strrev(char *text);
+    static wchar_t *wcsrev(wchar_t *text);
+
+    /// Numbers in radix 2 to 36; only radix 10 has a minus sign. @p buffer needs 33 characters, 65
+    /// for 64 bits; another radix makes the text empty and sets errno to EINVAL.
+    static char *itoa(int value, char *buffer, int radix);
+    static char *ltoa(Long value, char *buffer, int radix);
+    static char *ultoa(Dword value, char *buffer, int radix);
+    static char *i64toa(std::int64_t value, char *buffer, int radix);
+    static char *ui64toa(std::uint64_t value, char *buffer, int radix);
+    static wchar_t *itow(int value, wchar_t *buffer, int radix);
+    static wchar_t *ltow(Long value, wchar_t *buffer, int radix);
+    static wchar_t *ultow(Dword value, wchar_t *buffer, int radix);
+    static wchar_t *i64tow(std::int64_t value, wchar_t *buffer, int radix);
+    static wchar_t *ui64tow(std::uint64_t value, wchar_t *buffer, int radix);
+    /// @return 0, or EINVAL or ERANGE with an empty text
+    static int itoaS(int value, char *buffer, std::size_t size, int radix);
+    static int itowS(int value, wchar_t *buffer, std::size_t size, int radix);
+    /// The number that begins the text, clamped with ERANGE; 0 without one. The decimal point of
+    /// wtof() is a point in every locale.
+    static int wtoi(const wchar_t *text);
+    static std::int64_t wtoi64(const wchar_t *text);
+    static double wtof(const wchar_t *text);
+
+    /// Copies that never pass @p size: 0, or EINVAL or ERANGE with an empty text. strncpyS() and
+    /// wcsncpyS() with the count `truncate` keep what fits and return RuntimeTruncated.
+    static int strcpyS(char *buffer, std::size_t size, const char *text);
+    static int wcscpyS(wchar_t *buffer, std::size_t size, const wchar_t *text);
+    static int strncpyS(char *buffer, std::size_t size, const char *text, std::size_t count);
+    static int wcsncpyS(wchar_t *buffer, std::size_t size, const wchar_t *text, std::size_t count);
+    static int strcatS(char *buffer, std::size_t size, const char *text);
+    static int wcscatS(wchar_t *buffer, std::size_t size, const wchar_t *text);
+
+    /// Splits a path into "C:", "/folder/", "name" and ".extension"; each part may be null. Without
+    /// sizes, they are the documented 3, 256, 256 and 256 characters, and 260 for a whole path.
+    /// @return 0, or EINVAL or ERANGE with all parts empty
+    static int splitpath(const char *path, char *drive, char *folder, char *name, char *extension);
+    static int wsplitpath(const wchar_t *path, wchar_t *drive, wchar_t *folder, wchar_t *name,
+                          wchar_t *extension);
+    static int wsplitpathS(const wchar_t *path, wchar_t *drive, std::size_t driveSize,
+                           wchar_t *folder, std::size_t folderSize, wchar_t *name,
+                           std::size_t nameSize, wchar_t *extension, std::size_t extensionSize);
+    static int makepath(char *path, const char *drive, const char *folder, const char *name,
+                        const char *extension);
+    static int wmakepath(wchar_t *path, const wchar_t *drive, const wchar_t *folder,
+                         const wchar_t *name, const wchar_t *extension);
+    static int wmakepathS(wchar_t *path, std::size_t size, const wchar_t *drive,
+                          const wchar_t *folder, const wchar_t *name, const wchar_t *extension);
+
+private:
+    template <auto failure, typename... Parameters>
+    static decltype(failure) unsupported(Parameters...)
+    {
+        setLastError(ErrorNotSupported);
+        return failure;
+    }
+    using Text = const wchar_t *;
+    using Data = const void *;
+    static constexpr Bool no = 0;
+    static constexpr Handle none = 0;
+    static constexpr Dword noColor = 0xffffffff;
+
+public:
+    // Drawing and printers: there is nothing to draw on. Each fails with its documented value and
+    // ErrorNotSupported.
+
+    static constexpr auto createDC = unsupported<none, Text, Text, Text, Data>;
+    static constexpr auto createCompatibleDC = unsupported<none, Handle>;
+    static constexpr auto deleteDC = unsupported<no, Handle>;
+    static constexpr auto getDC = unsupported<none, Handle>;
+    static constexpr auto releaseDC = unsupported<0, Handle, Handle>;
+    static constexpr auto saveDC = unsupported<0, Handle>;
+    static constexpr auto restoreDC = unsupported<no, Handle, int>;
+    static constexpr auto getDeviceCaps = unsupported<0, Handle, int>;
+    static constexpr auto createCompatibleBitmap = unsupported<none, Handle, int, int>;
+    static constexpr auto createBitmap = unsupported<none, int, int, Dword, Dword, Data>;
+    static constexpr auto createSolidBrush = unsupported<none, Dword>;
+    static constexpr auto createPen = unsupported<none, int, int, Dword>;
+    static constexpr auto createFontIndirect = unsupported<none, Data>;
+    static constexpr auto getStockObject = unsupported<none, int>;
+    static constexpr auto selectObject = unsupported<none, Handle, Handle>;
+    static constexpr auto deleteObject = unsupported<no, Handle>;
+    static constexpr auto getObject = unsupported<0, Handle, int, void *>;
+    static constexpr auto bitBlt =
+            unsupported<no, Handle, int, int, int, int, Handle, int, int, Dword>;
+    static constexpr auto stretchBlt =
+            unsupported<no, Handle, int, int, int, int, Handle, int, int, int, int, Dword>;
+    static constexpr auto moveToEx = unsupported<no, Handle, int, int, void *>;
+    static constexpr auto lineTo = unsupported<no, Handle, int, int>;
+    static constexpr auto polyline = unsupported<no, Handle, Data, int>;
+    static constexpr auto polygon = unsupported<no, Handle, Data, int>;
+    static constexpr auto rectangle = unsupported<no, Handle, int, int, int, int>;
+    static constexpr auto ellipse = unsupported<no, Handle, int, int, int, int>;
+    static constexpr auto fillRect = unsupported<0, Handle, Data, Handle>;
+    static constexpr auto textOut = unsupported<no, Handle, int, int, Text, int>;
+    static constexpr auto setTextColor = unsupported<noColor, Handle, Dword>;
+    static constexpr auto setBkColor = unsupported<noColor, Handle, Dword>;
+    static constexpr auto setBkMode = unsupported<0, Handle, int>;
+    static constexpr auto getPixel = unsupported<noColor, Handle, int, int>;
+    static constexpr auto setPixel = unsupported<noColor, Handle, int, int, Dword>;
+    static constexpr auto openPrinter = unsupported<no, Text, Handle *, void *>;
+    static constexpr auto closePrinter = unsupported<no, Handle>;
+    static constexpr auto enumPrinters =
+            unsupported<no, Dword, Text, Dword, void *, Dword, Dword *, Dword *>;
+    static constexpr auto getDefaultPrinter = unsupported<no, wchar_t *, Dword *>;
+    static constexpr auto documentProperties =
+            unsupported<Long(-1), Handle, Handle, Text, void *, void *, Dword>;
+    static constexpr auto deviceCapabilities =
+            unsupported<-1, Text, Text, Word, wchar_t *, const void *>;
+    static constexpr auto startDoc = unsupported<-1, Handle, Data>;
+    static constexpr auto endDoc = unsupported<-1, Handle>;
+    static constexpr auto abortDoc = unsupported<-1, Handle>;
+    static constexpr auto startPage = unsupported<-1, Handle>;
+    static constexpr auto endPage = unsupported<-1, Handle>;
+};
