@@ -114,7 +114,7 @@ struct Viewer : MainWindow
     static void press(BaseGallery *gallery, int item)
     {
         click(gallery->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)
-                      .last());
+                      .constLast());
         const NsRc::RibbonGallery *items = gallery->popupGallery();
         QTRY_VERIFY(items->isVisible());
         const int height = gallery->galleryGroup()->getSize().height();
@@ -394,10 +394,10 @@ void TestViewer::views()
     Viewer viewer(file({}, square(0, 0, "8 Red")));
     const auto *panes = viewer.findChild<CanvasPanes *>();
     BaseGallery *gallery = viewer.ribbon->views();
+    const auto buttons = viewer.findChildren<ViewButton *>();
+    QCOMPARE(buttons.size(), 2);
     const auto check = [&](ViewDirection view, const QString &name, int item) {
         QCOMPARE(panes->current()->view(), view);
-        const auto buttons = viewer.findChildren<ViewButton *>();
-        QCOMPARE(buttons.size(), 2);
         for (const ViewButton *button : buttons)
             QCOMPARE(button->text(), name);
         const NsRc::RibbonGalleryGroup *group = gallery->galleryGroup();
@@ -406,7 +406,7 @@ void TestViewer::views()
     };
     viewer.press(gallery, 6);
     check(ViewDirection::Southwest, "Southwest", 6);
-    for (const ViewButton *button : viewer.findChildren<ViewButton *>()) {
+    for (const ViewButton *button : buttons) {
         viewer.choose(button, 4);
         check(ViewDirection::Front, "Front", 4);
         viewer.choose(button, 7);
@@ -418,11 +418,11 @@ void TestViewer::views()
 
     // Each canvas has a view of its own, and the commands are for the one that was pressed last.
     viewer.press(viewer.ribbon->arrangements(), 1);
-    click(panes->shown().last()->viewport());
+    click(panes->shown().constLast()->viewport());
     check(ViewDirection::Top, "Top", 0);
     viewer.press(gallery, 5);
     check(ViewDirection::Back, "Back", 5);
-    click(panes->shown().first()->viewport());
+    click(panes->shown().constFirst()->viewport());
     check(ViewDirection::Northwest, "Northwest", 9);
 }
 
@@ -432,7 +432,7 @@ void TestViewer::arrangements()
     const auto *panes = viewer.findChild<CanvasPanes *>();
     const int counts[] = {1, 2, 2, 3, 3, 3, 3, 3, 3, 4, 4, 4};
     for (int index = 0; index < CanvasPanes::arrangementCount(); ++index) {
-        Canvas *current = panes->shown().last();
+        Canvas *current = panes->shown().constLast();
         click(current->viewport());
         viewer.press(viewer.ribbon->arrangements(), index);
         const QVector<Canvas *> shown = panes->shown();
@@ -505,7 +505,8 @@ void TestViewer::floatingPickers()
     // A pick there changes what is selected, and the pickers of the tool bar show it.
     viewer.dragOnCanvas({5, 5}, {5, 5});
     clickRow(*pickers->propertyManager()->colorPicker(), 4);
-    for (const PropertyManager *panel : viewer.findChildren<PropertyManager *>())
+    const auto panels = viewer.findChildren<PropertyManager *>();
+    for (const PropertyManager *panel : panels)
         QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Green"));
     click(fold);
     QVERIFY(!pickers->propertyManager()->isVisible());

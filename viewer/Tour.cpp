@@ -356,7 +356,8 @@ void Tour::pickColor()
 /// Clicks on the lowest button of a gallery.
 void Tour::openGallery(const OvCc::BaseGallery &gallery)
 {
-    click(*gallery.findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly).last());
+    click(*gallery.findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)
+                   .constLast());
     require(QTest::qWaitFor([&] { return gallery.popupGallery()->isVisible(); }),
             "a gallery does not open");
 }
