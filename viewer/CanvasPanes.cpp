@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace {
 
@@ -60,11 +59,6 @@ CanvasPanes::CanvasPanes(QWidget *parent)
 QVector<Canvas *> CanvasPanes::shown() const
 {
     return m_canvases.mid(0, arrangements[m_arrangement].count);
-}
-
-int CanvasPanes::arrangementCount()
-{
-    return int(std::size(arrangements));
 }
 
 void CanvasPanes::setArrangement(int index)

@@ -22,9 +22,6 @@ public:
     /// The canvases that are shown.
     QVector<Canvas *> shown() const;
 
-    /// How many ways there are to arrange canvases.
-    static int arrangementCount();
-
     /// Arranges canvases in one of the ways, in the order of the library's viewport gallery: one; two
     /// side by side, two above each other; three with a larger one at the right, at the left, above,
     /// below, three columns, three rows; four of the same size, with a larger one at the right, at the

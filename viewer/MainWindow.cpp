@@ -426,7 +426,7 @@ void MainWindow::showState()
     setWindowTitle(tr("%1[*] – Tessa").arg(QFileInfo(m_drawing->fileName).fileName()));
     const QLocale locale;
     m_counts->setText(
-            tr("%1 entities, %2 layers")
+            tr("Entities: %1, layers: %2")
                     .arg(locale.toString(int(m_drawing->geometry.modelSpace().entities.size())),
                          locale.toString(m_dock->layerCount())));
 }

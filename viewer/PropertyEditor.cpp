@@ -93,15 +93,6 @@ QPixmap lineTypeSwatch(const Linetype &linetype)
     return swatch;
 }
 
-int linetypeNamed(const Geometry &geometry, const QString &name)
-{
-    const auto &linetypes = geometry.linetypes;
-    const auto found = std::find_if(linetypes.begin(), linetypes.end(), [&](const Linetype &it) {
-        return it.name.compare(name, Qt::CaseInsensitive) == 0;
-    });
-    return found == linetypes.end() ? -1 : int(found - linetypes.begin());
-}
-
 /// What all of them have in common; nothing where they differ.
 template <class T>
 std::optional<T> commonOf(const Drawing &drawing, const QSet<int> &entities, T EntityStyle::*member)
@@ -197,7 +188,7 @@ void PropertyEditor::pickLineType(const QString &name)
         linetype = lineTypeByBlock;
     } else {
         pick.linetype = name;
-        linetype = m_drawing ? linetypeNamed(m_drawing->geometry, name) : -1;
+        linetype = m_drawing ? m_drawing->geometry.linetypeOf(name) : 0;
     }
     change(pick, [linetype](EntityStyle &style) { style.linetype = linetype; });
 }
@@ -211,11 +202,11 @@ void PropertyEditor::offerLineTypes(OvCc::LineTypeComboBox *picker)
     const QString name =
             QInputDialog::getItem(picker, tr("Linetype"), tr("Linetypes of the drawing:"),
                                   KcHost::linetypes(*m_drawing->database), 0, false, &isAccepted);
-    const int linetype = linetypeNamed(m_drawing->geometry, name);
-    if (!isAccepted || linetype < 0)
+    if (!isAccepted)
         return;
+    const Geometry &geometry = m_drawing->geometry;
     if (rowOfText(*picker, name) < 0)
-        picker->addItem(lineTypeSwatch(m_drawing->geometry.linetypes.at(linetype)), name);
+        picker->addItem(lineTypeSwatch(geometry.linetypes.at(geometry.linetypeOf(name))), name);
     pickLineType(name);
 }
 
@@ -240,10 +231,9 @@ void PropertyEditor::change(const KcHost::EntityChange &change,
     if (m_selection.isEmpty())
         emit refused(tr("Nothing is selected: click on entities of the drawing first."));
     else if (locked > 0)
-        emit refused(tr("Not changed, since they lie on locked layers: %n entities.", "", locked));
+        emit refused(tr("Entities on locked layers stay as they are: %n.", "", locked));
     else if (failed > 0)
-        emit refused(
-                tr("Not changed, since the drawing does not take it: %n entities.", "", failed));
+        emit refused(tr("Entities that the drawing cannot change so: %n.", "", failed));
     if (locked + failed < m_selection.size())
         emit changed();
     refresh();
@@ -280,9 +270,9 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
         panel.lineTypePicker()->setCurrentIndex(*linetype == lineTypeByLayer ? ByLayer : ByBlock);
     } else {
         const Linetype &shown = m_drawing->geometry.linetypes.at(*linetype);
-        const int row = rowOfText(*panel.lineTypePicker(), shown.name);
-        panel.lineTypePicker()->setCurrentIndex(row);
-        if (row < 0)
+        if (const int row = rowOfText(*panel.lineTypePicker(), shown.name); row >= 0)
+            panel.lineTypePicker()->setCurrentIndex(row);
+        else
             panel.lineTypePicker()->showCurrentItem(lineTypeSwatch(shown), shown.name);
     }
 }
