@@ -28,8 +28,8 @@ public:
     /// left. The current canvas becomes the first, which is the larger one.
     void setArrangement(int index);
 
-    /// Shows the whole of @p drawing from the top, which must live until it is replaced; null shows
-    /// none.
+    /// Shows the whole of @p drawing, which must live until it is replaced; null shows none. Each
+    /// canvas keeps its view.
     void setDrawing(const Drawing *drawing);
 
     void setSelection(const QSet<int> &entities);
