@@ -32,6 +32,7 @@ struct Picture
         if (!drawing)
             qFatal("%s", qPrintable(error));
         item.setDrawing(drawing.get());
+        item.setGround(ground);
     }
 
     /// Paints the item's coordinates from 0 on, y pointing down.

@@ -17,6 +17,8 @@ const QColor windowColor(0x4a, 0x9e, 0xff);
 const QColor crossingColor(0x57, 0xc7, 0x6b);
 
 constexpr double zoomStep = 1.25;
+/// How many pixels beside an entity a click still hits it.
+constexpr double clickReach = 4.0;
 constexpr double margin = 0.05;
 /// The room around the drawing to pan in, in sizes of the drawing.
 constexpr double room = 10.0;
@@ -32,9 +34,6 @@ QRectF areaAround(QRectF bounds)
     const double border = margin * qMax(bounds.width(), bounds.height());
     return bounds.adjusted(-border, -border, border, border);
 }
-
-/// How many pixels beside an entity a click still hits it.
-constexpr double clickReach = 4.0;
 
 } // namespace
 
@@ -89,6 +88,7 @@ Canvas::Canvas(QWidget *parent)
     m_scene.addItem(&m_item);
     setScene(&m_scene);
     setBackgroundBrush(ground);
+    m_item.setGround(ground);
     setFrameShape(QFrame::NoFrame);
     setRenderHint(QPainter::Antialiasing);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

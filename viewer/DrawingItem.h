@@ -59,6 +59,6 @@ private:
     Projection m_projection;
     bool m_hasFaces = false;
     FaceStyle m_faceStyle = FaceStyle::Wireframe;
-    QColor m_ground{0x21, 0x28, 0x30};
+    QColor m_ground = Qt::black;
     QSet<int> m_selection;
 };
