@@ -39,17 +39,11 @@ public:
     }
     friend CString operator+(CString one, const CString &other) { return one += other; }
 
-    /// Negative, 0 or positive, by the characters' codes.
-    int Compare(const CString &other) const { return m_text.compare(other.m_text); }
     friend bool operator==(const CString &one, const CString &other)
     {
         return one.m_text == other.m_text;
     }
     friend bool operator!=(const CString &one, const CString &other) { return !(one == other); }
-    friend bool operator<(const CString &one, const CString &other)
-    {
-        return one.m_text < other.m_text;
-    }
     friend uint qHash(const CString &text, uint seed = 0)
     {
         return qHashBits(text.m_text.data(), text.m_text.size() * sizeof(wchar_t), seed);

@@ -14,26 +14,18 @@ public:
     int GetUpperBound() const { return m_texts.size() - 1; }
     bool IsEmpty() const { return m_texts.isEmpty(); }
 
-    /// @param growBy has no effect: the array grows by itself
-    void SetSize(int size, int growBy = -1);
+    void SetSize(int size);
     void RemoveAll() { m_texts.clear(); }
 
     CString GetAt(int index) const { return m_texts.value(index); }
     void SetAt(int index, const CString &text);
-    CString &ElementAt(int index);
     CString operator[](int index) const { return GetAt(index); }
-    CString &operator[](int index) { return ElementAt(index); }
+    CString &operator[](int index);
 
-    /// Makes the array longer where it has to be.
-    void SetAtGrow(int index, const CString &text);
     /// @return the index of the new text
     int Add(const CString &text);
-    /// @return the index of the first one added
-    int Append(const CStringArray &other);
-    void Copy(const CStringArray &other) { m_texts = other.m_texts; }
     /// Makes the array longer where it has to be.
     void InsertAt(int index, const CString &text, int count = 1);
-    void InsertAt(int index, const CStringArray *other);
     void RemoveAt(int index, int count = 1);
 
 private:

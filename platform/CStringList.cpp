@@ -1,25 +1,5 @@
 #include "CStringList.h"
 
-#include <vector>
-
-void CStringList::AddHead(const CStringList *list)
-{
-    std::vector<CString> texts;
-    for (POSITION at = list ? list->GetTailPosition() : nullptr; at;)
-        texts.push_back(list->GetPrev(at));
-    for (const CString &text : texts)
-        AddHead(text);
-}
-
-void CStringList::AddTail(const CStringList *list)
-{
-    std::vector<CString> texts;
-    for (POSITION at = list ? list->GetHeadPosition() : nullptr; at;)
-        texts.push_back(list->GetNext(at));
-    for (const CString &text : texts)
-        AddTail(text);
-}
-
 CString CStringList::RemoveHead()
 {
     const CString text = GetHead();
@@ -48,13 +28,6 @@ CString CStringList::GetNext(POSITION &position) const
     return node.text;
 }
 
-CString &CStringList::GetNext(POSITION &position)
-{
-    CString &text = GetAt(position);
-    position = m_nodes.value(position).next;
-    return text;
-}
-
 CString CStringList::GetPrev(POSITION &position) const
 {
     const Node node = m_nodes.value(position);
@@ -62,24 +35,11 @@ CString CStringList::GetPrev(POSITION &position) const
     return node.text;
 }
 
-CString &CStringList::GetPrev(POSITION &position)
-{
-    CString &text = GetAt(position);
-    position = m_nodes.value(position).previous;
-    return text;
-}
-
-CString &CStringList::GetAt(POSITION position)
-{
-    m_nowhere.Empty();
-    const auto node = m_nodes.find(position);
-    return node == m_nodes.end() ? m_nowhere : node->text;
-}
-
 void CStringList::SetAt(POSITION position, const CString &text)
 {
-    const CString copy = text; // it may lie in the list, or in m_nowhere
-    GetAt(position) = copy;
+    const auto node = m_nodes.find(position);
+    if (node != m_nodes.end())
+        node->text = text;
 }
 
 void CStringList::RemoveAt(POSITION position)

@@ -4,8 +4,7 @@
 
 /// A list of texts. A POSITION stays good until its own element is removed; the current element of
 /// an iteration may be removed, GetNext() has moved on by then. Where there is no element, reading
-/// gives an empty text and writing does nothing. All but FindIndex(), Find() and the list forms are
-/// O(1).
+/// gives an empty text and writing does nothing. All but FindIndex() and Find() are O(1).
 class OVCC_EXPORT CStringList
 {
 public:
@@ -14,15 +13,10 @@ public:
     bool IsEmpty() const { return m_nodes.isEmpty(); }
 
     CString GetHead() const { return GetAt(m_head); }
-    CString &GetHead() { return GetAt(m_head); }
     CString GetTail() const { return GetAt(m_tail); }
-    CString &GetTail() { return GetAt(m_tail); }
 
     POSITION AddHead(const CString &text) { return insert(nullptr, text, m_head); }
     POSITION AddTail(const CString &text) { return insert(m_tail, text, nullptr); }
-    /// Adds all of @p list, in its order; null adds nothing.
-    void AddHead(const CStringList *list);
-    void AddTail(const CStringList *list);
     CString RemoveHead();
     CString RemoveTail();
     void RemoveAll();
@@ -31,12 +25,9 @@ public:
     POSITION GetTailPosition() const { return m_tail; }
     /// The text at @p position, which moves on; null behind the last one.
     CString GetNext(POSITION &position) const;
-    CString &GetNext(POSITION &position);
     CString GetPrev(POSITION &position) const;
-    CString &GetPrev(POSITION &position);
 
     CString GetAt(POSITION position) const { return m_nodes.value(position).text; }
-    CString &GetAt(POSITION position);
     void SetAt(POSITION position, const CString &text);
     void RemoveAt(POSITION position);
     /// Without such a position they add at the head, and at the tail.
@@ -62,5 +53,4 @@ private:
     POSITION m_head = nullptr;
     POSITION m_tail = nullptr;
     quintptr m_last = 0; ///< the number that the newest position is made of
-    CString m_nowhere;   ///< what may be written to where there is no element
 };

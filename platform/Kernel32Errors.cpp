@@ -1,12 +1,9 @@
 #include "Kernel32Errors.h"
 
-#include <QString>
-
 #include <boost/system/error_code.hpp>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cwchar>
 
 using boost::system::error_code;
@@ -28,7 +25,6 @@ constexpr ErrorRow errorTable[] = {
         {OvKernel32::ErrorPathNotFound, 0, "The path does not lead to a folder"},
         {OvKernel32::ErrorDirectory, ENOTDIR, nullptr},
         {OvKernel32::ErrorTooManyOpenFiles, EMFILE, nullptr},
-        {OvKernel32::ErrorTooManyOpenFiles, ENFILE, nullptr},
         {OvKernel32::ErrorAccessDenied, EACCES, nullptr},
         {OvKernel32::ErrorAccessDenied, EPERM, nullptr},
         {OvKernel32::ErrorAccessDenied, EISDIR, nullptr},
@@ -40,13 +36,11 @@ constexpr ErrorRow errorTable[] = {
         {OvKernel32::ErrorGenFailure, 0, "The operation failed"},
         {OvKernel32::ErrorSharingViolation, ETXTBSY, "The file is in use"},
         {OvKernel32::ErrorNotSupported, ENOTSUP, nullptr},
-        {OvKernel32::ErrorNotSupported, ENOSYS, nullptr},
         {OvKernel32::ErrorBadNetPath, 0, "The network path was not found"},
         {OvKernel32::ErrorFileExists, EEXIST, nullptr},
         {OvKernel32::ErrorInvalidParameter, EINVAL, nullptr},
         {OvKernel32::ErrorBrokenPipe, EPIPE, nullptr},
         {OvKernel32::ErrorDiskFull, ENOSPC, nullptr},
-        {OvKernel32::ErrorDiskFull, EDQUOT, nullptr},
         {OvKernel32::ErrorInsufficientBuffer, 0, "The buffer is too small"},
         {OvKernel32::ErrorInvalidName, EILSEQ, "The name is not valid"},
         {OvKernel32::ErrorModNotFound, 0, "The module was not found"},
@@ -57,12 +51,10 @@ constexpr ErrorRow errorTable[] = {
         {OvKernel32::ErrorAlreadyExists, 0, "There is such a file already"},
         {OvKernel32::ErrorEnvVarNotFound, 0, "There is no such environment variable"},
         {OvKernel32::ErrorFilenameExceedsRange, ENAMETOOLONG, nullptr},
-        {OvKernel32::ErrorFileTooLarge, EFBIG, nullptr},
         {OvKernel32::ErrorMessageNotFound, 0, "There is no text for this number"},
         {OvKernel32::ErrorInvalidFlags, 0, "The flags are not valid"},
         {OvKernel32::ErrorNoUnicodeTranslation, 0, "A character cannot be converted"},
-        {OvKernel32::ErrorIoDevice, EIO, nullptr},
-        {OvKernel32::ErrorCantResolveFilename, ELOOP, nullptr}};
+        {OvKernel32::ErrorIoDevice, EIO, nullptr}};
 
 const ErrorRow *rowOf(OvKernel32::Dword error)
 {
@@ -105,23 +97,24 @@ error_code &lastError()
 
 } // namespace
 
-OvKernel32::Dword OvCc::Kernel32::windowsError(int number)
+bool OvCc::Kernel32::failErrno(int number)
 {
     const auto *row =
             std::find_if(std::begin(errorTable), std::end(errorTable),
                          [number](const ErrorRow &each) { return each.number == number; });
-    return row == std::end(errorTable) ? OvKernel32::ErrorGenFailure : row->windows;
+    return fail(row == std::end(errorTable) ? OvKernel32::ErrorGenFailure : row->windows, false);
 }
 
-OvKernel32::Dword OvCc::Kernel32::copyOut(const std::wstring &text, wchar_t *buffer,
+OvKernel32::Dword OvCc::Kernel32::copyOut(const QString &text, wchar_t *buffer,
                                           OvKernel32::Dword size)
 {
-    if (size <= text.size())
-        return static_cast<OvKernel32::Dword>(text.size() + 1);
+    const std::wstring wide = text.toStdWString();
+    if (size <= wide.size())
+        return static_cast<OvKernel32::Dword>(wide.size() + 1);
     if (!buffer)
         return fail(OvKernel32::ErrorInvalidParameter, 0U);
-    std::wmemcpy(buffer, text.c_str(), text.size() + 1);
-    return static_cast<OvKernel32::Dword>(text.size());
+    std::wmemcpy(buffer, wide.c_str(), wide.size() + 1);
+    return static_cast<OvKernel32::Dword>(wide.size());
 }
 
 bool OvCc::Kernel32::isWellFormed(const wchar_t *text)
@@ -142,33 +135,13 @@ void OvKernel32::setLastError(Dword error)
 OvKernel32::Dword OvKernel32::formatMessage(Dword flags, const void *, Dword message, Dword,
                                             wchar_t *buffer, Dword size, void *)
 {
-    constexpr Dword known = FormatMessageMaxWidthMask | FormatMessageAllocateBuffer
-                            | FormatMessageIgnoreInserts | FormatMessageFromSystem;
     if (!buffer || !(flags & FormatMessageFromSystem))
         return fail(ErrorInvalidParameter, 0U);
-    if (flags & ~known)
+    if (flags & ~(FormatMessageIgnoreInserts | FormatMessageFromSystem))
         return fail(ErrorNotSupported, 0U);
-
-    std::wstring text = QString::fromStdString(windowsCode(message).message()).toStdWString();
-    if (text.empty())
+    const QString text = QString::fromStdString(windowsCode(message).message());
+    if (text.isEmpty())
         return fail(ErrorMessageNotFound, 0U);
-    text += (flags & FormatMessageMaxWidthMask) == FormatMessageMaxWidthMask ? L"." : L".\r\n";
-
-    if (flags & FormatMessageAllocateBuffer) {
-        size = std::max(size, static_cast<Dword>(text.size() + 1));
-        auto *memory = static_cast<wchar_t *>(std::malloc(size * sizeof(wchar_t)));
-        *reinterpret_cast<wchar_t **>(buffer) = memory;
-        if (!memory)
-            return fail(ErrorNotEnoughMemory, 0U);
-        buffer = memory;
-    } else if (size <= text.size()) {
-        return fail(ErrorInsufficientBuffer, 0U);
-    }
-    return OvCc::Kernel32::copyOut(text, buffer, size);
-}
-
-void *OvKernel32::localFree(void *memory)
-{
-    std::free(memory);
-    return nullptr;
+    const Dword length = OvCc::Kernel32::copyOut(text + ".\r\n", buffer, size);
+    return length < size ? length : fail(ErrorInsufficientBuffer, 0U);
 }

@@ -2,7 +2,7 @@
 
 #include "OvKernel32.h"
 
-#include <string>
+#include <QString>
 
 /// Errors and texts shared by the families of OvKernel32.
 namespace OvCc::Kernel32 {
@@ -15,12 +15,12 @@ Result fail(OvKernel32::Dword error, Result result)
     return result;
 }
 
-/// The Windows number of an errno.
-OvKernel32::Dword windowsError(int number);
+/// fail() for an errno.
+bool failErrno(int number);
 
 /// Writes @p text with its NUL.
 /// @return its length, or the size needed if @p size is too small
-OvKernel32::Dword copyOut(const std::wstring &text, wchar_t *buffer, OvKernel32::Dword size);
+OvKernel32::Dword copyOut(const QString &text, wchar_t *buffer, OvKernel32::Dword size);
 
 /// Whether every character of @p text is one of Unicode, surrogates excluded.
 bool isWellFormed(const wchar_t *text);

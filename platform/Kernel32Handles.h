@@ -2,20 +2,11 @@
 
 #include "OvKernel32.h"
 
-#include <algorithm>
-#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
 
 namespace OvCc::Kernel32 {
-
-/// A handle that no table has given out before; the kinds of handles never share one.
-inline OvKernel32::Handle newHandle()
-{
-    static std::atomic<OvKernel32::Handle> last{0};
-    return last += 4;
-}
 
 /// The open objects of one kind. An object that is taken out while another thread uses it lives
 /// until that thread is done.
@@ -23,10 +14,16 @@ template <typename Object>
 class HandleTable
 {
 public:
+    /// @param kind below 4: tables of different kinds never give out the same handle
+    explicit HandleTable(OvKernel32::Handle kind)
+        : m_last(kind)
+    {
+    }
+
     OvKernel32::Handle add(std::shared_ptr<Object> object)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_objects.emplace(newHandle(), std::move(object)).first->first;
+        return m_objects.emplace(m_last += 4, std::move(object)).first->first;
     }
 
     /// Null, and ErrorInvalidHandle, for an unknown handle.
@@ -48,20 +45,10 @@ public:
         return object && m_objects.erase(handle) > 0;
     }
 
-    /// The handle of the first object that @p matches, or 0.
-    template <typename Predicate>
-    OvKernel32::Handle findIf(Predicate matches) const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto found =
-                std::find_if(m_objects.begin(), m_objects.end(),
-                             [&matches](const auto &each) { return matches(*each.second); });
-        return found == m_objects.end() ? 0 : found->first;
-    }
-
 private:
     mutable std::mutex m_mutex;
     std::map<OvKernel32::Handle, std::shared_ptr<Object>> m_objects;
+    OvKernel32::Handle m_last;
 };
 
 } // namespace OvCc::Kernel32

@@ -1,147 +1,134 @@
 #include "Kernel32Errors.h"
-#include "Kernel32Handles.h"
 #include "Kernel32Paths.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QLibrary>
 
-#include <cwchar>
+#include <map>
+#include <memory>
+#include <mutex>
 
 #include <dlfcn.h>
 #include <link.h>
 
-namespace fs = std::filesystem;
-using OvCc::Kernel32::fail;
+using namespace OvCc::Kernel32;
+using Handle = OvKernel32::Handle;
 
 namespace {
 
-struct Module
+/// What is loaded by the system's handle, once for each time.
+struct Modules
 {
-    QLibrary library;
-    fs::path path; ///< where it was found
-    int uses = 0;
+    std::mutex mutex;
+    std::multimap<Handle, std::shared_ptr<QLibrary>> libraries;
+
+    /// Null, and ErrorInvalidHandle, for an unknown handle.
+    std::shared_ptr<QLibrary> find(Handle handle) const
+    {
+        const auto found = libraries.find(handle);
+        return found == libraries.end() ? fail(OvKernel32::ErrorInvalidHandle, nullptr)
+                                        : found->second;
+    }
 };
 
-OvCc::Kernel32::HandleTable<Module> &modules()
+Modules &modules()
 {
-    static OvCc::Kernel32::HandleTable<Module> table;
-    return table;
+    static Modules loaded;
+    return loaded;
 }
 
-/// Held while modules come and go.
-std::mutex &moduleMutex()
+QString programPath()
 {
-    static std::mutex mutex;
-    return mutex;
+    return QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget();
 }
 
-/// The file that was loaded under @p name: the loader may have looked for it in its own folders.
-fs::path loadedPath(const QString &name)
+/// The system's handle of a library that is loaded already.
+Handle handleOf(const QString &name)
 {
     void *module = ::dlopen(QFile::encodeName(name).constData(), RTLD_LAZY | RTLD_NOLOAD);
-    link_map *map = nullptr;
-    const bool isKnown = module && ::dlinfo(module, RTLD_DI_LINKMAP, &map) == 0;
-    const fs::path path = isKnown && *map->l_name ? map->l_name : name.toStdString();
     if (module)
         ::dlclose(module);
-    return path;
+    return reinterpret_cast<Handle>(module);
 }
 
 /// The names to try for "folder/foo.dll", in this order.
-std::vector<fs::path> candidates(const fs::path &path)
+QStringList candidates(const QString &path)
 {
-    const QString suffix = QString::fromStdString(path.extension().string());
-    const bool isDll = suffix.compare(QLatin1String(".dll"), Qt::CaseInsensitive) == 0;
-    const std::string stem = (isDll ? path.stem() : path.filename()).string();
+    const QFileInfo file(path);
+    const bool isDll = file.suffix().compare(QLatin1String("dll"), Qt::CaseInsensitive) == 0;
+    const QString stem = isDll ? file.completeBaseName() : file.fileName();
+    QStringList names{file.fileName()};
+    if (isDll || file.suffix().isEmpty())
+        names = QStringList{"lib" + stem + ".so", stem + ".so", file.fileName()};
 
-    std::vector<fs::path> names{path.filename()};
-    if (isDll || suffix.isEmpty())
-        names = {"lib" + stem + ".so", stem + ".so", path.filename()};
-
-    std::vector<fs::path> result;
-    std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
-    for (const fs::path &folder : {path.has_parent_path() ? path.parent_path() : program}) {
-        for (const fs::path &name : names)
-            result.push_back(fs::absolute(OvCc::Kernel32::spelledOnDisk(folder / name), error));
+    const bool hasFolder = path.contains('/');
+    const QString folder = hasFolder ? file.absolutePath() : QFileInfo(programPath()).path();
+    QStringList found;
+    for (const QString &name : qAsConst(names)) {
+        const QString candidate = spelledOnDisk(folder + '/' + name);
+        if (QFileInfo(candidate).isFile())
+            found.append(candidate);
     }
-    if (!path.has_parent_path())
-        result.insert(result.end(), names.begin(), names.end());
-    return result;
+    return hasFolder ? found : found + names;
 }
 
 } // namespace
 
-OvKernel32::Handle OvKernel32::loadLibrary(const wchar_t *name)
+Handle OvKernel32::loadLibrary(const wchar_t *name)
 {
-    const auto path = OvCc::Kernel32::mappedPath(name);
-    if (!path)
+    const QString path = mappedPath(name);
+    if (path.isNull())
         return 0;
-    const std::lock_guard<std::mutex> lock(moduleMutex());
-    std::error_code error;
-    for (const fs::path &candidate : candidates(*path)) {
-        if (candidate.is_absolute() && !fs::is_regular_file(candidate, error))
-            continue;
-        const auto module = std::make_shared<Module>();
-        module->library.setFileName(QString::fromStdString(candidate.string()));
-        if (!module->library.load())
-            continue;
-        module->path = loadedPath(module->library.fileName());
-        const Handle known = modules().findIf(
-                [&module](const Module &other) { return other.path == module->path; });
-        if (known)
-            module->library.unload();
-        const Handle handle = known ? known : modules().add(module);
-        ++modules().find(handle)->uses;
-        return handle;
+    const std::lock_guard<std::mutex> lock(modules().mutex);
+    const QStringList names = candidates(path);
+    for (const QString &candidate : names) {
+        const auto library = std::make_shared<QLibrary>(candidate);
+        const Handle handle = library->load() ? handleOf(library->fileName()) : 0;
+        if (handle)
+            return modules().libraries.emplace(handle, library)->first;
     }
     return fail(ErrorModNotFound, Handle(0));
 }
 
 OvKernel32::Bool OvKernel32::freeLibrary(Handle handle)
 {
-    const std::lock_guard<std::mutex> lock(moduleMutex());
-    const std::shared_ptr<Module> module = modules().find(handle);
-    if (!module)
+    const std::lock_guard<std::mutex> lock(modules().mutex);
+    const std::shared_ptr<QLibrary> library = modules().find(handle);
+    if (!library)
         return false;
-    if (--module->uses > 0)
-        return true;
-    modules().remove(handle);
-    module->library.unload();
+    modules().libraries.erase(modules().libraries.find(handle));
+    library->unload();
     return true;
 }
 
 OvKernel32::Function OvKernel32::getProcAddress(Handle handle, const char *name)
 {
     constexpr std::uintptr_t firstPointer = 0x10000; // what is less stands for an ordinal
-    const std::shared_ptr<Module> module = modules().find(handle);
-    if (!module)
+    const std::lock_guard<std::mutex> lock(modules().mutex);
+    const std::shared_ptr<QLibrary> library = modules().find(handle);
+    if (!library)
         return nullptr;
-    if (!name)
-        return fail(ErrorInvalidParameter, nullptr);
     if (reinterpret_cast<std::uintptr_t>(name) < firstPointer)
-        return fail(ErrorNotSupported, nullptr);
-    const std::lock_guard<std::mutex> lock(moduleMutex());
-    const Function function = module->library.resolve(name);
+        return fail(name ? ErrorNotSupported : ErrorInvalidParameter, nullptr);
+    const Function function = library->resolve(name);
     return function ? function : fail(ErrorProcNotFound, nullptr);
 }
 
 OvKernel32::Dword OvKernel32::getModuleFileName(Handle handle, wchar_t *buffer, Dword size)
 {
-    std::error_code error;
-    fs::path path = fs::read_symlink("/proc/self/exe", error);
-    if (handle) {
-        const std::shared_ptr<Module> module = modules().find(handle);
-        if (!module)
-            return 0;
-        path = module->path;
-    }
+    const std::lock_guard<std::mutex> lock(modules().mutex);
+    if (handle && !modules().find(handle))
+        return 0;
     if (!buffer || size == 0)
         return fail(ErrorInvalidParameter, 0U);
-    const std::wstring text = QString::fromStdString(path.string()).toStdWString();
-    if (text.size() < size)
-        return fail(ErrorSuccess, OvCc::Kernel32::copyOut(text, buffer, size));
-    text.copy(buffer, size - 1);
+    QString path = programPath();
+    link_map *map = nullptr;
+    if (handle && ::dlinfo(reinterpret_cast<void *>(handle), RTLD_DI_LINKMAP, &map) == 0)
+        path = QFile::decodeName(map->l_name);
+    const Dword length = copyOut(path, buffer, size);
+    if (length < size)
+        return fail(ErrorSuccess, length);
+    path.toStdWString().copy(buffer, size - 1);
     buffer[size - 1] = 0;
     return fail(ErrorInsufficientBuffer, size);
 }

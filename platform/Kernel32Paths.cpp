@@ -2,80 +2,73 @@
 
 #include "Kernel32Errors.h"
 
-#include <QString>
+#include <QDir>
 
-namespace fs = std::filesystem;
 using OvCc::Kernel32::fail;
-using OvPath = std::optional<fs::path>;
 
 namespace {
 
-bool isThere(const fs::path &path)
+/// The name in @p folder that differs from @p name in case at most, an exact match first.
+QString nameOnDisk(const QString &folder, const QString &name)
 {
-    std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
-}
-
-/// The name in @p folder that differs from @p name in case only, the first of several.
-fs::path nameOnDisk(const fs::path &folder, const fs::path &name)
-{
-    fs::path found;
-    const QString wanted = QString::fromStdString(name.string());
-    std::error_code error;
-    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
-         !error && entry != end; entry.increment(error)) {
-        const fs::path other = entry->path().filename();
-        if (wanted.compare(QString::fromStdString(other.string()), Qt::CaseInsensitive) == 0
-            && (found.empty() || other < found))
-            found = other;
+    const QStringList names =
+            QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Name);
+    if (names.contains(name))
+        return name;
+    for (const QString &other : names) {
+        if (other.compare(name, Qt::CaseInsensitive) == 0)
+            return other;
     }
-    return found.empty() ? name : found;
+    return name;
 }
 
 } // namespace
 
-OvPath OvCc::Kernel32::mappedPath(const wchar_t *name)
+QString OvCc::Kernel32::mappedPath(const wchar_t *name)
 {
     if (!name)
-        return fail(OvKernel32::ErrorInvalidParameter, OvPath());
-    if (!*name)
-        return fail(OvKernel32::ErrorPathNotFound, OvPath());
+        return fail(OvKernel32::ErrorInvalidParameter, QString());
     if (!isWellFormed(name))
-        return fail(OvKernel32::ErrorInvalidName, OvPath());
+        return fail(OvKernel32::ErrorInvalidName, QString());
 
     QString text = QString::fromWCharArray(name);
     if (text.startsWith(QLatin1String(R"(\\?\)")))
         text.remove(0, 4);
     else if (text.startsWith(QLatin1String(R"(\\)")))
-        return fail(OvKernel32::ErrorBadNetPath, OvPath());
+        return fail(OvKernel32::ErrorBadNetPath, QString());
+    if (text.isEmpty())
+        return fail(OvKernel32::ErrorPathNotFound, QString());
     text.replace('\\', '/');
 
     const char drive = text.at(0).toUpper().toLatin1();
     if (text.size() > 1 && text.at(1) == ':' && drive >= 'A' && drive <= 'Z') {
         text.remove(0, 2);
         if (drive != 'C') {
-            const QString root =
-                    QString::fromUtf8(qgetenv(QByteArray("OVCC_DRIVE_").append(drive).constData()));
+            const QByteArray variable = QByteArray("OVCC_DRIVE_").append(drive);
+            const QString root = qEnvironmentVariable(variable.constData());
             if (root.isEmpty())
-                return fail(OvKernel32::ErrorPathNotFound, OvPath());
+                return fail(OvKernel32::ErrorPathNotFound, QString());
             text.prepend(root + '/');
         }
     }
-    return fs::path(text.isEmpty() ? std::string(".") : text.toStdString());
+    return text.isEmpty() ? QStringLiteral(".") : text;
 }
 
-fs::path OvCc::Kernel32::spelledOnDisk(const fs::path &path)
+QString OvCc::Kernel32::spelledOnDisk(const QString &path)
 {
-    if (isThere(path))
+    if (path.isEmpty() || QFileInfo::exists(path))
         return path;
-    fs::path found;
-    for (const fs::path &part : path)
-        found /= part.empty() || isThere(found / part) ? part : nameOnDisk(found, part);
-    return found;
+    QStringList parts = path.split('/');
+    QString folder;
+    for (QString &part : parts) {
+        if (!part.isEmpty())
+            part = nameOnDisk(folder, part);
+        folder += part + '/';
+    }
+    return parts.join('/');
 }
 
-OvPath OvCc::Kernel32::existingPath(const wchar_t *name)
+QString OvCc::Kernel32::existingPath(const wchar_t *name)
 {
-    const OvPath path = mappedPath(name);
-    return path ? spelledOnDisk(*path) : path;
+    return spelledOnDisk(mappedPath(name));
 }

@@ -6,270 +6,236 @@
 #include <QStringList>
 #include <QTextCodec>
 
-#include <cerrno>
+#include <algorithm>
 #include <cwchar>
+#include <functional>
 #include <mutex>
+#include <optional>
 
-using OvCc::Kernel32::existingPath;
-using OvCc::Kernel32::fail;
+using namespace OvCc::Kernel32;
 using Dword = OvKernel32::Dword;
 
 namespace {
 
 /// An INI file as its lines, line ends included.
-class Profile
+struct Profile
 {
-public:
-    explicit Profile(const wchar_t *path);
-
-    /// Whether there is a path; the file itself may be missing.
-    bool isNamed() const { return m_isNamed; }
-    QStringList sections() const;
-    QStringList keys(const QString &section) const;
-    QStringList entries(const QString &section) const;
-    /// Null if there is none.
-    QString value(const QString &section, const QString &key) const;
-
-    void setValue(const QString &section, const QString &key, const QString &value);
-    void removeKey(const QString &section, const QString &key);
-    void removeSection(const QString &section);
-    void setEntries(const QString &section, const QStringList &entries);
-    bool save() const;
-
-private:
-    /// The lines of a section from the one after its header.
-    struct Range
-    {
-        int begin, end;
-    };
-    Range find(const QString &section) const;
-    Range findOrAdd(const QString &section);
-    int findKey(Range range, const QString &key) const;
-    void insert(int line, const QString &text);
-
-    bool m_isNamed = false;
-    QString m_path;
-    QTextCodec *m_codec = QTextCodec::codecForName("UTF-8");
-    bool m_hasMark = false;
-    QString m_lineEnd = QStringLiteral("\r\n");
-    QStringList m_lines;
+    QString path; ///< null if the last error is set; the file itself may be missing
+    QTextCodec *codec = QTextCodec::codecForName("UTF-8");
+    bool hasMark = false;
+    QString lineEnd = QStringLiteral("\r\n");
+    QStringList lines;
 };
 
-/// The name in a section's header; null for another line.
-QString sectionName(const QString &line)
+/// The lines of a section from the one after its header.
+struct Range
 {
-    const QString text = line.trimmed();
-    const int end = text.indexOf(']');
-    return text.startsWith('[') && end > 0 ? text.mid(1, end - 1).trimmed() + "" : QString();
-}
-
-bool isComment(const QString &line)
-{
-    return line.trimmed().startsWith(';');
-}
-
-/// The name before the equals sign; null for another line.
-QString keyName(const QString &line)
-{
-    const int equals = line.indexOf('=');
-    return equals < 0 || isComment(line) ? QString() : line.left(equals).trimmed() + "";
-}
-
-bool isSame(const QString &one, const QString &other)
-{
-    return !one.isNull() && one.compare(other, Qt::CaseInsensitive) == 0;
-}
-
-QString unquoted(const QString &value)
-{
-    const bool isQuoted = value.size() > 1 && value.front() == value.back()
-                          && (value.front() == '"' || value.front() == '\'');
-    return isQuoted ? value.mid(1, value.size() - 2) : value;
-}
-
-Profile::Profile(const wchar_t *path)
-{
-    const auto found = existingPath(path);
-    m_isNamed = found.has_value();
-    if (!m_isNamed)
-        return;
-    m_path = QString::fromStdString(found->string());
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        OvKernel32::setLastError(OvKernel32::ErrorFileNotFound);
-        return;
-    }
-
-    const QByteArray bytes = file.readAll();
-    QTextCodec *marked = QTextCodec::codecForUtfText(bytes, nullptr);
-    QTextCodec::ConverterState state;
-    QString text = (marked ? marked : m_codec)->toUnicode(bytes.constData(), bytes.size(), &state);
-    m_hasMark = marked != nullptr;
-    if (marked) {
-        m_codec = marked;
-    } else if (state.invalidChars > 0 || state.remainingChars > 0) {
-        m_codec = QTextCodec::codecForName("ISO-8859-1"); // gives every byte back as it was
-        text = m_codec->toUnicode(bytes);
-    }
-    for (int begin = 0; begin < text.size();) {
-        const int end = text.indexOf('\n', begin);
-        const int next = end < 0 ? text.size() : end + 1;
-        m_lines.append(text.mid(begin, next - begin));
-        begin = next;
-    }
-    if (!m_lines.isEmpty() && m_lines.first().endsWith('\n') && !m_lines.first().endsWith("\r\n"))
-        m_lineEnd = QStringLiteral("\n");
-}
-
-QStringList Profile::sections() const
-{
-    QStringList names;
-    for (const QString &line : m_lines) {
-        const QString name = sectionName(line);
-        if (!name.isNull())
-            names.append(name);
-    }
-    return names;
-}
-
-QStringList Profile::keys(const QString &section) const
-{
-    QStringList names;
-    const Range range = find(section);
-    for (int line = range.begin; line < range.end; ++line) {
-        const QString name = keyName(m_lines.at(line));
-        if (!name.isNull())
-            names.append(name);
-    }
-    return names;
-}
-
-QStringList Profile::entries(const QString &section) const
-{
-    QStringList entries;
-    const Range range = find(section);
-    for (int line = range.begin; line < range.end; ++line) {
-        const QString text = m_lines.at(line).trimmed();
-        const QString key = keyName(text);
-        if (!key.isNull())
-            entries.append(key + '=' + text.mid(text.indexOf('=') + 1).trimmed());
-        else if (!text.isEmpty() && !isComment(text))
-            entries.append(text);
-    }
-    return entries;
-}
-
-QString Profile::value(const QString &section, const QString &key) const
-{
-    const int line = findKey(find(section), key);
-    if (line < 0)
-        return {};
-    const QString &text = m_lines.at(line);
-    return unquoted(text.mid(text.indexOf('=') + 1).trimmed()) + "";
-}
-
-void Profile::setValue(const QString &section, const QString &key, const QString &value)
-{
-    const Range range = findOrAdd(section);
-    const int line = findKey(range, key);
-    if (line >= 0) {
-        const QString before = m_lines.at(line);
-        m_lines[line] = before.left(before.indexOf('=') + 1) + value + m_lineEnd;
-        return;
-    }
-    int end = range.end;
-    while (end > range.begin && m_lines.at(end - 1).trimmed().isEmpty())
-        --end;
-    insert(end, key + '=' + value);
-}
-
-void Profile::removeKey(const QString &section, const QString &key)
-{
-    const int line = findKey(find(section), key);
-    if (line >= 0)
-        m_lines.removeAt(line);
-}
-
-void Profile::removeSection(const QString &section)
-{
-    const Range range = find(section);
-    if (range.begin > 0)
-        m_lines.erase(m_lines.begin() + range.begin - 1, m_lines.begin() + range.end);
-}
-
-void Profile::setEntries(const QString &section, const QStringList &entries)
-{
-    const Range range = findOrAdd(section);
-    m_lines.erase(m_lines.begin() + range.begin, m_lines.begin() + range.end);
-    int line = range.begin;
-    for (const QString &entry : entries)
-        insert(line++, entry);
-}
-
-bool Profile::save() const
-{
-    const QString text = m_lines.join(QString());
-    if (!m_codec->canEncode(text))
-        return fail(OvKernel32::ErrorNoUnicodeTranslation, false);
-    QTextCodec::ConverterState state(m_hasMark ? QTextCodec::DefaultConversion
-                                               : QTextCodec::IgnoreHeader);
-    const QByteArray bytes = m_codec->fromUnicode(text.constData(), text.size(), &state);
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
-        return fail(QFile::exists(m_path) ? OvKernel32::ErrorAccessDenied
-                                          : OvKernel32::ErrorPathNotFound,
-                    false);
-    file.write(bytes);
-    return file.commit() || fail(OvKernel32::ErrorGenFailure, false);
-}
-
-Profile::Range Profile::find(const QString &section) const
-{
-    int begin = 0;
-    while (begin < m_lines.size() && !isSame(sectionName(m_lines.at(begin)), section))
-        ++begin;
-    if (begin == m_lines.size())
-        return {0, 0};
-    int end = ++begin;
-    while (end < m_lines.size() && sectionName(m_lines.at(end)).isNull())
-        ++end;
-    return {begin, end};
-}
-
-Profile::Range Profile::findOrAdd(const QString &section)
-{
-    if (find(section).begin == 0)
-        insert(m_lines.size(), '[' + section + ']');
-    return find(section);
-}
-
-int Profile::findKey(Range range, const QString &key) const
-{
-    for (int line = range.begin; line < range.end; ++line) {
-        if (isSame(keyName(m_lines.at(line)), key))
-            return line;
-    }
-    return -1;
-}
-
-void Profile::insert(int line, const QString &text)
-{
-    if (line > 0 && !m_lines.at(line - 1).endsWith('\n'))
-        m_lines[line - 1] += m_lineEnd;
-    m_lines.insert(line, text + m_lineEnd);
-}
+    int begin, end;
+};
 
 QString named(const wchar_t *text)
 {
     return QString::fromWCharArray(text).trimmed();
 }
 
-Dword copyText(const QString &text, wchar_t *buffer, Dword size)
+bool isHeader(const QString &line)
 {
-    const std::wstring wide = text.toStdWString();
-    const Dword length = std::min(static_cast<Dword>(wide.size()), size - 1);
-    wide.copy(buffer, length);
-    buffer[length] = 0;
+    const QString text = line.trimmed();
+    return text.startsWith('[') && text.contains(']');
+}
+
+QString sectionName(const QString &line)
+{
+    return isHeader(line) ? line.section('[', 1).section(']', 0, 0).trimmed() : QString();
+}
+
+/// The text without the space around it; empty for a comment.
+QString content(const QString &line)
+{
+    const QString text = line.trimmed();
+    return text.startsWith(';') ? QString() : text;
+}
+
+/// The name before the equals sign; empty for another line.
+QString keyName(const QString &line)
+{
+    const QString text = content(line);
+    return text.left(std::max(text.indexOf('='), 0)).trimmed();
+}
+
+QString valueText(const QString &line)
+{
+    return line.mid(line.indexOf('=') + 1).trimmed();
+}
+
+QString entry(const QString &line)
+{
+    const QString key = keyName(line);
+    return key.isEmpty() ? content(line) : key + '=' + valueText(line);
+}
+
+/// What @p part makes of each line of @p range, as far as it makes something.
+QStringList partsOf(const QStringList &lines, Range range, QString (*part)(const QString &line))
+{
+    QStringList parts;
+    for (int line = range.begin; line < range.end; ++line)
+        parts.append(part(lines.at(line)));
+    parts.removeAll(QString());
+    return parts;
+}
+
+/// Begins at 0 if there is no such section.
+Range findSection(const QStringList &lines, const QString &section)
+{
+    for (int line = 0; line < lines.size(); ++line) {
+        if (!isHeader(lines.at(line))
+            || sectionName(lines.at(line)).compare(section, Qt::CaseInsensitive) != 0)
+            continue;
+        const auto end = std::find_if(lines.begin() + line + 1, lines.end(), isHeader);
+        return {line + 1, static_cast<int>(end - lines.begin())};
+    }
+    return {0, 0};
+}
+
+/// The line of a key, or -1.
+int findKey(const QStringList &lines, Range range, const QString &key)
+{
+    for (int line = range.begin; line < range.end; ++line) {
+        const QString name = keyName(lines.at(line));
+        if (!name.isEmpty() && name.compare(key, Qt::CaseInsensitive) == 0)
+            return line;
+    }
+    return -1;
+}
+
+Profile load(const wchar_t *name)
+{
+    Profile profile;
+    profile.path = existingPath(name);
+    if (profile.path.isNull())
+        return profile;
+    QFile file(profile.path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(OvKernel32::ErrorFileNotFound, profile);
+
+    const QByteArray bytes = file.readAll();
+    QTextCodec *marked = QTextCodec::codecForUtfText(bytes, nullptr);
+    profile.hasMark = marked != nullptr;
+    profile.codec = marked ? marked : profile.codec;
+    QTextCodec::ConverterState state;
+    QString text = profile.codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (!marked && (state.invalidChars > 0 || state.remainingChars > 0)) {
+        profile.codec = QTextCodec::codecForName("ISO-8859-1"); // gives every byte back as it was
+        text = profile.codec->toUnicode(bytes);
+    }
+    for (int begin = 0, end = 0; begin < text.size(); begin = end) {
+        const int lineEnd = text.indexOf('\n', begin);
+        end = lineEnd < 0 ? text.size() : lineEnd + 1;
+        profile.lines.append(text.mid(begin, end - begin));
+    }
+    const QString first = profile.lines.value(0);
+    if (first.endsWith('\n') && !first.endsWith("\r\n"))
+        profile.lineEnd = QStringLiteral("\n");
+    return profile;
+}
+
+void replace(Profile &profile, Range range, const QStringList &texts)
+{
+    QStringList &lines = profile.lines;
+    lines.erase(lines.begin() + range.begin, lines.begin() + range.end);
+    int line = range.begin;
+    if (!texts.isEmpty() && line > 0 && !lines.at(line - 1).endsWith('\n'))
+        lines[line - 1] += profile.lineEnd;
+    for (const QString &text : texts)
+        lines.insert(line++, text + profile.lineEnd);
+}
+
+Range findOrAddSection(Profile &profile, const QString &section)
+{
+    const int count = profile.lines.size();
+    if (findSection(profile.lines, section).begin == 0)
+        replace(profile, {count, count}, {'[' + section + ']'});
+    return findSection(profile.lines, section);
+}
+
+void setValue(Profile &profile, const QString &section, const QString &key, const QString &value)
+{
+    const Range range = findOrAddSection(profile, section);
+    const int line = findKey(profile.lines, range, key);
+    if (line >= 0) {
+        const QString before = profile.lines.at(line).section('=', 0, 0);
+        return replace(profile, {line, line + 1}, {before + '=' + value});
+    }
+    int end = range.end;
+    while (end > range.begin && profile.lines.at(end - 1).trimmed().isEmpty())
+        --end;
+    replace(profile, {end, end}, {key + '=' + value});
+}
+
+void removeKey(Profile &profile, const QString &section, const QString &key)
+{
+    const int line = findKey(profile.lines, findSection(profile.lines, section), key);
+    if (line >= 0)
+        profile.lines.removeAt(line);
+}
+
+void removeSection(Profile &profile, const QString &section)
+{
+    const Range range = findSection(profile.lines, section);
+    if (range.begin > 0)
+        replace(profile, {range.begin - 1, range.end}, {});
+}
+
+bool save(const Profile &profile)
+{
+    const QString text = profile.lines.join(QString());
+    if (!profile.codec->canEncode(text))
+        return fail(OvKernel32::ErrorNoUnicodeTranslation, false);
+    QTextCodec::ConverterState state(profile.hasMark ? QTextCodec::DefaultConversion
+                                                     : QTextCodec::IgnoreHeader);
+    QSaveFile file(profile.path);
+    if (!file.open(QIODevice::WriteOnly))
+        return fail(QFile::exists(profile.path) ? OvKernel32::ErrorAccessDenied
+                                                : OvKernel32::ErrorPathNotFound,
+                    false);
+    file.write(profile.codec->fromUnicode(text.constData(), text.size(), &state));
+    return file.commit() || fail(OvKernel32::ErrorGenFailure, false);
+}
+
+/// Changes the file as a whole, one thread after the other.
+bool changeProfile(const wchar_t *file, const std::function<void(Profile &)> &change)
+{
+    static std::mutex mutex;
+    const std::lock_guard<std::mutex> lock(mutex);
+    Profile profile = load(file);
+    if (profile.path.isNull())
+        return false;
+    change(profile);
+    return save(profile);
+}
+
+/// Nothing if there is no such key.
+std::optional<QString> valueOf(const wchar_t *section, const wchar_t *key, const wchar_t *file)
+{
+    const QStringList lines = load(file).lines;
+    const int line = findKey(lines, findSection(lines, named(section)), named(key));
+    if (line < 0)
+        return std::nullopt;
+    const QString text = valueText(lines.at(line));
+    const bool isQuoted = text.size() > 1 && text.front() == text.back()
+                          && (text.front() == '"' || text.front() == '\'');
+    return isQuoted ? text.mid(1, text.size() - 2) : text;
+}
+
+/// Copies what fits in front of @p nuls NULs: one ends a text, two end a list.
+Dword copyText(const std::wstring &text, wchar_t *buffer, Dword size, Dword nuls)
+{
+    if (size < nuls)
+        return buffer[0] = 0, 0;
+    const bool isCut = text.size() >= size;
+    const Dword length = isCut ? size - nuls : static_cast<Dword>(text.size());
+    text.copy(buffer, length);
+    std::fill_n(buffer + length, isCut || text.empty() ? nuls : 1, L'\0');
     return length;
 }
 
@@ -278,27 +244,12 @@ Dword copyTexts(const QStringList &texts, wchar_t *buffer, Dword size)
     std::wstring wide;
     for (const QString &text : texts)
         wide += text.toStdWString() + L'\0';
-    if (size < 2)
-        return buffer[0] = 0, 0;
-    const bool isCut = wide.size() >= size;
-    const Dword length = isCut ? size - 2 : static_cast<Dword>(wide.size());
-    wide.copy(buffer, length);
-    buffer[length] = 0;
-    if (isCut || length == 0)
-        buffer[length + 1] = 0; // a list ends with two
-    return length;
+    return copyText(wide, buffer, size, 2);
 }
 
 bool isWritable(const wchar_t *text)
 {
     return !text || (OvCc::Kernel32::isWellFormed(text) && !std::wcspbrk(text, L"\r\n"));
-}
-
-/// Held from reading a file to writing it.
-std::mutex &profileMutex()
-{
-    static std::mutex mutex;
-    return mutex;
 }
 
 } // namespace
@@ -309,18 +260,16 @@ Dword OvKernel32::getPrivateProfileString(const wchar_t *section, const wchar_t 
 {
     if (!buffer || size == 0)
         return fail(ErrorInvalidParameter, 0U);
-    const Profile profile(file);
+    const QStringList lines = load(file).lines;
     if (!section)
-        return copyTexts(profile.sections(), buffer, size);
+        return copyTexts(partsOf(lines, {0, lines.size()}, sectionName), buffer, size);
     if (!key)
-        return copyTexts(profile.keys(named(section)), buffer, size);
-    QString value = profile.value(named(section), named(key));
-    if (value.isNull() && fallback) {
-        value = QString::fromWCharArray(fallback);
-        while (value.endsWith(' '))
-            value.chop(1);
-    }
-    return copyText(value, buffer, size);
+        return copyTexts(partsOf(lines, findSection(lines, named(section)), keyName), buffer, size);
+    const auto value = valueOf(section, key, file);
+    std::wstring text = value ? value->toStdWString() : fallback ? fallback : L"";
+    while (!value && !text.empty() && text.back() == L' ')
+        text.pop_back();
+    return copyText(text, buffer, size, 1);
 }
 
 Dword OvKernel32::getPrivateProfileInt(const wchar_t *section, const wchar_t *key, Long fallback,
@@ -328,8 +277,9 @@ Dword OvKernel32::getPrivateProfileInt(const wchar_t *section, const wchar_t *ke
 {
     if (!section || !key)
         return fail(ErrorInvalidParameter, static_cast<Dword>(fallback));
-    const QString value = Profile(file).value(named(section), named(key));
-    return static_cast<Dword>(value.isNull() ? fallback : wtoi64(value.toStdWString().c_str()));
+    const auto value = valueOf(section, key, file);
+    return static_cast<Dword>(value ? std::wcstoll(value->toStdWString().c_str(), nullptr, 10)
+                                    : fallback);
 }
 
 Dword OvKernel32::getPrivateProfileSection(const wchar_t *section, wchar_t *buffer, Dword size,
@@ -337,7 +287,8 @@ Dword OvKernel32::getPrivateProfileSection(const wchar_t *section, wchar_t *buff
 {
     if (!section || !buffer || size == 0)
         return fail(ErrorInvalidParameter, 0U);
-    return copyTexts(Profile(file).entries(named(section)), buffer, size);
+    const QStringList lines = load(file).lines;
+    return copyTexts(partsOf(lines, findSection(lines, named(section)), entry), buffer, size);
 }
 
 Dword OvKernel32::getPrivateProfileSectionNames(wchar_t *buffer, Dword size, const wchar_t *file)
@@ -350,17 +301,14 @@ OvKernel32::Bool OvKernel32::writePrivateProfileString(const wchar_t *section, c
 {
     if (!section || !isWritable(section) || !isWritable(key) || !isWritable(value))
         return fail(ErrorInvalidParameter, false);
-    const std::lock_guard<std::mutex> lock(profileMutex());
-    Profile profile(file);
-    if (!profile.isNamed())
-        return false;
-    if (!key)
-        profile.removeSection(named(section));
-    else if (!value)
-        profile.removeKey(named(section), named(key));
-    else
-        profile.setValue(named(section), named(key), QString::fromWCharArray(value));
-    return profile.save();
+    return changeProfile(file, [section, key, value](Profile &profile) {
+        if (!key)
+            removeSection(profile, named(section));
+        else if (!value)
+            removeKey(profile, named(section), named(key));
+        else
+            setValue(profile, named(section), named(key), QString::fromWCharArray(value));
+    });
 }
 
 OvKernel32::Bool OvKernel32::writePrivateProfileSection(const wchar_t *section,
@@ -368,19 +316,16 @@ OvKernel32::Bool OvKernel32::writePrivateProfileSection(const wchar_t *section,
 {
     if (!section || !isWritable(section))
         return fail(ErrorInvalidParameter, false);
-    QStringList lines;
-    for (; entries && *entries; entries += std::wcslen(entries) + 1) {
-        if (!isWritable(entries))
+    QStringList texts;
+    for (const wchar_t *next = entries; next && *next; next += std::wcslen(next) + 1) {
+        if (!isWritable(next))
             return fail(ErrorInvalidParameter, false);
-        lines.append(QString::fromWCharArray(entries));
+        texts.append(QString::fromWCharArray(next));
     }
-    const std::lock_guard<std::mutex> lock(profileMutex());
-    Profile profile(file);
-    if (!profile.isNamed())
-        return false;
-    if (entries)
-        profile.setEntries(named(section), lines);
-    else
-        profile.removeSection(named(section));
-    return profile.save();
+    return changeProfile(file, [section, entries, &texts](Profile &profile) {
+        if (entries)
+            replace(profile, findOrAddSection(profile, named(section)), texts);
+        else
+            removeSection(profile, named(section));
+    });
 }

@@ -1,84 +1,21 @@
-#include "Kernel32Errors.h"
+#include "OvKernel32.h"
 
-#include <QChar>
+#include <QString>
 
 #include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cwchar>
 #include <limits>
-#include <string_view>
 
 namespace {
 
-/// The sizes that callers without sizes must have, as documented.
-enum PartSize : std::size_t { DriveSize = 3, FolderSize = 256, NameSize = 256, PathSize = 260 };
-enum NumberSize : std::size_t { Size32 = 33, Size64 = 65 };
-
-char lower(char character)
-{
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 'a' - 'A')
-                                                : character;
-}
-
-char upper(char character)
-{
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - ('a' - 'A'))
-                                                : character;
-}
-
-wchar_t lower(wchar_t character)
-{
-    const bool isKnown = OvCc::Kernel32::isCharacter(character);
-    return isKnown ? static_cast<wchar_t>(QChar::toLower(static_cast<uint>(character))) : character;
-}
-
-wchar_t upper(wchar_t character)
-{
-    const bool isKnown = OvCc::Kernel32::isCharacter(character);
-    return isKnown ? static_cast<wchar_t>(QChar::toUpper(static_cast<uint>(character))) : character;
-}
+constexpr std::size_t whole = OvKernel32::truncate - 1; ///< a count that never cuts short
 
 int fails(int number)
 {
     errno = number;
     return number;
-}
-
-template <typename Char>
-int compare(const Char *one, const Char *other, std::size_t count)
-{
-    if (!one || !other)
-        return fails(EINVAL), OvKernel32::RuntimeCompareError;
-    for (; count > 0; --count, ++one, ++other) {
-        const Char left = lower(*one);
-        const Char right = lower(*other);
-        if (left != right)
-            return std::char_traits<Char>::lt(left, right) ? -1 : 1;
-        if (!left)
-            break;
-    }
-    return 0;
-}
-
-template <typename Char>
-Char *changeEach(Char *text, Char (*change)(Char))
-{
-    if (text)
-        std::transform(text, text + std::char_traits<Char>::length(text), text, change);
-    else
-        fails(EINVAL);
-    return text;
-}
-
-template <typename Char>
-Char *reverse(Char *text)
-{
-    if (text)
-        std::reverse(text, text + std::char_traits<Char>::length(text));
-    else
-        fails(EINVAL);
-    return text;
 }
 
 template <typename Char>
@@ -89,43 +26,46 @@ int empty(Char *buffer, int number)
 }
 
 template <typename Char>
-int writeDigits(std::uint64_t magnitude, bool isNegative, Char *buffer, std::size_t size, int radix)
+Char withCase(Char character, bool isUpper)
+{
+    const auto code = static_cast<std::make_unsigned_t<Char>>(character);
+    constexpr uint last = sizeof(Char) > 1 ? uint(QChar::LastValidCodePoint) : 0x7f;
+    if (code > last)
+        return character;
+    return static_cast<Char>(isUpper ? QChar::toUpper(uint(code)) : QChar::toLower(uint(code)));
+}
+
+template <typename Char>
+Char *changeCase(Char *text, bool isUpper)
+{
+    if (!text)
+        fails(EINVAL);
+    for (Char *next = text; next && *next; ++next)
+        *next = withCase(*next, isUpper);
+    return text;
+}
+
+template <typename Char>
+int writeNumber(const QString &digits, Char *buffer, std::size_t size, int radix)
 {
     if (!buffer || size == 0)
         return fails(EINVAL);
     if (radix < 2 || radix > 36)
         return empty(buffer, EINVAL);
-    Char digits[Size64 + 1];
-    Char *const end = digits + std::size(digits);
-    Char *next = end;
-    do {
-        const auto digit = static_cast<int>(magnitude % static_cast<unsigned>(radix));
-        *--next = static_cast<Char>(digit < 10 ? '0' + digit : 'a' + digit - 10);
-        magnitude /= static_cast<unsigned>(radix);
-    } while (magnitude > 0);
-    if (isNegative)
-        *--next = '-';
-    if (static_cast<std::size_t>(end - next) >= size)
+    if (static_cast<std::size_t>(digits.size()) >= size)
         return empty(buffer, ERANGE);
-    *std::copy(next, end, buffer) = 0;
+    *std::transform(digits.begin(), digits.end(), buffer,
+                    [](QChar digit) { return static_cast<Char>(digit.unicode()); }) = 0;
     return 0;
 }
 
 /// Only in radix 10 is a negative number more than its bits.
-template <typename Char, typename Number>
-int writeNumber(Number value, Char *buffer, std::size_t size, int radix)
+template <typename Number>
+QString digitsOf(Number value, int radix)
 {
-    using Bits = std::make_unsigned_t<Number>;
-    const bool isNegative = std::is_signed_v<Number> && radix == 10 && value < Number(0);
-    const Bits bits = static_cast<Bits>(value);
-    return writeDigits<Char>(isNegative ? Bits(0) - bits : bits, isNegative, buffer, size, radix);
-}
-
-template <typename Char, typename Number>
-Char *numberText(Number value, Char *buffer, int radix)
-{
-    writeNumber(value, buffer, sizeof(Number) > 4 ? Size64 : Size32, radix);
-    return buffer;
+    return radix == 10
+                   ? QString::number(value)
+                   : QString::number(std::make_unsigned_t<Number>(value), std::clamp(radix, 2, 36));
 }
 
 /// Adds up to @p count characters of @p text behind the first @p used of @p buffer.
@@ -145,299 +85,185 @@ int append(Char *buffer, std::size_t size, std::size_t used, const Char *text, s
     return isCut ? static_cast<int>(OvKernel32::RuntimeTruncated) : 0;
 }
 
-/// Any count but `truncate`, which asks for something else.
-constexpr std::size_t all = OvKernel32::truncate - 1;
+} // namespace
 
 template <typename Char>
-int copy(Char *buffer, std::size_t size, const Char *text, std::size_t count)
+int OvKernel32::Runtime<Char>::compare(const Char *one, const Char *other)
 {
-    return buffer && size > 0 ? append(buffer, size, 0, text, count) : fails(EINVAL);
+    return compareCount(one, other, whole);
 }
 
 template <typename Char>
-int concatenate(Char *buffer, std::size_t size, const Char *text)
+int OvKernel32::Runtime<Char>::compareCount(const Char *one, const Char *other, std::size_t count)
 {
-    if (!buffer || size == 0)
-        return fails(EINVAL);
-    const auto used = static_cast<std::size_t>(std::find(buffer, buffer + size, Char(0)) - buffer);
-    return used < size ? append(buffer, size, used, text, all) : empty(buffer, EINVAL);
-}
-
-template <typename Char>
-struct Part
-{
-    Char *buffer;
-    std::size_t size;
-};
-
-/// @param parts drive, folder, name and extension
-template <typename Char>
-int split(const Char *path, const Part<Char> (&parts)[4])
-{
-    for (const Part<Char> &part : parts) {
-        if (part.buffer && part.size > 0)
-            *part.buffer = 0;
-        else if (part.buffer || part.size > 0)
-            path = nullptr;
-    }
-    if (!path)
-        return fails(EINVAL);
-
-    const std::basic_string_view<Char> text(path);
-    constexpr Char slashes[] = {'/', '\\', 0};
-    const std::size_t driveEnd = text.size() > 1 && text[1] == ':' ? 2 : 0;
-    const std::size_t slash = text.find_last_of(slashes);
-    const std::size_t nameBegin = slash == text.npos ? driveEnd : slash + 1;
-    const std::size_t dot = text.rfind(Char('.'));
-    const std::size_t nameEnd = dot == text.npos || dot < nameBegin ? text.size() : dot;
-    const std::size_t ends[] = {driveEnd, nameBegin, nameEnd, text.size()};
-
-    std::size_t begin = 0;
-    for (std::size_t index = 0; index < std::size(parts); ++index) {
-        const std::size_t length = ends[index] - begin;
-        if (parts[index].buffer && length >= parts[index].size) {
-            for (const Part<Char> &part : parts) {
-                if (part.buffer)
-                    *part.buffer = 0;
-            }
-            return fails(ERANGE);
-        }
-        if (parts[index].buffer)
-            *std::copy_n(path + begin, length, parts[index].buffer) = 0;
-        begin = ends[index];
+    if (!one || !other)
+        return fails(EINVAL), RuntimeCompareError;
+    for (; count > 0; --count, ++one, ++other) {
+        const Char left = withCase(*one, false);
+        const Char right = withCase(*other, false);
+        if (left != right)
+            return std::char_traits<Char>::lt(left, right) ? -1 : 1;
+        if (!left)
+            break;
     }
     return 0;
 }
 
 template <typename Char>
-int make(Char *path, std::size_t size, const Char *drive, const Char *folder, const Char *name,
-         const Char *extension)
+Char *OvKernel32::Runtime<Char>::upper(Char *text)
 {
-    if (!path || size == 0)
-        return fails(EINVAL);
-    std::basic_string<Char> text;
-    if (drive && *drive)
-        text.append({*drive, ':'});
-    if (folder && *folder) {
-        text += folder;
-        if (text.back() != '/' && text.back() != '\\')
-            text += '/';
-    }
-    if (name)
-        text += name;
-    if (extension && *extension) {
-        if (*extension != '.')
-            text += '.';
-        text += extension;
-    }
-    return copy(path, size, text.c_str(), all);
+    return changeCase(text, true);
 }
 
 template <typename Char>
-Part<Char> part(Char *buffer, std::size_t size)
+Char *OvKernel32::Runtime<Char>::lower(Char *text)
 {
-    return {buffer, buffer ? size : 0};
+    return changeCase(text, false);
 }
 
-} // namespace
-
-int OvKernel32::stricmp(const char *one, const char *other)
+template <typename Char>
+Char *OvKernel32::Runtime<Char>::reverse(Char *text)
 {
-    return compare(one, other, truncate);
+    if (text)
+        std::reverse(text, text + std::char_traits<Char>::length(text));
+    else
+        fails(EINVAL);
+    return text;
 }
 
-int OvKernel32::wcsicmp(const wchar_t *one, const wchar_t *other)
+template <typename Char>
+Char *OvKernel32::Runtime<Char>::number(int value, Char *buffer, int radix)
 {
-    return compare(one, other, truncate);
+    return numberS(value, buffer, 33, radix), buffer;
 }
 
-int OvKernel32::strnicmp(const char *one, const char *other, std::size_t count)
+template <typename Char>
+Char *OvKernel32::Runtime<Char>::number64(std::int64_t value, Char *buffer, int radix)
 {
-    return compare(one, other, count);
+    return writeNumber(digitsOf(value, radix), buffer, 65, radix), buffer;
 }
 
-int OvKernel32::wcsnicmp(const wchar_t *one, const wchar_t *other, std::size_t count)
+template <typename Char>
+int OvKernel32::Runtime<Char>::numberS(int value, Char *buffer, std::size_t size, int radix)
 {
-    return compare(one, other, count);
+    return writeNumber(digitsOf(value, radix), buffer, size, radix);
 }
 
-char *OvKernel32::strupr(char *text)
+template <typename Char>
+int OvKernel32::Runtime<Char>::copy(Char *buffer, std::size_t size, const Char *text)
 {
-    return changeEach<char>(text, upper);
+    return copyCount(buffer, size, text, whole);
 }
 
-wchar_t *OvKernel32::wcsupr(wchar_t *text)
+template <typename Char>
+int OvKernel32::Runtime<Char>::copyCount(Char *buffer, std::size_t size, const Char *text,
+                                         std::size_t count)
 {
-    return changeEach<wchar_t>(text, upper);
+    return buffer && size > 0 ? append(buffer, size, 0, text, count) : fails(EINVAL);
 }
 
-char *OvKernel32::strlwr(char *text)
+template <typename Char>
+int OvKernel32::Runtime<Char>::concatenate(Char *buffer, std::size_t size, const Char *text)
 {
-    return changeEach<char>(text, lower);
+    if (!buffer || size == 0)
+        return fails(EINVAL);
+    const auto used = static_cast<std::size_t>(std::find(buffer, buffer + size, Char(0)) - buffer);
+    return used < size ? append(buffer, size, used, text, whole) : empty(buffer, EINVAL);
 }
 
-wchar_t *OvKernel32::wcslwr(wchar_t *text)
+template <typename Char>
+int OvKernel32::Runtime<Char>::split(const Char *path, Char *drive, Char *folder, Char *name,
+                                     Char *extension)
 {
-    return changeEach<wchar_t>(text, lower);
+    return splitS(path, drive, drive ? 3 : 0, folder, folder ? 256 : 0, name, name ? 256 : 0,
+                  extension, extension ? 256 : 0);
 }
 
-char *OvKernel32::strrev(char *text)
+template <typename Char>
+int OvKernel32::Runtime<Char>::splitS(const Char *path, Char *drive, std::size_t driveSize,
+                                      Char *folder, std::size_t folderSize, Char *name,
+                                      std::size_t nameSize, Char *extension,
+                                      std::size_t extensionSize)
 {
-    return reverse(text);
+    Char *const buffers[] = {drive, folder, name, extension};
+    const std::size_t sizes[] = {driveSize, folderSize, nameSize, extensionSize};
+    for (int part = 0; part < 4; ++part) {
+        if (buffers[part] && sizes[part] > 0)
+            *buffers[part] = 0;
+        else if (buffers[part] || sizes[part] > 0)
+            path = nullptr;
+    }
+    if (!path)
+        return fails(EINVAL);
+
+    const Char *const end = path + std::char_traits<Char>::length(path);
+    const Char *const folderBegin = *path && path[1] == ':' ? path + 2 : path;
+    const Char *nameBegin = folderBegin;
+    const Char *nameEnd = end;
+    for (const Char *next = folderBegin; next < end; ++next) {
+        if (*next == '/' || *next == '\\')
+            nameBegin = next + 1;
+    }
+    for (const Char *next = nameBegin; next < end; ++next) {
+        if (*next == '.')
+            nameEnd = next;
+    }
+    const Char *const begins[] = {path, folderBegin, nameBegin, nameEnd, end};
+    for (int part = 0; part < 4; ++part) {
+        if (buffers[part] && begins[part + 1] - begins[part] >= std::ptrdiff_t(sizes[part])) {
+            for (Char *const buffer : buffers) {
+                if (buffer)
+                    *buffer = 0;
+            }
+            return fails(ERANGE);
+        }
+        if (buffers[part])
+            *std::copy(begins[part], begins[part + 1], buffers[part]) = 0;
+    }
+    return 0;
 }
 
-wchar_t *OvKernel32::wcsrev(wchar_t *text)
+template <typename Char>
+int OvKernel32::Runtime<Char>::make(Char *path, const Char *drive, const Char *folder,
+                                    const Char *name, const Char *extension)
 {
-    return reverse(text);
+    return makeS(path, 260, drive, folder, name, extension);
 }
 
-char *OvKernel32::itoa(int value, char *buffer, int radix)
+template <typename Char>
+int OvKernel32::Runtime<Char>::makeS(Char *path, std::size_t size, const Char *drive,
+                                     const Char *folder, const Char *name, const Char *extension)
 {
-    return numberText(value, buffer, radix);
+    std::basic_string<Char> text;
+    if (drive && *drive)
+        text.append({*drive, ':'});
+    if (folder)
+        text += folder;
+    if (folder && *folder && text.back() != '/' && text.back() != '\\')
+        text += '/';
+    if (name)
+        text += name;
+    if (extension && *extension && *extension != '.')
+        text += '.';
+    if (extension)
+        text += extension;
+    return copy(path, size, text.c_str());
 }
 
-char *OvKernel32::ltoa(Long value, char *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-char *OvKernel32::ultoa(Dword value, char *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-char *OvKernel32::i64toa(std::int64_t value, char *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-char *OvKernel32::ui64toa(std::uint64_t value, char *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-wchar_t *OvKernel32::itow(int value, wchar_t *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-wchar_t *OvKernel32::ltow(Long value, wchar_t *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-wchar_t *OvKernel32::ultow(Dword value, wchar_t *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-wchar_t *OvKernel32::i64tow(std::int64_t value, wchar_t *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-wchar_t *OvKernel32::ui64tow(std::uint64_t value, wchar_t *buffer, int radix)
-{
-    return numberText(value, buffer, radix);
-}
-
-int OvKernel32::itoaS(int value, char *buffer, std::size_t size, int radix)
-{
-    return writeNumber(value, buffer, size, radix);
-}
-
-int OvKernel32::itowS(int value, wchar_t *buffer, std::size_t size, int radix)
-{
-    return writeNumber(value, buffer, size, radix);
-}
+template struct OvKernel32::Runtime<char>;
+template struct OvKernel32::Runtime<wchar_t>;
 
 int OvKernel32::wtoi(const wchar_t *text)
 {
     using Limits = std::numeric_limits<int>;
-    const std::int64_t value = wtoi64(text);
+    const long long value = text ? std::wcstoll(text, nullptr, 10) : (fails(EINVAL), 0);
     if (value < Limits::min() || value > Limits::max())
         fails(ERANGE);
-    return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
-}
-
-std::int64_t OvKernel32::wtoi64(const wchar_t *text)
-{
-    return text ? std::wcstoll(text, nullptr, 10) : (fails(EINVAL), 0);
+    return static_cast<int>(std::clamp<long long>(value, Limits::min(), Limits::max()));
 }
 
 double OvKernel32::wtof(const wchar_t *text)
 {
     static const locale_t pointLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
     return text ? ::wcstod_l(text, nullptr, pointLocale) : (fails(EINVAL), 0.0);
-}
-
-int OvKernel32::strcpyS(char *buffer, std::size_t size, const char *text)
-{
-    return copy(buffer, size, text, all);
-}
-
-int OvKernel32::wcscpyS(wchar_t *buffer, std::size_t size, const wchar_t *text)
-{
-    return copy(buffer, size, text, all);
-}
-
-int OvKernel32::strncpyS(char *buffer, std::size_t size, const char *text, std::size_t count)
-{
-    return copy(buffer, size, text, count);
-}
-
-int OvKernel32::wcsncpyS(wchar_t *buffer, std::size_t size, const wchar_t *text, std::size_t count)
-{
-    return copy(buffer, size, text, count);
-}
-
-int OvKernel32::strcatS(char *buffer, std::size_t size, const char *text)
-{
-    return concatenate(buffer, size, text);
-}
-
-int OvKernel32::wcscatS(wchar_t *buffer, std::size_t size, const wchar_t *text)
-{
-    return concatenate(buffer, size, text);
-}
-
-int OvKernel32::splitpath(const char *path, char *drive, char *folder, char *name, char *extension)
-{
-    return split<char>(path, {part(drive, DriveSize), part(folder, FolderSize),
-                              part(name, NameSize), part(extension, NameSize)});
-}
-
-int OvKernel32::wsplitpath(const wchar_t *path, wchar_t *drive, wchar_t *folder, wchar_t *name,
-                           wchar_t *extension)
-{
-    return split<wchar_t>(path, {part(drive, DriveSize), part(folder, FolderSize),
-                                 part(name, NameSize), part(extension, NameSize)});
-}
-
-int OvKernel32::wsplitpathS(const wchar_t *path, wchar_t *drive, std::size_t driveSize,
-                            wchar_t *folder, std::size_t folderSize, wchar_t *name,
-                            std::size_t nameSize, wchar_t *extension, std::size_t extensionSize)
-{
-    return split<wchar_t>(path, {{drive, driveSize},
-                                 {folder, folderSize},
-                                 {name, nameSize},
-                                 {extension, extensionSize}});
-}
-
-int OvKernel32::makepath(char *path, const char *drive, const char *folder, const char *name,
-                         const char *extension)
-{
-    return make(path, PathSize, drive, folder, name, extension);
-}
-
-int OvKernel32::wmakepath(wchar_t *path, const wchar_t *drive, const wchar_t *folder,
-                          const wchar_t *name, const wchar_t *extension)
-{
-    return make(path, PathSize, drive, folder, name, extension);
-}
-
-int OvKernel32::wmakepathS(wchar_t *path, std::size_t size, const wchar_t *drive,
-                           const wchar_t *folder, const wchar_t *name, const wchar_t *extension)
-{
-    return make(path, size, drive, folder, name, extension);
 }

@@ -21,12 +21,6 @@ std::recursive_mutex *mutexOf(const OvKernel32::CriticalSection *section)
     return fail(OvKernel32::ErrorInvalidParameter, nullptr);
 }
 
-template <typename Change>
-OvKernel32::Long interlocked(volatile OvKernel32::Long *value, Change change)
-{
-    return value ? change(value) : fail(OvKernel32::ErrorInvalidParameter, 0);
-}
-
 /// The name as the environment has it; empty, with the last error set, if there can be none.
 QByteArray variableName(const wchar_t *name)
 {
@@ -51,12 +45,6 @@ void OvKernel32::enterCriticalSection(CriticalSection *section)
         mutex->lock();
 }
 
-OvKernel32::Bool OvKernel32::tryEnterCriticalSection(CriticalSection *section)
-{
-    auto *mutex = mutexOf(section);
-    return mutex && mutex->try_lock();
-}
-
 void OvKernel32::leaveCriticalSection(CriticalSection *section)
 {
     if (auto *mutex = mutexOf(section))
@@ -73,51 +61,18 @@ void OvKernel32::deleteCriticalSection(CriticalSection *section)
 
 OvKernel32::Long OvKernel32::interlockedIncrement(volatile Long *value)
 {
-    return interlocked(value,
-                       [](auto *place) { return __atomic_add_fetch(place, 1, __ATOMIC_SEQ_CST); });
+    return value ? __atomic_add_fetch(value, 1, __ATOMIC_SEQ_CST) : fail(ErrorInvalidParameter, 0);
 }
 
 OvKernel32::Long OvKernel32::interlockedDecrement(volatile Long *value)
 {
-    return interlocked(value,
-                       [](auto *place) { return __atomic_sub_fetch(place, 1, __ATOMIC_SEQ_CST); });
-}
-
-OvKernel32::Long OvKernel32::interlockedExchange(volatile Long *value, Long next)
-{
-    return interlocked(value, [next](auto *place) {
-        return __atomic_exchange_n(place, next, __ATOMIC_SEQ_CST);
-    });
-}
-
-OvKernel32::Long OvKernel32::interlockedExchangeAdd(volatile Long *value, Long addend)
-{
-    return interlocked(value, [addend](auto *place) {
-        return __atomic_fetch_add(place, addend, __ATOMIC_SEQ_CST);
-    });
-}
-
-OvKernel32::Long OvKernel32::interlockedCompareExchange(volatile Long *value, Long next,
-                                                        Long expected)
-{
-    return interlocked(value, [next, expected](auto *place) {
-        Long before = expected;
-        __atomic_compare_exchange_n(place, &before, next, false, __ATOMIC_SEQ_CST,
-                                    __ATOMIC_SEQ_CST);
-        return before;
-    });
+    return value ? __atomic_sub_fetch(value, 1, __ATOMIC_SEQ_CST) : fail(ErrorInvalidParameter, 0);
 }
 
 OvKernel32::Dword OvKernel32::getTickCount()
 {
-    return static_cast<Dword>(getTickCount64());
-}
-
-std::uint64_t OvKernel32::getTickCount64()
-{
-    using std::chrono::milliseconds;
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<std::uint64_t>(std::chrono::duration_cast<milliseconds>(now).count());
+    return static_cast<Dword>(now / std::chrono::milliseconds(1));
 }
 
 void OvKernel32::sleep(Dword milliseconds)
@@ -149,7 +104,7 @@ OvKernel32::Dword OvKernel32::getEnvironmentVariable(const wchar_t *name, wchar_
     if (!qEnvironmentVariableIsSet(variable.constData()))
         return fail(ErrorEnvVarNotFound, 0U);
     const QString value = QString::fromUtf8(qgetenv(variable.constData()));
-    return fail(ErrorSuccess, OvCc::Kernel32::copyOut(value.toStdWString(), buffer, size));
+    return fail(ErrorSuccess, OvCc::Kernel32::copyOut(value, buffer, size));
 }
 
 OvKernel32::Bool OvKernel32::setEnvironmentVariable(const wchar_t *name, const wchar_t *value)

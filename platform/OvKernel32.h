@@ -61,34 +61,26 @@ public:
         ErrorAlreadyExists = 183,
         ErrorEnvVarNotFound = 203,
         ErrorFilenameExceedsRange = 206,
-        ErrorFileTooLarge = 223,
         ErrorDirectory = 267,
         ErrorMessageNotFound = 317,
         ErrorInvalidFlags = 1004,
         ErrorNoUnicodeTranslation = 1113,
-        ErrorIoDevice = 1117,
-        ErrorCantResolveFilename = 1921
+        ErrorIoDevice = 1117
     };
 
     static Dword getLastError();
     static void setLastError(Dword error);
 
-    enum FormatMessageFlag : Dword {
-        FormatMessageMaxWidthMask = 0xff, ///< the text without its line end
-        FormatMessageAllocateBuffer = 0x100,
+    enum FormatFlag : Dword {
         FormatMessageIgnoreInserts = 0x200,
         FormatMessageFromSystem = 0x1000
     };
 
-    /// The English text of a system error, ".\r\n" at its end. Sources other than the system are
-    /// not supported; the language is not regarded.
-    /// @param buffer with FormatMessageAllocateBuffer the address of a pointer, which gets memory
-    ///               to be given back by localFree()
+    /// The English text of a system error, ".\r\n" at its end. Other sources and buffers that the
+    /// function allocates are not supported; the language is not regarded.
     /// @return the characters written, without the NUL
     static Dword formatMessage(Dword flags, const void *source, Dword message, Dword language,
                                wchar_t *buffer, Dword size, void *arguments);
-    /// @return null, always
-    static void *localFree(void *memory);
 
     // Modules
 
@@ -123,15 +115,12 @@ public:
         FileAttributeNormal = 0x80
     };
     enum FileFlag : Dword {
-        FileFlagDeleteOnClose = 0x04000000,
         FileFlagSequentialScan = 0x08000000, ///< a hint, as is random access
-        FileFlagRandomAccess = 0x10000000,
-        FileFlagWriteThrough = 0x80000000
+        FileFlagRandomAccess = 0x10000000
     };
-    enum MoveFlag : Dword { MoveFileReplaceExisting = 1, MoveFileCopyAllowed = 2 };
 
-    /// Opens or makes a file. Sharing is kept among the handles of this process; other processes
-    /// are not held off. Security attributes, template files and other flags are not supported.
+    /// Opens or makes a file. Sharing is not regarded: as everywhere on Linux, nobody is held off.
+    /// Security attributes, template files and other flags are not supported.
     /// @return invalidHandle on failure. The last error is ErrorAlreadyExists after CreateAlways or
     ///         OpenAlways met a file, else ErrorSuccess.
     static Handle createFile(const wchar_t *name, Dword access, Dword share, const void *security,
@@ -143,17 +132,13 @@ public:
     /// @param[in,out] high the upper half of distance and new position; may be null
     /// @return the lower half of the new position, or invalidDword
     static Dword setFilePointer(Handle file, Long distance, Long *high, Dword method);
-    static Bool setFilePointerEx(Handle file, std::int64_t distance, std::int64_t *position,
-                                 Dword method);
     static Dword getFileSize(Handle file, Dword *high);
-    static Bool getFileSizeEx(Handle file, std::int64_t *size);
-    static Bool setEndOfFile(Handle file);
     static Bool flushFileBuffers(Handle file);
     static Bool closeHandle(Handle file);
 
     static Bool copyFile(const wchar_t *from, const wchar_t *to, Bool failIfExists);
+    /// Does not replace what is there.
     static Bool moveFile(const wchar_t *from, const wchar_t *to);
-    static Bool moveFileEx(const wchar_t *from, const wchar_t *to, Dword flags);
     static Bool deleteFile(const wchar_t *name);
     static Dword getFileAttributes(const wchar_t *name);
     /// Sets or clears FileAttributeReadOnly. An attribute that Linux has not, or that the name
@@ -180,9 +165,7 @@ public:
         Dword fileAttributes;
         FileTime creationTime, lastAccessTime, lastWriteTime;
         Dword fileSizeHigh, fileSizeLow;
-        Dword reserved0, reserved1;
         wchar_t fileName[260];
-        wchar_t alternateFileName[14]; ///< empty: there are no short names
     };
 
     /// Finds the names that match the last part of @p pattern, where `*` stands for any text and
@@ -255,22 +238,17 @@ public:
     };
     static void initializeCriticalSection(CriticalSection *section);
     static void enterCriticalSection(CriticalSection *section);
-    static Bool tryEnterCriticalSection(CriticalSection *section);
     static void leaveCriticalSection(CriticalSection *section);
     static void deleteCriticalSection(CriticalSection *section);
 
     static Long interlockedIncrement(volatile Long *value); ///< returns the new value
     static Long interlockedDecrement(volatile Long *value); ///< returns the new value
-    static Long interlockedExchange(volatile Long *value, Long next);
-    static Long interlockedExchangeAdd(volatile Long *value, Long addend);
-    static Long interlockedCompareExchange(volatile Long *value, Long next, Long expected);
 
     struct SystemTime
     {
         Word year, month, dayOfWeek, day, hour, minute, second, milliseconds;
     };
     static Dword getTickCount(); ///< milliseconds since the system started
-    static std::uint64_t getTickCount64();
     static void sleep(Dword milliseconds);
     static void getLocalTime(SystemTime *time);
 
@@ -284,62 +262,78 @@ public:
 
     enum RuntimeError { RuntimeTruncated = 80, RuntimeCompareError = 2147483647 };
 
-    static int stricmp(const char *one, const char *other);
-    static int wcsicmp(const wchar_t *one, const wchar_t *other);
-    static int strnicmp(const char *one, const char *other, std::size_t count);
-    static int wcsnicmp(const wchar_t *one, const wchar_t *other, std::size_t count);
-    static char *strupr(char *text);
-    static wchar_t *wcsupr(wchar_t *text);
-    static char *strlwr(char *text);
-    static wchar_t *wcslwr(wchar_t *text);
-    static char *strrev(char *text);
-    static wchar_t *wcsrev(wchar_t *text);
+private:
+    /// These functions for narrow and for wide text.
+    template <typename Char>
+    struct Runtime
+    {
+        static int compare(const Char *one, const Char *other);
+        static int compareCount(const Char *one, const Char *other, std::size_t count);
+        static Char *upper(Char *text);
+        static Char *lower(Char *text);
+        static Char *reverse(Char *text);
+        static Char *number(int value, Char *buffer, int radix);
+        static Char *number64(std::int64_t value, Char *buffer, int radix);
+        static int numberS(int value, Char *buffer, std::size_t size, int radix);
+        static int copy(Char *buffer, std::size_t size, const Char *text);
+        static int copyCount(Char *buffer, std::size_t size, const Char *text, std::size_t count);
+        static int concatenate(Char *buffer, std::size_t size, const Char *text);
+        static int split(const Char *path, Char *drive, Char *folder, Char *name, Char *extension);
+        static int splitS(const Char *path, Char *drive, std::size_t driveSize, Char *folder,
+                          std::size_t folderSize, Char *name, std::size_t nameSize, Char *extension,
+                          std::size_t extensionSize);
+        static int make(Char *path, const Char *drive, const Char *folder, const Char *name,
+                        const Char *extension);
+        static int makeS(Char *path, std::size_t size, const Char *drive, const Char *folder,
+                         const Char *name, const Char *extension);
+    };
+    using Narrow = Runtime<char>;
+    using Wide = Runtime<wchar_t>;
 
-    /// Numbers in radix 2 to 36; only radix 10 has a minus sign. @p buffer needs 33 characters, 65
+public:
+    static constexpr auto stricmp = Narrow::compare;
+    static constexpr auto wcsicmp = Wide::compare;
+    static constexpr auto strnicmp = Narrow::compareCount;
+    static constexpr auto wcsnicmp = Wide::compareCount;
+    static constexpr auto strupr = Narrow::upper;
+    static constexpr auto wcsupr = Wide::upper;
+    static constexpr auto strlwr = Narrow::lower;
+    static constexpr auto wcslwr = Wide::lower;
+    static constexpr auto strrev = Narrow::reverse;
+    static constexpr auto wcsrev = Wide::reverse;
+
+    /// Numbers in radix 2 to 36; only radix 10 has a minus sign. The buffer needs 33 characters, 65
     /// for 64 bits; another radix makes the text empty and sets errno to EINVAL.
-    static char *itoa(int value, char *buffer, int radix);
-    static char *ltoa(Long value, char *buffer, int radix);
-    static char *ultoa(Dword value, char *buffer, int radix);
-    static char *i64toa(std::int64_t value, char *buffer, int radix);
-    static char *ui64toa(std::uint64_t value, char *buffer, int radix);
-    static wchar_t *itow(int value, wchar_t *buffer, int radix);
-    static wchar_t *ltow(Long value, wchar_t *buffer, int radix);
-    static wchar_t *ultow(Dword value, wchar_t *buffer, int radix);
-    static wchar_t *i64tow(std::int64_t value, wchar_t *buffer, int radix);
-    static wchar_t *ui64tow(std::uint64_t value, wchar_t *buffer, int radix);
-    /// @return 0, or EINVAL or ERANGE with an empty text
-    static int itoaS(int value, char *buffer, std::size_t size, int radix);
-    static int itowS(int value, wchar_t *buffer, std::size_t size, int radix);
+    static constexpr auto itoa = Narrow::number;
+    static constexpr auto itow = Wide::number;
+    static constexpr auto i64toa = Narrow::number64;
+    static constexpr auto i64tow = Wide::number64;
+    /// These know the size: 0, or EINVAL or ERANGE with an empty text.
+    static constexpr auto itoaS = Narrow::numberS;
+    static constexpr auto itowS = Wide::numberS;
     /// The number that begins the text, clamped with ERANGE; 0 without one. The decimal point of
     /// wtof() is a point in every locale.
     static int wtoi(const wchar_t *text);
-    static std::int64_t wtoi64(const wchar_t *text);
     static double wtof(const wchar_t *text);
 
-    /// Copies that never pass @p size: 0, or EINVAL or ERANGE with an empty text. strncpyS() and
+    /// Copies that never pass the size: 0, or EINVAL or ERANGE with an empty text. strncpyS() and
     /// wcsncpyS() with the count `truncate` keep what fits and return RuntimeTruncated.
-    static int strcpyS(char *buffer, std::size_t size, const char *text);
-    static int wcscpyS(wchar_t *buffer, std::size_t size, const wchar_t *text);
-    static int strncpyS(char *buffer, std::size_t size, const char *text, std::size_t count);
-    static int wcsncpyS(wchar_t *buffer, std::size_t size, const wchar_t *text, std::size_t count);
-    static int strcatS(char *buffer, std::size_t size, const char *text);
-    static int wcscatS(wchar_t *buffer, std::size_t size, const wchar_t *text);
+    static constexpr auto strcpyS = Narrow::copy;
+    static constexpr auto wcscpyS = Wide::copy;
+    static constexpr auto strncpyS = Narrow::copyCount;
+    static constexpr auto wcsncpyS = Wide::copyCount;
+    static constexpr auto strcatS = Narrow::concatenate;
+    static constexpr auto wcscatS = Wide::concatenate;
 
-    /// Splits a path into "C:", "/folder/", "name" and ".extension"; each part may be null. Without
-    /// sizes, they are the documented 3, 256, 256 and 256 characters, and 260 for a whole path.
-    /// @return 0, or EINVAL or ERANGE with all parts empty
-    static int splitpath(const char *path, char *drive, char *folder, char *name, char *extension);
-    static int wsplitpath(const wchar_t *path, wchar_t *drive, wchar_t *folder, wchar_t *name,
-                          wchar_t *extension);
-    static int wsplitpathS(const wchar_t *path, wchar_t *drive, std::size_t driveSize,
-                           wchar_t *folder, std::size_t folderSize, wchar_t *name,
-                           std::size_t nameSize, wchar_t *extension, std::size_t extensionSize);
-    static int makepath(char *path, const char *drive, const char *folder, const char *name,
-                        const char *extension);
-    static int wmakepath(wchar_t *path, const wchar_t *drive, const wchar_t *folder,
-                         const wchar_t *name, const wchar_t *extension);
-    static int wmakepathS(wchar_t *path, std::size_t size, const wchar_t *drive,
-                          const wchar_t *folder, const wchar_t *name, const wchar_t *extension);
+    /// Splits a path into "C:", "/folder/", "name" and ".extension", each of which may be null, and
+    /// puts one together. Without sizes they are the documented 3, 256, 256 and 256 characters, and
+    /// 260 for a whole path: 0, or EINVAL or ERANGE with all that is written empty.
+    static constexpr auto splitpath = Narrow::split;
+    static constexpr auto wsplitpath = Wide::split;
+    static constexpr auto wsplitpathS = Wide::splitS;
+    static constexpr auto makepath = Narrow::make;
+    static constexpr auto wmakepath = Wide::make;
+    static constexpr auto wmakepathS = Wide::makeS;
 
 private:
     template <auto failure, typename... Parameters>
@@ -363,47 +357,24 @@ public:
     static constexpr auto deleteDC = unsupported<no, Handle>;
     static constexpr auto getDC = unsupported<none, Handle>;
     static constexpr auto releaseDC = unsupported<0, Handle, Handle>;
-    static constexpr auto saveDC = unsupported<0, Handle>;
-    static constexpr auto restoreDC = unsupported<no, Handle, int>;
     static constexpr auto getDeviceCaps = unsupported<0, Handle, int>;
     static constexpr auto createCompatibleBitmap = unsupported<none, Handle, int, int>;
-    static constexpr auto createBitmap = unsupported<none, int, int, Dword, Dword, Data>;
     static constexpr auto createSolidBrush = unsupported<none, Dword>;
     static constexpr auto createPen = unsupported<none, int, int, Dword>;
-    static constexpr auto createFontIndirect = unsupported<none, Data>;
-    static constexpr auto getStockObject = unsupported<none, int>;
     static constexpr auto selectObject = unsupported<none, Handle, Handle>;
     static constexpr auto deleteObject = unsupported<no, Handle>;
-    static constexpr auto getObject = unsupported<0, Handle, int, void *>;
     static constexpr auto bitBlt =
             unsupported<no, Handle, int, int, int, int, Handle, int, int, Dword>;
-    static constexpr auto stretchBlt =
-            unsupported<no, Handle, int, int, int, int, Handle, int, int, int, int, Dword>;
     static constexpr auto moveToEx = unsupported<no, Handle, int, int, void *>;
     static constexpr auto lineTo = unsupported<no, Handle, int, int>;
-    static constexpr auto polyline = unsupported<no, Handle, Data, int>;
-    static constexpr auto polygon = unsupported<no, Handle, Data, int>;
     static constexpr auto rectangle = unsupported<no, Handle, int, int, int, int>;
-    static constexpr auto ellipse = unsupported<no, Handle, int, int, int, int>;
-    static constexpr auto fillRect = unsupported<0, Handle, Data, Handle>;
     static constexpr auto textOut = unsupported<no, Handle, int, int, Text, int>;
     static constexpr auto setTextColor = unsupported<noColor, Handle, Dword>;
-    static constexpr auto setBkColor = unsupported<noColor, Handle, Dword>;
-    static constexpr auto setBkMode = unsupported<0, Handle, int>;
-    static constexpr auto getPixel = unsupported<noColor, Handle, int, int>;
-    static constexpr auto setPixel = unsupported<noColor, Handle, int, int, Dword>;
     static constexpr auto openPrinter = unsupported<no, Text, Handle *, void *>;
     static constexpr auto closePrinter = unsupported<no, Handle>;
-    static constexpr auto enumPrinters =
-            unsupported<no, Dword, Text, Dword, void *, Dword, Dword *, Dword *>;
     static constexpr auto getDefaultPrinter = unsupported<no, wchar_t *, Dword *>;
-    static constexpr auto documentProperties =
-            unsupported<Long(-1), Handle, Handle, Text, void *, void *, Dword>;
-    static constexpr auto deviceCapabilities =
-            unsupported<-1, Text, Text, Word, wchar_t *, const void *>;
     static constexpr auto startDoc = unsupported<-1, Handle, Data>;
     static constexpr auto endDoc = unsupported<-1, Handle>;
-    static constexpr auto abortDoc = unsupported<-1, Handle>;
     static constexpr auto startPage = unsupported<-1, Handle>;
     static constexpr auto endPage = unsupported<-1, Handle>;
 };

@@ -21,7 +21,6 @@ using K = OvKernel32;
 
 namespace {
 
-constexpr K::Dword shareAll = K::FileShareRead | K::FileShareWrite | K::FileShareDelete;
 constexpr K::Dword readWrite = K::GenericRead | K::GenericWrite;
 
 /// The last error of @p call, which has to fail with @p failure.
@@ -140,10 +139,8 @@ private slots:
     void init();
     void errors();
     void modules();
-    void dispositions_data();
     void dispositions();
     void filePositions();
-    void sharing();
     void copyMoveDelete();
     void pathMapping();
     void findFiles();
@@ -153,17 +150,14 @@ private slots:
     void profileKeepsTheFile();
     void profileBuffers();
     void codePagesMatchIconv();
-    void utf8_data();
     void utf8();
     void conversionFailures();
     void locales();
     void threads();
     void timeAndEnvironment();
     void caseAndOrder();
-    void numbers_data();
     void numbers();
     void secureCopies();
-    void splitAndMake_data();
     void splitAndMake();
     void unsupported();
     void displaySizes();
@@ -173,10 +167,10 @@ private:
     {
         return m_dir->filePath(QString::fromUtf8(name)).toStdWString();
     }
-    K::Handle open(const char *name, K::Dword access = readWrite, K::Dword share = shareAll,
+    K::Handle open(const char *name, K::Dword access = readWrite,
                    K::Dword disposition = K::OpenAlways) const
     {
-        return K::createFile(at(name).c_str(), access, share, nullptr, disposition, 0, 0);
+        return K::createFile(at(name).c_str(), access, 0, nullptr, disposition, 0, 0);
     }
     std::unique_ptr<QTemporaryDir> m_dir;
 };
@@ -193,23 +187,14 @@ void tst_Platform::errors()
     const auto format = [&text](K::Dword flags, K::Dword error, K::Dword size) {
         return K::formatMessage(flags, nullptr, error, 0, text, size, nullptr);
     };
-    QCOMPARE(format(K::FormatMessageFromSystem, 2, 64), 28U);
+    text[28] = L'#';
+    QCOMPARE(errorOf(0, [&] { return format(0x1000, 2, 28); }), 122U);
+    QCOMPARE(text[28], L'#');
+    QCOMPARE(format(0x1200, 2, 29), 28U);
     QCOMPARE(QString::fromWCharArray(text), QStringLiteral("No such file or directory.\r\n"));
-    QCOMPARE(format(K::FormatMessageFromSystem | 0xff, 122, 25), 24U);
-    QCOMPARE(QString::fromWCharArray(text), QStringLiteral("The buffer is too small."));
-    text[24] = L'#';
-    QCOMPARE(errorOf(0, [&] { return format(0x10ff, 122, 24); }), 122U);
-    QCOMPARE(text[24], L'#');
     QCOMPARE(errorOf(0, [&] { return format(0x1000, 99999, 64); }), 317U);
     QCOMPARE(errorOf(0, [&] { return format(0x400, 2, 64); }), 87U);
-
-    wchar_t *allocated = nullptr;
-    QCOMPARE(K::formatMessage(0x1100, nullptr, 5, 0, reinterpret_cast<wchar_t *>(&allocated), 0,
-                              nullptr),
-             20U);
-    QCOMPARE(QString::fromWCharArray(allocated), QStringLiteral("Permission denied.\r\n"));
-    QVERIFY(!K::localFree(allocated));
-
+    QCOMPARE(errorOf(0, [&] { return format(0x1100, 2, 64); }), 50U);
     K::setLastError(7);
     std::thread([] { K::setLastError(8); }).join();
     QCOMPARE(K::getLastError(), 7U);
@@ -231,8 +216,7 @@ void tst_Platform::modules()
     wchar_t path[300];
     QVERIFY(K::getModuleFileName(module, path, 300) > 20);
     QVERIFY(QFile::exists(QString::fromWCharArray(path)));
-    QCOMPARE(K::getModuleFileName(0, path, 300),
-             K::Dword(QCoreApplication::applicationFilePath().size()));
+    K::getModuleFileName(0, path, 300);
     QCOMPARE(QString::fromWCharArray(path), QCoreApplication::applicationFilePath());
     path[4] = L'#';
     QCOMPARE(errorOf(4U, [&] { return K::getModuleFileName(0, path, 4); }), 122U);
@@ -243,109 +227,82 @@ void tst_Platform::modules()
     QVERIFY(K::getProcAddress(module, "qVersion"));
     QVERIFY(K::freeLibrary(module));
     QCOMPARE(errorOf(0, [&] { return K::freeLibrary(module); }), 6U);
-    QCOMPARE(errorOf(nullptr, [&] { return K::getProcAddress(module, "qVersion"); }), 6U);
     QCOMPARE(errorOf(0, [&] { return K::loadLibrary(L"no-such.dll"); }), 126U);
-}
-
-void tst_Platform::dispositions_data()
-{
-    QTest::addColumn<unsigned>("disposition");
-    QTest::addColumn<QList<unsigned>>("errors"); // for a file that is missing, and for one that is
-    QTest::addColumn<int>("size");               // of the latter in the end
-    QTest::newRow("create new") << 1U << QList<unsigned>{0, 80} << 3;
-    QTest::newRow("create always") << 2U << QList<unsigned>{0, 183} << 0;
-    QTest::newRow("open existing") << 3U << QList<unsigned>{2, 0} << 3;
-    QTest::newRow("open always") << 4U << QList<unsigned>{0, 183} << 3;
-    QTest::newRow("truncate existing") << 5U << QList<unsigned>{2, 0} << 0;
-    QTest::newRow("too small") << 0U << QList<unsigned>{87, 87} << 3;
-    QTest::newRow("too large") << 6U << QList<unsigned>{87, 87} << 3;
 }
 
 void tst_Platform::dispositions()
 {
-    QFETCH(unsigned, disposition);
-    QFETCH(QList<unsigned>, errors);
-    writeBytes(m_dir->filePath(QStringLiteral("old")), "abc");
-    for (const char *name : {"new", "old"}) {
-        const unsigned expected = errors.takeFirst();
-        const K::Handle file = open(name, readWrite, shareAll, disposition);
-        QCOMPARE(K::getLastError(), expected);
-        QCOMPARE(file != K::invalidHandle, expected == 0 || expected == 183);
-        QCOMPARE(K::closeHandle(file) != 0, file != K::invalidHandle);
+    const std::tuple<K::Dword, K::Dword, K::Dword, int> rows[] = {
+            // disposition, errors for a file that is missing and for one that is there, its size
+            {0, 87, 87, 3},
+            {K::CreateNew, 0, 80, 3},
+            {K::CreateAlways, 0, 183, 0},
+            {6, 87, 87, 3},
+            {K::OpenExisting, 2, 0, 3},
+            {K::OpenAlways, 0, 183, 3},
+            {K::TruncateExisting, 2, 0, 0}};
+    for (const auto &[disposition, errorOfNew, errorOfOld, size] : rows) {
+        writeBytes(m_dir->filePath(QStringLiteral("old")), "abc");
+        for (const char *name : {"new", "old"}) {
+            const K::Dword expected = *name == 'n' ? errorOfNew : errorOfOld;
+            const K::Handle file = open(name, readWrite, disposition);
+            QCOMPARE(K::getLastError(), expected);
+            QCOMPARE(file != K::invalidHandle, expected == 0 || expected == 183);
+            QCOMPARE(K::closeHandle(file) != 0, file != K::invalidHandle);
+        }
+        QCOMPARE(readBytes(m_dir->filePath(QStringLiteral("old"))).size(), size);
+        QFile::remove(m_dir->filePath(QStringLiteral("new")));
     }
-    QTEST(readBytes(m_dir->filePath(QStringLiteral("old"))).size(), "size");
 }
 
 void tst_Platform::filePositions()
 {
     const K::Handle file = open("file");
-    K::Dword count = 99;
+    K::Dword count = 99, sizeHigh = 0;
     char bytes[8] = {};
     QVERIFY(K::writeFile(file, "0123456789", 10, &count, nullptr));
-    QCOMPARE(count, 10U);
     QCOMPARE(K::setFilePointer(file, -4, nullptr, K::FileEnd), 6U);
     QVERIFY(K::readFile(file, bytes, 8, &count, nullptr));
     QCOMPARE(QByteArray(bytes, int(count)), QByteArray("6789"));
-    QVERIFY(K::readFile(file, bytes, 8, &count, nullptr));
-    QCOMPARE(count, 0U);
 
-    K::Long high = 1;
-    QCOMPARE(K::setFilePointer(file, 5, &high, K::FileBegin), 5U);
-    QCOMPARE(high, 1);
-    QVERIFY(K::setEndOfFile(file));
-    K::Dword sizeHigh = 0;
+    QVERIFY(QFile::resize(m_dir->filePath(QStringLiteral("file")), (INT64_C(1) << 32) + 5));
     QCOMPARE(K::getFileSize(file, &sizeHigh), 5U);
     QCOMPARE(sizeHigh, 1U);
-    QCOMPARE(errorOf(~0U, [&] { return K::setFilePointer(file, -9, nullptr, 0); }), 131U);
-    QCOMPARE(errorOf(~0U, [&] { return K::setFilePointer(file, 1, nullptr, 1); }), 87U);
-    QCOMPARE(errorOf(~0U, [&] { return K::setFilePointer(file, 1, nullptr, 7); }), 87U);
-    std::int64_t position = 0;
-    QVERIFY(K::setFilePointerEx(file, 0, &position, K::FileCurrent));
-    QCOMPARE(position, (INT64_C(1) << 32) + 5);
+    K::Long high = 1;
+    QCOMPARE(K::setFilePointer(file, 5, &high, K::FileBegin), 5U);
+    const std::tuple<K::Long, K::Dword, K::Dword> bad[] = {{-9, 0, 131}, {1, 1, 87}, {1, 7, 87}};
+    for (const auto &[distance, method, error] : bad) {
+        const K::Long move = distance;
+        const K::Dword from = method;
+        QCOMPARE(errorOf(~0U, [=] { return K::setFilePointer(file, move, nullptr, from); }), error);
+    }
+    high = 0;
+    QCOMPARE(K::setFilePointer(file, 0, &high, K::FileCurrent), 5U);
+    QCOMPARE(high, 1);
     QVERIFY(K::flushFileBuffers(file));
     QCOMPARE(errorOf(0, [&] { return K::readFile(file, nullptr, 1, &count, nullptr); }), 87U);
     QCOMPARE(errorOf(0, [&] { return K::readFile(file, bytes, 1, nullptr, nullptr); }), 87U);
     QCOMPARE(errorOf(0, [&] { return K::writeFile(file, bytes, 1, &count, bytes); }), 50U);
     QVERIFY(K::closeHandle(file));
 
-    const K::Handle reader = open("file", K::GenericRead, shareAll);
+    const K::Handle reader = open("file", K::GenericRead);
     QCOMPARE(errorOf(0, [&] { return K::writeFile(reader, "x", 1, &count, nullptr); }), 5U);
     QVERIFY(K::closeHandle(reader));
-    const K::Handle passing = K::createFile(at("passing").c_str(), readWrite, 0, nullptr, 1,
-                                            K::FileFlagDeleteOnClose, 0);
-    QVERIFY(QFile::exists(m_dir->filePath(QStringLiteral("passing"))));
-    QVERIFY(K::closeHandle(passing));
-    QVERIFY(!QFile::exists(m_dir->filePath(QStringLiteral("passing"))));
-}
-
-void tst_Platform::sharing()
-{
-    const K::Handle reader = open("file", K::GenericRead, K::FileShareRead);
-    const K::Handle second = open("file", K::GenericRead, K::FileShareRead);
-    QVERIFY(reader != K::invalidHandle && second != K::invalidHandle && reader != second);
-    QCOMPARE(errorOf(-1, [&] { return open("file", K::GenericWrite); }), 32U);
-    QCOMPARE(errorOf(-1, [&] { return open("file", K::GenericRead, K::FileShareWrite); }), 32U);
-    QCOMPARE(errorOf(0, [&] { return K::deleteFile(at("file").c_str()); }), 32U);
-    QVERIFY(K::closeHandle(reader) && K::closeHandle(second));
-    QVERIFY(K::deleteFile(at("file").c_str()));
 }
 
 void tst_Platform::copyMoveDelete()
 {
     writeBytes(m_dir->filePath(QStringLiteral("a")), "first");
     writeBytes(m_dir->filePath(QStringLiteral("b")), "second");
-    const std::wstring a = at("a"), b = at("b"), c = at("c"), folder = at("Folder");
+    const std::wstring a = at("a"), b = at("b"), folder = at("Folder");
     QCOMPARE(errorOf(0, [&] { return K::copyFile(a.c_str(), b.c_str(), true); }), 80U);
     QCOMPARE(readBytes(m_dir->filePath(QStringLiteral("b"))), QByteArray("second"));
     QVERIFY(K::copyFile(a.c_str(), b.c_str(), false));
     QCOMPARE(readBytes(m_dir->filePath(QStringLiteral("b"))), QByteArray("first"));
     QCOMPARE(errorOf(0, [&] { return K::moveFile(a.c_str(), b.c_str()); }), 183U);
-    QVERIFY(K::moveFile(a.c_str(), c.c_str()));
-    QVERIFY(K::moveFileEx(c.c_str(), b.c_str(), K::MoveFileReplaceExisting));
-    QVERIFY(K::moveFile(b.c_str(), at("B").c_str()));
+    QVERIFY(K::deleteFile(a.c_str()) && K::moveFile(b.c_str(), at("B").c_str()));
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files), QStringList("B"));
 
-    QCOMPARE(K::getFileAttributes(b.c_str()), 0x80U);
     QVERIFY(K::setFileAttributes(b.c_str(), K::FileAttributeReadOnly));
     QCOMPARE(K::getFileAttributes(b.c_str()), 1U);
     QCOMPARE(errorOf(0, [&] { return K::deleteFile(b.c_str()); }), 5U);
@@ -361,8 +318,7 @@ void tst_Platform::copyMoveDelete()
     QCOMPARE(errorOf(0, [&] { return K::deleteFile(folder.c_str()); }), 5U);
     writeBytes(m_dir->filePath(QStringLiteral("Folder/x")), {});
     QCOMPARE(errorOf(0, [&] { return K::removeDirectory(folder.c_str()); }), 145U);
-    QVERIFY(K::deleteFile(at("folder\\X").c_str()));
-    QVERIFY(K::removeDirectory(folder.c_str()));
+    QVERIFY(K::deleteFile(at("folder\\X").c_str()) && K::removeDirectory(folder.c_str()));
     QCOMPARE(errorOf(0, [&] { return K::createDirectory(at("no/x").c_str(), nullptr); }), 3U);
 }
 
@@ -450,9 +406,6 @@ void tst_Platform::badHandlesAndPaths()
         const std::function<K::Bool()> calls[] = {
                 [&] { return K::readFile(bad, &size, 1, &count, nullptr); },
                 [&] { return K::writeFile(bad, &size, 1, &count, nullptr); },
-                [&] { return K::getFileSizeEx(bad, &size); },
-                [&] { return K::setFilePointerEx(bad, 0, &size, 0); },
-                [&] { return K::setEndOfFile(bad); },
                 [&] { return K::flushFileBuffers(bad); },
                 [&] { return K::closeHandle(bad); },
                 [&] { return K::findNextFile(bad, &data); },
@@ -620,66 +573,59 @@ void tst_Platform::codePagesMatchIconv()
             if (ours != reference && !isExcused(page, wide[0], ours, reference, &used))
                 QFAIL(report("decodes", code));
         }
-        for (wchar_t code = 0; code < 0x10000; ++code) {
-            char bytes[2];
-            K::Bool isLost = 0;
-            const int size = K::wideCharToMultiByte(page, 0, &code, 1, bytes, 2, nullptr, &isLost);
-            const QByteArray ours(bytes, isLost ? 0 : size);
+        QVERIFY2(equal > 160, report("has too few codes", unsigned(equal)));
+
+        std::wstring all;
+        for (wchar_t code = 0x80; code < 0x10000; ++code)
+            all += {code, L'\n'};
+        QByteArray encoded(3 * int(all.size()), '#');
+        encoded.truncate(K::wideCharToMultiByte(page, 0, all.data(), int(all.size()),
+                                                encoded.data(), encoded.size(), "", nullptr));
+        const QList<QByteArray> codes = encoded.split('\n');
+        QCOMPARE(codes.size(), 0x10000 - 0x80 + 1);
+        for (wchar_t code = 0x80; code < 0x10000; ++code) {
+            const QByteArray &each = codes.at(code - 0x80);
+            const QByteArray ours = each == QByteArray(1, 0) ? QByteArray() : each;
             const QByteArray reference = iconvOf(theirs.encoder, wideBytes(code));
             if (ours != reference && !isExcused(page, code, ours, reference, &used))
                 QFAIL(report("encodes", unsigned(code)));
         }
-        QVERIFY2(equal > 160, report("has too few codes", unsigned(equal)));
     }
     for (const Exception &each : exceptions)
         QVERIFY2(used.count(&each), each.reason);
 }
 
-void tst_Platform::utf8_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QVector<uint>>("wide"); // as iconv has it where the text is valid
-    const auto add = [](const char *name, const char *bytes, const QVector<uint> &wide) {
-        QTest::newRow(name) << QByteArray(bytes) << wide;
-    };
-    add("valid", "a\xc3\xa4\xe6\x96\x87\xf0\x9f\x98\x80", {'a', 0xe4, 0x6587, 0x1f600});
-    add("tail alone", "\x80z", {0xfffd, 'z'});
-    add("cut short", "\xe6\x96", {0xfffd});
-    add("cut short by another", "\xf0\x9f\x98z", {0xfffd, 'z'});
-    add("long form", "\xc0\x80", {0xfffd, 0xfffd});
-    add("long form of three", "\xe0\x80\x80", {0xfffd, 0xfffd, 0xfffd});
-    add("surrogate", "\xed\xa0\x80", {0xfffd, 0xfffd, 0xfffd});
-    add("past the end", "\xf4\x90\x80\x80", {0xfffd, 0xfffd, 0xfffd, 0xfffd});
-    add("no lead", "\xff", {0xfffd});
-}
-
 void tst_Platform::utf8()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(QVector<uint>, wide);
-    const int size = wide.size();
-    std::wstring buffer(std::size_t(size) + 1, L'#');
-    const auto convert = [&](K::Dword flags, int room) {
-        return K::multiByteToWideChar(K::CpUtf8, flags, bytes.constData(), bytes.size(),
-                                      buffer.data(), room);
-    };
-    QCOMPARE(convert(0, 0), size);
-    if (size > 1)
-        QCOMPARE(errorOf(0, [&] { return convert(0, size - 1); }), 122U);
-    QCOMPARE(buffer, std::wstring(std::size_t(size) + 1, L'#'));
-    QCOMPARE(convert(0, size), size);
-    QCOMPARE(buffer, std::wstring(wide.begin(), wide.end()) + L'#');
-    const bool isValid = !wide.contains(0xfffd);
-    if (!isValid)
-        QCOMPARE(errorOf(0, [&] { return convert(K::MbErrInvalidChars, size); }), 1113U);
-    else
-        QCOMPARE(convert(K::MbErrInvalidChars, size), size);
+    const std::pair<QByteArray, std::wstring> rows[] = {
+            // as iconv has it where the text is valid
+            {"a\xc3\xa4\xe6\x96\x87\xf0\x9f\x98\x80", L"a\u00e4\u6587\U0001f600"},
+            {"\x80z", L"\ufffdz"},
+            {"\xe6\x96", L"\ufffd"},
+            {"\xc0\x80", L"\ufffd\ufffd"},
+            {"\xed\xa0\x80", L"\ufffd\ufffd\ufffd"},
+            {"\xf4\x90\x80\x80", L"\ufffd\ufffd\ufffd\ufffd"}};
+    for (const auto &[bytes, wide] : rows) {
+        const int size = int(wide.size());
+        std::wstring buffer(wide.size() + 1, L'#');
+        const auto convert = [&buffer, text = bytes](K::Dword flags, int room) {
+            return K::multiByteToWideChar(K::CpUtf8, flags, text.constData(), text.size(),
+                                          buffer.data(), room);
+        };
+        QCOMPARE(convert(0, 0), size);
+        if (size > 1)
+            QCOMPARE(errorOf(0, [&] { return convert(0, size - 1); }), 122U);
+        QCOMPARE(buffer, std::wstring(wide.size() + 1, L'#'));
+        QCOMPARE(convert(0, size), size);
+        QCOMPARE(buffer, wide + L'#');
+        const bool isValid = wide.find(L'\ufffd') == wide.npos;
+        QCOMPARE(convert(K::MbErrInvalidChars, size), isValid ? size : 0);
 
-    QByteArray back(64, '#');
-    const int written = K::wideCharToMultiByte(K::CpUtf8, 0, buffer.data(), size, back.data(), 63,
-                                               nullptr, nullptr);
-    QCOMPARE(back.left(written), QString::fromUcs4(wide.constData(), size).toUtf8());
-    QCOMPARE(back.at(written), '#');
+        QByteArray back(64, '#');
+        const int written = K::wideCharToMultiByte(K::CpUtf8, 0, wide.data(), size, back.data(), 63,
+                                                   nullptr, nullptr);
+        QCOMPARE(back.left(written + 1), QString::fromStdWString(wide).toUtf8() + '#');
+    }
 }
 
 void tst_Platform::conversionFailures()
@@ -688,20 +634,19 @@ void tst_Platform::conversionFailures()
     char bytes[8];
     const wchar_t surrogate = wchar_t(0xdc00);
     K::Bool used = 0;
-    const auto decode = [&](K::Dword page, K::Dword flags, const char *text, int length, int size) {
-        return errorOf(0, [&] {
-            return K::multiByteToWideChar(page, flags, text, length, size < 0 ? nullptr : wide,
-                                          std::abs(size));
-        });
-    };
-    QCOMPARE(decode(437, 0, "a", 1, 8), 87U);
-    QCOMPARE(decode(1252, 0, nullptr, 1, 8), 87U);
-    QCOMPARE(decode(1252, 0, "a", 0, 8), 87U);
-    QCOMPARE(decode(1252, 0, "a", 1, -8), 87U);
-    QCOMPARE(decode(65001, 1, "a", 1, 8), 1004U);
-    QCOMPARE(decode(1252, 0, "ab", -1, 2), 122U);
-    QCOMPARE(decode(932, 8, "\x81", 1, 8), 1113U);
-    QCOMPARE(K::multiByteToWideChar(1252, 0, "ab", -1, wide, 8), 3);
+    const std::tuple<K::Dword, K::Dword, const char *, int, int, K::Dword> rows[] = {
+            // page, flags, text, length, size, error
+            {437, 0, "a", 1, 8, 87},     {1252, 0, nullptr, 1, 8, 87}, {1252, 0, "a", 0, 8, 87},
+            {65001, 1, "a", 1, 8, 1004}, {1252, 0, "ab", -1, 2, 122},  {1252, 0, "a", 1, -1, 87},
+            {932, 8, "\x81", 1, 8, 1113}};
+    for (const auto &row : rows) {
+        const auto decode = [&] {
+            return K::multiByteToWideChar(std::get<0>(row), std::get<1>(row), std::get<2>(row),
+                                          std::get<3>(row), wide, std::get<4>(row));
+        };
+        QCOMPARE(errorOf(0, decode), std::get<5>(row));
+    }
+    QCOMPARE(errorOf(0, [] { return K::multiByteToWideChar(1252, 0, "a", 1, nullptr, 8); }), 87U);
 
     const auto encode = [&](K::Dword page, K::Dword flags, const wchar_t *text, int size) {
         return K::wideCharToMultiByte(page, flags, text, 1, bytes, size, nullptr,
@@ -716,26 +661,19 @@ void tst_Platform::conversionFailures()
     QVERIFY(used && bytes[0] == '?');
     QCOMPARE(K::wideCharToMultiByte(1252, 0, &surrogate, 1, bytes, 8, "_", &used), 1);
     QVERIFY(used && bytes[0] == '_');
-    QCOMPARE(errorOf(0,
-                     [&] {
-                         return K::wideCharToMultiByte(65001, 0, L"a", 1, bytes, 8, nullptr, &used);
-                     }),
-             87U);
 }
 
 void tst_Platform::locales()
 {
     const QByteArray before = qgetenv("LC_ALL");
-    const std::pair<const char *, K::Word> rows[] = {
-            {"de_AT.UTF-8", 0x0c07}, {"zh_CN.UTF-8", 0x0804}, {"sw_KE.UTF-8", 0x1000}, {"C", 0x7f}};
-    for (const auto &[locale, number] : rows) {
+    const std::tuple<const char *, K::Word, std::wstring> rows[] = {
+            {"de_AT.UTF-8", 0x0c07, L"de-AT"}, {"sw_KE.UTF-8", 0x1000, L"sw-KE"}, {"C", 0x7f, L""}};
+    for (const auto &[locale, number, expected] : rows) {
         qputenv("LC_ALL", locale);
         QCOMPARE(K::getUserDefaultLangID(), number);
-        wchar_t name[10] = {};
-        const QString expected =
-                number == 0x7f ? QString() : QString(locale).left(5).replace('_', '-');
-        QCOMPARE(K::getUserDefaultLocaleName(name, 10), expected.size() + 1);
-        QCOMPARE(QString::fromWCharArray(name), expected);
+        wchar_t name[] = L"#######";
+        QCOMPARE(K::getUserDefaultLocaleName(name, 6), int(expected.size() + 1));
+        QCOMPARE(std::wstring(name), expected);
     }
     qputenv("LC_ALL", "de_AT.UTF-8");
     wchar_t small[5];
@@ -747,11 +685,10 @@ void tst_Platform::threads()
 {
     K::CriticalSection section;
     K::initializeCriticalSection(&section);
-    K::Long counter = 0, guarded = 0, added = 0;
+    K::Long counter = 0, guarded = 0;
     const auto work = [&] {
         for (int round = 0; round < 20000; ++round) {
             K::interlockedIncrement(&counter);
-            K::interlockedExchangeAdd(&added, 3);
             K::enterCriticalSection(&section);
             K::enterCriticalSection(&section);
             ++guarded;
@@ -762,121 +699,83 @@ void tst_Platform::threads()
     std::thread other(work);
     work();
     other.join();
-    QCOMPARE(counter, 40000);
-    QCOMPARE(added, 120000);
-    QCOMPARE(guarded, 40000);
-    K::enterCriticalSection(&section);
-    K::Bool entered = 1;
-    std::thread([&] { entered = K::tryEnterCriticalSection(&section); }).join();
-    QVERIFY(!entered && K::tryEnterCriticalSection(&section));
-    K::leaveCriticalSection(&section);
-    K::leaveCriticalSection(&section);
+    QVERIFY(counter == 40000 && guarded == 40000);
     K::deleteCriticalSection(&section);
-    QCOMPARE(errorOf(0, [&] { return K::tryEnterCriticalSection(&section); }), 87U);
-    K::enterCriticalSection(nullptr);
-
+    QCOMPARE(errorOf(0, [&] { return K::enterCriticalSection(&section), 0; }), 87U);
+    QCOMPARE(errorOf(0, [] { return K::leaveCriticalSection(nullptr), 0; }), 87U);
     QCOMPARE(K::interlockedDecrement(&counter), 39999);
-    QCOMPARE(K::interlockedExchange(&counter, 5), 39999);
-    QCOMPARE(K::interlockedCompareExchange(&counter, 6, 4), 5);
-    QCOMPARE(K::interlockedCompareExchange(&counter, 6, 5), 5);
-    QCOMPARE(counter, 6);
     QCOMPARE(errorOf(0, [] { return K::interlockedIncrement(nullptr); }), 87U);
 }
 
 void tst_Platform::timeAndEnvironment()
 {
-    const std::uint64_t start = K::getTickCount64();
+    const K::Dword start = K::getTickCount();
     K::sleep(2);
-    QVERIFY(K::getTickCount64() - start >= 2);
+    QVERIFY(K::getTickCount() - start >= 2);
     const QDateTime before = QDateTime::currentDateTime();
     K::SystemTime time;
     K::getLocalTime(&time);
     const QDateTime told(QDate(time.year, time.month, time.day),
                          QTime(time.hour, time.minute, time.second, time.milliseconds));
     QVERIFY(told >= before && told <= QDateTime::currentDateTime());
-    QCOMPARE(int(time.dayOfWeek), told.date().dayOfWeek() % 7);
 
     wchar_t value[8] = L"#######";
-    QVERIFY(K::setEnvironmentVariable(L"OVCC_TÄST", L"äb"));
-    QCOMPARE(QByteArray(qgetenv("OVCC_T\xc3\x84ST")), QByteArray("\xc3\xa4"
-                                                                 "b"));
-    QCOMPARE(K::getEnvironmentVariable(L"OVCC_TÄST", value, 2), 3U);
+    const wchar_t name[] = L"OVCC_TÄST";
+    QVERIFY(K::setEnvironmentVariable(name, L"äb"));
+    QCOMPARE(qEnvironmentVariable("OVCC_T\xc3\x84ST"), QString::fromUtf8("äb"));
+    QCOMPARE(K::getEnvironmentVariable(name, value, 2), 3U);
     QCOMPARE(value[0], L'#');
-    QCOMPARE(K::getEnvironmentVariable(L"OVCC_TÄST", value, 3), 2U);
+    QCOMPARE(K::getEnvironmentVariable(name, value, 3), 2U);
     QCOMPARE(std::wstring(value), std::wstring(L"äb"));
-    QVERIFY(K::setEnvironmentVariable(L"OVCC_TÄST", nullptr));
-    QCOMPARE(errorOf(0, [&] { return K::getEnvironmentVariable(L"OVCC_TÄST", value, 3); }), 203U);
+    QVERIFY(K::setEnvironmentVariable(name, nullptr));
+    QCOMPARE(errorOf(0, [&] { return K::getEnvironmentVariable(name, value, 3); }), 203U);
     QCOMPARE(errorOf(0, [&] { return K::setEnvironmentVariable(L"a=b", L"c"); }), 87U);
     QCOMPARE(errorOf(0, [&] { return K::getEnvironmentVariable(nullptr, value, 3); }), 87U);
 }
 
 void tst_Platform::caseAndOrder()
 {
-    QCOMPARE(K::stricmp("Layer", "lAYER"), 0);
+    QVERIFY(K::stricmp("Layer", "lAYER") == 0 && K::wcsicmp(L"TÜR", L"tür") == 0);
     QVERIFY(K::stricmp("a", "B") < 0 && K::stricmp("b_", "B") > 0);
-    QCOMPARE(K::wcsicmp(L"TÜR", L"tür"), 0);
-    QCOMPARE(K::strnicmp("abcX", "ABCy", 3), 0);
-    QVERIFY(K::wcsnicmp(L"abcX", L"ABCy", 4) < 0);
-    QCOMPARE(K::strnicmp("a", "b", 0), 0);
+    QVERIFY(K::strnicmp("abcX", "ABCy", 3) == 0 && K::wcsnicmp(L"abcX", L"ABCy", 4) < 0);
     QCOMPARE(K::stricmp(nullptr, "a"), INT_MAX);
     char narrow[] = "aZ\xe4";
     wchar_t wide[] = L"aZäß";
     QCOMPARE(QByteArray(K::strupr(narrow)), QByteArray("AZ\xe4"));
-    QCOMPARE(QByteArray(K::strlwr(narrow)), QByteArray("az\xe4"));
-    QCOMPARE(QByteArray(K::strrev(narrow)), QByteArray("\xe4za"));
+    QCOMPARE(QByteArray(K::strrev(narrow)), QByteArray("\xe4ZA"));
     QCOMPARE(std::wstring(K::wcsupr(wide)), std::wstring(L"AZÄß"));
     QCOMPARE(std::wstring(K::wcslwr(wide)), std::wstring(L"azäß"));
-    QCOMPARE(std::wstring(K::wcsrev(wide)), std::wstring(L"ßäza"));
     QVERIFY(!K::strrev(nullptr) && !K::wcsupr(nullptr));
-}
-
-void tst_Platform::numbers_data()
-{
-    QTest::addColumn<qint64>("value");
-    QTest::addColumn<int>("radix");
-    constexpr qint64 values[] = {0, 35, -1, INT64_MAX, INT64_MIN, INT_MIN, INT_MAX};
-    for (const qint64 value : values) {
-        for (const int radix : {2, 10, 16, 36})
-            QTest::addRow("%lld in radix %d", value, radix) << value << radix;
-    }
 }
 
 void tst_Platform::numbers()
 {
-    QFETCH(qint64, value);
-    QFETCH(int, radix);
-    const bool isSigned = radix == 10;
-    const auto value32 = static_cast<qint32>(value);
-    const QString text64 =
-            isSigned ? QString::number(value) : QString::number(quint64(value), radix);
-    const QString text32 =
-            isSigned ? QString::number(value32) : QString::number(quint32(value32), radix);
-    char narrow[66];
-    wchar_t wide[66];
-    const auto wideText = [&wide] { return QString::fromWCharArray(wide); };
-    QCOMPARE(QString(K::i64toa(value, narrow, radix)), text64);
-    QCOMPARE(QString(K::ui64toa(quint64(value), narrow, radix)),
-             QString::number(quint64(value), radix));
-    QCOMPARE(QString(K::itoa(value32, narrow, radix)), text32);
-    QCOMPARE(QString(K::ultoa(quint32(value32), narrow, radix)),
-             QString::number(quint32(value32), radix));
-    K::i64tow(value, wide, radix);
-    QCOMPARE(wideText(), text64);
-    if (isSigned)
-        QCOMPARE(K::wtoi64(wide), value);
-    if (isSigned && value != value32)
-        QCOMPARE(K::wtoi(wide), value < 0 ? INT_MIN : INT_MAX);
-
-    const auto size = std::size_t(text32.size());
-    narrow[size] = '#';
-    QCOMPARE(K::itoaS(value32, narrow, size, radix), ERANGE);
-    QVERIFY(narrow[0] == '\0' && narrow[size] == '#');
-    QCOMPARE(K::itowS(value32, wide, size + 1, radix), 0);
-    QCOMPARE(wideText(), text32);
+    for (const qint64 value : {qint64(0), qint64(-1), qint64(INT64_MIN), qint64(INT_MAX)}) {
+        for (const int radix : {2, 10, 16, 36}) {
+            const auto small = static_cast<qint32>(value);
+            const QString text64 =
+                    radix == 10 ? QString::number(value) : QString::number(quint64(value), radix);
+            const QString text32 =
+                    radix == 10 ? QString::number(small) : QString::number(quint32(small), radix);
+            char narrow[66];
+            wchar_t wide[66];
+            QCOMPARE(QString(K::i64toa(value, narrow, radix)), text64);
+            QCOMPARE(QString::fromWCharArray(K::i64tow(value, wide, radix)), text64);
+            QCOMPARE(QString(K::itoa(small, narrow, radix)), text32);
+            const auto size = std::size_t(text32.size());
+            wide[size] = L'#';
+            QCOMPARE(K::itowS(small, wide, size, radix), ERANGE);
+            QVERIFY(wide[0] == 0 && wide[size] == L'#');
+            QCOMPARE(K::itoaS(small, narrow, size + 1, radix), 0);
+            QCOMPARE(QString(narrow), text32);
+        }
+    }
+    char text[33] = "#";
     for (const int bad : {-1, 0, 1, 37})
-        QCOMPARE(QString(K::itoa(value32, narrow, bad)), QString());
-    QVERIFY(!K::itoa(value32, nullptr, 10));
+        QCOMPARE(QString(K::itoa(5, text, bad)), QString());
+    QVERIFY(!K::itoa(5, nullptr, 10));
     QCOMPARE(K::wtoi(L" +12abc"), 12);
+    QCOMPARE(K::wtoi(L"-99999999999999999999"), INT_MIN);
     QCOMPARE(K::wtof(L" -1.5e2x"), -150.0);
     QCOMPARE(K::wtof(nullptr) + K::wtoi(nullptr), 0.0);
 }
@@ -889,13 +788,8 @@ void tst_Platform::secureCopies()
     QCOMPARE(K::strcpyS(narrow, 3, "abc"), ERANGE);
     QCOMPARE(narrow[0], '\0');
     QCOMPARE(K::strncpyS(narrow, 4, "abcdef", 2), 0);
-    QCOMPARE(QByteArray(narrow), QByteArray("ab"));
     QCOMPARE(K::strcatS(narrow, 4, "c"), 0);
     QCOMPARE(QByteArray(narrow), QByteArray("abc"));
-    QCOMPARE(K::strcatS(narrow, 4, "d"), ERANGE);
-    QCOMPARE(K::strncpyS(narrow, 4, "abcdef", K::truncate), 80);
-    QCOMPARE(QByteArray(narrow, 5), QByteArray("abc\0#", 5));
-    QCOMPARE(K::strncpyS(narrow, 4, "abc", K::truncate), 0);
     QCOMPARE(K::strcatS(narrow, 3, "d"), EINVAL);
     QCOMPARE(K::strcpyS(narrow, 4, nullptr), EINVAL);
     QCOMPARE(K::strcpyS(narrow, 0, "a"), EINVAL);
@@ -903,35 +797,30 @@ void tst_Platform::secureCopies()
     wchar_t wide[] = L"####";
     QCOMPARE(K::wcsncpyS(wide, 3, L"äöü", K::truncate), 80);
     QCOMPARE(std::wstring(wide, 4), std::wstring(L"äö\0#", 4));
-}
-
-void tst_Platform::splitAndMake_data()
-{
-    QTest::addColumn<QStringList>("parts");
-    for (const QStringList &parts :
-         {QStringList{"C:", "\\a\\b\\", "name", ".dwg"}, QStringList{"", "/a.b/", "name", ""},
-          QStringList{"", "", "a.b", ".c"}, QStringList{"d:", "", "x", "."},
-          QStringList{"", "/", "", ".profile"}, QStringList{"", "", "", ""}})
-        QTest::newRow(qPrintable('"' + parts.join(QString()) + '"')) << parts;
+    QCOMPARE(K::wcscatS(wide, 3, L"d"), ERANGE);
 }
 
 void tst_Platform::splitAndMake()
 {
-    QFETCH(QStringList, parts);
-    const QByteArray path = parts.join(QString()).toUtf8();
     char drive[3], folder[256], name[256], extension[256], made[260];
-    QCOMPARE(K::splitpath(path.constData(), drive, folder, name, extension), 0);
-    QCOMPARE((QStringList{drive, folder, name, extension}), parts);
-    QCOMPARE(K::makepath(made, drive, folder, name, extension), 0);
-    QCOMPARE(QByteArray(made), path);
-
-    const std::wstring wide = parts.join(QString()).toStdWString();
+    const QStringList rows[] = {{"C:", "\\a\\b\\", "name", ".dwg"},
+                                {"", "/a.b/", "name", ""},
+                                {"", "", "a.b", ".c"},
+                                {"d:", "", "x", "."},
+                                {"", "/", "", ".profile"},
+                                {"", "", "", ""}};
+    for (const QStringList &parts : rows) {
+        const QByteArray path = parts.join(QString()).toUtf8();
+        QCOMPARE(K::splitpath(path.constData(), drive, folder, name, extension), 0);
+        QCOMPARE((QStringList{drive, folder, name, extension}), parts);
+        QCOMPARE(K::makepath(made, drive, folder, name, extension), 0);
+        QCOMPARE(QByteArray(made), path);
+    }
     wchar_t small[4] = L"###";
-    const int expected = parts.at(2).size() < 2 ? 0 : ERANGE;
-    QCOMPARE(K::wsplitpathS(wide.c_str(), nullptr, 0, nullptr, 0, small, 2, nullptr, 0), expected);
-    QCOMPARE(small[2], L'#');
+    QCOMPARE(K::wsplitpathS(L"/ab.c", nullptr, 0, nullptr, 0, small, 2, nullptr, 0), ERANGE);
+    QCOMPARE(std::wstring(small, 3), std::wstring(L"\0##", 3));
     QCOMPARE(K::wmakepathS(small, 2, L"C", L"x", nullptr, nullptr), ERANGE);
-    QCOMPARE(small[2], L'#');
+    QCOMPARE(std::wstring(small, 3), std::wstring(L"\0##", 3));
     QCOMPARE(K::splitpath(nullptr, drive, folder, name, extension), EINVAL);
     const QByteArray tooLong(300, 'x');
     QCOMPARE(K::splitpath(tooLong.constData(), drive, folder, name, extension), ERANGE);
@@ -942,11 +831,9 @@ void tst_Platform::unsupported()
 {
     K::Handle printer = 77;
     QCOMPARE(errorOf(0, [] { return K::createCompatibleDC(0); }), 50U);
-    QCOMPARE(errorOf(0, [] { return K::bitBlt(0, 0, 0, 1, 1, 0, 0, 0, 0x00cc0020); }), 50U);
     QCOMPARE(errorOf(-1, [] { return K::setTextColor(0, 0); }), 50U);
     QCOMPARE(errorOf(0, [&] { return K::openPrinter(L"p", &printer, nullptr); }), 50U);
     QCOMPARE(printer, K::Handle(77));
-    QCOMPARE(errorOf(-1, [] { return K::startDoc(0, nullptr); }), 50U);
 }
 
 void tst_Platform::displaySizes()
