@@ -123,10 +123,14 @@ void BaseComboBox::showCurrentItem(QPixmap pixmap, QString text)
     hidePopup();
 }
 
+int BaseComboBox::rowCount() const
+{
+    return m_listView->list()->count();
+}
+
 void BaseComboBox::fitListWidgetHeight(int rowHeight)
 {
-    const int rows = qMin(m_listView->list()->count(), mostVisibleRows);
-    setListWidgetHeight(rows * rowHeight + heightBesidesRows);
+    setListWidgetHeight(qMin(rowCount(), mostVisibleRows) * rowHeight + heightBesidesRows);
 }
 
 void BaseComboBox::chooseRow(int row)

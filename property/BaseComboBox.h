@@ -81,6 +81,9 @@ signals:
     void dialogRequested();
 
 protected:
+    /// The number of rows in the list, those of the host included.
+    int rowCount() const;
+
     /// Makes the drop-down high enough for its rows and its button, but never for more than ten rows.
     /// @param rowHeight in pixels
     void fitListWidgetHeight(int rowHeight);

@@ -24,7 +24,8 @@ bool FacePress::eventFilter(QObject *watched, QEvent *event)
     const auto *mouse = static_cast<QMouseEvent *>(event);
 
     if (watched == m_face) {
-        if (!isPress || mouse->button() != Qt::LeftButton)
+        // Widgets that are disabled get the event after their filters, and ignore it.
+        if (!isPress || mouse->button() != Qt::LeftButton || !m_combo->isEnabled())
             return false;
         m_combo->showPopup();
         return true;

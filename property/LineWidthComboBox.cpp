@@ -14,7 +14,7 @@ namespace {
 
 constexpr LineWeightCode firstRows[] = {LineWeightByLayer, LineWeightByBlock, LineWeightDefault};
 constexpr int codeCount = std::size(firstRows);
-constexpr int rowCount = codeCount + int(standardLineWeights.size());
+constexpr int allRowCount = codeCount + int(standardLineWeights.size());
 constexpr int earlyRowCount = 9;
 constexpr int dropDownHeight = 210;
 
@@ -44,8 +44,10 @@ LineWidthComboBox::LineWidthComboBox(QWidget *parent)
     connect(this, &BaseComboBox::addMoreItem, this, &LineWidthComboBox::slotAddMoreItem);
     connect(m_dialog.get(), &OvLineWeightDialog::lineWeightChanged, this,
             &LineWidthComboBox::slotSettingsChanged);
-    connect(this, &BaseComboBox::rowChosen, this,
-            [this](int row) { emit lineWeightChosen(lineWeightOf(row)); });
+    connect(this, &BaseComboBox::rowChosen, this, [this](int row) {
+        if (row < allRowCount)
+            emit lineWeightChosen(lineWeightOf(row));
+    });
 }
 
 LineWidthComboBox::~LineWidthComboBox() = default;
@@ -53,7 +55,7 @@ LineWidthComboBox::~LineWidthComboBox() = default;
 void LineWidthComboBox::addRemainingRows()
 {
     if (!item(earlyRowCount))
-        addRows(earlyRowCount, rowCount);
+        addRows(earlyRowCount, allRowCount);
 }
 
 void LineWidthComboBox::openDialog()
@@ -98,7 +100,7 @@ void LineWidthComboBox::showInches()
 {
     m_labelUnit = LineWeightUnit::Inches;
     const QStringList labels = labelsIn(m_labelUnit);
-    for (int row = 0; item(row); ++row)
+    for (int row = 0; row < qMin(rowCount(), allRowCount); ++row)
         item(row)->setText(labels.at(row));
 }
 

@@ -20,6 +20,8 @@ PickerInput::PickerInput(QComboBox *combo, ListWidget *list)
     const QList<QObject *> watched{combo, combo->lineEdit(), m_popup, list, list->viewport()};
     for (QObject *object : watched)
         object->installEventFilter(this);
+    // A list that goes before the combo box sends events up to its end.
+    connect(list, &QObject::destroyed, this, [this] { m_list = nullptr; });
 }
 
 PickerInput::~PickerInput() = default;
@@ -37,20 +39,21 @@ void PickerInput::restoreRow()
 
 bool PickerInput::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_popup)
+    if (!m_list)
+        return false;
+    if (watched == m_popup) {
         popupEvent(event);
-    else if (watched == m_list->viewport())
-        return rowsEvent(event);
-    else if (watched == m_list)
-        return listEvent(event);
-    else if (watched == m_combo || watched == m_combo->lineEdit())
+        return false;
+    }
+    if (watched == m_combo || watched == m_combo->lineEdit())
         return faceEvent(event);
-    return false;
+    return watched == m_list ? listEvent(event) : rowsEvent(event);
 }
 
 bool PickerInput::faceEvent(QEvent *event)
 {
-    if (m_combo->view()->isVisible())
+    // Widgets that are disabled get the event after their filters, and ignore it.
+    if (m_combo->view()->isVisible() || !m_combo->isEnabled())
         return false;
     if (event->type() == QEvent::KeyPress)
         return faceKey(static_cast<QKeyEvent *>(event));

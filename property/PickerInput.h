@@ -51,7 +51,7 @@ private:
     bool rowsRelease(const QMouseEvent *event);
 
     QComboBox *m_combo;
-    ListWidget *m_list;
+    ListWidget *m_list; ///< null once it is gone
     QObject *m_popup;
     int m_faceRow = -1;
     bool m_isPressInside = false;

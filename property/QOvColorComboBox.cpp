@@ -4,11 +4,14 @@
 
 #include <OvCustomControl/Swatches.h>
 
+#include <QListWidgetItem>
+
 namespace OvCc {
 
 namespace {
 
 constexpr int rowHeight = 20;
+constexpr int colorRole = Qt::UserRole;
 
 } // namespace
 
@@ -28,7 +31,7 @@ QOvColorComboBox::QOvColorComboBox(QWidget *parent)
     setCurrentIndex(0);
 
     connect(this, &BaseComboBox::rowChosen, this,
-            [this](int row) { emit colorChosen(row, m_colors.at(row)); });
+            [this](int row) { emit colorChosen(row, item(row)->data(colorRole).value<QColor>()); });
 }
 
 QOvColorComboBox::~QOvColorComboBox() = default;
@@ -40,7 +43,7 @@ void QOvColorComboBox::openDialog()
     if (color.isValid() && !m_names.contains(name)) {
         addColor(name, color);
         fitListWidgetHeight(rowHeight);
-        const int row = m_names.size() - 1;
+        const int row = rowCount() - 1;
         setCurrentIndex(row);
         emit rowChosen(row);
     }
@@ -50,8 +53,8 @@ void QOvColorComboBox::openDialog()
 void QOvColorComboBox::addColor(const QString &name, const QColor &color)
 {
     m_names.append(name);
-    m_colors.append(color);
     addItem(creatColorPix(color), name);
+    item(rowCount() - 1)->setData(colorRole, color);
 }
 
 } // namespace OvCc

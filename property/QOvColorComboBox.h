@@ -3,7 +3,6 @@
 #include <OvCustomControl/BaseComboBox.h>
 
 #include <QColor>
-#include <QList>
 #include <QStringList>
 
 namespace OvCc {
@@ -25,14 +24,14 @@ public slots:
 
 signals:
     /// The user chose a row: once per choice, never for setCurrentIndex().
-    /// @param color the row's colour; white for row 0, "By Layer", and row 1, "By Block"
+    /// @param color the row's colour; white for row 0, "By Layer", and row 1, "By Block"; invalid
+    ///     for a row that the host added
     void colorChosen(int row, QColor color);
 
 private:
     void addColor(const QString &name, const QColor &color);
 
-    QStringList m_names;
-    QList<QColor> m_colors;
+    QStringList m_names; ///< of the rows with a colour
 };
 
 } // namespace OvCc

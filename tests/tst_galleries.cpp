@@ -154,6 +154,13 @@ void tst_Galleries::pressesKeepInStep_data()
             openDropDown(gallery);
             pressRow(*gallery.popupGallery(), 5);
         });
+        add("drag into the drop-down", 4, 0, 1, [](BaseGallery &gallery) {
+            mouse(QEvent::MouseButtonPress, &gallery, gallery.rect().bottomRight() - QPoint(6, 8));
+            const RibbonGallery *items = gallery.popupGallery();
+            mouse(QEvent::MouseMove, items, QPoint(30, 10));
+            mouse(QEvent::MouseMove, items, QPoint(30, 95));
+            mouse(QEvent::MouseButtonRelease, items, QPoint(30, 95));
+        });
         add("drop-down after a restored choice", 8, 0, 0, [](BaseGallery &gallery) {
             gallery.setCheckedIndex(8);
             openDropDown(gallery);

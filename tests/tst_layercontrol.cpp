@@ -78,6 +78,10 @@ void tst_LayerControl::folding()
         QCOMPARE(stack.propertyManager()->isVisible(), !isFolded);
         QCOMPARE(stack.mask().isEmpty(), !isFolded);
     }
+    stack.setCurrentIndex(1);
+    QVERIFY(!stack.mask().isEmpty());
+    stack.setCurrentIndex(0);
+    QVERIFY(stack.mask().isEmpty());
     QCOMPARE(folds, (QList<QVariantList>{{false}, {true}, {false}}));
 
     stack.hide();

@@ -76,6 +76,7 @@ private slots:
     void plainColors();
     void lineWeightSettings();
     void panel();
+    void destruction();
 };
 
 void tst_Pickers::initTestCase()
@@ -211,6 +212,12 @@ void tst_Pickers::gestures_data()
             show(picker);
             wheel(picker.lineEdit(), {120, 120, -120, -120});
         });
+        add("disabled", {}, [](BaseComboBox &picker) {
+            show(picker);
+            picker.setEnabled(false);
+            wheel(picker.lineEdit(), {-120});
+            mouse(press, picker.lineEdit(), picker.lineEdit()->rect().center());
+        });
     }
 }
 
@@ -269,12 +276,15 @@ void tst_Pickers::customColors()
         click(buttonOf(picker));
     };
     clickRow(picker, 6);
+    picker.addItem({}, QStringLiteral("of the host"));
+    clickRow(picker, 9);
     for (const char *color : {"", "#ff8000", "#ff0000", "#ff8000", ""})
         pickColor(ask, QLatin1String(color));
     const QColor orange(255, 128, 0);
     QCOMPARE(choices,
-             (QList<QVariantList>{{6, QColor(Qt::blue)}, {9, orange}, {10, QColor(Qt::red)}}));
-    QCOMPARE(labelsOf(*listOf(picker)).mid(9), (QStringList{"255,128,0", "255,0,0"}));
+             (QList<QVariantList>{
+                     {6, QColor(Qt::blue)}, {9, QColor()}, {10, orange}, {11, QColor(Qt::red)}}));
+    QCOMPARE(labelsOf(*listOf(picker)).mid(10), (QStringList{"255,128,0", "255,0,0"}));
     QCOMPARE(textOf(picker), QStringLiteral("255,0,0"));
 
     // The first press after a dialog counts.
@@ -367,6 +377,23 @@ void tst_Pickers::panel()
     QCOMPARE(colors, (QList<QVariantList>{{2, QColor(Qt::red)}}));
     QCOMPARE(lineWeights, (QList<QVariantList>{{int(LineWeightDefault)}}));
     QCOMPARE(lineTypes, (QList<QVariantList>{{QStringLiteral("Continuous")}}));
+}
+
+void tst_Pickers::destruction()
+{
+    destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
+        auto *panel = new PropertyManager;
+        panel->show();
+        LineWidthComboBox *picker = panel->lineWeightPicker();
+        picker->showPopup();
+        return {panel, picker, picker->view(), listOf(*picker)->parentWidget()};
+    });
+
+    LineTypeComboBox picker;
+    openPopup(picker);
+    delete listOf(picker)->parentWidget();
+    picker.hidePopup();
+    typeKeys(&picker, {Qt::Key_Down});
 }
 
 QTEST_MAIN(tst_Pickers)

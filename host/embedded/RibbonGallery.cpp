@@ -95,9 +95,11 @@ struct RibbonGallery::Private
     QRect buttonColumn;                         ///< empty without buttons
     const RibbonGalleryItem *checked = nullptr; ///< may be gone, and is only compared
     const RibbonGalleryItem *pressed =
-            nullptr;   ///< the mouse button is down on it; may be gone, too
-    int current = -1;  ///< under the mouse, or where the keys went
-    int wheelTurn = 0; ///< what is too little for a row yet
+            nullptr;            ///< the mouse button is down on it; may be gone, too
+    bool isPressInside = false; ///< the mouse button went down here, on an item or beside it
+    bool isDraggedIn = false;   ///< it went down elsewhere, to open the menu around this
+    int current = -1;           ///< under the mouse, or where the keys went
+    int wheelTurn = 0;          ///< what is too little for a row yet
     Qt::ScrollBarPolicy policy = Qt::ScrollBarAsNeeded;
     bool areLabelsVisible = true;
     bool isBorderVisible = false;
@@ -495,6 +497,7 @@ void RibbonGallery::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
     m_d->pressed = nullptr;
+    m_d->isPressInside = m_d->isDraggedIn = false;
     m_d->setCurrent(-1);
 }
 
@@ -531,6 +534,8 @@ void RibbonGallery::mouseMoveEvent(QMouseEvent *event)
 {
     if (!(event->buttons() & Qt::LeftButton))
         m_d->pressed = nullptr;
+    else if (!m_d->isPressInside && window()->windowType() == Qt::Popup)
+        m_d->isDraggedIn = true;
     const int index = m_d->grid.indexAt(event->pos());
     const bool isElsewhere = m_d->pressed && m_d->item(index) != m_d->pressed;
     m_d->setCurrent(isElsewhere ? -1 : index);
@@ -542,6 +547,7 @@ void RibbonGallery::mousePressEvent(QMouseEvent *event)
         return;
     const int index = m_d->grid.indexAt(event->pos());
     m_d->pressed = m_d->item(index);
+    m_d->isPressInside = true;
     m_d->setCurrent(index);
     update();
 }
@@ -551,8 +557,9 @@ void RibbonGallery::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     RibbonGalleryItem *item = m_d->item(m_d->grid.indexAt(event->pos()));
-    const bool isPressed = item && item == m_d->pressed;
+    const bool isPressed = item && (item == m_d->pressed || m_d->isDraggedIn);
     m_d->pressed = nullptr;
+    m_d->isPressInside = m_d->isDraggedIn = false;
     update();
     if (isPressed)
         m_d->press(item);

@@ -93,9 +93,10 @@ private:
 /// wheel does; a third one opens the drop-down menu, where there is one.
 ///
 /// A press reports the item and checks nothing: that is left to who hears of it. With the mouse it is
-/// done when the button is released over the item that it went down on. With the keyboard, the arrow
-/// keys, Home, End, Page Up and Page Down go to an item, Enter or the space bar presses it, Alt+Down
-/// or F4 opens the drop-down menu. The gallery, its group and its menu may be deleted meanwhile.
+/// done when the button is released over the item that it went down on; in a drop-down menu, also when
+/// it went down on what opened the menu. With the keyboard, the arrow keys, Home, End, Page Up and
+/// Page Down go to an item, Enter or the space bar presses it, Alt+Down or F4 opens the drop-down
+/// menu. The gallery, its group and its menu may be deleted meanwhile.
 ///
 /// The items lie inside the contents margins, one pixel on each side at first, and inside the frame,
 /// where there is one.

@@ -25,6 +25,7 @@ StackWidget::StackWidget(LayerControl *control, QWidget *parent)
     // The place depends on the height, which has to be the real one before the first showing.
     resize(sizeHint());
 
+    connect(this, &QStackedWidget::currentChanged, this, &StackWidget::maskEmptyPage);
     connect(control, &LayerControl::folded, this, QOverload<bool>::of(&StackWidget::hide));
     connect(control, &LayerControl::geometryChanged, this, &StackWidget::adjustGeometry);
 }
@@ -39,11 +40,6 @@ PropertyManager *StackWidget::propertyManager() const
 void StackWidget::hide(bool bHide)
 {
     setCurrentIndex(bHide ? emptyPage : propertyPage);
-    // Nothing to be seen must be nothing in the way of the mouse.
-    if (bHide)
-        setMask(QRegion(-1, -1, 1, 1));
-    else
-        clearMask();
     if (!isVisible())
         show();
 }
@@ -54,6 +50,15 @@ void StackWidget::adjustGeometry()
         return;
     const QPoint bar = m_control->mapToGlobal(QPoint(0, 0));
     move(bar.x(), bar.y() + height() - overlap);
+}
+
+/// Nothing to be seen must be nothing in the way of the mouse.
+void StackWidget::maskEmptyPage(int page)
+{
+    if (page == emptyPage)
+        setMask(QRegion(-1, -1, 1, 1));
+    else
+        clearMask();
 }
 
 } // namespace OvCc

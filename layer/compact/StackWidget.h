@@ -45,6 +45,8 @@ public slots:
     void adjustGeometry();
 
 private:
+    void maskEmptyPage(int page);
+
     QPointer<LayerControl> m_control;
 };
 
