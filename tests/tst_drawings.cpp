@@ -70,6 +70,7 @@ private slots:
     void linetypes();
     void recordNumbers_data();
     void recordNumbers();
+    void longLines();
     void picking_data();
     void picking();
     void selection();
@@ -220,6 +221,17 @@ void TestDrawings::recordNumbers()
     for (const Entity &entity : picture.drawing->geometry.modelSpace().entities)
         records += entity.record;
     QCOMPARE(records, expected);
+}
+
+void TestDrawings::longLines()
+{
+    const QString longText = QString("0 TEXT|8 0|40 1|1 %1|").arg("", 1500, 'x');
+    Picture picture(file({}, longText + square(0, 0, "8 Red")));
+    QCOMPARE(picture.drawing->warnings.size(), 1);
+    const std::vector<Entity> &entities = picture.drawing->geometry.modelSpace().entities;
+    QCOMPARE(int(entities.size()), 2);
+    QCOMPARE(entities[1].record, entities[0].record + 1);
+    QCOMPARE(picture.painted({30, 30}).pixelColor(5, 5), QColor(Qt::red));
 }
 
 void TestDrawings::picking_data()

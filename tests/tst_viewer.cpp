@@ -45,7 +45,7 @@ struct Viewer : MainWindow
 
     QColor shownAt(QPointF point) const
     {
-        return canvas->viewport()->grab().toImage().pixelColor(canvas->mapFromScene(point));
+        return canvas->viewport()->grab().toImage().pixelColor(canvas->fromPicture(point));
     }
 
     /// Presses the left button at one point of the drawing and releases it at another.
@@ -53,7 +53,7 @@ struct Viewer : MainWindow
     {
         QWidget *viewport = canvas->viewport();
         const auto send = [&](QEvent::Type type, QPointF at) {
-            mouse(type, viewport, canvas->mapFromScene(at), Qt::LeftButton, modifiers);
+            mouse(type, viewport, canvas->fromPicture(at), Qt::LeftButton, modifiers);
         };
         send(QEvent::MouseButtonPress, from);
         send(QEvent::MouseMove, to);
@@ -149,6 +149,7 @@ private slots:
     void widgetsKeepInStep();
     void commands_data();
     void commands();
+    void nameInAnInactiveWindow();
     void manyLayers();
     void errorKeepsTheDrawing();
     void changesAreNotLost();
@@ -156,6 +157,7 @@ private slots:
     void selecting();
     void pickedProperties();
     void views();
+    void farFromTheOrigin();
     void arrangements();
     void frameOfTheDrawing();
     void floatingPickers();
@@ -232,6 +234,23 @@ void TestViewer::commands()
     QTRY_COMPARE(viewer.layers().join(' '), fields.at(4));
     QVERIFY(!viewer.isWindowModified());
     QCOMPARE(Viewer(path).layers().join(' '), fields.at(4));
+}
+
+/// Its editor gets no focus there, and so loses none.
+void TestViewer::nameInAnInactiveWindow()
+{
+    const QString path = file({}, square(0, 0, "8 Red"));
+    Viewer viewer(path);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    viewer.command("New");
+    auto *editor = viewer.names->viewport()->findChild<QLineEdit *>();
+    QVERIFY(editor && !editor->hasFocus());
+    QTest::keyClicks(editor, "Zinc");
+    viewer.command("Save");
+    QVERIFY(Viewer(path).layers().contains("Zinc"));
 }
 
 void TestViewer::manyLayers()
@@ -426,6 +445,26 @@ void TestViewer::views()
     check(ViewDirection::Northwest, "Northwest", 9);
 }
 
+void TestViewer::farFromTheOrigin()
+{
+    Viewer viewer(file({}, square(500000, 50000000, "8 Red")));
+    QWidget *viewport = viewer.canvas->viewport();
+    const QPoint center = viewport->rect().center();
+    const QPointF middle = viewer.canvas->toPicture(center);
+    QVERIFY(QLineF(middle, {500005, 50000005}).length() < 1);
+    wheel(viewport, {1200, 1200, 1200, 1200});
+    QVERIFY(QLineF(viewer.canvas->toPicture(center), middle).length() < 0.01);
+    QCOMPARE(viewport->grab().toImage().pixelColor(center), QColor(Qt::red));
+
+    QSignalSpy moves(viewer.canvas, &Canvas::pointerMoved);
+    mouse(QEvent::MouseButtonPress, viewport, center);
+    mouse(QEvent::MouseMove, viewport, center + QPoint(1, 0));
+    mouse(QEvent::MouseButtonRelease, viewport, center);
+    QCOMPARE(moves.size(), 1);
+    QVERIFY(QLineF(moves.first().first().toPointF(), middle).length() < 0.01);
+    QCOMPARE(viewer.canvas->selection(), QSet<int>{0});
+}
+
 void TestViewer::arrangements()
 {
     Viewer viewer(file({}, square(0, 0, "8 Red")));
@@ -452,8 +491,8 @@ void TestViewer::arrangements()
     const QVector<Canvas *> shown = panes->shown();
     QTest::keyClick(shown.last(), Qt::Key_Escape);
     const QImage before = shown.first()->viewport()->grab().toImage();
-    mouse(QEvent::MouseButtonPress, shown.last()->viewport(), shown.last()->mapFromScene({5, 5}));
-    mouse(QEvent::MouseButtonRelease, shown.last()->viewport(), shown.last()->mapFromScene({5, 5}));
+    mouse(QEvent::MouseButtonPress, shown.last()->viewport(), shown.last()->fromPicture({5, 5}));
+    mouse(QEvent::MouseButtonRelease, shown.last()->viewport(), shown.last()->fromPicture({5, 5}));
     QVERIFY(shown.first()->viewport()->grab().toImage() != before);
 }
 

@@ -24,6 +24,19 @@ constexpr double margin = 0.05;
 constexpr double room = 10.0;
 /// The scroll bars of the view, hidden as they are, count pixels in an int.
 constexpr double widestScene = 1e9;
+/// How far the scene's origin may move at a time, in sizes of the drawing.
+constexpr double originStep = 10.0;
+
+/// Where in the picture the scene has its origin: near the drawing, since the scroll bars count pixels
+/// from there. It is a whole number of steps away, so that it stays put for most drawings.
+QPointF sceneOrigin(const QRectF &bounds)
+{
+    const double step = originStep * qMax(bounds.width(), bounds.height());
+    if (qFuzzyIsNull(step))
+        return bounds.center();
+    return {std::round(bounds.center().x() / step) * step,
+            std::round(bounds.center().y() / step) * step};
+}
 
 /// A rectangle of at least a size that can be fitted into a window.
 QRectF areaAround(QRectF bounds)
@@ -135,6 +148,16 @@ void Canvas::setFaceStyle(FaceStyle style)
     viewport()->update();
 }
 
+QPointF Canvas::toPicture(QPoint pixel) const
+{
+    return m_item.mapFromScene(mapToScene(pixel));
+}
+
+QPoint Canvas::fromPicture(QPointF point) const
+{
+    return mapFromScene(m_item.mapToScene(point));
+}
+
 void Canvas::fit()
 {
     if (m_area.isNull())
@@ -227,7 +250,7 @@ void Canvas::mouseMoveEvent(QMouseEvent *event)
     } else if (m_isSelecting) {
         drawBand(event->pos());
     }
-    emit pointerMoved(mapToScene(event->pos()));
+    emit pointerMoved(toPicture(event->pos()));
 }
 
 void Canvas::mouseReleaseEvent(QMouseEvent *event)
@@ -271,7 +294,8 @@ void Canvas::wheelEvent(QWheelEvent *event)
 /// Makes room for the drawing as it is seen now, and shows all of it.
 void Canvas::showArea()
 {
-    m_area = m_hasDrawing ? areaAround(m_item.boundingRect()) : QRectF();
+    m_item.setPos(-sceneOrigin(m_item.boundingRect()));
+    m_area = m_hasDrawing ? areaAround(m_item.sceneBoundingRect()) : QRectF();
     const double width = room * m_area.width();
     const double height = room * m_area.height();
     setSceneRect(m_area.adjusted(-width, -height, width, height));
@@ -325,12 +349,12 @@ void Canvas::select(const QMouseEvent &event)
     const bool isAdding = event.modifiers().testFlag(Qt::ControlModifier);
     QSet<int> entities = isAdding ? m_selection : QSet<int>();
     if (m_band) {
-        const QRectF area = mapToScene(m_band->area()).boundingRect();
+        const QRectF area = m_item.mapRectFromScene(mapToScene(m_band->area()).boundingRect());
         const QVector<int> found = m_item.entitiesIn(area, m_band->isCrossing());
         m_band.reset();
         entities.unite({found.begin(), found.end()});
     } else {
-        const int entity = m_item.entityAt(mapToScene(event.pos()), clickReach / transform().m11());
+        const int entity = m_item.entityAt(toPicture(event.pos()), clickReach / transform().m11());
         if (entity >= 0 && !entities.remove(entity))
             entities.insert(entity);
     }

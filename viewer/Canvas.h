@@ -37,6 +37,11 @@ public:
     void setFaceStyle(FaceStyle style);
     FaceStyle faceStyle() const { return m_faceStyle; }
 
+    /// Between pixels of the viewport and the picture. The scene's coordinates are other ones: its
+    /// origin follows the drawing, since scroll bars cannot count pixels from afar.
+    QPointF toPicture(QPoint pixel) const;
+    QPoint fromPicture(QPointF point) const;
+
 public slots:
     /// Shows the whole drawing, until the user moves it also after a change of the window's size.
     void fit();

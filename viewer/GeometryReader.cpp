@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
+#include <QTemporaryFile>
 #include <QtMath>
 
 #include <dxflib/dl_creationadapter.h>
@@ -32,6 +33,9 @@ constexpr const char *knownRecords[] = {
         "ENDBLK",  "ENDSEC", "INSERT", "LINE",   "LWPOLYLINE", "MTEXT",  "POINT",     "POLYLINE",
         "SECTION", "SEQEND", "SOLID",  "SPLINE", "TEXT",       "TRACE",  "VERTEX",    "VIEWPORT",
 };
+
+/// What dxflib reads of a line, with the newline, in bytes.
+constexpr int longestLine = DL_DXF_MAXLINE - 1;
 
 /// Flags of polylines, their vertices and splines.
 enum PolylineFlag { IsClosed = 1, IsInSpace = 8, IsPolygonMesh = 16, IsPolyfaceMesh = 64 };
@@ -762,13 +766,56 @@ void GeometryReader::addTextLines(const TextLines &lines, const SpaceTransform &
     add(std::move(entity));
 }
 
+/// dxflib would take the rest of a longer line for the next one, and from there on codes for values.
+/// @return how many lines were cut
+int cutLongLines(QByteArray &bytes)
+{
+    int count = 0;
+    int to = 0;
+    for (int begin = 0; begin < bytes.size();) {
+        const int newline = bytes.indexOf('\n', begin);
+        const int end = newline < 0 ? bytes.size() : newline + 1;
+        const bool isLong = end - begin > longestLine;
+        const int size = isLong ? longestLine : end - begin;
+        std::copy_n(bytes.cbegin() + begin, size, bytes.begin() + to);
+        to += size;
+        if (isLong) {
+            ++count;
+            bytes[to - 1] = '\n';
+        }
+        begin = end;
+    }
+    bytes.truncate(to);
+    return count;
+}
+
+void readFile(const QString &fileName, GeometryReader &reader, QStringList &warnings)
+{
+    QFile file(fileName);
+    QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const int cutLines = cutLongLines(bytes);
+    if (cutLines == 0) {
+        DL_Dxf().in(QFile::encodeName(fileName).toStdString(), &reader);
+        return;
+    }
+    // From a stream dxflib would read, too, but without telling of the groups.
+    QTemporaryFile shortened;
+    if (!shortened.open() || shortened.write(bytes) != bytes.size() || !shortened.flush()) {
+        warnings += QStringLiteral("The drawing is not shown: there is no room for a copy of it.");
+        return;
+    }
+    DL_Dxf().in(QFile::encodeName(shortened.fileName()).toStdString(), &reader);
+    warnings += QStringLiteral("Lines of the file read only in part, for their length: %1.")
+                        .arg(cutLines);
+}
+
 } // namespace
 
 Geometry readGeometry(const Drawing &drawing, QStringList &warnings)
 {
     GeometryReader reader(drawing);
     try {
-        DL_Dxf().in(QFile::encodeName(drawing.fileName).toStdString(), &reader);
+        readFile(drawing.fileName, reader, warnings);
     } catch (const std::length_error &) {
         warnings += QStringLiteral("The drawing is shown only in part: an entity is too large.");
     }

@@ -9,8 +9,8 @@
 #include <OvCustomControl/SearchLayerEdit.h>
 
 #include <QAction>
-#include <QApplication>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -160,8 +160,10 @@ void LayerDock::search()
 
 void LayerDock::finishEditing()
 {
-    if (m_table->isAncestorOf(QApplication::focusWidget()))
-        m_names->setFocus();
+    // To take the focus from the editor would not do in a window that is not active: there it has none.
+    const QList<QLineEdit *> editors = m_table->findChildren<QLineEdit *>();
+    for (QLineEdit *editor : editors)
+        emit editor->editingFinished();
     // What comes next is to find the table as it will stay.
     refresh();
 }
