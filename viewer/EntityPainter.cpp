@@ -21,7 +21,7 @@ constexpr double chordTolerance = 0.2;
 
 /// What selected entities are underlaid with, and how far it reaches beyond them, in pixels.
 const QColor haloColor(0x1f, 0x6f, 0xd0);
-constexpr double haloReach = 3.0;
+constexpr double haloReach = 2.0;
 
 /// Faces are filled with so many pixels to one of the device, each way, unless that takes too many.
 constexpr double oversampling = 2.0;
