@@ -15,6 +15,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <vector>
 
@@ -84,16 +85,19 @@ inline void showOnScreen(QWidget &widget)
 }
 
 /// Has the pieces that @p make returns destroyed in every order; those that went with another one
-/// are passed over.
+/// are passed over. After each one, @p goOn has those that are left go on without it.
 template <class Make>
-void destroyInEveryOrder(Make make)
+void destroyInEveryOrder(Make make, const std::function<void()> &goOn = nullptr)
 {
     std::vector<int> order(make().size());
     std::iota(order.begin(), order.end(), 0);
     do {
         const QList<QPointer<QObject>> pieces = make();
-        for (const int piece : order)
+        for (const int piece : order) {
             delete pieces.at(piece);
+            if (goOn)
+                goOn();
+        }
     } while (std::next_permutation(order.begin(), order.end()));
 }
 

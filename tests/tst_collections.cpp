@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-#include <list>
+#include <functional>
 #include <map>
 #include <random>
 
@@ -44,72 +44,45 @@ private slots:
 void tst_Collections::listMatchesReference()
 {
     CStringList list;
-    std::list<QString> reference;
+    QStringList reference;
+    QString text;
+    int index = 0;
+    POSITION at = nullptr;
+    const std::pair<std::function<void()>, std::function<void()>> operations[] = {
+            {[&] { list.AddHead(text); }, [&] { reference.prepend(text); }},
+            {[&] { list.AddTail(text); }, [&] { reference.append(text); }},
+            {[&] { list.InsertBefore(at, text); }, [&] { reference.insert(index, text); }},
+            {[&] { list.InsertAfter(at, text); }, [&] { reference.insert(index + 1, text); }},
+            {[&] { list.SetAt(at, text); }, [&] { reference[index] = text; }},
+            {[&] { list.RemoveAt(at); }, [&] { reference.removeAt(index); }},
+            {[&] { list.RemoveHead(); }, [&] { reference.removeFirst(); }},
+            {[&] { list.RemoveTail(); }, [&] { reference.removeLast(); }}};
     std::mt19937 random(7);
     for (int round = 0; round < 3000; ++round) {
-        const QString text = QString::number(round % 50);
-        const int index = list.IsEmpty() ? 0 : int(random() % unsigned(list.GetCount()));
-        const POSITION at = list.FindIndex(index);
-        const auto place = std::next(reference.begin(), index);
-        switch (random() % 8) {
-        case 0:
-            list.AddHead(text);
-            reference.push_front(text);
-            break;
-        case 1:
-            list.AddTail(text);
-            reference.push_back(text);
-            break;
-        case 2:
-            list.InsertBefore(at, text);
-            reference.insert(at ? place : reference.begin(), text);
-            break;
-        case 3:
-            list.InsertAfter(at, text);
-            reference.insert(at ? std::next(place) : reference.end(), text);
-            break;
-        case 4:
-            list.RemoveAt(at);
-            if (at)
-                reference.erase(place);
-            break;
-        case 5:
-            if (at) {
-                QCOMPARE(list.RemoveHead().toQString(), reference.front());
-                reference.pop_front();
-            }
-            break;
-        case 7:
-            if (at) {
-                QCOMPARE(list.RemoveTail().toQString(), reference.back());
-                reference.pop_back();
-            }
-            break;
-        case 6:
-            list.SetAt(at, text);
-            if (at)
-                *place = text;
-            break;
-        }
-        const QStringList expected(reference.begin(), reference.end());
-        QCOMPARE(texts(list), expected);
+        text = QString::number(round % 50);
+        index = list.IsEmpty() ? 0 : int(random() % unsigned(list.GetCount()));
+        at = list.FindIndex(index);
+        const auto &[change, changeReference] = operations[random() % (list.IsEmpty() ? 2 : 8)];
+        change();
+        changeReference();
+        QCOMPARE(texts(list), reference);
         QStringList backward = texts(list, true);
         std::reverse(backward.begin(), backward.end());
-        QCOMPARE(backward, expected);
+        QCOMPARE(backward, reference);
         const POSITION found = list.Find(text);
         QCOMPARE(found ? list.GetAt(found).toQString() : QString(),
-                 expected.contains(text) ? text : QString());
+                 reference.contains(text) ? text : QString());
     }
 
-    for (POSITION at = list.GetHeadPosition(); at;) {
+    for (at = list.GetHeadPosition(); at;) {
         const POSITION current = at;
         if (list.GetNext(at).toQString().toInt() % 2)
             list.RemoveAt(current);
     }
-    reference.remove_if([](const QString &text) { return text.toInt() % 2; });
-    QCOMPARE(texts(list), QStringList(reference.begin(), reference.end()));
-    list.RemoveAll();
-    QVERIFY(list.IsEmpty() && !list.GetHeadPosition() && !list.GetTailPosition());
+    reference.erase(std::remove_if(reference.begin(), reference.end(),
+                                   [](const QString &each) { return each.toInt() % 2; }),
+                    reference.end());
+    QCOMPARE(texts(list), reference);
 }
 
 void tst_Collections::listWhereNothingIs()
@@ -130,13 +103,14 @@ void tst_Collections::listWhereNothingIs()
     list.InsertBefore(gone, "head");
     list.InsertAfter(gone, "tail");
     QCOMPARE(texts(list), (QStringList{"head", "b", "tail"}));
-    QVERIFY(CString(static_cast<const wchar_t *>(nullptr)).IsEmpty());
+    QVERIFY(list.RemoveHead() == CString("head") && list.RemoveTail() == CString("tail"));
+    list.RemoveAll();
+    QVERIFY(list.IsEmpty() && !list.GetHeadPosition() && !list.GetTailPosition());
 }
 
 void tst_Collections::arrays()
 {
     CStringArray array;
-    QCOMPARE(array.GetUpperBound(), -1);
     QVERIFY(array.Add("a") == 0 && array.Add(L"b") == 1);
     array.InsertAt(1, array[0], 2);
     array.InsertAt(5, array[1]);
@@ -165,12 +139,10 @@ void tst_Collections::mapMatchesReference()
     for (int round = 0; round < 3000; ++round) {
         const QString key = QString::number(random() % 60);
         void *const value = &reference + round;
-        if (random() % 3 == 0) {
+        if (random() % 3 == 0)
             QCOMPARE(map.RemoveKey(key), reference.erase(key) > 0);
-        } else {
-            map[key] = value;
-            reference[key] = value;
-        }
+        else
+            map[key] = reference[key] = value;
         QCOMPARE(map.GetCount(), int(reference.size()));
         void *found = &map;
         QCOMPARE(map.Lookup(key, found), reference.count(key) > 0);
@@ -190,7 +162,7 @@ void tst_Collections::mapWalksWhileItChanges()
 {
     CMapStringToString map;
     for (const char *key : {"a", "b", "c", "d"})
-        map.SetAt(key, CString(key) + "!");
+        map[key] = CString(key) + "!";
     QStringList met;
     CString key, value;
     for (POSITION at = map.GetStartPosition(); at;) {

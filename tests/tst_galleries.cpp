@@ -3,59 +3,11 @@
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTimer>
-#include <QWindow>
 
 using namespace OvCc;
 using namespace NsRc;
 
 namespace {
-
-using Make = BaseGallery *(*)();
-
-template <class Gallery>
-BaseGallery *make()
-{
-    return new Gallery;
-}
-
-constexpr Make kinds[] = {&make<ViewGallery>, &make<ViewPortGallery>};
-
-/// Presses row @p row of those that are in sight.
-void pressRow(const RibbonGallery &gallery, int row)
-{
-    const QPoint pos = gallery.mapTo(gallery.window(), QPoint(30, 1 + 21 * row + 10));
-    QTest::mouseClick(gallery.window()->windowHandle(), Qt::LeftButton, {}, pos);
-}
-
-void typeKeys(const QWidget &widget, std::initializer_list<Qt::Key> keys)
-{
-    for (const Qt::Key key : keys)
-        QTest::keyClick(widget.window()->windowHandle(), key);
-}
-
-void show(QWidget &widget)
-{
-    widget.show();
-    widget.activateWindow();
-    widget.setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(&widget));
-}
-
-void openDropDown(const BaseGallery &gallery)
-{
-    QTest::mouseClick(gallery.windowHandle(), Qt::LeftButton, {},
-                      gallery.rect().bottomRight() - QPoint(6, 8));
-    QVERIFY(QTest::qWaitForWindowExposed(gallery.popupMenu()));
-}
-
-int checkedIn(const RibbonGallery &gallery)
-{
-    for (int index = 0; index < gallery.galleryGroup()->getItemCount(); ++index) {
-        if (gallery.galleryGroup()->item(index) == gallery.checkedItem())
-            return index;
-    }
-    return -1;
-}
 
 QList<int> checkedIn(const QMenu &menu)
 {
@@ -89,19 +41,12 @@ void useMenu(ViewButton &button, Act act)
 
 } // namespace
 
-using Gesture = std::function<void(BaseGallery &)>;
-Q_DECLARE_METATYPE(Make)
-Q_DECLARE_METATYPE(Gesture)
-
 class tst_Galleries : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { qRegisterMetaType<RibbonGalleryItem *>("NsRc::RibbonGalleryItem*"); }
     void items();
-    void pressesKeepInStep_data();
-    void pressesKeepInStep();
     void viewButton();
     void viewButtonSaysItsText();
     void destruction();
@@ -109,15 +54,17 @@ private slots:
 
 void tst_Galleries::items()
 {
-    for (const Make make : kinds) {
-        const std::unique_ptr<BaseGallery> gallery(make());
+    const ViewGallery views;
+    const ViewPortGallery viewports;
+    for (const auto *gallery : std::initializer_list<const BaseGallery *>{&views, &viewports}) {
         const RibbonGalleryGroup &group = *gallery->galleryGroup();
-        const bool isViews = make == kinds[0];
+        const bool isViews = gallery == &views;
         const int count = isViews ? 10 : 12;
         QCOMPARE(group.getItemCount(), count);
         QCOMPARE(gallery->size(), QSize(120, 65));
         QCOMPARE(gallery->popupGallery()->size(), QSize(120, isViews ? 212 : 254));
         QCOMPARE(gallery->popupGallery()->galleryGroup(), &group);
+        QCOMPARE(gallery->checkedItem(), group.item(0));
 
         // Two views share a name, but none a picture.
         QSet<QString> captions;
@@ -133,68 +80,6 @@ void tst_Galleries::items()
     }
 }
 
-void tst_Galleries::pressesKeepInStep_data()
-{
-    QTest::addColumn<Make>("make");
-    QTest::addColumn<Gesture>("gesture");
-    QTest::addColumn<int>("checked");
-    QTest::addColumn<int>("pressesHere");
-    QTest::addColumn<int>("pressesInDropDown");
-
-    for (const Make kind : kinds) {
-        const auto add = [kind](const char *name, int checked, int here, int inDropDown,
-                                const Gesture &gesture) {
-            QTest::addRow("%s, %s", name, kind == kinds[0] ? "views" : "viewports")
-                    << kind << gesture << checked << here << inDropDown;
-        };
-        add("click", 2, 1, 0, [](BaseGallery &gallery) { pressRow(gallery, 2); });
-        add("click on the checked one", 0, 1, 0,
-            [](BaseGallery &gallery) { pressRow(gallery, 0); });
-        add("click in the drop-down", 5, 0, 1, [](BaseGallery &gallery) {
-            openDropDown(gallery);
-            pressRow(*gallery.popupGallery(), 5);
-        });
-        add("drag into the drop-down", 4, 0, 1, [](BaseGallery &gallery) {
-            mouse(QEvent::MouseButtonPress, &gallery, gallery.rect().bottomRight() - QPoint(6, 8));
-            const RibbonGallery *items = gallery.popupGallery();
-            mouse(QEvent::MouseMove, items, QPoint(30, 10));
-            mouse(QEvent::MouseMove, items, QPoint(30, 95));
-            mouse(QEvent::MouseButtonRelease, items, QPoint(30, 95));
-        });
-        add("drop-down after a restored choice", 8, 0, 0, [](BaseGallery &gallery) {
-            gallery.setCheckedIndex(8);
-            openDropDown(gallery);
-            typeKeys(*gallery.popupGallery(), {Qt::Key_Escape});
-        });
-        add("keys", 2, 1, 0, [](BaseGallery &gallery) {
-            typeKeys(gallery, {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
-        });
-        add("keys in the drop-down", 3, 0, 1, [](BaseGallery &gallery) {
-            openDropDown(gallery);
-            typeKeys(*gallery.popupGallery(),
-                     {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Space});
-        });
-    }
-}
-
-void tst_Galleries::pressesKeepInStep()
-{
-    QFETCH(Make, make);
-    QFETCH(Gesture, gesture);
-    QFETCH(int, checked);
-    const std::unique_ptr<BaseGallery> gallery(make());
-    QSignalSpy here(gallery.get(), &RibbonGallery::itemPressed);
-    QSignalSpy inDropDown(gallery->popupGallery(), &RibbonGallery::itemPressed);
-    show(*gallery);
-    QCOMPARE(checkedIn(*gallery), 0);
-    gesture(*gallery);
-    QTRY_VERIFY(!gallery->popupMenu()->isVisible());
-    QCOMPARE(checkedIn(*gallery), checked);
-    QCOMPARE(checkedIn(*gallery->popupGallery()), checked);
-    QTEST(here.count(), "pressesHere");
-    QTEST(inDropDown.count(), "pressesInDropDown");
-}
-
 void tst_Galleries::viewButton()
 {
     QWidget panel;
@@ -205,7 +90,7 @@ void tst_Galleries::viewButton()
         QCOMPARE(button.size(), QSize(button.fontMetrics().horizontalAdvance(text) + 4, 20));
         QCOMPARE(checkedIn(*button.menu()), QList<int>{checked});
     };
-    show(panel);
+    showOnScreen(panel);
     check("Top", 0);
 
     const QList<QPair<int, int>> choices{{6, 6}, {6, 6}, {7, 9}, {9, 9}, {7, 9}, {1, 1}, {7, 9}};
@@ -216,9 +101,9 @@ void tst_Galleries::viewButton()
         });
         check(button.menu()->actions().at(place)->text(), checked);
     }
-    useMenu(button, [](QMenu &menu) { typeKeys(menu, {Qt::Key_Up, Qt::Key_Return}); });
+    useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Up, Qt::Key_Return}); });
     check("Northwest", 9);
-    useMenu(button, [](QMenu &menu) { typeKeys(menu, {Qt::Key_Down, Qt::Key_Escape}); });
+    useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Down, Qt::Key_Escape}); });
 
     QFont font = button.font();
     font.setPointSize(font.pointSize() + 4);
@@ -239,15 +124,6 @@ void tst_Galleries::viewButtonSaysItsText()
 
 void tst_Galleries::destruction()
 {
-    for (const Make make : kinds) {
-        destroyInEveryOrder([make]() -> QList<QPointer<QObject>> {
-            auto *ribbon = new QWidget;
-            BaseGallery *gallery = make();
-            gallery->setParent(ribbon);
-            return {ribbon, gallery, gallery->popupMenu(), gallery->popupGallery(),
-                    gallery->galleryGroup()};
-        });
-    }
     destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
         auto *panel = new QWidget;
         auto *button = new ViewButton(panel);

@@ -1,9 +1,7 @@
 #include "Support.h"
 
-#include <QBoxLayout>
 #include <QLineF>
 #include <QSignalSpy>
-#include <QWindow>
 
 using namespace OvCc;
 
@@ -51,9 +49,7 @@ private slots:
     void cleanup() { m_window.reset(); }
     void folding();
     void stackFollowsTheBar();
-    void enterAndLeave();
-    void widthCompanion();
-    void stripOfButtons();
+    void controlAndStrip();
     void paintedIcons();
     void destruction();
 
@@ -71,7 +67,7 @@ void tst_LayerControl::folding()
     QPushButton *button = buttonsOf(*m_bar).at(1);
     QVERIFY(!button->icon().isNull() && !stack.isVisible());
     for (const bool isFolded : {false, true, false}) {
-        QTest::mouseClick(button, Qt::LeftButton);
+        click(button);
         const QPixmap image(isFolded ? ":/ribbonMaximize.png" : ":/ribbonMinimize.png");
         QCOMPARE(button->icon().pixmap(64).toImage(), image.toImage());
         QVERIFY(stack.isVisible());
@@ -85,7 +81,6 @@ void tst_LayerControl::folding()
     QCOMPARE(folds, (QList<QVariantList>{{false}, {true}, {false}}));
 
     stack.hide();
-    QVERIFY(!stack.isVisible());
     stack.hide(true);
     QVERIFY(stack.isVisible() && stack.currentIndex() == 1);
 }
@@ -122,16 +117,16 @@ void tst_LayerControl::stackFollowsTheBar()
     QCOMPARE(stack.pos(), last);
 }
 
-void tst_LayerControl::enterAndLeave()
+void tst_LayerControl::controlAndStrip()
 {
-    auto *control = new CustomControl(m_window.get());
-    auto *strip = new MinMaxButton(m_window.get());
-    control->setGeometry(50, 100, 210, 20);
-    strip->move(50, 150);
+    CustomControl control(m_window.get());
+    MinMaxButton strip(m_window.get());
+    control.setGeometry(50, 100, 210, 20);
+    strip.move(50, 150);
     showOnScreen(*m_window);
-    QCOMPARE(control->layerComboBox()->geometry(), control->rect());
+    QCOMPARE(control.layerComboBox()->geometry(), control.rect());
     moveMouse(*m_window, QPoint(5, 5));
-    for (const QWidget *piece : {static_cast<QWidget *>(control), static_cast<QWidget *>(strip)}) {
+    for (const QWidget *piece : std::initializer_list<QWidget *>{&control, &strip}) {
         QSignalSpy crossings(piece, SIGNAL(enter(bool)));
         moveMouse(*m_window, piece->geometry().center());
         QCOMPARE(crossings, (QList<QVariantList>{{true}}));
@@ -139,15 +134,19 @@ void tst_LayerControl::enterAndLeave()
         moveMouse(*m_window, QPoint(5, 5));
         QCOMPARE(crossings, (QList<QVariantList>{{true}, {false}}));
     }
-}
 
-void tst_LayerControl::widthCompanion()
-{
-    CustomControl control(m_window.get());
-    control.resize(210, 20);
+    QSignalSpy minimize(&strip, &MinMaxButton::clickedMin);
+    QSignalSpy restore(&strip, &MinMaxButton::clickedNormal);
+    QSignalSpy close(&strip, &MinMaxButton::clickedClosed);
+    QCOMPARE(strip.size(), QSize(60, 20));
+    for (const int x : {4, 30, 56, 56})
+        click(&strip, QPoint(x, 10));
+    QCOMPARE(minimize.count(), 1);
+    QCOMPARE(restore.count(), 1);
+    QCOMPARE(close.count(), 2);
+
     control.adjustGeometry();
     QCOMPARE(control.width(), 210);
-
     QPointer<ViewButton> button = new ViewButton(m_window.get());
     control.setWidthCompanion(button);
     control.setWidthCompanion(button);
@@ -156,25 +155,6 @@ void tst_LayerControl::widthCompanion()
     QCOMPARE(control.size(), QSize(button->width() + 165, 20));
     control.setWidthCompanion(nullptr);
     QVERIFY(!button);
-}
-
-void tst_LayerControl::stripOfButtons()
-{
-    auto *row = new QHBoxLayout(m_window.get());
-    MinMaxButton strip(m_window.get());
-    row->addWidget(&strip, 1);
-    QSignalSpy minimize(&strip, &MinMaxButton::clickedMin);
-    QSignalSpy restore(&strip, &MinMaxButton::clickedNormal);
-    QSignalSpy close(&strip, &MinMaxButton::clickedClosed);
-    showOnScreen(*m_window);
-    QCOMPARE(strip.size(), QSize(60, 20));
-    for (const int x : {4, 30, 56, 56}) {
-        QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
-                          strip.mapTo(m_window.get(), QPoint(x, 10)));
-    }
-    QCOMPARE(minimize.count(), 1);
-    QCOMPARE(restore.count(), 1);
-    QCOMPARE(close.count(), 2);
 }
 
 /// Pixels well inside a line of width 2 are white, those well outside of all lines transparent.
