@@ -52,6 +52,14 @@ LineWidthComboBox::LineWidthComboBox(QWidget *parent)
 
 LineWidthComboBox::~LineWidthComboBox() = default;
 
+int LineWidthComboBox::rowOf(int lineWeight)
+{
+    int row = allRowCount - 1;
+    while (row >= 0 && lineWeightOf(row) != lineWeight)
+        --row;
+    return row;
+}
+
 void LineWidthComboBox::addRemainingRows()
 {
     if (!item(earlyRowCount))

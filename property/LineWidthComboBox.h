@@ -26,6 +26,10 @@ public:
     explicit LineWidthComboBox(QWidget *parent = nullptr);
     ~LineWidthComboBox() override;
 
+    /// The row of a lineweight, be it in this picker or still missing; -1 if there is none.
+    /// @param lineWeight hundredths of a millimetre or a ::LineWeightCode
+    static int rowOf(int lineWeight);
+
     /// Adds the rows that are missing in this picker, whatever drop-down was opened before.
     void addRemainingRows();
 

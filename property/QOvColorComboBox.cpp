@@ -31,10 +31,16 @@ QOvColorComboBox::QOvColorComboBox(QWidget *parent)
     setCurrentIndex(0);
 
     connect(this, &BaseComboBox::rowChosen, this,
-            [this](int row) { emit colorChosen(row, item(row)->data(colorRole).value<QColor>()); });
+            [this](int row) { emit colorChosen(row, colorOf(row)); });
 }
 
 QOvColorComboBox::~QOvColorComboBox() = default;
+
+QColor QOvColorComboBox::colorOf(int row) const
+{
+    const QListWidgetItem *place = item(row);
+    return place ? place->data(colorRole).value<QColor>() : QColor();
+}
 
 void QOvColorComboBox::openDialog()
 {

@@ -18,14 +18,17 @@ public:
     explicit QOvColorComboBox(QWidget *parent = nullptr);
     ~QOvColorComboBox() override;
 
+    /// The colour of a row: white for row 0, "By Layer", and row 1, "By Block"; invalid for a row that
+    /// is not there or that the host added.
+    QColor colorOf(int row) const;
+
 public slots:
     /// Asks for a colour in the colour dialog and chooses it.
     void openDialog() override;
 
 signals:
     /// The user chose a row: once per choice, never for setCurrentIndex().
-    /// @param color the row's colour; white for row 0, "By Layer", and row 1, "By Block"; invalid
-    ///     for a row that the host added
+    /// @param color as colorOf() tells it
     void colorChosen(int row, QColor color);
 
 private:

@@ -156,6 +156,7 @@ private slots:
     void selecting_data();
     void selecting();
     void pickedProperties();
+    void propertiesBesideTheRows();
     void views();
     void farFromTheOrigin();
     void arrangements();
@@ -274,9 +275,16 @@ void TestViewer::errorKeepsTheDrawing()
     Viewer viewer(file({}, square(0, 0, "8 Red")));
     viewer.clickLight(2);
     answer(QMessageBox::Discard);
+    const QList<QWidget *> changing{viewer.box, viewer.findChild<PropertyManager *>(),
+                                    viewer.ribbon->layerBar()->layerComboBox(),
+                                    viewer.findChild<DrawingFrame *>()->layers(), viewer.table};
     viewer.open(QDir::tempPath());
+    for (const QWidget *widget : changing)
+        QVERIFY(!widget->isEnabled());
     QTRY_VERIFY(viewer.findChild<QMessageBox *>());
     QVERIFY(viewer.takeMessage().contains(QDir::tempPath()));
+    for (const QWidget *widget : changing)
+        QVERIFY(widget->isEnabled());
     QCOMPARE(viewer.shownAt({5, 5}), QColor(Qt::red));
     QVERIFY(viewer.isWindowModified());
 }
@@ -406,6 +414,16 @@ void TestViewer::pickedProperties()
     first[0] = 0;
     entities[0] = first;
     QCOMPARE(entities, expected);
+}
+
+void TestViewer::propertiesBesideTheRows()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red|62 2|420 1193046|370 7|6 Dash")));
+    viewer.dragOnCanvas({5, 5}, {5, 5});
+    const auto *panel = viewer.findChild<PropertyManager *>();
+    QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("18,52,86"));
+    QCOMPARE(textOf(*panel->lineWeightPicker()), QStringLiteral("0.07 mm"));
+    QCOMPARE(textOf(*panel->lineTypePicker()), QStringLiteral("Dash"));
 }
 
 void TestViewer::views()

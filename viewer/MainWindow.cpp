@@ -358,7 +358,7 @@ void MainWindow::refresh()
     m_dock->refresh();
     m_layers->refresh(m_dock->layerCount());
     for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
-        box->setEnabled(showLayers(*box, m_dock->layerCount()));
+        showLayers(*box, m_dock->layerCount());
     showState();
 }
 
@@ -414,8 +414,12 @@ void MainWindow::showState()
     m_saveAs->setEnabled(m_drawing != nullptr);
     m_close->setEnabled(m_drawing && !isLoading);
     // A change now would be lost with the drawing that is about to be replaced.
-    m_layers->setEnabled(m_drawing && !isLoading);
-    m_dock->widget()->setEnabled(m_drawing && !isLoading);
+    const bool isEditable = m_drawing && !isLoading;
+    m_layers->setEnabled(isEditable);
+    for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
+        box->setEnabled(isEditable && box->count() > 0);
+    m_dock->widget()->setEnabled(isEditable);
+    m_properties->setEnabled(isEditable);
     m_progress->setVisible(isLoading);
 
     if (!m_drawing) {

@@ -13,7 +13,7 @@
 #include <QListWidgetItem>
 #include <QPainter>
 
-#include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace {
@@ -21,44 +21,25 @@ namespace {
 /// The rows that all three pickers begin with.
 enum CommonRow { ByLayer, ByBlock };
 
-/// Colours and lineweights that the pickers list, with the numbers that a drawing has for them.
+/// The indexes that a drawing has for colours in the picker.
 constexpr int colorByBlockIndex = 0;
 constexpr int colorByLayerIndex = 256;
 constexpr int firstColorRow = 2; // index 1, red
 constexpr int standardColors = 7;
-constexpr int firstWeightRow = 3;
-constexpr LineWeightCode weightCodes[] = {LineWeightByLayer, LineWeightByBlock, LineWeightDefault};
 
 constexpr QSize lineSwatchSize(48, 16);
 constexpr double swatchWidth = 40.0;
 
-QColor colorOfRow(int row)
-{
-    constexpr Qt::GlobalColor colors[standardColors] = {Qt::red,  Qt::yellow,  Qt::green, Qt::cyan,
-                                                        Qt::blue, Qt::magenta, Qt::white};
-    return colors[row - firstColorRow];
-}
-
-int rowOfColor(QRgb color)
+int rowOfColor(const OvCc::QOvColorComboBox &picker, QRgb color)
 {
     if (color == colorByLayer)
         return ByLayer;
     if (color == colorByBlock)
         return ByBlock;
     int row = firstColorRow;
-    while (row < firstColorRow + standardColors && colorOfRow(row).rgb() != color)
+    while (picker.item(row) && picker.colorOf(row) != QColor(color))
         ++row;
-    return row < firstColorRow + standardColors ? row : -1;
-}
-
-int rowOfLineWeight(int lineWeight)
-{
-    const auto code = std::find(std::begin(weightCodes), std::end(weightCodes), lineWeight);
-    if (code != std::end(weightCodes))
-        return int(code - std::begin(weightCodes));
-    const auto weight =
-            std::find(standardLineWeights.begin(), standardLineWeights.end(), lineWeight);
-    return firstWeightRow + int(weight - standardLineWeights.begin());
+    return picker.item(row) ? row : -1;
 }
 
 int rowOfText(const OvCc::BaseComboBox &picker, const QString &text)
@@ -142,6 +123,12 @@ void PropertyEditor::setSelection(const QSet<int> &entities)
 {
     m_selection = entities;
     refresh();
+}
+
+void PropertyEditor::setEnabled(bool enabled)
+{
+    for (OvCc::PropertyManager *panel : m_panels)
+        panel->setEnabled(enabled);
 }
 
 void PropertyEditor::refresh()
@@ -249,7 +236,7 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
     }
     if (const auto color = commonOf(*m_drawing, m_selection, &EntityStyle::color); !color) {
         showVaries(panel.colorPicker());
-    } else if (const int row = rowOfColor(*color); row >= 0) {
+    } else if (const int row = rowOfColor(*panel.colorPicker(), *color); row >= 0) {
         panel.colorPicker()->setCurrentIndex(row);
     } else {
         const QColor shown(*color);
@@ -258,10 +245,13 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
                 QString::asprintf("%d,%d,%d", shown.red(), shown.green(), shown.blue()));
     }
 
-    if (const auto weight = commonOf(*m_drawing, m_selection, &EntityStyle::lineWeight))
-        panel.lineWeightPicker()->setCurrentIndex(rowOfLineWeight(*weight));
-    else
+    if (const auto weight = commonOf(*m_drawing, m_selection, &EntityStyle::lineWeight); !weight)
         showVaries(panel.lineWeightPicker());
+    else if (const int row = OvCc::LineWidthComboBox::rowOf(*weight); row >= 0)
+        panel.lineWeightPicker()->setCurrentIndex(row);
+    else
+        panel.lineWeightPicker()->showCurrentItem(
+                {}, OvCc::fixedLineWeightLabel(*weight, LineWeightUnit::Millimetres));
 
     if (const auto linetype = commonOf(*m_drawing, m_selection, &EntityStyle::linetype);
         !linetype) {

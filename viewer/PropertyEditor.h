@@ -35,6 +35,9 @@ public:
     /// The entities to change, by their numbers in the model space.
     void setSelection(const QSet<int> &entities);
 
+    /// Whether the user can pick.
+    void setEnabled(bool enabled);
+
     /// Shows the properties again, where something else changed the entities.
     void refresh();
 
