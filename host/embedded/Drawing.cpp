@@ -67,7 +67,6 @@ ByteRange Drawing::entityRecord(int number) const
     return type == "BLOCK" || type == "ENDBLK" || type == "SEQEND" ? ByteRange() : record;
 }
 
-/// That is "0" for an entity that names none.
 int Drawing::layerOf(ByteRange entityRecord) const
 {
     DxfTokens tokens(bytes, entityRecord);
@@ -77,7 +76,8 @@ int Drawing::layerOf(ByteRange entityRecord) const
         if (place.advance(tokens) == DxfEntityPlace::Names::OwnLayer)
             name = text.decode(tokens.view(tokens.group().value));
     }
-    return name.trimmed().isEmpty() ? findLayer(QStringLiteral("0")) : findStoredLayer(name);
+    const int layer = name.trimmed().isEmpty() ? -1 : findStoredLayer(name);
+    return layer < 0 ? findLayer(QStringLiteral("0")) : layer;
 }
 
 int Drawing::addLayer(Layer layer)
@@ -114,10 +114,19 @@ void Drawing::renameLayer(int index, const QString &name)
 
 QString Drawing::storedName(const Layer &layer) const
 {
-    const ByteRange range = layer.nameBytes;
-    return range.isNull() ? QString()
-                          : text.decode({bytes.constData() + range.begin,
-                                         static_cast<std::size_t>(range.end - range.begin)});
+    return layer.nameBytes.isNull() ? QString() : text.decode(view(layer.nameBytes));
+}
+
+QByteArray Drawing::nameBytes(const Layer &layer) const
+{
+    if (layer.nameBytes.isNull() || layer.isRenamed)
+        return text.encode(QString::fromStdWString(layer.name));
+    return bytes.mid(layer.nameBytes.begin, layer.nameBytes.end - layer.nameBytes.begin);
+}
+
+std::string_view Drawing::view(ByteRange range) const
+{
+    return {bytes.constData() + range.begin, static_cast<std::size_t>(range.end - range.begin)};
 }
 
 bool isLineWeight(int lineWeight)

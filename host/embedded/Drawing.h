@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DrawingFile.h"
 #include "DxfTokens.h"
 #include "TextCodec.h"
 
@@ -81,11 +82,12 @@ struct LayerMention
     ByteRange bytes;
 };
 
-/// A viewport on the sheet that the drawing shows in paper space.
+/// A viewport of paper space.
 struct Viewport
 {
-    int number = 0; ///< 1 for the sheet itself
-    int status = 0; ///< 0 when off, 1 for the active one, the others by their order
+    bool isOnSheet = false; ///< of the layout that the drawing shows, not of another one
+    int number = 0;         ///< 1 for the sheet itself
+    int status = 0;         ///< 0 when off, 1 for the active one, the others by their order
     std::vector<LayerMention> frozenLayers; ///< sorted by layer
 
     bool freezes(int layer) const;
@@ -117,6 +119,7 @@ struct EntityProperties
 /// a change has to reach. The bytes stay as they were read.
 struct Drawing
 {
+    DrawingFile file;
     QByteArray bytes;
     TextCodec text;
     int version = kR12;
@@ -133,7 +136,8 @@ struct Drawing
     std::vector<Viewport> viewports;
     int currentLayer = 0;
     int storedCurrentLayer = 0;
-    int currentViewport = -1; ///< in paper space; -1 when there is none
+    QString missingCurrentLayer; ///< the name in $CLAYER, where the file has no such layer
+    int currentViewport = -1;    ///< in paper space; -1 when there is none
 
     quint64 nextHandle = 1;      ///< above every handle of the file
     ByteRange currentLayerValue; ///< of $CLAYER
@@ -148,6 +152,7 @@ struct Drawing
     int layerRecords = 0;                            ///< in the file's layer table
     std::vector<LayerMention> duplicates;            ///< records of layers that have one already
     std::vector<EntitySection> entities;             ///< in the file's order
+    std::vector<ByteRange> objects;                  ///< what the sections OBJECTS hold
     std::map<int, EntityProperties> changedEntities; ///< by their numbers
 
     /// The layer of that name, whatever its letter case; -1 when there is none.
@@ -162,7 +167,7 @@ struct Drawing
     /// The record of the entity with that number; null when it is that of something else.
     ByteRange entityRecord(int number) const;
 
-    /// The layer on which an entity lies.
+    /// The layer on which an entity lies; "0" for one that names none.
     int layerOf(ByteRange entityRecord) const;
 
     /// Adds a layer, whose name must be free.
@@ -176,6 +181,12 @@ struct Drawing
 
     /// The name by which the file's entities know the layer; null for one that was added.
     QString storedName(const Layer &layer) const;
+
+    /// The layer's name now as the file is to write it.
+    QByteArray nameBytes(const Layer &layer) const;
+
+    /// What stands there in the file.
+    std::string_view view(ByteRange range) const;
 };
 
 /// Whether that is one of the standard lineweights, those by layer, by block and by default included.

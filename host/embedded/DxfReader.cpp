@@ -34,8 +34,11 @@ DxfReader::DxfReader(const QString &fileName, const QByteArray &bytes)
     : m_fileName(fileName)
     , m_hasByteOrderMark(bytes.startsWith(kByteOrderMark))
     , m_tokens(m_drawing.bytes, {m_hasByteOrderMark ? 3 : 0, bytes.size()})
+    , m_isHeaderAhead(bytes.contains("HEADER"))
 {
     m_drawing.bytes = bytes;
+    if (m_hasByteOrderMark)
+        m_drawing.text.setUtf8();
 }
 
 std::optional<Drawing> DxfReader::read()
@@ -90,6 +93,13 @@ void DxfReader::readSections()
         warn(m_tokens.line(), QStringLiteral("the file ends without its end mark"));
     if (!m_hasBody)
         m_drawing.bodyBegin = hasEndMark ? m_group.bytes.begin : m_group.bytes.end;
+    for (const LateSection &section : m_late) {
+        m_section = section.name;
+        m_records = section.records;
+        m_tokens.goTo(section.place);
+        m_group = section.place.group;
+        readContent();
+    }
 }
 
 void DxfReader::readSection()
@@ -105,20 +115,41 @@ void DxfReader::readSection()
     }
     if (m_section == "HEADER") {
         readHeader();
-    } else if (m_section == "TABLES") {
-        readTables();
-    } else if (m_section == "BLOCKS" || m_section == "ENTITIES") {
-        readEntities(m_section == "ENTITIES");
-    } else if (m_section == "OBJECTS") {
-        readObjects();
+    } else if (m_isHeaderAhead) {
+        m_late.push_back({m_section, m_tokens.place(), m_records});
+        skipContent();
     } else {
-        while (nextInSection()) {
-        }
+        readContent();
+    }
+}
+
+void DxfReader::readContent()
+{
+    if (m_section == "TABLES")
+        readTables();
+    else if (m_section == "BLOCKS" || m_section == "ENTITIES")
+        readEntities();
+    else if (m_section == "OBJECTS")
+        readObjects();
+    else
+        skipContent();
+}
+
+void DxfReader::skipContent()
+{
+    while (nextInSection()) {
     }
 }
 
 void DxfReader::readHeader()
 {
+    if (m_drawing.headerEnd >= 0) {
+        warn(m_tokens.line(), QStringLiteral("the section \"HEADER\" comes twice; "
+                                             "the first one counts"));
+        skipContent();
+        return;
+    }
+    m_isHeaderAhead = false;
     std::string_view name;
     while (nextInSection()) {
         if (m_group.code == 9)
@@ -162,9 +193,9 @@ void DxfReader::readVersion()
 
 void DxfReader::chooseCodec()
 {
-    if (m_drawing.version >= kR2007 || m_hasByteOrderMark) {
+    if (m_drawing.version >= kR2007) {
         m_drawing.text.setUtf8();
-    } else if (m_codePage.line > 0) {
+    } else if (m_codePage.line > 0 && !m_hasByteOrderMark) {
         const std::string_view name = trimmed(m_tokens.view(m_codePage.group.value));
         if (!m_drawing.text.setCodePage(name)) {
             warn(m_codePage.line,
@@ -334,7 +365,8 @@ void DxfReader::finishLayer()
         warn(record.line, QStringLiteral("a layer without a name is left out"));
         return;
     }
-    if (const int namesake = m_drawing.findLayer(name); namesake >= 0) {
+    const int namesake = m_drawing.findLayer(name);
+    if (namesake >= 0 && !m_drawing.layers[namesake].record.isNull()) {
         m_drawing.duplicates.push_back({namesake, layer.record});
         warn(record.line,
              QStringLiteral("the layer %1 is left out, since the name is taken").arg(quoted(name)));
@@ -344,12 +376,24 @@ void DxfReader::finishLayer()
         warn(oddity.line, QStringLiteral("the layer %1 %2").arg(quoted(name), oddity.text));
     layer.name = name.toStdWString();
     layer.announced = layer.stored = layer.state;
-    const int index = m_drawing.addLayer(std::move(layer));
-    m_linetypes.resize(m_drawing.layers.size());
-    m_linetypes[index] = record.linetype;
+    keepLayer(std::move(layer), record.linetype);
 }
 
-void DxfReader::readEntities(bool mayHaveViewports)
+/// Where entities come before the tables, they have named the layer already.
+void DxfReader::keepLayer(Layer &&layer, const Reference &linetype)
+{
+    int index = m_drawing.findLayer(QString::fromStdWString(layer.name));
+    if (index < 0) {
+        index = m_drawing.addLayer(std::move(layer));
+    } else {
+        layer.isUsed = true;
+        m_drawing.layers[index] = std::move(layer);
+    }
+    m_linetypes.resize(m_drawing.layers.size());
+    m_linetypes[index] = linetype;
+}
+
+void DxfReader::readEntities()
 {
     using Names = DxfEntityPlace::Names;
     EntitySection section;
@@ -361,7 +405,7 @@ void DxfReader::readEntities(bool mayHaveViewports)
         if (m_group.code == 0) {
             section.records.push_back(m_group.bytes.begin);
             finishViewport();
-            m_isInViewport = mayHaveViewports && m_entity.isViewport;
+            m_isInViewport = m_entity.isViewport();
             m_viewport = {};
         } else if (names == Names::OwnLayer) {
             noteUse();
@@ -403,7 +447,7 @@ void DxfReader::readViewportGroup()
 {
     switch (m_group.code) {
     case 67:
-        m_viewport.isOnSheet = toInt(value()) == 1;
+        m_viewport.viewport.isOnSheet = m_section == "ENTITIES" && toInt(value()) == 1;
         break;
     case 68:
         m_viewport.viewport.status = toInt(value()).value_or(0);
@@ -422,7 +466,7 @@ void DxfReader::readViewportGroup()
 
 void DxfReader::finishViewport()
 {
-    if (m_isInViewport && m_viewport.isOnSheet)
+    if (m_isInViewport)
         m_viewports.push_back(std::move(m_viewport));
     m_isInViewport = false;
 }
@@ -434,6 +478,7 @@ void DxfReader::readObjects()
     quint64 stylesHandle = 0;
     quint64 ownHandle = 0;
     DxfGroup key;
+    const int begin = m_group.bytes.end;
     while (nextInSection()) {
         if (m_group.code == 0) {
             ownHandle = 0;
@@ -449,6 +494,7 @@ void DxfReader::readObjects()
                 stylesHandle = toHandle(value());
         }
     }
+    m_drawing.objects.push_back({begin, m_group.bytes.begin});
 }
 
 void DxfReader::finish()
@@ -462,6 +508,10 @@ void DxfReader::finish()
     resolveCurrentLayer();
     resolveViewports();
     chooseViewport();
+    std::sort(m_drawing.entities.begin(), m_drawing.entities.end(),
+              [](const EntitySection &one, const EntitySection &other) {
+                  return one.firstNumber < other.firstNumber;
+              });
     m_drawing.nextHandle = std::max(m_handleSeed, m_highestHandle + 1);
 }
 
@@ -504,9 +554,10 @@ void DxfReader::resolveCurrentLayer()
         if (named >= 0) {
             layer = named;
         } else {
+            m_drawing.missingCurrentLayer = text(m_currentLayer.group);
             warn(m_currentLayer.line,
                  QStringLiteral("the current layer %1 does not exist; \"0\" is taken instead")
-                         .arg(quoted(text(m_currentLayer.group))));
+                         .arg(quoted(m_drawing.missingCurrentLayer)));
         }
     }
     m_drawing.currentLayer = m_drawing.storedCurrentLayer = layer;
@@ -539,6 +590,8 @@ void DxfReader::chooseViewport()
 {
     const std::vector<Viewport> &viewports = m_drawing.viewports;
     const auto rank = [](const Viewport &viewport) {
+        if (!viewport.isOnSheet)
+            return -1;
         if (viewport.number == 1)
             return std::numeric_limits<int>::max();
         return viewport.status > 0 ? viewport.status : -1;

@@ -52,10 +52,17 @@ private:
         std::vector<Oddity> oddities;
     };
 
+    /// A section that speaks of layers before their names can be read.
+    struct LateSection
+    {
+        std::string_view name;
+        DxfTokens::Place place;
+        int records;
+    };
+
     struct ViewportRecord
     {
         Viewport viewport;
-        bool isOnSheet = false;
         std::vector<DxfGroup> frozenHandles;
         std::vector<DxfGroup> frozenNames;
     };
@@ -64,6 +71,8 @@ private:
     bool checkFirstGroup();
     void readSections();
     void readSection();
+    void readContent();
+    void skipContent();
     void readHeader();
     void readVariable(std::string_view name);
     void readVersion();
@@ -79,7 +88,8 @@ private:
     int layerNumber(const char *property, int low, int high, int fallback, const char *taken);
     void noteOddity(const char *property, const QString &taken);
     void finishLayer();
-    void readEntities(bool mayHaveViewports);
+    void keepLayer(Layer &&layer, const Reference &linetype);
+    void readEntities();
     void noteUse();
     void readViewportGroup();
     void finishViewport();
@@ -105,6 +115,8 @@ private:
     DxfGroup m_group;
     std::string_view m_section;
     bool m_hasBody = false;
+    bool m_isHeaderAhead; ///< or may be; until it was read, no name can be
+    std::vector<LateSection> m_late;
     int m_records = 0; ///< groups of code 0 up to this one
 
     Reference m_codePage;

@@ -1,9 +1,26 @@
 #include "DxfTokens.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <iterator>
 
 namespace Embedded {
+
+namespace {
+
+/// See isPlainEntity().
+constexpr std::string_view kPlainEntities[] = {
+        "3DFACE",   "3DSOLID",     "ARC",          "ARC_DIMENSION", "ATTDEF",      "ATTRIB",
+        "BODY",     "CIRCLE",      "DGNUNDERLAY",  "DIMENSION",     "DWFUNDERLAY", "ELLIPSE",
+        "HATCH",    "HELIX",       "IMAGE",        "INSERT",        "LEADER",      "LIGHT",
+        "LINE",     "LWPOLYLINE",  "MLINE",        "MPOLYGON",      "MTEXT",       "OLE2FRAME",
+        "OLEFRAME", "PDFUNDERLAY", "PLANESURFACE", "POINT",         "POLYLINE",    "RAY",
+        "REGION",   "SHAPE",       "SOLID",        "SPLINE",        "TEXT",        "TOLERANCE",
+        "TRACE",    "VERTEX",      "VIEWPORT",     "WIPEOUT",       "XLINE",
+};
+
+} // namespace
 
 DxfTokens::DxfTokens(const QByteArray &bytes, ByteRange part)
     : m_bytes(bytes)
@@ -28,6 +45,13 @@ DxfTokens::Step DxfTokens::next()
     const ByteRange value = takeLine();
     m_group = {*code, {begin, m_position}, value};
     return Step::Group;
+}
+
+void DxfTokens::goTo(const Place &place)
+{
+    m_group = place.group;
+    m_position = place.position;
+    m_line = place.line;
 }
 
 ByteRange DxfTokens::takeLine()
@@ -56,6 +80,7 @@ bool DxfRecordPlace::advance(const DxfGroup &group, std::string_view value)
     }
     if (group.code == 102) {
         isInAppGroup = value.substr(0, 1) == "{";
+        application = value;
         return true;
     }
     return false;
@@ -68,10 +93,10 @@ DxfEntityPlace::Names DxfEntityPlace::advance(const DxfTokens &tokens)
     switch (group.code) {
     case 0:
         *this = {};
-        isViewport = value() == "VIEWPORT";
+        type = value();
         return Names::Nothing;
     case 8:
-        if (hasLayer || record.isInExtension())
+        if (record.isInExtension() || (hasLayer && !isPlainEntity(type)))
             return Names::Nothing;
         hasLayer = true;
         return Names::OwnLayer;
@@ -80,10 +105,15 @@ DxfEntityPlace::Names DxfEntityPlace::advance(const DxfTokens &tokens)
         record.advance(group, value());
         return Names::Nothing;
     case 1003:
-        return isViewport && record.application == "ACAD" ? Names::FrozenLayer : Names::Nothing;
+        return isViewport() && record.application == "ACAD" ? Names::FrozenLayer : Names::Nothing;
     default:
         return Names::Nothing;
     }
+}
+
+bool isPlainEntity(std::string_view type)
+{
+    return std::binary_search(std::begin(kPlainEntities), std::end(kPlainEntities), type);
 }
 
 std::string_view trimmed(std::string_view text)

@@ -47,6 +47,16 @@ public:
     /// the last line there is.
     int line() const { return m_line; }
 
+    /// Where the walk is, to come back to.
+    struct Place
+    {
+        DxfGroup group;
+        int position = 0;
+        int line = 0;
+    };
+    Place place() const { return {m_group, m_position, m_line}; }
+    void goTo(const Place &place);
+
     /// The bytes of @p range.
     std::string_view view(ByteRange range) const;
 
@@ -65,7 +75,7 @@ struct DxfRecordPlace
 {
     bool isInAppGroup = false;     ///< between 102 "{NAME" and 102 "}"
     bool isInExtendedData = false; ///< which goes on to the record's end
-    std::string_view application;  ///< whose extended data it is
+    std::string_view application;  ///< whose they are, with the brace of a 102
 
     bool isInExtension() const { return isInAppGroup || isInExtendedData; }
 
@@ -83,12 +93,19 @@ struct DxfEntityPlace
     };
 
     DxfRecordPlace record;
-    bool isViewport = false;
-    bool hasLayer = false; ///< only the first name is the entity's own
+    std::string_view type;
+    bool hasLayer = false; ///< in a plain entity another name is one that stands there twice
+
+    bool isViewport() const { return type == "VIEWPORT"; }
 
     /// Takes the group that @p tokens is at.
     Names advance(const DxfTokens &tokens);
 };
+
+/// Whether the class of these entities gives no meaning of its own to the codes of what all entities
+/// have: layer, linetype, colour, lineweight. Many programs write such groups behind the class's
+/// marker instead of before it, and most read them there, too.
+bool isPlainEntity(std::string_view type);
 
 /// @p text without the blanks around it.
 std::string_view trimmed(std::string_view text);

@@ -6,12 +6,8 @@
 #include "DxfWriter.h"
 #include "HostServices.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
-
 #include <algorithm>
-#include <limits>
+#include <new>
 
 using namespace Kcore;
 using Embedded::Drawing;
@@ -27,48 +23,15 @@ namespace {
 constexpr int kLongestName = 255;
 const QLatin1String kForbidden("<>/\\\":;?*|=");
 
-// A QByteArray counts its bytes in an int, and needs a few for itself.
-constexpr qint64 kLargestFile = std::numeric_limits<int>::max() - 64;
-
 QString sentence(const QString &fileName, const QString &reason)
 {
     return QStringLiteral("%1: %2.").arg(fileName, reason);
 }
 
-/// The bytes of the file; @p reason says why there are none.
-QByteArray readBytes(const QString &fileName, QString &reason)
+/// What is left when there is no room for a drawing or for its file.
+QString outOfMemory()
 {
-    if (QFileInfo(fileName).isDir()) {
-        reason = QStringLiteral("this is a folder");
-        return {};
-    }
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        reason = file.errorString();
-        return {};
-    }
-    if (file.size() > kLargestFile) {
-        reason = QStringLiteral("the file is larger than 2 GB");
-        return {};
-    }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFile::NoError)
-        reason = file.errorString();
-    return bytes;
-}
-
-/// Goes on after the part that still found room, so that the failure tells its reason. There must
-/// be no buffer: QSaveFile does not notice that it cannot be emptied.
-bool writeAll(QSaveFile &file, const QByteArray &bytes)
-{
-    int done = 0;
-    while (done < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + done, bytes.size() - done);
-        if (count <= 0)
-            return false;
-        done += static_cast<int>(count);
-    }
-    return true;
+    return QStringLiteral("there is not enough memory for it");
 }
 
 bool isValidName(const QString &name)
@@ -76,7 +39,7 @@ bool isValidName(const QString &name)
     const auto isForbidden = [](QChar character) {
         return character.category() == QChar::Other_Control || kForbidden.contains(character);
     };
-    return !name.trimmed().isEmpty() && name.size() <= kLongestName
+    return !name.trimmed().isEmpty() && name.size() <= kLongestName && name.isValidUtf16()
            && std::none_of(name.begin(), name.end(), isForbidden);
 }
 
@@ -98,37 +61,64 @@ std::unique_ptr<KcDbDatabase> readDrawing(const QString &fileName, QString *erro
                                           QStringList *warnings)
 {
     QString reason;
-    const QByteArray bytes = readBytes(fileName, reason);
-    if (!reason.isEmpty()) {
-        if (error)
-            *error = sentence(fileName, reason);
-        return nullptr;
+    try {
+        Embedded::DrawingFile file;
+        const QByteArray bytes = file.read(fileName, reason);
+        if (reason.isNull()) {
+            DxfReader reader(fileName, bytes);
+            std::optional<Drawing> drawing = reader.read();
+            if (error)
+                *error = reader.error();
+            if (warnings)
+                *warnings = reader.warnings();
+            if (!drawing)
+                return nullptr;
+            drawing->file = std::move(file);
+            return KcDbObjectAccess::makeDatabase(std::move(*drawing));
+        }
+    } catch (const std::bad_alloc &) {
+        reason = outOfMemory();
     }
-    DxfReader reader(fileName, bytes);
-    std::optional<Drawing> drawing = reader.read();
     if (error)
-        *error = reader.error();
-    if (warnings)
-        *warnings = reader.warnings();
-    return drawing ? KcDbObjectAccess::makeDatabase(std::move(*drawing)) : nullptr;
+        *error = sentence(fileName, reason);
+    return nullptr;
 }
 
 bool writeDrawing(KcDbDatabase &drawing, const QString &fileName, QString *error,
                   QStringList *warnings)
 {
-    DxfWriter writer(KcDbObjectAccess::drawing(drawing));
-    const QByteArray bytes = writer.write();
-    QSaveFile file(fileName);
-    const bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-                           && writeAll(file, bytes) && file.commit();
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    QString reason;
+    QStringList losses;
+    try {
+        DxfWriter writer(data);
+        const QByteArray bytes = writer.write();
+        losses = writer.losses();
+        if (bytes.isNull())
+            reason = QStringLiteral("the file would be larger than 2 GB");
+        else
+            data.file.write(fileName, bytes, reason);
+    } catch (const std::bad_alloc &) {
+        reason = outOfMemory();
+    }
     if (error)
-        *error = isWritten ? QString() : sentence(fileName, file.errorString());
+        *error = reason.isNull() ? QString() : sentence(fileName, reason);
     if (warnings) {
         warnings->clear();
-        for (const QString &loss : writer.losses())
+        for (const QString &loss : qAsConst(losses))
             *warnings += sentence(fileName, loss);
     }
-    return isWritten;
+    return reason.isNull();
+}
+
+bool isFileChanged(const KcDbDatabase &drawing)
+{
+    return KcDbObjectAccess::drawing(drawing).file.isChanged();
+}
+
+QByteArray fileContent(const KcDbDatabase &drawing)
+{
+    return KcDbObjectAccess::drawing(drawing).bytes;
 }
 
 int openObjectCount()

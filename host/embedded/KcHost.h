@@ -22,7 +22,8 @@ namespace KcHost {
 /// A drawing with the layer "0", which is current.
 KCSDK_EXPORT std::unique_ptr<KcDbDatabase> newDrawing();
 
-/// Reads an ASCII DXF file of the versions R12 to R2018; linear in F.
+/// Reads an ASCII DXF file of the versions R12 to R2018 and of at most 2 GB; linear in F. Pipes,
+/// devices and folders are refused at once.
 ///
 /// The current viewport of a drawing in paper space is the active one among the viewports of the
 /// current sheet that are switched on; the sheet itself only where it has no other.
@@ -35,13 +36,23 @@ KCSDK_EXPORT std::unique_ptr<KcDbDatabase>
 readDrawing(const QString &fileName, QString *error = nullptr, QStringList *warnings = nullptr);
 
 /// Writes the drawing to @p fileName: whole, or not at all. What was not changed since the drawing
-/// was read stays byte for byte, line ends included. Linear in F.
+/// was read stays byte for byte, line ends included. A file that is there keeps its mode, and its
+/// owner where the system allows; a link goes on leading to it. Linear in F.
 ///
 /// @param[out] error    one sentence with file and reason on failure; the file is then as it was
 /// @param[out] warnings one sentence per property that the file's version cannot hold
 /// @return whether the file was written
 KCSDK_EXPORT bool writeDrawing(KcDbDatabase &drawing, const QString &fileName,
                                QString *error = nullptr, QStringList *warnings = nullptr);
+
+/// Whether the file that the drawing was read from, or written to since, is another one now: gone, or
+/// with another content, whoever changed it. Its size, times and place on the disk tell as a rule;
+/// where they do not, it is read: at worst linear in F. False for a drawing that has no file yet.
+KCSDK_EXPORT bool isFileChanged(const KcDbDatabase &drawing);
+
+/// What the drawing's file said when it was read, for another reader of it; the file itself may be
+/// another one meanwhile. The bytes are shared, not copied.
+KCSDK_EXPORT QByteArray fileContent(const KcDbDatabase &drawing);
 
 /// Makes @p drawing the one that KcDbHostApplicationServices::workingDatabase() returns, and sets
 /// the variable "TILEMODE" from it; null closes. The caller keeps ownership; a working drawing that
@@ -104,10 +115,11 @@ struct EntityChange
 /// of an insert are entities of their own and stay as they are. O(log) of the number of changed
 /// entities, and linear in the changed entities when they are written.
 ///
-/// The file gets no more than the groups that differ from what it says, in the entity itself; what
-/// is by layer, the default, has none. With a true colour goes the index of the nearest of the
-/// standard colours. writeDrawing() warns where the file's version lacks true colours (before
-/// R2004) or lineweights (before R2000).
+/// The file gets no more than the groups that differ from what it says, in the entity itself; a
+/// colour or linetype by layer, the default, has none. A property that stood there twice, or behind
+/// the marker of the entity's class, has one group in its place then. With a true colour goes the
+/// index of the nearest of the standard colours. writeDrawing() warns where the file's version lacks
+/// true colours (before R2004) or lineweights (before R2000).
 ///
 /// @param entity its number: how many groups of code 0 the drawing's file, as it was read, has
 ///               before its own, from the first "SECTION" on; saving does not change it

@@ -2,10 +2,14 @@
 
 #include <QTextCodec>
 
+#include <algorithm>
+#include <cctype>
+
 namespace Embedded {
 
 namespace {
 
+const QLatin1String kEscape("\\U+");
 constexpr int kEscapeLength = 7;
 
 /// The codec's name for a code page of DXF.
@@ -27,20 +31,32 @@ bool keepsAscii(const QTextCodec &codec)
     return codec.toUnicode(sample) == QLatin1String(sample);
 }
 
+/// The UTF-16 unit that the text has as an escape at @p at; null where it has none.
+QChar escapedUnit(const QString &text, int at)
+{
+    const QStringRef escape = text.midRef(at, kEscapeLength);
+    const QStringRef digits = escape.mid(kEscape.size());
+    const bool isEscape = escape.startsWith(kEscape) && escape.size() == kEscapeLength
+                          && std::all_of(digits.begin(), digits.end(), [](QChar digit) {
+                                 return digit.unicode() < 0x80 && std::isxdigit(digit.unicode());
+                             });
+    return isEscape ? QChar(digits.toUShort(nullptr, 16)) : QChar();
+}
+
+/// What stands for no character stays as it is: half a surrogate pair, and the end of a text.
 QString replaceEscapes(const QString &text)
 {
     QString result;
     int done = 0;
-    for (int at = text.indexOf(QLatin1String("\\U+")); at >= 0;
-         at = text.indexOf(QLatin1String("\\U+"), at + 1)) {
-        bool isNumber = false;
-        const QString digits = text.mid(at + 3, 4);
-        const ushort unit = digits.toUShort(&isNumber, 16);
-        if (!isNumber || digits.size() != 4 || at < done)
+    for (int at = text.indexOf(kEscape); at >= 0; at = text.indexOf(kEscape, qMax(at + 1, done))) {
+        QString character(escapedUnit(text, at));
+        if (character.at(0).isHighSurrogate())
+            character += escapedUnit(text, at + kEscapeLength);
+        if (character.at(0).isNull() || !character.isValidUtf16())
             continue;
         result += text.midRef(done, at - done);
-        result += QChar(unit);
-        done = at + kEscapeLength;
+        result += character;
+        done = at + character.size() * kEscapeLength;
     }
     return done == 0 ? text : result + text.midRef(done);
 }
@@ -68,7 +84,9 @@ void TextCodec::setUtf8()
 
 QString TextCodec::decode(std::string_view bytes) const
 {
-    return replaceEscapes(m_codec->toUnicode(bytes.data(), static_cast<int>(bytes.size())));
+    QString text = m_codec->toUnicode(bytes.data(), static_cast<int>(bytes.size()));
+    text.replace(QChar(), QChar::ReplacementCharacter);
+    return replaceEscapes(text);
 }
 
 QByteArray TextCodec::encode(const QString &text) const

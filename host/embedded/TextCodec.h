@@ -11,7 +11,9 @@ namespace Embedded {
 
 /// Turns the bytes of a drawing's texts into characters and back.
 ///
-/// Characters that the code page lacks stand in the file as `\U+XXXX`, one for each UTF-16 unit.
+/// Characters that the code page lacks stand in the file as `\U+XXXX`, one for each UTF-16 unit. A
+/// decoded text has no NUL and no half of a surrogate pair, which other programs' strings cannot hold:
+/// bytes of that kind become U+FFFD, and escapes stay as they are written.
 class TextCodec
 {
 public:

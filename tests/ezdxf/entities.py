@@ -1,11 +1,16 @@
 """Writes and reads entities through an independent DXF library.
 
-entities.py write FILE VERSION  writes a drawing with entities of many kinds, with and without
-                                properties of their own, and prints what "read" would
+entities.py write FILE VERSION [LAYOUT]
+                                writes a drawing with entities of many kinds, with and without
+                                properties of their own, and prints what "read" would; with a layout
+                                as other programs have it: the properties of every third entity stand
+                                among what its class adds, those of another third both there and
+                                before
 entities.py read FILE...        prints, as JSON and for each file, its linetypes, how many groups of
                                 code 0 it has and its entities by the number of such groups before
-                                them: layer, colour, true colour, lineweight, linetype, and a digest
-                                of everything else that is in the record
+                                them: layer, colour, true colour, lineweight, linetype, the codes of
+                                properties that stand there twice, and a digest of everything else
+                                that is in the record
 """
 
 import hashlib
@@ -30,7 +35,7 @@ def properties(number, version):
         chosen["linetype"] = ["DASHED", "ByBlock", "Continuous"][number % 3]
     if number & 16 and version != "R12":
         chosen["lineweight"] = [13, -2, -3, 211][number // 4 % 4]
-    if number & 32 and version == "R2010":
+    if number & 32 and version >= "R2004":
         chosen |= {"true_color": number * 1000, "color_name": f"A${number}"}
     return chosen
 
@@ -55,7 +60,25 @@ def add_entity(space, number, attribs, is_old):
             entity.set_app_data("OVCC", [(62, 3), (8, "X"), (420, 1), (6, "X")])
 
 
-def write(file, version):
+def misplace(file):
+    """Moves or copies the properties of entities behind the second marker of a subclass."""
+    with open(file, errors="surrogateescape", newline="\n") as stream:
+        records = list(group_tags(ascii_tags_loader(stream, skip_comments=False)))
+    lines, section = [], ""
+    for number, tags in enumerate(records):
+        if tags[0].value == "SECTION":
+            section = tags[1].value
+        markers = [place for place, tag in enumerate(tags) if tag.code == 100]
+        if section in ("BLOCKS", "ENTITIES") and len(markers) > 1 and number % 3:
+            own = [tag for tag in tags[markers[0]:markers[1]] if tag.code in OWN]
+            head = [tag for tag in tags[:markers[1]] if number % 3 == 1 or tag not in own]
+            tags = head + [tags[markers[1]]] + own + tags[markers[1] + 1:]
+        lines += [line for tag in tags for line in (f"{tag.code:3}", str(tag.value))]
+    with open(file, "w", errors="surrogateescape", newline="\n") as stream:
+        stream.write("\n".join(lines) + "\n")
+
+
+def write(file, version, layout=None):
     doc = ezdxf.new(version)
     for name in ("Dashed", "Öffnung"):
         doc.linetypes.add(name, [1, 0.5, -0.5])
@@ -69,6 +92,8 @@ def write(file, version):
     if version != "R12":
         doc.layout("Layout1").add_viewport((0, 0), (1, 1), (0, 0), 1)
     doc.saveas(file)
+    if layout:
+        misplace(file)
 
 
 def read(file):
@@ -84,15 +109,14 @@ def read(file):
         if section not in ("BLOCKS", "ENTITIES") or tags[0].value in NO_ENTITIES:
             continue
         parts = ExtendedTags(tags)
-        common = parts.get_subclass("AcDbEntity") if parts.has_subclass("AcDbEntity") else \
-            parts.noclass
-        others = [tag for tag in common if tag.code not in OWN]
-        rest = [others, *(part for part in parts.subclasses if part is not common), *parts.appdata,
-                *parts.xdata, *(parts.embedded_objects or [])]
+        codes = [tag.code for part in parts.subclasses for tag in part if tag.code in OWN]
+        doubled = sorted({code for code in codes if codes.count(code) > 1})
+        others = [[tag for tag in part if tag.code not in OWN] for part in parts.subclasses]
+        rest = [*others, *parts.appdata, *parts.xdata, *(parts.embedded_objects or [])]
         dxf = doc.entitydb[parts.get_handle()].dxf
         entities[f"{number:06}"] = [dxf.layer, dxf.get("color", 256), dxf.get("true_color", -1),
                             dxf.get("lineweight", -1), dxf.get("linetype", "ByLayer").lower(),
-                            hashlib.md5(repr(rest).encode(errors="replace")).hexdigest()]
+                            doubled, hashlib.md5(repr(rest).encode(errors="replace")).hexdigest()]
         if "color_name" in dxf.all_existing_dxf_attribs():
             entities[f"{number:06}"].append(dxf.color_name)
     linetypes = [linetype.dxf.name for linetype in doc.linetypes]
