@@ -355,6 +355,7 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     record("unoff A", r12, "62 [-5>5]");
     record("off A", r12, "62 [>-]300");
     record("off A", r12, "62 [0>-7]");
+    record("off A", r12, "62 [--3>-7]");
     record("freeze A;lock A", r12, "70     [66>71]");
     record("lock A", r12, "70 [x>4]");
     record("unplot A", r2000, "290      [1>0]");

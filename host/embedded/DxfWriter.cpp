@@ -54,7 +54,7 @@ QByteArray colorText(std::string_view old, bool isOff)
     std::string_view digits = trimmed(old);
     if (!digits.empty() && (digits[0] == '-' || digits[0] == '+'))
         digits.remove_prefix(1);
-    const QByteArray number = toInt(digits).value_or(0) == 0
+    const QByteArray number = toInt(digits).value_or(0) <= 0
                                       ? QByteArray::number(kWhite)
                                       : QByteArray(digits.data(), static_cast<int>(digits.size()));
     return isOff ? '-' + number : number;
