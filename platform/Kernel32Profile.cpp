@@ -1,10 +1,11 @@
 #include "Kernel32Errors.h"
 #include "Kernel32Paths.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QStringList>
 #include <QTextCodec>
+#include <QVector>
 
 #include <algorithm>
 #include <cwchar>
@@ -17,14 +18,57 @@ using Dword = OvKernel32::Dword;
 
 namespace {
 
-/// An INI file as its lines, line ends included.
+/// A line with its end, as it is in the file and as it reads. What is not changed goes back as it
+/// came, even where it is no text in the file's encoding.
+struct Line
+{
+    QByteArray bytes;
+    QString text;
+};
+using Lines = QVector<Line>;
+
+/// An INI file as its lines.
 struct Profile
 {
     QString path; ///< null if the last error is set; the file itself may be missing
     QTextCodec *codec = QTextCodec::codecForName("UTF-8");
-    bool hasMark = false;
+    QByteArray mark;
     QString lineEnd = QStringLiteral("\r\n");
-    QStringList lines;
+    Lines lines;
+    bool isEncodable = true; ///< whether the encoding has all that was added
+
+    QByteArray encoded(const QString &text) const
+    {
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        return codec->fromUnicode(text.constData(), text.size(), &state);
+    }
+
+    QString decoded(const QByteArray &bytes) const
+    {
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        return codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    }
+
+    /// Where the first @p character from the byte @p from on ends; at the end if there is none.
+    int endOf(char character, const QByteArray &bytes, int from = 0) const
+    {
+        const QByteArray wanted = encoded(QString(QLatin1Char(character)));
+        int at = bytes.indexOf(wanted, from);
+        while (at >= 0 && at % wanted.size() != 0)
+            at = bytes.indexOf(wanted, at + 1);
+        return at < 0 ? bytes.size() : at + wanted.size();
+    }
+
+    /// Half a character at the end of a broken file is filled up first.
+    void append(Line &line, const QString &text)
+    {
+        const int unit = encoded(QStringLiteral(" ")).size();
+        while (line.bytes.size() % unit != 0)
+            line.bytes.append('\0');
+        isEncodable = isEncodable && codec->canEncode(text);
+        line.bytes += encoded(text);
+        line.text = decoded(line.bytes);
+    }
 };
 
 /// The lines of a section from the one after its header.
@@ -75,65 +119,97 @@ QString entry(const QString &line)
 }
 
 /// What @p part makes of each line of @p range, as far as it makes something.
-QStringList partsOf(const QStringList &lines, Range range, QString (*part)(const QString &line))
+QStringList partsOf(const Lines &lines, Range range, QString (*part)(const QString &line))
 {
     QStringList parts;
     for (int line = range.begin; line < range.end; ++line)
-        parts.append(part(lines.at(line)));
+        parts.append(part(lines.at(line).text));
     parts.removeAll(QString());
     return parts;
 }
 
 /// Begins at 0 if there is no such section.
-Range findSection(const QStringList &lines, const QString &section)
+Range findSection(const Lines &lines, const QString &section)
 {
+    const auto isAnyHeader = [](const Line &line) { return isHeader(line.text); };
     for (int line = 0; line < lines.size(); ++line) {
-        if (!isHeader(lines.at(line))
-            || sectionName(lines.at(line)).compare(section, Qt::CaseInsensitive) != 0)
+        const QString &text = lines.at(line).text;
+        if (!isHeader(text) || sectionName(text).compare(section, Qt::CaseInsensitive) != 0)
             continue;
-        const auto end = std::find_if(lines.begin() + line + 1, lines.end(), isHeader);
+        const auto end = std::find_if(lines.begin() + line + 1, lines.end(), isAnyHeader);
         return {line + 1, static_cast<int>(end - lines.begin())};
     }
     return {0, 0};
 }
 
 /// The line of a key, or -1.
-int findKey(const QStringList &lines, Range range, const QString &key)
+int findKey(const Lines &lines, Range range, const QString &key)
 {
     for (int line = range.begin; line < range.end; ++line) {
-        const QString name = keyName(lines.at(line));
+        const QString name = keyName(lines.at(line).text);
         if (!name.isEmpty() && name.compare(key, Qt::CaseInsensitive) == 0)
             return line;
     }
     return -1;
 }
 
+/// The whole file, empty if it is not there; nothing, with the last error set, if it can't be read.
+std::optional<QByteArray> contentOf(const wchar_t *name)
+{
+    const OvKernel32::Handle file = OvKernel32::createFile(name, OvKernel32::GenericRead, 0,
+                                                           nullptr, OvKernel32::OpenExisting, 0, 0);
+    const bool isMissing = OvKernel32::getLastError() == OvKernel32::ErrorFileNotFound;
+    if (file == OvKernel32::invalidHandle)
+        return isMissing ? std::make_optional(QByteArray()) : std::nullopt;
+
+    QByteArray bytes;
+    char buffer[4096];
+    Dword count = 0;
+    bool isRead = true;
+    do {
+        isRead = OvKernel32::readFile(file, buffer, sizeof buffer, &count, nullptr);
+        bytes.append(buffer, static_cast<int>(count));
+    } while (isRead && count > 0);
+    OvKernel32::closeHandle(file);
+    return isRead ? std::make_optional(bytes) : std::nullopt;
+}
+
+/// Reads the byte order mark, or else what encoding the bytes can be in.
+void findEncoding(Profile &profile, const QByteArray &bytes)
+{
+    if (QTextCodec *marked = QTextCodec::codecForUtfText(bytes, nullptr)) {
+        profile.codec = marked;
+        profile.mark = profile.encoded(QString(QChar(QChar::ByteOrderMark)));
+        return;
+    }
+    QTextCodec::ConverterState state;
+    profile.codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0)
+        profile.codec = QTextCodec::codecForName("ISO-8859-1"); // every byte has a meaning there
+}
+
 Profile load(const wchar_t *name)
 {
     Profile profile;
-    profile.path = existingPath(name);
-    if (profile.path.isNull())
+    const QString path = existingPath(name);
+    if (path.isNull())
         return profile;
-    QFile file(profile.path);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(OvKernel32::ErrorFileNotFound, profile);
+    // A device or a pipe is not there to be replaced, and may keep its reader waiting.
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+        return fail(OvKernel32::ErrorAccessDenied, profile);
+    std::optional<QByteArray> bytes = contentOf(name);
+    if (!bytes)
+        return profile;
 
-    const QByteArray bytes = file.readAll();
-    QTextCodec *marked = QTextCodec::codecForUtfText(bytes, nullptr);
-    profile.hasMark = marked != nullptr;
-    profile.codec = marked ? marked : profile.codec;
-    QTextCodec::ConverterState state;
-    QString text = profile.codec->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (!marked && (state.invalidChars > 0 || state.remainingChars > 0)) {
-        profile.codec = QTextCodec::codecForName("ISO-8859-1"); // gives every byte back as it was
-        text = profile.codec->toUnicode(bytes);
+    profile.path = path;
+    findEncoding(profile, *bytes);
+    bytes->remove(0, profile.mark.size());
+    for (int begin = 0, end = 0; begin < bytes->size(); begin = end) {
+        end = profile.endOf('\n', *bytes, begin);
+        const QByteArray line = bytes->mid(begin, end - begin);
+        profile.lines.append({line, profile.decoded(line)});
     }
-    for (int begin = 0, end = 0; begin < text.size(); begin = end) {
-        const int lineEnd = text.indexOf('\n', begin);
-        end = lineEnd < 0 ? text.size() : lineEnd + 1;
-        profile.lines.append(text.mid(begin, end - begin));
-    }
-    const QString first = profile.lines.value(0);
+    const QString first = profile.lines.value(0).text;
     if (first.endsWith('\n') && !first.endsWith("\r\n"))
         profile.lineEnd = QStringLiteral("\n");
     return profile;
@@ -141,13 +217,16 @@ Profile load(const wchar_t *name)
 
 void replace(Profile &profile, Range range, const QStringList &texts)
 {
-    QStringList &lines = profile.lines;
+    Lines &lines = profile.lines;
     lines.erase(lines.begin() + range.begin, lines.begin() + range.end);
-    int line = range.begin;
-    if (!texts.isEmpty() && line > 0 && !lines.at(line - 1).endsWith('\n'))
-        lines[line - 1] += profile.lineEnd;
-    for (const QString &text : texts)
-        lines.insert(line++, text + profile.lineEnd);
+    int place = range.begin;
+    if (!texts.isEmpty() && place > 0 && !lines.at(place - 1).text.endsWith('\n'))
+        profile.append(lines[place - 1], profile.lineEnd);
+    for (const QString &text : texts) {
+        Line line;
+        profile.append(line, text + profile.lineEnd);
+        lines.insert(place++, line);
+    }
 }
 
 Range findOrAddSection(Profile &profile, const QString &section)
@@ -161,13 +240,14 @@ Range findOrAddSection(Profile &profile, const QString &section)
 void setValue(Profile &profile, const QString &section, const QString &key, const QString &value)
 {
     const Range range = findOrAddSection(profile, section);
-    const int line = findKey(profile.lines, range, key);
-    if (line >= 0) {
-        const QString before = profile.lines.at(line).section('=', 0, 0);
-        return replace(profile, {line, line + 1}, {before + '=' + value});
+    const int place = findKey(profile.lines, range, key);
+    if (place >= 0) {
+        Line &line = profile.lines[place];
+        line.bytes.truncate(profile.endOf('=', line.bytes));
+        return profile.append(line, value + profile.lineEnd);
     }
     int end = range.end;
-    while (end > range.begin && profile.lines.at(end - 1).trimmed().isEmpty())
+    while (end > range.begin && profile.lines.at(end - 1).text.trimmed().isEmpty())
         --end;
     replace(profile, {end, end}, {key + '=' + value});
 }
@@ -188,17 +268,14 @@ void removeSection(Profile &profile, const QString &section)
 
 bool save(const Profile &profile)
 {
-    const QString text = profile.lines.join(QString());
-    if (!profile.codec->canEncode(text))
+    if (!profile.isEncodable)
         return fail(OvKernel32::ErrorNoUnicodeTranslation, false);
-    QTextCodec::ConverterState state(profile.hasMark ? QTextCodec::DefaultConversion
-                                                     : QTextCodec::IgnoreHeader);
     QSaveFile file(profile.path);
     if (!file.open(QIODevice::WriteOnly))
-        return fail(QFile::exists(profile.path) ? OvKernel32::ErrorAccessDenied
-                                                : OvKernel32::ErrorPathNotFound,
-                    false);
-    file.write(profile.codec->fromUnicode(text.constData(), text.size(), &state));
+        return fail(OvKernel32::ErrorAccessDenied, false);
+    file.write(profile.mark);
+    for (const Line &line : profile.lines)
+        file.write(line.bytes);
     return file.commit() || fail(OvKernel32::ErrorGenFailure, false);
 }
 
@@ -215,13 +292,12 @@ bool changeProfile(const wchar_t *file, const std::function<void(Profile &)> &ch
 }
 
 /// Nothing if there is no such key.
-std::optional<QString> valueOf(const wchar_t *section, const wchar_t *key, const wchar_t *file)
+std::optional<QString> valueOf(const wchar_t *section, const wchar_t *key, const Lines &lines)
 {
-    const QStringList lines = load(file).lines;
     const int line = findKey(lines, findSection(lines, named(section)), named(key));
     if (line < 0)
         return std::nullopt;
-    const QString text = valueText(lines.at(line));
+    const QString text = valueText(lines.at(line).text);
     const bool isQuoted = text.size() > 1 && text.front() == text.back()
                           && (text.front() == '"' || text.front() == '\'');
     return isQuoted ? text.mid(1, text.size() - 2) : text;
@@ -260,12 +336,12 @@ Dword OvKernel32::getPrivateProfileString(const wchar_t *section, const wchar_t 
 {
     if (!buffer || size == 0)
         return fail(ErrorInvalidParameter, 0U);
-    const QStringList lines = load(file).lines;
+    const Lines lines = load(file).lines;
     if (!section)
         return copyTexts(partsOf(lines, {0, lines.size()}, sectionName), buffer, size);
     if (!key)
         return copyTexts(partsOf(lines, findSection(lines, named(section)), keyName), buffer, size);
-    const auto value = valueOf(section, key, file);
+    const auto value = valueOf(section, key, lines);
     std::wstring text = value ? value->toStdWString() : fallback ? fallback : L"";
     while (!value && !text.empty() && text.back() == L' ')
         text.pop_back();
@@ -277,7 +353,7 @@ Dword OvKernel32::getPrivateProfileInt(const wchar_t *section, const wchar_t *ke
 {
     if (!section || !key)
         return fail(ErrorInvalidParameter, static_cast<Dword>(fallback));
-    const auto value = valueOf(section, key, file);
+    const auto value = valueOf(section, key, load(file).lines);
     return static_cast<Dword>(value ? std::wcstoll(value->toStdWString().c_str(), nullptr, 10)
                                     : fallback);
 }
@@ -287,7 +363,7 @@ Dword OvKernel32::getPrivateProfileSection(const wchar_t *section, wchar_t *buff
 {
     if (!section || !buffer || size == 0)
         return fail(ErrorInvalidParameter, 0U);
-    const QStringList lines = load(file).lines;
+    const Lines lines = load(file).lines;
     return copyTexts(partsOf(lines, findSection(lines, named(section)), entry), buffer, size);
 }
 

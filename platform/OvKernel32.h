@@ -176,7 +176,8 @@ public:
 
     // Profile files: INI files in the Windows format, as UTF-8, as UTF-16 with a byte order mark, or
     // else as Latin-1. A path without a folder is in the current one. Names are told apart without
-    // regard to case; the first of equal sections and keys counts.
+    // regard to case; the first of equal sections and keys counts. A file that is not there counts as
+    // an empty one; from one that can't be read nothing is found, and the last error is set.
 
     /// The value without the quotes around it; all keys without a @p key, all sections without a
     /// @p section, each with a NUL and one more at the end.
@@ -192,7 +193,8 @@ public:
                                           const wchar_t *file);
     static Dword getPrivateProfileSectionNames(wchar_t *buffer, Dword size, const wchar_t *file);
     /// Sets a value; removes the key without a @p value, the section without a @p key. The file is
-    /// replaced whole or not at all, comments and order stay. Text with a line break is refused.
+    /// replaced whole or not at all, never if it can't be read; what is not changed keeps its bytes
+    /// and its place. Text with a line break is refused.
     static Bool writePrivateProfileString(const wchar_t *section, const wchar_t *key,
                                           const wchar_t *value, const wchar_t *file);
     /// Replaces all lines of a section, comments included.

@@ -18,6 +18,8 @@
 #include <thread>
 
 #include <iconv.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 using K = OvKernel32;
 
@@ -112,6 +114,7 @@ private slots:
     void badHandlesAndPaths();
     void profileMatchesPython();
     void profileKeepsTheFile();
+    void profileOfNoUse();
     void profileBuffers();
     void codePagesMatchIconv();
     void conversions();
@@ -403,6 +406,11 @@ void tst_Platform::profileKeepsTheFile()
             {"\xef\xbb\xbf[b]\ny=1\n", "\xef\xbb\xbf[b]\ny=2\n"},
             {QByteArray("\xff\xfe[\0b\0]\0\n\0y\0=\0\xe4\0\n\0", 18),
              QByteArray("\xff\xfe[\0b\0]\0\n\0y\0=\0\x32\0\n\0", 18)},
+            // broken behind the mark: what stays keeps its bytes, half a character is filled up
+            {"\xef\xbb\xbf;\xe4\n[b]\n\xff=\xc3\nY = \xe4",
+             "\xef\xbb\xbf;\xe4\n[b]\n\xff=\xc3\nY =2\n"},
+            {QByteArray("\xff\xfe[\0b\0]\0\n\0q\0r", 13),
+             QByteArray("\xff\xfe[\0b\0]\0\n\0q\0r\0\n\0y\0=\0\x32\0\n\0", 24)},
             {"", "[b]\r\ny=2\r\n"}};
     const std::wstring file = at("keep.ini");
     const auto set = [&file](const wchar_t *value) {
@@ -416,6 +424,37 @@ void tst_Platform::profileKeepsTheFile()
         QCOMPARE(errorOf(0, [&] { return set(L"3\n[c]"); }), 87U);
         QCOMPARE(read("keep.ini"), after);
     }
+}
+
+void tst_Platform::profileOfNoUse()
+{
+    write("file.ini", "[b]\ny=1\n");
+    QVERIFY(QDir(m_dir.path()).mkdir("folder.ini"));
+    QCOMPARE(::mknod(QFile::encodeName(path("socket.ini")).constData(), S_IFSOCK | 0600, 0), 0);
+    QVERIFY(QFile::link("/proc/self/mem", path("broken.ini")));
+    QVERIFY(QFile::link(path("file.ini"), path("link.ini")));
+    const auto set = [this](const char *name) {
+        return K::writePrivateProfileString(L"b", L"x", L"2", at(name).c_str());
+    };
+    const std::pair<const char *, K::Dword> rows[] = {
+            {"folder.ini", 5}, {"socket.ini", 5}, {"broken.ini", 1117}, {"no-folder/file.ini", 3}};
+    for (const auto &[name, error] : rows) {
+        const auto mode = QFileInfo(path(name)).permissions();
+        QCOMPARE(errorOf(0, [&, name = name] { return set(name); }), error);
+        QCOMPARE(QFileInfo(path(name)).permissions(), mode);
+        QVERIFY(!QFileInfo(path(name)).isFile() || QFileInfo(path(name)).isSymLink());
+    }
+
+    rlimit limit;
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none{0, limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const K::Dword error = errorOf(0, [&] { return set("file.ini"); });
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    QCOMPARE(error, 4U);
+    QCOMPARE(read("file.ini"), QByteArray("[b]\ny=1\n"));
+    QVERIFY(set("link.ini") && QFileInfo(path("link.ini")).isSymLink());
+    QCOMPARE(read("file.ini"), QByteArray("[b]\ny=1\nx=2\n"));
 }
 
 void tst_Platform::profileBuffers()
