@@ -2,7 +2,7 @@
 #include "Kernel32Paths.h"
 
 #include <QFileInfo>
-#include <QLibrary>
+#include <QStringList>
 
 #include <map>
 #include <memory>
@@ -16,39 +16,54 @@ using Handle = OvKernel32::Handle;
 
 namespace {
 
+/// A library of the system, which is closed when the last one lets go of it.
+using Module = std::shared_ptr<void>;
+
 /// What is loaded by the system's handle, once for each time.
-struct Modules
+///
+/// A module may call this layer while it is being loaded or unloaded: nobody who has the system do
+/// that holds the lock.
+class Modules
 {
-    std::mutex mutex;
-    std::multimap<Handle, std::shared_ptr<QLibrary>> libraries;
+public:
+    Handle add(const Module &module)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_modules.emplace(reinterpret_cast<Handle>(module.get()), module)->first;
+    }
 
     /// Null, and ErrorInvalidHandle, for an unknown handle.
-    std::shared_ptr<QLibrary> find(Handle handle) const
+    Module find(Handle handle) const
     {
-        const auto found = libraries.find(handle);
-        return found == libraries.end() ? fail(OvKernel32::ErrorInvalidHandle, nullptr)
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto found = m_modules.find(handle);
+        return found == m_modules.end() ? fail(OvKernel32::ErrorInvalidHandle, nullptr)
                                         : found->second;
     }
+
+    /// find(), for the last time.
+    Module take(Handle handle)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto found = m_modules.extract(handle);
+        return found ? found.mapped() : fail(OvKernel32::ErrorInvalidHandle, nullptr);
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::multimap<Handle, Module> m_modules;
 };
 
 Modules &modules()
 {
-    static Modules loaded;
+    // Never destroyed: modules that stay loaded may call when the process ends.
+    static auto &loaded = *new Modules;
     return loaded;
 }
 
 QString programPath()
 {
     return QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget();
-}
-
-/// The system's handle of a library that is loaded already.
-Handle handleOf(const QString &name)
-{
-    void *module = ::dlopen(QFile::encodeName(name).constData(), RTLD_LAZY | RTLD_NOLOAD);
-    if (module)
-        ::dlclose(module);
-    return reinterpret_cast<Handle>(module);
 }
 
 /// The names to try for "folder/foo.dll", in this order.
@@ -79,51 +94,42 @@ Handle OvKernel32::loadLibrary(const wchar_t *name)
     const QString path = mappedPath(name);
     if (path.isNull())
         return 0;
-    const std::lock_guard<std::mutex> lock(modules().mutex);
     const QStringList names = candidates(path);
     for (const QString &candidate : names) {
-        const auto library = std::make_shared<QLibrary>(candidate);
-        const Handle handle = library->load() ? handleOf(library->fileName()) : 0;
-        if (handle)
-            return modules().libraries.emplace(handle, library)->first;
+        void *const opened = ::dlopen(QFile::encodeName(candidate).constData(), RTLD_LAZY);
+        if (opened)
+            return modules().add(Module(opened, ::dlclose));
     }
     return fail(ErrorModNotFound, Handle(0));
 }
 
 OvKernel32::Bool OvKernel32::freeLibrary(Handle handle)
 {
-    const std::lock_guard<std::mutex> lock(modules().mutex);
-    const std::shared_ptr<QLibrary> library = modules().find(handle);
-    if (!library)
-        return false;
-    modules().libraries.erase(modules().libraries.find(handle));
-    library->unload();
-    return true;
+    return modules().take(handle) != nullptr;
 }
 
 OvKernel32::Function OvKernel32::getProcAddress(Handle handle, const char *name)
 {
     constexpr std::uintptr_t firstPointer = 0x10000; // what is less stands for an ordinal
-    const std::lock_guard<std::mutex> lock(modules().mutex);
-    const std::shared_ptr<QLibrary> library = modules().find(handle);
-    if (!library)
+    const Module module = modules().find(handle);
+    if (!module)
         return nullptr;
     if (reinterpret_cast<std::uintptr_t>(name) < firstPointer)
         return fail(name ? ErrorNotSupported : ErrorInvalidParameter, nullptr);
-    const Function function = library->resolve(name);
-    return function ? function : fail(ErrorProcNotFound, nullptr);
+    void *const function = ::dlsym(module.get(), name);
+    return function ? reinterpret_cast<Function>(function) : fail(ErrorProcNotFound, nullptr);
 }
 
 OvKernel32::Dword OvKernel32::getModuleFileName(Handle handle, wchar_t *buffer, Dword size)
 {
-    const std::lock_guard<std::mutex> lock(modules().mutex);
-    if (handle && !modules().find(handle))
+    const Module module = handle ? modules().find(handle) : nullptr;
+    if (handle && !module)
         return 0;
     if (!buffer || size == 0)
         return fail(ErrorInvalidParameter, 0U);
     QString path = programPath();
     link_map *map = nullptr;
-    if (handle && ::dlinfo(reinterpret_cast<void *>(handle), RTLD_DI_LINKMAP, &map) == 0)
+    if (module && ::dlinfo(module.get(), RTLD_DI_LINKMAP, &map) == 0)
         path = QFile::decodeName(map->l_name);
     const Dword length = copyOut(path, buffer, size);
     if (length < size)

@@ -21,11 +21,11 @@ std::recursive_mutex *mutexOf(const OvKernel32::CriticalSection *section)
     return fail(OvKernel32::ErrorInvalidParameter, nullptr);
 }
 
-/// The name as the environment has it; empty, with the last error set, if there can be none.
+/// The name as the environment has it; empty if it can have none of that name.
 QByteArray variableName(const wchar_t *name)
 {
-    if (!name || !*name || !OvCc::Kernel32::isWellFormed(name) || std::wcschr(name, L'='))
-        return fail(OvKernel32::ErrorInvalidParameter, QByteArray());
+    if (!name || !OvCc::Kernel32::isWellFormed(name) || std::wcschr(name, L'='))
+        return {};
     return QString::fromWCharArray(name).toUtf8();
 }
 
@@ -98,20 +98,19 @@ void OvKernel32::getLocalTime(SystemTime *time)
 OvKernel32::Dword OvKernel32::getEnvironmentVariable(const wchar_t *name, wchar_t *buffer,
                                                      Dword size)
 {
+    if (!name)
+        return fail(ErrorInvalidParameter, 0U);
     const QByteArray variable = variableName(name);
-    if (variable.isEmpty())
-        return 0;
     if (!qEnvironmentVariableIsSet(variable.constData()))
         return fail(ErrorEnvVarNotFound, 0U);
-    const QString value = QString::fromUtf8(qgetenv(variable.constData()));
-    return fail(ErrorSuccess, OvCc::Kernel32::copyOut(value, buffer, size));
+    return OvCc::Kernel32::copyOut(QString::fromUtf8(qgetenv(variable.constData())), buffer, size);
 }
 
 OvKernel32::Bool OvKernel32::setEnvironmentVariable(const wchar_t *name, const wchar_t *value)
 {
     const QByteArray variable = variableName(name);
     if (variable.isEmpty())
-        return false;
+        return fail(ErrorInvalidParameter, false);
     if (!value)
         return qEnvironmentVariableIsSet(variable.constData()) ? qunsetenv(variable.constData())
                                                                : fail(ErrorEnvVarNotFound, false);

@@ -86,6 +86,7 @@ public:
 
     /// Loads a library. "foo.dll" also finds foo.so and libfoo.so; a name without a folder is looked
     /// for beside the program first, then where the system looks. Each call needs a freeLibrary().
+    /// A module may call this layer while it is being loaded or unloaded.
     /// @return 0 on failure
     static Handle loadLibrary(const wchar_t *name);
     static Bool freeLibrary(Handle module);
@@ -254,7 +255,8 @@ public:
     static void sleep(Dword milliseconds);
     static void getLocalTime(SystemTime *time);
 
-    /// @return as getCurrentDirectory(); 0 with ErrorEnvVarNotFound
+    /// @return as getCurrentDirectory(); 0 with ErrorEnvVarNotFound. An empty value gives 0, too:
+    ///         what succeeds or finds the buffer too small leaves the last error as it was.
     static Dword getEnvironmentVariable(const wchar_t *name, wchar_t *buffer, Dword size);
     /// @param value null removes the variable
     static Bool setEnvironmentVariable(const wchar_t *name, const wchar_t *value);

@@ -173,6 +173,12 @@ void tst_Platform::modules()
     QCOMPARE(errorOf(0, [&] { return K::freeLibrary(module); }), 6U);
     QCOMPARE(errorOf(0, [&] { return K::loadLibrary(L"no-such.dll"); }), 126U);
 
+    const K::Handle calling =
+            K::loadLibrary(QStringLiteral(OVCC_CALLING_MODULE).toStdWString().c_str());
+    QCOMPARE(qgetenv("OVCC_MODULE"), QByteArray("loaded"));
+    QVERIFY(K::freeLibrary(calling));
+    QCOMPARE(qgetenv("OVCC_MODULE"), QByteArray("unloaded"));
+
     wchar_t file[300];
     K::getModuleFileName(0, file, 300);
     QCOMPARE(QString::fromWCharArray(file), QCoreApplication::applicationFilePath());
@@ -638,11 +644,23 @@ void tst_Platform::environment()
     const wchar_t name[] = L"OVCC_TÄST";
     QVERIFY(K::setEnvironmentVariable(name, L"äb"));
     QCOMPARE(qEnvironmentVariable("OVCC_T\xc3\x84ST"), QString::fromUtf8("äb"));
-    QCOMPARE(K::getEnvironmentVariable(name, value, 2), 3U);
-    QCOMPARE(K::getEnvironmentVariable(name, value, 3), 2U);
+    const auto get = [&](const wchar_t *variable, wchar_t *buffer, K::Dword size, K::Dword length) {
+        return errorOf(length, [=] { return K::getEnvironmentVariable(variable, buffer, size); });
+    };
+    constexpr K::Dword untouched = 12345;
+    QCOMPARE(get(name, nullptr, 0, 3), untouched);
+    QCOMPARE(get(name, value, 2, 3), untouched);
+    QCOMPARE(get(name, value, 3, 2), untouched);
     QCOMPARE(std::wstring(value), std::wstring(L"äb"));
+    QCOMPARE(get(name, nullptr, 3, 0), 87U);
+    QVERIFY(K::setEnvironmentVariable(name, L""));
+    QCOMPARE(get(name, value, 0, 1), untouched);
+    QCOMPARE(get(name, value, 1, 0), untouched);
+    QCOMPARE(value[0], L'\0');
     QVERIFY(K::setEnvironmentVariable(name, nullptr));
-    QCOMPARE(errorOf(0, [&] { return K::getEnvironmentVariable(name, value, 3); }), 203U);
+    for (const wchar_t *missing : {name, L"", L"a=b"})
+        QCOMPARE(get(missing, value, 3, 0), 203U);
+    QCOMPARE(get(nullptr, value, 3, 0), 87U);
 }
 
 void tst_Platform::texts()
