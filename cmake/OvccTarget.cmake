@@ -2,6 +2,8 @@
 
 set(OVCC_INCLUDE_DIR "${PROJECT_BINARY_DIR}/include")
 
+set(OVCC_SYMBOL_MAP "${CMAKE_CURRENT_LIST_DIR}/own-symbols.map")
+
 # ovcc_own_target(<target>): the language, warnings and visibility of this project's own code.
 function(ovcc_own_target target)
     set_target_properties(${target} PROPERTIES
@@ -17,6 +19,11 @@ function(ovcc_own_target target)
         $<$<BOOL:${OVCC_WERROR}>:-Werror>)
     target_compile_definitions(${target} PRIVATE
         QT_DEPRECATED_WARNINGS QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL SHARED_LIBRARY)
+        target_link_options(${target} PRIVATE LINKER:--version-script=${OVCC_SYMBOL_MAP})
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${OVCC_SYMBOL_MAP})
+    endif()
 endfunction()
 
 # ovcc_forward_header(<name> <header>): lets users of the build tree include <header> as <name>.

@@ -1,10 +1,43 @@
 #pragma once
 
-#include "StringMap.h"
+#include "CString.h"
 
-extern template class OVCC_EXPORT OvCc::StringMap<CString>;
+#include <QSharedDataPointer>
 
-/// A map from texts to texts; see OvCc::StringMap for what it can do.
-class OVCC_EXPORT CMapStringToString : public OvCc::StringMap<CString>
+namespace OvCc {
+template <typename Value>
+class StringMap;
+}
+
+/// A map from texts to texts. It is walked in the order in which the keys
+/// came; any element may be removed on the way, and what is added is still met. Looking up is O(1),
+/// all else logarithmic.
+class OVCC_EXPORT CMapStringToString
 {
+public:
+    CMapStringToString();
+    CMapStringToString(const CMapStringToString &other);
+    ~CMapStringToString();
+    CMapStringToString &operator=(const CMapStringToString &other);
+
+    int GetCount() const;
+    int GetSize() const;
+    bool IsEmpty() const;
+
+    /// Leaves @p value alone if there is no such key.
+    bool Lookup(const CString &key, CString &value) const;
+    /// The value of @p key, which is added if it is new.
+    CString &operator[](const CString &key);
+    void SetAt(const CString &key, const CString &value);
+    /// Whether there was such a key.
+    bool RemoveKey(const CString &key);
+    void RemoveAll();
+
+    POSITION GetStartPosition() const;
+    /// Gives the key and value at @p position, which moves on; null behind the last one. Where the
+    /// rest was removed meanwhile, key and value are left alone.
+    void GetNextAssoc(POSITION &position, CString &key, CString &value) const;
+
+private:
+    QSharedDataPointer<OvCc::StringMap<CString>> m_map;
 };

@@ -2,7 +2,6 @@
 
 #include <OvCustomControl/OvccExport.h>
 
-#include <QHash>
 #include <QString>
 
 #include <string>
@@ -12,46 +11,34 @@
 class OVCC_EXPORT CString
 {
 public:
-    CString() = default;
-    CString(const wchar_t *text)
-        : m_text(text ? text : L"")
-    {
-    }
-    CString(const char *text)
-        : CString(QString::fromUtf8(text))
-    {
-    }
-    CString(const QString &text)
-        : m_text(text.toStdWString())
-    {
-    }
+    CString();
+    CString(const wchar_t *text);
+    CString(const char *text);
+    CString(const QString &text);
+    CString(const CString &other);
+    CString(CString &&other) noexcept;
+    ~CString();
+    CString &operator=(const CString &other);
+    CString &operator=(CString &&other) noexcept;
 
-    operator const wchar_t *() const { return m_text.c_str(); }
-    QString toQString() const { return QString::fromStdWString(m_text); }
-    int GetLength() const { return static_cast<int>(m_text.size()); }
-    bool IsEmpty() const { return m_text.empty(); }
-    void Empty() { m_text.clear(); }
+    operator const wchar_t *() const;
+    QString toQString() const;
+    int GetLength() const;
+    bool IsEmpty() const;
+    void Empty();
 
-    CString &operator+=(const CString &other)
-    {
-        m_text += other.m_text;
-        return *this;
-    }
-    friend CString operator+(CString one, const CString &other) { return one += other; }
-
-    friend bool operator==(const CString &one, const CString &other)
-    {
-        return one.m_text == other.m_text;
-    }
-    friend bool operator!=(const CString &one, const CString &other) { return !(one == other); }
-    friend uint qHash(const CString &text, uint seed = 0)
-    {
-        return qHashBits(text.m_text.data(), text.m_text.size() * sizeof(wchar_t), seed);
-    }
+    CString &operator+=(const CString &other);
 
 private:
+    friend OVCC_EXPORT CString operator+(CString one, const CString &other);
+    friend OVCC_EXPORT bool operator==(const CString &one, const CString &other);
+    friend OVCC_EXPORT bool operator!=(const CString &one, const CString &other);
+    friend OVCC_EXPORT uint qHash(const CString &text, uint seed);
+
     std::wstring m_text;
 };
+
+OVCC_EXPORT uint qHash(const CString &text, uint seed = 0);
 
 /// A place in a collection; null is none. One that has gone is noticed and leads nowhere.
 using POSITION = struct OvPosition *;

@@ -2,15 +2,55 @@
 
 #include <algorithm>
 
+CStringArray::CStringArray() = default;
+CStringArray::CStringArray(const CStringArray &other) = default;
+CStringArray::~CStringArray() = default;
+CStringArray &CStringArray::operator=(const CStringArray &other) = default;
+
+int CStringArray::GetCount() const
+{
+    return m_texts.size();
+}
+
+int CStringArray::GetSize() const
+{
+    return GetCount();
+}
+
+int CStringArray::GetUpperBound() const
+{
+    return GetCount() - 1;
+}
+
+bool CStringArray::IsEmpty() const
+{
+    return m_texts.isEmpty();
+}
+
 void CStringArray::SetSize(int size)
 {
     m_texts.resize(std::max(size, 0));
+}
+
+void CStringArray::RemoveAll()
+{
+    m_texts.clear();
+}
+
+CString CStringArray::GetAt(int index) const
+{
+    return m_texts.value(index);
 }
 
 void CStringArray::SetAt(int index, const CString &text)
 {
     const CString copy = text; // it may be m_nowhere
     (*this)[index] = copy;
+}
+
+CString CStringArray::operator[](int index) const
+{
+    return GetAt(index);
 }
 
 CString &CStringArray::operator[](int index)

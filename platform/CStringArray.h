@@ -9,17 +9,22 @@
 class OVCC_EXPORT CStringArray
 {
 public:
-    int GetCount() const { return m_texts.size(); }
-    int GetSize() const { return m_texts.size(); }
-    int GetUpperBound() const { return m_texts.size() - 1; }
-    bool IsEmpty() const { return m_texts.isEmpty(); }
+    CStringArray();
+    CStringArray(const CStringArray &other);
+    ~CStringArray();
+    CStringArray &operator=(const CStringArray &other);
+
+    int GetCount() const;
+    int GetSize() const;
+    int GetUpperBound() const;
+    bool IsEmpty() const;
 
     void SetSize(int size);
-    void RemoveAll() { m_texts.clear(); }
+    void RemoveAll();
 
-    CString GetAt(int index) const { return m_texts.value(index); }
+    CString GetAt(int index) const;
     void SetAt(int index, const CString &text);
-    CString operator[](int index) const { return GetAt(index); }
+    CString operator[](int index) const;
     CString &operator[](int index);
 
     /// @return the index of the new text

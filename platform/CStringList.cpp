@@ -1,5 +1,45 @@
 #include "CStringList.h"
 
+CStringList::CStringList() = default;
+CStringList::CStringList(const CStringList &other) = default;
+CStringList::~CStringList() = default;
+CStringList &CStringList::operator=(const CStringList &other) = default;
+
+int CStringList::GetCount() const
+{
+    return m_nodes.size();
+}
+
+int CStringList::GetSize() const
+{
+    return GetCount();
+}
+
+bool CStringList::IsEmpty() const
+{
+    return m_nodes.isEmpty();
+}
+
+CString CStringList::GetHead() const
+{
+    return GetAt(m_head);
+}
+
+CString CStringList::GetTail() const
+{
+    return GetAt(m_tail);
+}
+
+POSITION CStringList::AddHead(const CString &text)
+{
+    return insert(nullptr, text, m_head);
+}
+
+POSITION CStringList::AddTail(const CString &text)
+{
+    return insert(m_tail, text, nullptr);
+}
+
 CString CStringList::RemoveHead()
 {
     const CString text = GetHead();
@@ -21,6 +61,16 @@ void CStringList::RemoveAll()
     m_tail = nullptr;
 }
 
+POSITION CStringList::GetHeadPosition() const
+{
+    return m_head;
+}
+
+POSITION CStringList::GetTailPosition() const
+{
+    return m_tail;
+}
+
 CString CStringList::GetNext(POSITION &position) const
 {
     const Node node = m_nodes.value(position);
@@ -33,6 +83,11 @@ CString CStringList::GetPrev(POSITION &position) const
     const Node node = m_nodes.value(position);
     position = node.previous;
     return node.text;
+}
+
+CString CStringList::GetAt(POSITION position) const
+{
+    return m_nodes.value(position).text;
 }
 
 void CStringList::SetAt(POSITION position, const CString &text)

@@ -2,32 +2,39 @@
 
 #include "CString.h"
 
+#include <QHash>
+
 /// A list of texts. A POSITION stays good until its own element is removed; the current element of
 /// an iteration may be removed, GetNext() has moved on by then. Where there is no element, reading
 /// gives an empty text and writing does nothing. All but FindIndex() and Find() are O(1).
 class OVCC_EXPORT CStringList
 {
 public:
-    int GetCount() const { return m_nodes.size(); }
-    int GetSize() const { return m_nodes.size(); }
-    bool IsEmpty() const { return m_nodes.isEmpty(); }
+    CStringList();
+    CStringList(const CStringList &other);
+    ~CStringList();
+    CStringList &operator=(const CStringList &other);
 
-    CString GetHead() const { return GetAt(m_head); }
-    CString GetTail() const { return GetAt(m_tail); }
+    int GetCount() const;
+    int GetSize() const;
+    bool IsEmpty() const;
 
-    POSITION AddHead(const CString &text) { return insert(nullptr, text, m_head); }
-    POSITION AddTail(const CString &text) { return insert(m_tail, text, nullptr); }
+    CString GetHead() const;
+    CString GetTail() const;
+
+    POSITION AddHead(const CString &text);
+    POSITION AddTail(const CString &text);
     CString RemoveHead();
     CString RemoveTail();
     void RemoveAll();
 
-    POSITION GetHeadPosition() const { return m_head; }
-    POSITION GetTailPosition() const { return m_tail; }
+    POSITION GetHeadPosition() const;
+    POSITION GetTailPosition() const;
     /// The text at @p position, which moves on; null behind the last one.
     CString GetNext(POSITION &position) const;
     CString GetPrev(POSITION &position) const;
 
-    CString GetAt(POSITION position) const { return m_nodes.value(position).text; }
+    CString GetAt(POSITION position) const;
     void SetAt(POSITION position, const CString &text);
     void RemoveAt(POSITION position);
     /// Without such a position they add at the head, and at the tail.

@@ -4,22 +4,18 @@
 
 #include <QHash>
 #include <QMap>
+#include <QSharedData>
 
 namespace OvCc {
 
-/// A map from texts, what CMapStringToPtr and CMapStringToString have in common. It is walked in the
-/// order in which the keys came; any element may be removed on the way, and what is added is still
-/// met. Looking up is O(1), all else logarithmic.
+/// What CMapStringToPtr and CMapStringToString have in common.
 template <typename Value>
-class StringMap
+class StringMap : public QSharedData
 {
 public:
-    int GetCount() const { return m_entries.size(); }
-    int GetSize() const { return m_entries.size(); }
-    bool IsEmpty() const { return m_entries.isEmpty(); }
+    int count() const { return m_entries.size(); }
 
-    /// Leaves @p value alone if there is no such key.
-    bool Lookup(const CString &key, Value &value) const
+    bool lookup(const CString &key, Value &value) const
     {
         const auto number = m_numbers.constFind(key);
         if (number == m_numbers.cend())
@@ -28,7 +24,6 @@ public:
         return true;
     }
 
-    /// The value of @p key, which is added if it is new.
     Value &operator[](const CString &key)
     {
         quintptr &number = m_numbers[key];
@@ -37,26 +32,17 @@ public:
         return m_entries[number].value;
     }
 
-    void SetAt(const CString &key, const Value &value)
-    {
-        const Value copy = value; // it may lie in the map
-        (*this)[key] = copy;
-    }
+    bool remove(const CString &key) { return m_entries.remove(m_numbers.take(key)) > 0; }
 
-    /// Whether there was such a key.
-    bool RemoveKey(const CString &key) { return m_entries.remove(m_numbers.take(key)) > 0; }
-
-    void RemoveAll()
+    void clear()
     {
         m_numbers.clear();
         m_entries.clear();
     }
 
-    POSITION GetStartPosition() const { return positionOf(m_entries.cbegin()); }
+    POSITION start() const { return positionOf(m_entries.cbegin()); }
 
-    /// Gives the key and value at @p position, which moves on; null behind the last one. Where the
-    /// rest was removed meanwhile, key and value are left alone.
-    void GetNextAssoc(POSITION &position, CString &key, Value &value) const
+    void next(POSITION &position, CString &key, Value &value) const
     {
         auto entry = m_entries.lowerBound(reinterpret_cast<quintptr>(position));
         if (position && entry != m_entries.cend()) {

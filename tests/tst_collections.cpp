@@ -163,6 +163,7 @@ void tst_Collections::mapWalksWhileItChanges()
     CMapStringToString map;
     for (const char *key : {"a", "b", "c", "d"})
         map[key] = CString(key) + "!";
+    const CMapStringToString copy = map;
     QStringList met;
     CString key, value;
     for (POSITION at = map.GetStartPosition(); at;) {
@@ -174,6 +175,7 @@ void tst_Collections::mapWalksWhileItChanges()
     }
     QCOMPARE(met, (QStringList{"a!", "b!", "d!"}));
     QVERIFY(map.IsEmpty() && !map.GetStartPosition());
+    QCOMPARE(copy.GetCount(), 4);
 
     map["x"] = "1";
     POSITION at = map.GetStartPosition();
