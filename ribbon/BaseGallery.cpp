@@ -1,5 +1,7 @@
 #include "BaseGallery.h"
 
+#include <QEvent>
+
 using namespace NsRc;
 
 namespace OvCc {
@@ -9,6 +11,31 @@ namespace {
 constexpr int galleryWidth = 120;
 constexpr int galleryHeight = 65;
 constexpr int itemHeight = 21;
+
+/// Checks in the copy of a gallery, whenever the copy is shown, what is checked in the gallery: a
+/// host that restores a choice checks it there only.
+class CopyUpdate : public QObject
+{
+public:
+    CopyUpdate(const RibbonGallery &gallery, RibbonGallery &copy)
+        : QObject(&copy)
+        , m_gallery(gallery)
+        , m_copy(copy)
+    {
+        copy.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show)
+            m_copy.setCheckedItem(m_gallery.checkedItem());
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    const RibbonGallery &m_gallery;
+    RibbonGallery &m_copy;
+};
 
 } // namespace
 
@@ -54,11 +81,8 @@ void BaseGallery::creatBaseGallery()
     m_popupGallery->setCheckedIndex(0);
     m_popupGallery->setScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(m_popupGallery, &RibbonGallery::itemPressed, this, &BaseGallery::itemChangedPressed);
+    new CopyUpdate(*this, *m_popupGallery); // which owns it
     menu->addWidget(m_popupGallery);
-
-    // A host that restores a choice checks it here only.
-    connect(menu, &QMenu::aboutToShow, m_popupGallery,
-            [this] { m_popupGallery->setCheckedItem(checkedItem()); });
 }
 
 RibbonGallery *BaseGallery::popupGallery() const

@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <type_traits>
+
 namespace OvCc {
 
 /// A gallery for the host's ribbon with a drop-down that shows the same items all at once. The two
@@ -42,8 +44,13 @@ protected slots:
     void itemChangedPressed(NsRc::RibbonGalleryItem *item);
 
 private:
+    /// What a host may delete first: where it is a QObject, that is noticed.
+    template <typename Object>
+    using Guarded =
+            std::conditional_t<std::is_base_of_v<QObject, Object>, QPointer<Object>, Object *>;
+
     QPointer<NsRc::RibbonGallery> m_popupGallery;
-    QPointer<NsRc::RibbonGalleryGroup> m_group;
+    Guarded<NsRc::RibbonGalleryGroup> m_group{};
 };
 
 } // namespace OvCc

@@ -1,0 +1,34 @@
+#include <OvCustomControl/ViewGallery.h>
+#include <OvCustomControl/ViewPortGallery.h>
+
+#include <QTest>
+
+using namespace NsRc;
+
+class tst_PlainRibbon : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void galleries();
+};
+
+void tst_PlainRibbon::galleries()
+{
+    const OvCc::ViewPortGallery viewports;
+    QCOMPARE(viewports.popupGallery()->size(), QSize(120, 254));
+    OvCc::ViewGallery views;
+    RibbonGallery *copy = views.popupGallery();
+    const QList<RibbonGalleryItem *> &items = RibbonGalleryGroup::s_last->m_items;
+    for (RibbonGallery *pressed : {static_cast<RibbonGallery *>(&views), copy}) {
+        RibbonGalleryItem *item = items.at(pressed == copy ? 5 : 3);
+        emit pressed->itemPressed(item);
+        QVERIFY(views.checkedItem() == item && copy->checkedItem() == item);
+    }
+    views.setCheckedIndex(7);
+    copy->show();
+    QCOMPARE(copy->checkedItem(), items.at(7));
+}
+
+QTEST_MAIN(tst_PlainRibbon)
+#include "tst_plainribbon.moc"
