@@ -39,9 +39,13 @@ public:
     /// The gallery in the drop-down; null before creatBaseGallery(). It belongs to this one.
     NsRc::RibbonGallery *popupGallery() const;
 
+protected:
+    /// The strings of signals and slots have the name of the ribbon's signal, without a namespace.
+    using RibbonGalleryItem = NsRc::RibbonGalleryItem;
+
 protected slots:
     /// Checks @p item here and in the drop-down; does nothing if it is checked here already.
-    void itemChangedPressed(NsRc::RibbonGalleryItem *item);
+    void itemChangedPressed(RibbonGalleryItem *item);
 
 private:
     /// What a host may delete first: where it is a QObject, that is noticed.

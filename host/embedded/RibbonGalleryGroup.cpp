@@ -11,6 +11,14 @@ namespace {
 constexpr QSize smallestCell(1, 1);
 constexpr QSize initialCell(24, 24);
 
+/// The items by their name in the string of RibbonGallery::itemPressed(), where spies and queued
+/// connections look for it.
+void registerItem()
+{
+    qRegisterMetaType<RibbonGalleryItem *>("RibbonGalleryItem*");
+}
+Q_CONSTRUCTOR_FUNCTION(registerItem)
+
 } // namespace
 
 struct RibbonGalleryItem::Private

@@ -4,6 +4,7 @@
 
 #include <QIcon>
 #include <QMenu>
+#include <QMetaType>
 #include <QSize>
 #include <QString>
 #include <QWidget>
@@ -145,7 +146,7 @@ public:
 
 signals:
     /// The user pressed an item, with the mouse, Enter or the space bar.
-    void itemPressed(NsRc::RibbonGalleryItem *item);
+    void itemPressed(RibbonGalleryItem *item);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -190,3 +191,5 @@ private:
 };
 
 } // namespace NsRc
+
+Q_DECLARE_METATYPE(NsRc::RibbonGalleryItem *)

@@ -16,6 +16,14 @@ namespace {
 /// What statusChanged() calls the three states.
 enum StatusIndex { LightIndex, FreezeIndex, LockIndex };
 
+/// The record by its name in the string of statusChanged(), where spies and queued
+/// connections look for it.
+void registerRecord()
+{
+    qRegisterMetaType<LayerItemData>("LayerItemData");
+}
+Q_CONSTRUCTOR_FUNCTION(registerRecord)
+
 LayerItemData initialLayer()
 {
     LayerItemData layer;

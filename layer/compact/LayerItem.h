@@ -49,7 +49,7 @@ signals:
     /// The user changed the layer.
     /// @param index       0 on or off, 1 freeze, 2 lock
     /// @param layerStatus the layer as it is now
-    void statusChanged(int index, OvCc::LayerItemData layerStatus);
+    void statusChanged(int index, LayerItemData layerStatus);
 
 private:
     void showStatus();

@@ -8,6 +8,9 @@ namespace OvCc {
 
 /// What the compact layer controls know of one layer. A plain value, passed around by copy.
 ///
+/// In the strings of signals and slots it is plain `LayerItemData`; as a meta-type it goes by that name
+/// and by the full one.
+///
 /// A default-constructed record is no layer yet: its flags mean nothing until somebody sets them.
 struct LayerItemData
 {
