@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QMessageBox>
 
-void OvCc::showHelp(QWidget *dialog)
+void OvCc::showHelp(QWidget *dialog, const char *context)
 {
-    QMessageBox::about(dialog, QCoreApplication::translate("HelpBox", "help"),
-                       QCoreApplication::translate("HelpBox", "Tessa help  doc!"));
+    QMessageBox::about(dialog, QCoreApplication::translate(context, "help"),
+                       QCoreApplication::translate(context, "Tessa help  doc!"));
 }

@@ -6,6 +6,7 @@ namespace OvCc {
 
 /// What the Help buttons of the dialogs show: a box over @p dialog that stands in for the host's
 /// manual. Returns when the user has closed it.
-void showHelp(QWidget *dialog);
+/// @param context of the translation, the form's
+void showHelp(QWidget *dialog, const char *context);
 
 } // namespace OvCc

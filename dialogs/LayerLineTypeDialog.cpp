@@ -16,7 +16,9 @@ LayerLineTypeDialog::LayerLineTypeDialog(QWidget *parent)
 
     QTableWidget *table = m_ui->tableWidget;
     table->insertRow(0);
-    table->setItem(0, 0, new QTableWidgetItem(QStringLiteral("Continuous")));
+    table->setItem(
+            0, 0,
+            new QTableWidgetItem(QCoreApplication::translate("LayerLTypeDialog", "Continuous")));
     table->setItem(0, 1, new QTableWidgetItem(drawLineType(Qt::SolidLine), QString()));
     table->setItem(
             0, 2,
@@ -41,7 +43,7 @@ void LayerLineTypeDialog::slotCancel()
 
 void LayerLineTypeDialog::slotHelp()
 {
-    showHelp(this);
+    showHelp(this, "LayerLTypeDialog");
 }
 
 } // namespace OvCc

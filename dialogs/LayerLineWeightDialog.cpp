@@ -8,6 +8,12 @@
 
 namespace OvCc {
 
+namespace {
+
+constexpr const char *translationContext = "LayerLWidthDialog";
+
+} // namespace
+
 LayerLineWeightDialog::LayerLineWeightDialog(QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_LayerLWidthDialog>())
@@ -46,7 +52,7 @@ void LayerLineWeightDialog::slotCancel()
 
 void LayerLineWeightDialog::slotHelp()
 {
-    showHelp(this);
+    showHelp(this, translationContext);
 }
 
 void LayerLineWeightDialog::slotCurrentLabelChaged(int row)
@@ -58,7 +64,8 @@ void LayerLineWeightDialog::slotCurrentLabelChaged(int row)
 void LayerLineWeightDialog::initListViewData()
 {
     QListWidget *list = m_ui->listWidget;
-    const QStringList labels = lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres);
+    const QStringList labels =
+            lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres, translationContext);
     for (const QString &label : labels)
         new QListWidgetItem(drawLineWeight(lineWeightSwatchWidth(list->count())), label, list);
 }

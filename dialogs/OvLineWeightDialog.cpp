@@ -10,12 +10,15 @@ namespace OvCc {
 
 namespace {
 
+constexpr const char *translationContext = "LineWeightDialog";
+
 /// The rows before the first numeric lineweight, which the list of defaults does not have.
 constexpr int codeCount = 3;
 
 QStringList labelsIn(LineWeightUnit unit)
 {
-    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit);
+    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit,
+                            translationContext);
 }
 
 } // namespace
@@ -77,7 +80,7 @@ void OvLineWeightDialog::slotCancel()
 
 void OvLineWeightDialog::slotHelp()
 {
-    showHelp(this);
+    showHelp(this, translationContext);
 }
 
 void OvLineWeightDialog::slotCurrentLabelChaged(int row)

@@ -22,7 +22,7 @@ QColor &lastReportedColor()
 ColorComboBox::ColorComboBox(QWidget *parent)
     : QComboBox(parent)
 {
-    const QList<NamedColor> standard = standardColors();
+    const QList<NamedColor> standard = standardColors(staticMetaObject.className());
     for (const NamedColor &row : standard) {
         m_names.append(row.name);
         m_colors.append(row.color);
@@ -66,7 +66,7 @@ void ColorComboBox::report(const QColor &color)
 void ColorComboBox::selectColor(int index)
 {
     m_isSelecting = true;
-    const QColor color = askForColor(this);
+    const QColor color = askForColor(this, staticMetaObject.className());
     if (color.isValid()) {
         addColor(color, index);
         m_lastIndex = index;

@@ -20,7 +20,8 @@ constexpr int dropDownHeight = 210;
 
 QStringList labelsIn(LineWeightUnit unit)
 {
-    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit);
+    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit,
+                            LineWidthComboBox::staticMetaObject.className());
 }
 
 int lineWeightOf(int row)

@@ -24,7 +24,7 @@ QOvColorComboBox::QOvColorComboBox(QWidget *parent)
 
     addColor(tr("By Layer"), Qt::white);
     addColor(tr("By Block"), Qt::white);
-    const QList<NamedColor> standard = standardColors();
+    const QList<NamedColor> standard = standardColors(staticMetaObject.className());
     for (const NamedColor &row : standard)
         addColor(row.name, row.color);
     fitListWidgetHeight(rowHeight);
@@ -44,7 +44,7 @@ QColor QOvColorComboBox::colorOf(int row) const
 
 void QOvColorComboBox::openDialog()
 {
-    const QColor color = askForColor(this);
+    const QColor color = askForColor(this, staticMetaObject.className());
     const QString name = componentsOf(color);
     if (color.isValid() && !m_names.contains(name)) {
         addColor(name, color);

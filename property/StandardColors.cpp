@@ -12,22 +12,17 @@ constexpr struct
     const char *name;
     Qt::GlobalColor color;
 } colors[] = {
-        {QT_TRANSLATE_NOOP("StandardColors", "Red"), Qt::red},
-        {QT_TRANSLATE_NOOP("StandardColors", "Yellow"), Qt::yellow},
-        {QT_TRANSLATE_NOOP("StandardColors", "Green"), Qt::green},
-        {QT_TRANSLATE_NOOP("StandardColors", "Cyan"), Qt::cyan},
-        {QT_TRANSLATE_NOOP("StandardColors", "Blue"), Qt::blue},
-        {QT_TRANSLATE_NOOP("StandardColors", "Magenta"), Qt::magenta},
-        {QT_TRANSLATE_NOOP("StandardColors", "White"), Qt::white},
+        {"Red", Qt::red},   {"Yellow", Qt::yellow},   {"Green", Qt::green}, {"Cyan", Qt::cyan},
+        {"Blue", Qt::blue}, {"Magenta", Qt::magenta}, {"White", Qt::white},
 };
 
 } // namespace
 
-QList<NamedColor> standardColors()
+QList<NamedColor> standardColors(const char *context)
 {
     QList<NamedColor> named;
     for (const auto &[name, color] : colors)
-        named.append({QCoreApplication::translate("StandardColors", name), color});
+        named.append({QCoreApplication::translate(context, name), color});
     return named;
 }
 
@@ -36,10 +31,10 @@ QString componentsOf(const QColor &color)
     return QString::asprintf("%d,%d,%d", color.red(), color.green(), color.blue());
 }
 
-QColor askForColor(QWidget *picker)
+QColor askForColor(QWidget *picker, const char *context)
 {
     return QColorDialog::getColor(Qt::white, picker,
-                                  QCoreApplication::translate("StandardColors", "Select Color"));
+                                  QCoreApplication::translate(context, "Select Color"));
 }
 
 } // namespace OvCc

@@ -18,13 +18,15 @@ struct NamedColor
 };
 
 /// The seven colours that every colour picker offers, from red to white.
-QList<NamedColor> standardColors();
+/// @param context of the translation, the picker's class
+QList<NamedColor> standardColors(const char *context);
 
 /// The name of a colour that has none: its components, as in `255,128,0`.
 QString componentsOf(const QColor &color);
 
 /// Shows the colour dialog over @p picker.
+/// @param context of the translation, the picker's class
 /// @return an invalid colour when the user cancelled it
-QColor askForColor(QWidget *picker);
+QColor askForColor(QWidget *picker, const char *context);
 
 } // namespace OvCc

@@ -1,30 +1,53 @@
-#include "Support.h"
+#include "PickerSupport.h"
 
+#include <QMessageBox>
+#include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTranslator>
 
 using namespace OvCc;
-using NsRc::RibbonGalleryItem;
 
-/// Sends whatever the slots of the widgets take.
-class Sender : public QObject
+namespace {
+
+/// Has every text of the library say in which context it was translated.
+class Marks : public QTranslator
 {
-    Q_OBJECT
-
-signals:
-    void sent();
-    void sent(bool);
-    void sent(bool, int);
-    void sent(int);
-    void sent(int, bool);
-    void sent(int, int, int);
-    void sent(int, Qt::SortOrder);
-    void sent(int, LayerItemData);
-    void sent(QString);
-    void sent(QPixmap, QString);
-    void sent(QPoint);
-    void sent(QAction *);
-    void sent(RibbonGalleryItem *);
+public:
+    Marks() { QCoreApplication::installTranslator(this); }
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *text, const char *, int) const override
+    {
+        static const QRegularExpression ours("^(OvCc::|LineWeight|Layer(LWidth|LType|Warning))");
+        return ours.match(context).hasMatch() ? QString("%1|%2").arg(context, text) : QString();
+    }
 };
+
+/// All that @p root and what it holds show.
+QStringList textsIn(const QObject &root)
+{
+    QStringList texts;
+    for (const char *name : {"text", "title", "windowTitle", "placeholderText"})
+        texts.append(root.property(name).toString());
+    const auto *model = qobject_cast<const QAbstractItemModel *>(&root);
+    for (int column = 0; model && column < model->columnCount(); ++column) {
+        if (qobject_cast<const QTableView *>(root.parent()))
+            texts.append(model->headerData(column, Qt::Horizontal).toString());
+        for (int row = 0; row < model->rowCount(); ++row)
+            texts.append(model->index(row, column).data().toString());
+    }
+    for (const QObject *child : root.children())
+        texts += textsIn(*child);
+    texts.removeAll({});
+    return texts;
+}
+
+template <class... Classes>
+QList<QObject *> make(QWidget *owner)
+{
+    return {new Classes(owner)...};
+}
+
+} // namespace
 
 class tst_Interface : public QObject
 {
@@ -35,89 +58,78 @@ private slots:
     void queuedRecords();
 };
 
-/// Hosts connect by these strings, which have names without their namespaces.
+/// The strings that hosts connect by, in which names are without their namespaces, and the contexts
+/// of what the widgets show.
 void tst_Interface::strings()
 {
-    QWidget owner;
-    auto *control = new LayerControl(&owner);
-    const struct
-    {
-        QObject *object;
-        const char *signalStrings;
-        const char *slotStrings;
-    } rows[] = {
-            {new LayerModel(&owner), "updateCount(int)", ""},
-            {new LayerDelegate(&owner), "updateCurretnLayer(QString) layerDataChanged()",
-             "commitAndCloseEditor() slotLWeightChanged(int)"},
-            {new LayerTableWidget(&owner), "updateCurretnLayer(QString) updateLayerCombo()",
-             "addLayer() remove() setCurrentLayer() slotSearchLayer(QString) slotLayerChanged() "
-             "slotSortIndexChanged(int,Qt::SortOrder) updateSectionWidth(int,int,int) "
-             "updateSectionHeight(int,int,int) show_contextMenu(QPoint) "
-             "layerColumnVisiable(int,bool)"},
-            {new LayerAction("Lock", &owner), "layerTriggered(int,bool)", "actionProcess(bool)"},
-            {new SearchLayerEdit(&owner), "searchTextChanged(QString)",
-             "slotSearchButton() slotTextChanged(QString) slotLoseFocus()"},
-            {new LayerManager(&owner), "layerManagerChanged()",
-             "slotUpLayerModel() slotLayerChanged() slotNewLayer() slotDeleteLayer() "
-             "slotCurrentLayer() slotUpdateLineEdit(QString)"},
-            {new LayerItem(&owner), "statusChanged(int,LayerItemData)",
-             "slotLightChange() slotFreezeStatus() slotLockChange() slotColorChanged()"},
-            {new LayerComboBox(&owner), "layerComboBoxChanged()",
-             "slotUpdate() slotRowChanged(int) slotLabelChange(int,LayerItemData)"},
-            {control, "folded(bool) geometryChanged()", "folderClicked()"},
-            {new StackWidget(control, &owner), "", "hide(bool) adjustGeometry()"},
-            {new ListWidget(&owner), "showItem(int)", ""},
-            {new ListView(&owner), "currentItemChanged(QPixmap,QString) triggerDialog()",
-             "slotRowChanged(int) slotButtonPress()"},
-            {new BaseComboBox(&owner), "addMoreItem()",
-             "openDialog() showCurrentItem(QPixmap,QString)"},
-            {new ColorComboBox(&owner), "currentColorChanged(QColor)", "slotCurrentChanged(int)"},
-            {new QOvColorComboBox(&owner), "", "openDialog()"},
-            {new LineWidthComboBox(&owner), "",
-             "openDialog() slotAddMoreItem() slotSettingsChanged(bool,int)"},
-            {new LineTypeComboBox(&owner), "", "openDialog()"},
-            {new TextStyleComboBox(&owner), "", "openDialog()"},
-            {new OvLineWeightDialog(&owner), "lineWeightChanged(bool,int)",
-             "millimeterConvert(bool) InConvert(bool) slotAccepted() slotCancel() slotHelp() "
-             "slotCurrentLabelChaged(int)"},
-            {new LayerLineWeightDialog(&owner), "layerLineWeightChanged(int)",
-             "slotAccepted() slotCancel() slotHelp() slotCurrentLabelChaged(int)"},
-            {new LayerLineTypeDialog(&owner), "", "slotAccepted() slotCancel() slotHelp()"},
-            {new LayerWarningDialog(&owner), "", "slotAccepted() slotCancel()"},
-            {new BaseGallery(&owner), "itemPressed(RibbonGalleryItem*)",
-             "itemChangedPressed(RibbonGalleryItem*)"},
-            {new ViewButton(&owner), "geometryChanged()", "options(QAction*)"},
-            {new CustomControl(&owner), "enter(bool)", "adjustGeometry()"},
-            {new MinMaxButton(&owner), "enter(bool) clickedClosed() clickedMin() clickedNormal()",
-             ""}};
+    const OpenDrawing drawing(KcHost::newDrawing());
+    LayerTableWidget layers;
+    layers.resize(900, 80);
+    const QImage plain = layers.grab().toImage();
+    const Marks marks;
+    QVERIFY(layers.grab().toImage() != plain); // a lineweight is translated where it is painted
+    QCOMPARE(layers.model()->index(0, 7).data().toString(), QString("Default"));
 
-    Sender sender;
-    for (const auto &[object, signalStrings, slotStrings] : rows) {
-        for (const QByteArray &text : QByteArray(signalStrings).split(' '))
-            QVERIFY2(text.isEmpty() || connect(object, '2' + text, this, SLOT(deleteLater())),
-                     text);
-        for (const QByteArray &text : QByteArray(slotStrings).split(' '))
-            QVERIFY2(text.isEmpty()
-                             || connect(&sender, "2sent" + text.mid(text.indexOf('(')), object,
-                                        '1' + text),
-                     text);
+    KcHost::setWorkingDatabase(nullptr);
+    QWidget owner;
+    QList<QObject *> objects =
+            make<LayerModel, LayerDelegate, LayerTableWidget, SearchLayerEdit, LayerManager,
+                 LayerItem, LayerComboBox, LayerControl, ListWidget, ListView, BaseComboBox,
+                 ColorComboBox, QOvColorComboBox, LineWidthComboBox, LineTypeComboBox,
+                 TextStyleComboBox, VisualStyleComboBox, OvLineWeightDialog, LayerLineWeightDialog,
+                 LayerLineTypeDialog, LayerWarningDialog, BaseGallery, ViewButton, CustomControl,
+                 MinMaxButton>(&owner);
+    objects.append(new LayerAction("Lock", &owner));
+    objects.append(new StackWidget(owner.findChild<LayerControl *>(), &owner));
+    owner.findChild<QAbstractButton *>("inRadioBnt")->click();
+
+    const QByteArray rows = fileContent(OVCC_SOURCE_DIR "/tests/interface.txt");
+    QVERIFY(rows.contains("LayerItem signals statusChanged(int,LayerItemData)"));
+    for (const QByteArray &row : rows.split('\n').mid(2)) {
+        const QList<QByteArray> words = row.split(' ');
+        QObject *object = nullptr;
+        for (QObject *each : objects)
+            object = "OvCc::" + words.at(0) == each->metaObject()->className() ? each : object;
+        for (const QByteArray &word : words.mid(2)) {
+            if (words.at(1) == "signals")
+                QVERIFY2(connect(object, '2' + word, &owner, SLOT(close())), row);
+            if (words.at(1) == "slots")
+                QVERIFY2(object->metaObject()->indexOfSlot(word) >= 0, row);
+        }
+        if (words.value(1) == "texts") {
+            const QStringList texts = textsIn(*object);
+            QCOMPARE(texts.filter(QRegularExpression('^' + words.at(2) + "\\|")), texts);
+            QCOMPARE(texts.size(), words.at(3).toInt());
+        }
+        if (words.value(1) == "box") {
+            const auto ask = [&] {
+                words.size() > 3 ? QMetaObject::invokeMethod(object, words.at(3))
+                                 : object->setProperty("currentIndex", 7);
+            };
+            answerDialog(ask, [&](QDialog &box) {
+                const auto *help = qobject_cast<QMessageBox *>(&box);
+                QCOMPARE(box.windowTitle(), words.at(2) + (help ? "|help" : "|Select Color"));
+                QVERIFY(!help || help->text() == words.at(2) + "|Tessa help  doc!");
+                box.reject();
+            });
+        }
     }
+    QCOMPARE(textsIn(LayerManager()).filter("OvCc::LayerManager|").size(), 2);
+    QCOMPARE(textsIn(*ViewButton().menu()).filter("|"), QStringList());
+    QVERIFY(headerList.contains("Name") && owner.findChild<LayerAction *>("Plot Style"));
 }
 
 /// A spy and a queued connection look for what is sent under the name in the string.
 void tst_Interface::queuedRecords()
 {
-    QCOMPARE(QMetaType::type("RibbonGalleryItem*"), qMetaTypeId<RibbonGalleryItem *>());
-    LayerItem item(nullptr);
-    Sender sender;
+    QCOMPARE(QMetaType::type("RibbonGalleryItem*"), qMetaTypeId<NsRc::RibbonGalleryItem *>());
     const char *const changed = SIGNAL(statusChanged(int, LayerItemData));
-    QSignalSpy direct(&item, changed);
-    QSignalSpy queued(&sender, SIGNAL(sent(int, LayerItemData)));
-    connect(&item, changed, &sender, SIGNAL(sent(int, LayerItemData)), Qt::QueuedConnection);
+    LayerItem item(nullptr), other(nullptr);
+    QSignalSpy spy(&other, changed);
+    connect(&item, changed, &other, changed, Qt::QueuedConnection);
     item.slotLightChange();
-    QTRY_COMPARE(queued.count(), 1);
-    for (const QSignalSpy *spy : {&direct, &queued})
-        QCOMPARE(spy->at(0).at(1).value<LayerItemData>().name, QString("layer0"));
+    QTRY_COMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(1).value<LayerItemData>().name, QString("layer0"));
 }
 
 QTEST_MAIN(tst_Interface)

@@ -1,12 +1,19 @@
 #include "LineWeightRows.h"
 
-QStringList OvCc::lineWeightLabels(std::initializer_list<LineWeightCode> first, LineWeightUnit unit)
+#include <QCoreApplication>
+
+QStringList OvCc::lineWeightLabels(std::initializer_list<LineWeightCode> first, LineWeightUnit unit,
+                                   const char *context)
 {
     QStringList labels;
     for (const LineWeightCode code : first)
         labels.append(fixedLineWeightLabel(code, unit));
     for (const int lineWeight : standardLineWeights)
         labels.append(fixedLineWeightLabel(lineWeight, unit));
+    for (QString &label : labels) {
+        if (context)
+            label = QCoreApplication::translate(context, label.toUtf8().constData());
+    }
     return labels;
 }
 

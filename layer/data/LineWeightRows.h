@@ -13,7 +13,9 @@ namespace OvCc {
 
 /// The labels of a list: those of the codes in @p first, then the standard lineweights, thinnest
 /// first.
-QStringList lineWeightLabels(std::initializer_list<LineWeightCode> first, LineWeightUnit unit);
+/// @param context of the translation, the class's or the form's that shows the list; null for none
+QStringList lineWeightLabels(std::initializer_list<LineWeightCode> first, LineWeightUnit unit,
+                             const char *context);
 
 /// The width of the swatch in @p row, in pixels. It goes by the row alone and not by the lineweight:
 /// next to each other, true widths of thin lineweights could not be told apart, and those of thick

@@ -200,7 +200,7 @@ void LayerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         const QString label = textOf(index);
         const QPixmap swatch = drawLineWeight(lineWeightIndexMap(label));
         const QRect rest = paintSwatch(painter, option.rect, swatch, option.rect.width() / 3);
-        paintText(painter, option, rest, label, Qt::black);
+        paintText(painter, option, rest, tr(label.toUtf8().constData()), Qt::black);
     } else {
         paintText(painter, option, inside, textOf(index),
                   column == PlotStyleColumn ? Qt::gray : Qt::black);
@@ -258,7 +258,7 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
 int LayerDelegate::lineWeightIndexMap(QString label) const
 {
     static const QStringList labels =
-            lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres);
+            lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres, nullptr);
     const int place = labels.indexOf(label);
     if (place < 0)
         return 0;

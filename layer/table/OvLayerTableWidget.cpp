@@ -26,18 +26,18 @@ namespace {
 
 constexpr std::array<const char *, LayerColumnCount> columnTitles{
         "",
-        "Name",
-        "On",
-        "Freeze",
-        "Lock",
-        "Color",
-        "Linetype",
-        "Lineweight",
-        "Plot Style",
-        "Plot",
-        "New Viewport Freeze",
-        "VP Freeze",
-        "Description",
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Name"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "On"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Freeze"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Lock"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Color"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Linetype"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Lineweight"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Plot Style"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Plot"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "New Viewport Freeze"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "VP Freeze"),
+        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Description"),
 };
 
 /// What a row says before the drawing has told of any.
@@ -77,6 +77,14 @@ QStringList texts(const std::array<const char *, LayerColumnCount> &source)
     for (const char *text : source)
         result.append(QLatin1String(text));
     return result;
+}
+
+QStringList shownTitles()
+{
+    QStringList titles;
+    for (const char *title : columnTitles)
+        titles.append(*title ? LayerTableWidget::tr(title) : QString());
+    return titles;
 }
 
 bool isFrozenColumn(int column)
@@ -190,7 +198,7 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
               this))
 {
     headerList += texts(columnTitles);
-    m_rows->setHorizontalHeaderLabels(texts(columnTitles));
+    m_rows->setHorizontalHeaderLabels(shownTitles());
     setUpView(*this);
     setUpView(*m_frozen);
     InitLayerModel();
@@ -291,7 +299,7 @@ void LayerTableWidget::creatActions()
     for (int column = 0; column < titles.size(); ++column) {
         if (!hasAction(column))
             continue;
-        auto *action = new LayerAction(titles.at(column), this);
+        auto *action = new LayerAction(shownTitles().at(column), this);
         action->setObjectName(titles.at(column));
         settings.beginGroup(titles.at(column));
         const QString checkable = QStringLiteral("isCheckable");

@@ -16,10 +16,12 @@ class LayerDelegate;
 class LayerRows;
 
 /// The column titles of all layer tables that were made in this process, thirteen of each. Entry 0
-/// says "status" once a table has loaded its rows. A LayerAction finds its column here.
+/// says "status" once a table has loaded its rows. They are not translated: settings go by them, and
+/// a LayerAction finds its column here.
 OVCC_EXPORT extern QStringList headerList; // clazy:exclude=non-pod-global-static
 
-/// Shows or hides one column of a layer table. Its text and its object name are the column's title.
+/// Shows or hides one column of a layer table. Its object name is the column's title in headerList, its
+/// text is the title as it is shown.
 class OVCC_EXPORT LayerAction : public QAction
 {
     Q_OBJECT
