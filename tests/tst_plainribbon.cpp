@@ -18,8 +18,9 @@ void tst_PlainRibbon::galleries()
     const OvCc::ViewPortGallery viewports;
     QCOMPARE(viewports.popupGallery()->size(), QSize(120, 254));
     OvCc::ViewGallery views;
+    QCOMPARE(views.size(), QSize(120, 65));
     RibbonGallery *copy = views.popupGallery();
-    const QList<RibbonGalleryItem *> &items = RibbonGalleryGroup::s_last->m_items;
+    const QList<RibbonGalleryItem *> &items = copy->group->items;
     for (RibbonGallery *pressed : {static_cast<RibbonGallery *>(&views), copy}) {
         RibbonGalleryItem *item = items.at(pressed == copy ? 5 : 3);
         emit pressed->itemPressed(item);

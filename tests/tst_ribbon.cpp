@@ -127,7 +127,6 @@ private slots:
     void presses();
     void scrolling();
     void keysInAGrid();
-    void menu_data();
     void menu();
     void menuOpensAndClosesByItsButton();
     void buttonsCome();
@@ -256,43 +255,37 @@ void tst_Ribbon::keysInAGrid()
     QCOMPARE(galleries.presses.constLast(), 0);
 }
 
-void tst_Ribbon::menu_data()
-{
-    QTest::addColumn<Act>("act");
-    QTest::addColumn<QList<int>>("presses");
-
-    QTest::newRow("click") << Act([](Galleries &on) { click(on.copy, inRow(9)); }) << QList<int>{9};
-    QTest::newRow("keys") << Act([](Galleries &on) {
-        typeKeys(on.menu, {Qt::Key_Up, Qt::Key_Up, Qt::Key_Return});
-    }) << QList<int>{6};
-    QTest::newRow("Escape") << Act([](Galleries &on) {
-        typeKeys(on.menu, {Qt::Key_Down, Qt::Key_Escape});
-    }) << QList<int>{};
-}
-
 void tst_Ribbon::menu()
 {
-    QFETCH(Act, act);
-    QFETCH(QList<int>, presses);
-    Galleries galleries;
-    QSignalSpy shown(galleries.menu, &QMenu::aboutToShow);
-    QSignalSpy hidden(galleries.menu, &QMenu::aboutToHide);
-    galleries.gallery->setCheckedIndex(8);
-    openMenu(galleries);
-    QVERIFY(galleries.button(2)->isDown());
-    QVERIFY(galleries.menu->rect().contains(galleries.copy->geometry()));
-    QVERIFY(galleries.copy->hasFocus());
-    QCOMPARE(galleries.checked(), (QList<int>{8, 8}));
-    act(galleries);
-    QCOMPARE(galleries.pressesInMenu, presses);
-    QCOMPARE(galleries.presses, QList<int>{});
-    QVERIFY(!galleries.menu->isVisible());
-    QVERIFY(!galleries.button(2)->isDown());
-    QCOMPARE(shown.count(), 1);
-    QCOMPARE(hidden.count(), 1);
-    const int checked = presses.value(0, 8);
-    QCOMPARE(galleries.checked(), (QList<int>{checked, checked}));
-    QVERIFY(galleries.gallery->hasFocus());
+    const std::pair<Act, QList<int>> rows[] = {
+            {[](Galleries &on) { click(on.copy, inRow(9)); }, {9}},
+            {[](Galleries &on) {
+                 typeKeys(on.menu, {Qt::Key_Up, Qt::Key_Up, Qt::Key_Return});
+             },
+             {6}},
+            {[](Galleries &on) {
+                 typeKeys(on.menu, {Qt::Key_Down, Qt::Key_Escape});
+             },
+             {}}};
+    for (const auto &[act, presses] : rows) {
+        Galleries galleries;
+        QSignalSpy shown(galleries.menu, &QMenu::aboutToShow);
+        QSignalSpy hidden(galleries.menu, &QMenu::aboutToHide);
+        galleries.gallery->setCheckedIndex(8);
+        openMenu(galleries);
+        QVERIFY(galleries.button(2)->isDown());
+        QVERIFY(galleries.menu->rect().contains(galleries.copy->geometry()));
+        QVERIFY(galleries.copy->hasFocus());
+        QCOMPARE(galleries.checked(), (QList<int>{8, 8}));
+        act(galleries);
+        QCOMPARE(galleries.pressesInMenu, presses);
+        QCOMPARE(galleries.presses, QList<int>{});
+        QVERIFY(!galleries.menu->isVisible() && !galleries.button(2)->isDown());
+        QVERIFY(shown.count() == 1 && hidden.count() == 1);
+        const int checked = presses.value(0, 8);
+        QCOMPARE(galleries.checked(), (QList<int>{checked, checked}));
+        QVERIFY(galleries.gallery->hasFocus());
+    }
 }
 
 void tst_Ribbon::menuOpensAndClosesByItsButton()

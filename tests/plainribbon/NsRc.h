@@ -9,43 +9,34 @@
 /// @file
 /// A ribbon with what the galleries use of one, and nothing besides.
 
-class tst_PlainRibbon;
-
 namespace NsRc {
 
-class RibbonGalleryItem
+struct RibbonGalleryItem
 {
-public:
     virtual ~RibbonGalleryItem() = default;
     void setIcon(const QIcon &) {}
     void setCaption(const QString &) {}
 };
 
-class RibbonToolGalleryItem : public RibbonGalleryItem
+struct RibbonToolGalleryItem : RibbonGalleryItem
 {
 };
 
-class RibbonGalleryGroup
+struct RibbonGalleryGroup
 {
-public:
-    ~RibbonGalleryGroup() { qDeleteAll(m_items); }
-    static RibbonGalleryGroup *createGalleryGroup() { return s_last = new RibbonGalleryGroup; }
-    void setSize(const QSize &size) { m_size = size; }
-    QSize getSize() const { return m_size; }
-    int getItemCount() const { return m_items.size(); }
-    void appendItem(RibbonGalleryItem *item) { m_items.append(item); }
+    static RibbonGalleryGroup *createGalleryGroup() { return new RibbonGalleryGroup; }
+    ~RibbonGalleryGroup() { qDeleteAll(items); }
+    void setSize(const QSize &wanted) { size = wanted; }
+    QSize getSize() const { return size; }
+    int getItemCount() const { return items.size(); }
+    void appendItem(RibbonGalleryItem *item) { items.append(item); }
 
-private:
-    friend class RibbonGallery;
-    friend class ::tst_PlainRibbon;
-    static inline RibbonGalleryGroup *s_last = nullptr;
-    QSize m_size;
-    QList<RibbonGalleryItem *> m_items;
+    QSize size;
+    QList<RibbonGalleryItem *> items;
 };
 
-class OfficePopupMenu
+struct OfficePopupMenu
 {
-public:
     static OfficePopupMenu *createPopupMenu(QWidget *) { return new OfficePopupMenu; }
     void addWidget(QWidget *) {}
 };
@@ -59,23 +50,22 @@ public:
         : QWidget(parent)
     {
     }
-    ~RibbonGallery() override { delete m_menu; }
+    ~RibbonGallery() override { delete menu; }
     void setLabelsVisible(bool) {}
     void setBorderVisible(bool) {}
-    void setGalleryGroup(RibbonGalleryGroup *group) { m_group = group; }
-    void setCheckedIndex(int index) { m_checked = m_group->m_items.value(index); }
-    const RibbonGalleryItem *checkedItem() const { return m_checked; }
-    void setCheckedItem(const RibbonGalleryItem *item) { m_checked = item; }
-    void setPopupMenu(OfficePopupMenu *menu) { m_menu = menu; }
+    void setGalleryGroup(RibbonGalleryGroup *shown) { group = shown; }
+    void setCheckedIndex(int index) { checked = group->items.value(index); }
+    const RibbonGalleryItem *checkedItem() const { return checked; }
+    void setCheckedItem(const RibbonGalleryItem *item) { checked = item; }
+    void setPopupMenu(OfficePopupMenu *popup) { menu = popup; }
     void setScrollBarPolicy(Qt::ScrollBarPolicy) {}
+
+    RibbonGalleryGroup *group = nullptr;
+    const RibbonGalleryItem *checked = nullptr;
+    OfficePopupMenu *menu = nullptr;
 
 signals:
     void itemPressed(RibbonGalleryItem *item);
-
-private:
-    RibbonGalleryGroup *m_group = nullptr;
-    const RibbonGalleryItem *m_checked = nullptr;
-    OfficePopupMenu *m_menu = nullptr;
 };
 
 } // namespace NsRc
