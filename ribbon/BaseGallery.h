@@ -45,7 +45,7 @@ protected:
 
 protected slots:
     /// Checks @p item here and in the drop-down; does nothing if it is checked here already.
-    void itemChangedPressed(RibbonGalleryItem *item);
+    void itemChangedPressed(RibbonGalleryItem *item); // clazy:exclude=fully-qualified-moc-types
 
 private:
     /// What a host may delete first: where it is a QObject, that is noticed.

@@ -19,6 +19,8 @@ struct Caller
             && K::freeLibrary(qt))
             K::setEnvironmentVariable(L"OVCC_MODULE", state);
     }
-} caller;
+};
+
+Caller caller; // clazy:exclude=non-pod-global-static
 
 } // namespace

@@ -41,6 +41,20 @@ QStringList textsIn(const QObject &root)
     return texts;
 }
 
+/// Has @p slot of @p object, or the choice of row 7, open its dialog.
+void checkBox(QObject *object, const char *slot, const QByteArray &context)
+{
+    const auto ask = [=] {
+        *slot ? QMetaObject::invokeMethod(object, slot) : object->setProperty("currentIndex", 7);
+    };
+    answerDialog(ask, [&](QDialog &box) {
+        const auto *help = qobject_cast<QMessageBox *>(&box);
+        QCOMPARE(box.windowTitle(), context + (help ? "|help" : "|Select Color"));
+        QVERIFY(!help || help->text() == context + "|Tessa help  doc!");
+        box.reject();
+    });
+}
+
 template <class... Classes>
 QList<QObject *> make(QWidget *owner)
 {
@@ -83,36 +97,26 @@ void tst_Interface::strings()
     objects.append(new StackWidget(owner.findChild<LayerControl *>(), &owner));
     owner.findChild<QAbstractButton *>("inRadioBnt")->click();
 
-    const QByteArray rows = fileContent(OVCC_SOURCE_DIR "/tests/interface.txt");
+    const auto rows = fileContent(OVCC_SOURCE_DIR "/tests/interface.txt").split('\n');
     QVERIFY(rows.contains("LayerItem signals statusChanged(int,LayerItemData)"));
-    for (const QByteArray &row : rows.split('\n').mid(2)) {
+    for (const QByteArray &row : rows) {
         const QList<QByteArray> words = row.split(' ');
         QObject *object = nullptr;
-        for (QObject *each : objects)
+        for (QObject *each : qAsConst(objects))
             object = "OvCc::" + words.at(0) == each->metaObject()->className() ? each : object;
-        for (const QByteArray &word : words.mid(2)) {
+        for (int place = 2; place < words.size(); ++place) {
             if (words.at(1) == "signals")
-                QVERIFY2(connect(object, '2' + word, &owner, SLOT(close())), row);
+                QVERIFY2(connect(object, '2' + words.at(place), &owner, SLOT(close())), row);
             if (words.at(1) == "slots")
-                QVERIFY2(object->metaObject()->indexOfSlot(word) >= 0, row);
+                QVERIFY2(object->metaObject()->indexOfSlot(words.at(place)) >= 0, row);
         }
         if (words.value(1) == "texts") {
             const QStringList texts = textsIn(*object);
             QCOMPARE(texts.filter(QRegularExpression('^' + words.at(2) + "\\|")), texts);
             QCOMPARE(texts.size(), words.at(3).toInt());
         }
-        if (words.value(1) == "box") {
-            const auto ask = [&] {
-                words.size() > 3 ? QMetaObject::invokeMethod(object, words.at(3))
-                                 : object->setProperty("currentIndex", 7);
-            };
-            answerDialog(ask, [&](QDialog &box) {
-                const auto *help = qobject_cast<QMessageBox *>(&box);
-                QCOMPARE(box.windowTitle(), words.at(2) + (help ? "|help" : "|Select Color"));
-                QVERIFY(!help || help->text() == words.at(2) + "|Tessa help  doc!");
-                box.reject();
-            });
-        }
+        if (words.value(1) == "box")
+            checkBox(object, words.value(3), words.at(2));
     }
     QCOMPARE(textsIn(LayerManager()).filter("OvCc::LayerManager|").size(), 2);
     QCOMPARE(textsIn(*ViewButton().menu()).filter("|"), QStringList());

@@ -8,7 +8,7 @@ namespace {
 struct ColorComboBoxTexts
 {
     Q_DECLARE_TR_FUNCTIONS(OvCc::ColorComboBox)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Colors.inc"
     };
 };
@@ -16,7 +16,7 @@ struct ColorComboBoxTexts
 struct QOvColorComboBoxTexts
 {
     Q_DECLARE_TR_FUNCTIONS(OvCc::QOvColorComboBox)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Colors.inc"
     };
 };
@@ -24,7 +24,7 @@ struct QOvColorComboBoxTexts
 struct LineWidthComboBoxTexts
 {
     Q_DECLARE_TR_FUNCTIONS(OvCc::LineWidthComboBox)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Inches.inc"
 #include "Millimetres.inc"
     };
@@ -33,7 +33,7 @@ struct LineWidthComboBoxTexts
 struct LayerDelegateTexts
 {
     Q_DECLARE_TR_FUNCTIONS(OvCc::LayerDelegate)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Millimetres.inc"
 #include "TrueInches.inc"
     };
@@ -42,7 +42,7 @@ struct LayerDelegateTexts
 struct LineWeightDialogTexts
 {
     Q_DECLARE_TR_FUNCTIONS(LineWeightDialog)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Help.inc"
 #include "Inches.inc"
 #include "Millimetres.inc"
@@ -52,7 +52,7 @@ struct LineWeightDialogTexts
 struct LayerLWidthDialogTexts
 {
     Q_DECLARE_TR_FUNCTIONS(LayerLWidthDialog)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Help.inc"
 #include "Millimetres.inc"
     };
@@ -61,7 +61,7 @@ struct LayerLWidthDialogTexts
 struct LayerLTypeDialogTexts
 {
     Q_DECLARE_TR_FUNCTIONS(LayerLTypeDialog)
-    static constexpr const char *texts[] = {
+    [[maybe_unused]] static constexpr const char *texts[] = {
 #include "Help.inc"
     };
 };

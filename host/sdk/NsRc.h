@@ -146,7 +146,7 @@ public:
 
 signals:
     /// The user pressed an item, with the mouse, Enter or the space bar.
-    void itemPressed(RibbonGalleryItem *item);
+    void itemPressed(RibbonGalleryItem *item); // clazy:exclude=fully-qualified-moc-types
 
 protected:
     void changeEvent(QEvent *event) override;

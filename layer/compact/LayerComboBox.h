@@ -54,7 +54,7 @@ public slots:
     /// Answers a click in a row. If the row's layer is the current one the face follows, the host is
     /// told by ovSetLayerTableChanges(), and layerComboBoxChanged() is sent; any other layer changes
     /// only in the drawing.
-    void slotLabelChange(int index, LayerItemData data);
+    void slotLabelChange(int index, LayerItemData data); // clazy:exclude=fully-qualified-moc-types
 
 signals:
     /// The user changed the layer that the face shows.

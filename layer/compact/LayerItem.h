@@ -1,4 +1,5 @@
 #pragma once
+// clazy:excludeall=fully-qualified-moc-types
 
 #include <OvCustomControl/LayerItemData.h>
 #include <OvCustomControl/OvccExport.h>

@@ -65,7 +65,7 @@ public:
     OfficePopupMenu *menu = nullptr;
 
 signals:
-    void itemPressed(RibbonGalleryItem *item);
+    void itemPressed(RibbonGalleryItem *item); // clazy:exclude=fully-qualified-moc-types
 };
 
 } // namespace NsRc
