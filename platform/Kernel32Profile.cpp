@@ -156,6 +156,7 @@ int findKey(const Lines &lines, Range range, const QString &key)
 /// The whole file, empty if it is not there; nothing, with the last error set, if it can't be read.
 std::optional<QByteArray> contentOf(const wchar_t *name)
 {
+    const Dword lastError = OvKernel32::getLastError();
     const OvKernel32::Handle file = OvKernel32::createFile(name, OvKernel32::GenericRead, 0,
                                                            nullptr, OvKernel32::OpenExisting, 0, 0);
     const bool isMissing = OvKernel32::getLastError() == OvKernel32::ErrorFileNotFound;
@@ -171,7 +172,7 @@ std::optional<QByteArray> contentOf(const wchar_t *name)
         bytes.append(buffer, static_cast<int>(count));
     } while (isRead && count > 0);
     OvKernel32::closeHandle(file);
-    return isRead ? std::make_optional(bytes) : std::nullopt;
+    return isRead ? fail(lastError, std::make_optional(bytes)) : std::nullopt;
 }
 
 /// Reads the byte order mark, or else what encoding the bytes can be in.

@@ -139,7 +139,7 @@ void tst_Collections::mapMatchesReference()
         if (random() % 3 == 0)
             QCOMPARE(map.RemoveKey(key), reference.erase(key) > 0);
         else
-            map[key] = reference[key] = value;
+            map.SetAt(key, reference[key] = value);
         QCOMPARE(map.GetCount(), int(reference.size()));
         void *found = &map;
         QCOMPARE(map.Lookup(key, found), reference.count(key) > 0);
@@ -159,7 +159,7 @@ void tst_Collections::mapWalksWhileItChanges()
 {
     CMapStringToString map;
     for (const char *key : {"a", "b", "c", "d"})
-        map[key] = CString(key) + "!";
+        map.SetAt(key, CString(key) + "!");
     const CMapStringToString copy = map;
     QStringList met;
     CString key, value;
