@@ -55,3 +55,25 @@ public:
     static KcDbLayerTableIterator *newIterator(const KcDbLayerTable &table);
     static bool freezes(const KcDbViewport &viewport, KcDbObjectId layer);
 };
+
+template <class T>
+Kcore::ErrorStatus KcDbObjectAccess::open(T *&opened, KcDbObject *object, KcDb::OpenMode mode,
+                                          bool openErased)
+{
+    opened = nullptr;
+    if (!object)
+        return Kcore::eNullObjectId;
+    T *const typed = dynamic_cast<T *>(object);
+    if (!typed)
+        return Kcore::eNotThatKindOfClass;
+    const Kcore::ErrorStatus status = check(*object, mode, openErased);
+    if (status != Kcore::eOk)
+        return status;
+    if (mode == KcDb::kForWrite)
+        object->m_isWriting = true;
+    else
+        ++object->m_readers;
+    ++openCount;
+    opened = typed;
+    return Kcore::eOk;
+}

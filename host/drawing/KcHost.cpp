@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 using namespace Kcore;
 using Embedded::Drawing;
@@ -119,6 +120,30 @@ bool isFileChanged(const KcDbDatabase &drawing)
 QByteArray fileContent(const KcDbDatabase &drawing)
 {
     return KcDbObjectAccess::drawing(drawing).bytes;
+}
+
+void setWorkingDatabase(KcDbDatabase *drawing)
+{
+    Embedded::setWorkingDatabase(drawing);
+    if (drawing) {
+        setVariable(QStringLiteral("TILEMODE"),
+                    KcDbObjectAccess::drawing(*drawing).isInModelSpace ? 1 : 0);
+    }
+}
+
+void setVariable(const QString &name, int value)
+{
+    Embedded::setVariable(name, value);
+}
+
+void setLayerTableChangesHandler(std::function<void()> handler)
+{
+    Embedded::setLayerTableChangesHandler(std::move(handler));
+}
+
+void setLayerModifiedHandler(std::function<void(const QString &)> handler)
+{
+    Embedded::setLayerModifiedHandler(std::move(handler));
 }
 
 int openObjectCount()

@@ -1,7 +1,8 @@
 #include "HostServices.h"
 
-#include "Database.h"
-#include "KcHost.h"
+#include <KcDb.h>
+#include <KcEd.h>
+#include <OvHost.h>
 
 #include <QGlobalStatic>
 #include <QHash>
@@ -24,12 +25,9 @@ Q_GLOBAL_STATIC(Host, host)
 
 namespace Embedded {
 
-/// Calls a copy, since the handler may set another one.
-void announceChange(const std::wstring &layerName)
+void setWorkingDatabase(KcDbDatabase *database)
 {
-    const auto handler = host->layerModified;
-    if (handler)
-        handler(QString::fromStdWString(layerName));
+    host->workingDatabase = database;
 }
 
 void forgetDatabase(const KcDbDatabase *database)
@@ -38,22 +36,14 @@ void forgetDatabase(const KcDbDatabase *database)
         host->workingDatabase = nullptr;
 }
 
-} // namespace Embedded
-
-namespace KcHost {
-
-void setWorkingDatabase(KcDbDatabase *drawing)
-{
-    host->workingDatabase = drawing;
-    if (drawing) {
-        setVariable(QStringLiteral("TILEMODE"),
-                    KcDbObjectAccess::drawing(*drawing).isInModelSpace ? 1 : 0);
-    }
-}
-
 void setVariable(const QString &name, int value)
 {
     host->variables.insert(name.toUpper(), value);
+}
+
+bool isInModelSpace()
+{
+    return host->variables.value(QStringLiteral("TILEMODE"), 1) != 0;
 }
 
 void setLayerTableChangesHandler(std::function<void()> handler)
@@ -66,7 +56,15 @@ void setLayerModifiedHandler(std::function<void(const QString &)> handler)
     host->layerModified = std::move(handler);
 }
 
-} // namespace KcHost
+/// Calls a copy, since the handler may set another one.
+void announceChange(const std::wstring &layerName)
+{
+    const auto handler = host->layerModified;
+    if (handler)
+        handler(QString::fromStdWString(layerName));
+}
+
+} // namespace Embedded
 
 KcDbDatabase *KcDbHostApplicationServices::workingDatabase() const
 {
