@@ -47,7 +47,8 @@ public:
                      const QModelIndex &index) override;
 
     /// The thickness, in pixels, in which a lineweight label such as "0.50 mm" is painted; 0, which
-    /// draws the thinnest line, for a text that is none.
+    /// draws the thinnest line, for a text that is none. The label is that of the row, which is
+    /// translated where it is painted.
     int lineWeightIndexMap(QString label) const;
 
 public slots:
