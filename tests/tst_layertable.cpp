@@ -509,6 +509,15 @@ void tst_LayerTable::removal()
     QCOMPARE(removed, (Calls{{gone}}));
     QCOMPARE(names(), left);
     QCOMPARE(kept.row(), 12);
+
+    // What the search hides stays, also if it is selected.
+    m_search->setText("layer01");
+    const QStringList found = shownNames();
+    QTest::keyClick(m_frozen, Qt::Key_A, Qt::ControlModifier);
+    for (int i = 0; i < 2; ++i)
+        QMetaObject::invokeMethod(m_panel.get(), "slotDeleteLayer");
+    QCOMPARE(removed.mid(1), (Calls{{found}}));
+    QCOMPARE(m_model->rowCount(), left.size() - found.size());
 }
 
 void tst_LayerTable::setCurrent()
@@ -524,6 +533,13 @@ void tst_LayerTable::setCurrent()
     m_table->clearSelection();
     m_table->setCurrentLayer();
     QCOMPARE(current, (Calls{{text(2, Name)}, {text(1, Name)}}));
+
+    m_table->selectAll();
+    for (const char *text : {"zzz", "w*s"}) {
+        m_table->slotSearchLayer(text);
+        m_table->setCurrentLayer();
+    }
+    QCOMPARE(current.mid(2), (Calls{{"Walls"}}));
 }
 
 void tst_LayerTable::scrollPositionStays()

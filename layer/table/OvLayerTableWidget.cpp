@@ -332,6 +332,18 @@ void LayerTableWidget::writeSettings()
     }
 }
 
+int LayerTableWidget::selectedRow() const
+{
+    const QItemSelection selection = selectionModel()->selection();
+    for (auto range = selection.crbegin(); range != selection.crend(); ++range) {
+        for (int row = range->bottom(); row >= range->top(); --row) {
+            if (!isRowHidden(row))
+                return row;
+        }
+    }
+    return -1;
+}
+
 void LayerTableWidget::addLayer()
 {
     const int row = m_rows->rowCount();
@@ -359,10 +371,9 @@ void LayerTableWidget::remove()
 
 void LayerTableWidget::setCurrentLayer()
 {
-    const QItemSelection selection = selectionModel()->selection();
-    if (selection.isEmpty())
+    const int row = selectedRow();
+    if (row < 0)
         return;
-    const int row = selection.constLast().bottom();
     const QVector<QStringList> &rows = m_rows->rows();
     const auto marked = std::find_if(rows.cbegin(), rows.cend(), [](const QStringList &texts) {
         return texts.at(CurrentColumn) == currentMarker();
@@ -560,13 +571,16 @@ void LayerTableWidget::closeNameEdit(const NameEdit &edit)
         emit layerRenamed(edit.before, name);
 }
 
+/// All selected rows that are shown, ascending.
 QVector<int> LayerTableWidget::selectedRows() const
 {
     QVector<int> rows;
     const QItemSelection selection = selectionModel()->selection();
     for (const QItemSelectionRange &range : selection) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            rows.append(row);
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            if (!isRowHidden(row))
+                rows.append(row);
+        }
     }
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());

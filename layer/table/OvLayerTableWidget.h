@@ -96,6 +96,10 @@ public:
     /// Saves which columns are shown; the destructor calls it.
     void writeSettings();
 
+    /// The row that setCurrentLayer() takes: the last one that is selected and shown; -1 if there is
+    /// none. Rows that the search hides stay selected, but no command reaches them.
+    int selectedRow() const;
+
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 public slots:
@@ -103,10 +107,10 @@ public slots:
     /// closes, layerAdded() follows.
     void addLayer();
 
-    /// Removes the selected rows; layersRemoved() follows.
+    /// Removes the selected rows that are shown; layersRemoved() follows if there are any.
     void remove();
 
-    /// Moves the marker of the current layer to the selected row, the last of several, and sends
+    /// Moves the marker of the current layer to the selectedRow(), if there is one, and sends
     /// updateCurretnLayer(). The row that carries the marker of an earlier call, or else the first
     /// row, counts as the old current one: choosing it again does nothing.
     void setCurrentLayer();
