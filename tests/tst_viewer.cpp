@@ -199,8 +199,8 @@ void TestViewer::widgetsKeepInStep()
 
 void TestViewer::commands_data()
 {
-    // With "Red" the current layer: rows to select, command, what is typed, the layers in the file
-    // and a part of the message.
+    // With "Red" the current layer: rows to select, command, what is typed, the layers in the file,
+    // a part of the message, and what is searched for before the command.
     addTests(
             {"new;4;New;Zinc\r;*Red 0 Blue Frozen Off Zinc;",
              "new, not ended;4;New;Zinc;*Red 0 Blue Frozen Off Zinc;",
@@ -211,7 +211,10 @@ void TestViewer::commands_data()
              "delete;3;Delete;;*Red 0 Blue Frozen;",
              "delete some;0,1,3,4;Delete;;*Red 0 Blue Frozen;Not deleted: \"0\" (every drawing has "
              "this layer), \"Blue\" (there are entities on it), \"Red\" (it is the current layer).",
+             "delete of what is shown;2,3;Delete;;*Red 0 Blue Off;;fr",
              "current;1;Set current;;*Blue 0 Frozen Off Red;",
+             "current of what is shown;1,3;Set current;;*Blue 0 Frozen Off Red;;b",
+             "hidden;1;Set current;;*Red 0 Blue Frozen Off;;r",
              "first row current;0;Set current;;*0 Blue Frozen Off Red;"});
 }
 
@@ -228,6 +231,7 @@ void TestViewer::commands()
     const QStringList rows = fields.at(1).split(',');
     for (const QString &row : rows)
         viewer.clickCell(row.toInt(), Name, Qt::ControlModifier);
+    viewer.findChild<SearchLayerEdit *>()->setText(fields.value(6));
     viewer.command(fields.at(2), fields.at(3));
     const QString message = viewer.takeMessage();
     QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);

@@ -85,9 +85,6 @@ LayerDock::LayerDock(QWidget *parent)
     connect(m_panel, &OvCc::LayerManager::layerAdded, this, &LayerDock::addToDrawing);
     connect(m_panel, &OvCc::LayerManager::layersRemoved, this, &LayerDock::eraseFromDrawing);
     connect(m_panel, &OvCc::LayerManager::layerRenamed, this, &LayerDock::renameInDrawing);
-    // A command must not reach layers that the search hides.
-    connect(m_search, &OvCc::SearchLayerEdit::searchTextChanged, m_table,
-            &QAbstractItemView::clearSelection);
     setDrawing(nullptr);
 }
 
@@ -202,7 +199,7 @@ void LayerDock::deleteLayers()
 void LayerDock::setCurrent()
 {
     finishEditing();
-    const int row = selectedRow();
+    const int row = m_table->selectedRow();
     if (row < 0)
         return;
     const QString name = nameAt(row);
@@ -217,7 +214,7 @@ void LayerDock::setCurrent()
 void LayerDock::renameSelected()
 {
     finishEditing();
-    const int row = selectedRow();
+    const int row = m_table->selectedRow();
     if (row < 0)
         return;
     m_names->setFocus();
@@ -227,7 +224,7 @@ void LayerDock::renameSelected()
 void LayerDock::reloadAll()
 {
     finishEditing();
-    m_nextSelected = nameAt(selectedRow());
+    m_nextSelected = nameAt(m_table->selectedRow());
     reload();
 }
 
@@ -289,8 +286,6 @@ void LayerDock::reload()
     if (row >= 0)
         m_names->setCurrentIndex(m_names->model()->index(row, NameColumn));
     m_nextSelected.clear();
-    if (m_table->isRowHidden(m_table->currentIndex().row()))
-        m_table->clearSelection();
 }
 
 /// Puts one row right, if it is not, as a click in the panel does. A reload would also sort it anew
@@ -319,13 +314,6 @@ int LayerDock::rowOf(const QString &name) const
     const QModelIndexList found = rows.match(rows.index(0, NameColumn), Qt::DisplayRole, name, 1,
                                              Qt::MatchExactly | Qt::MatchCaseSensitive);
     return found.isEmpty() ? -1 : found.first().row();
-}
-
-/// The last selected row, which is the one that the panel makes current; -1 if there is none.
-int LayerDock::selectedRow() const
-{
-    const QItemSelection selection = m_table->selectionModel()->selection();
-    return selection.isEmpty() ? -1 : selection.last().bottom();
 }
 
 QString LayerDock::nameAt(int row) const

@@ -65,7 +65,6 @@ private:
     void reload();
     void showFlags(const QString &name);
     int rowOf(const QString &name) const;
-    int selectedRow() const;
     QString nameAt(int row) const;
 
     Drawing *m_drawing = nullptr;
