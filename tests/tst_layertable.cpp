@@ -65,6 +65,7 @@ private slots:
     void model();
     void rowsFollowTheDrawing();
     void frozenViewIsInPlace();
+    void hiddenNames();
     void clicksOnCells();
     void currentLayerIsGuarded();
     void hostReloadsFromInside();
@@ -239,11 +240,66 @@ void tst_LayerTable::frozenViewIsInPlace()
 
     // Walking left, the cell stops right of the frozen columns instead of under them.
     m_panel->resize(300, 200);
-    m_table->setCurrentIndex(m_model->index(0, 12));
-    m_table->setFocus();
-    while (m_table->currentIndex().column() > On) {
-        QTest::keyClick(m_table, Qt::Key_Left);
-        QVERIFY(m_table->visualRect(m_table->currentIndex()).left() >= m_frozen->width());
+    for (const bool isNameHidden : {false, true}) {
+        m_table->setColumnHidden(Name, isNameHidden);
+        m_table->setCurrentIndex(m_model->index(0, 12));
+        m_table->setFocus();
+        while (m_table->currentIndex().column() > On) {
+            QTest::keyClick(m_table, Qt::Key_Left);
+            QVERIFY(m_table->visualRect(m_table->currentIndex()).left() >= m_frozen->width());
+        }
+    }
+    m_frozen->setCurrentIndex(m_model->index(0, Name));
+    QTest::keyClick(m_table, Qt::Key_Down);
+    QCOMPARE(m_table->currentIndex(), m_model->index(1, Name));
+}
+
+void tst_LayerTable::hiddenNames()
+{
+    const auto isInPlace = [this](int nameWidth) {
+        return m_frozen->columnWidth(Name) == nameWidth
+               && m_frozen->width() == m_frozen->columnWidth(Current) + nameWidth
+               && m_table->columnViewportPosition(On) == m_frozen->width();
+    };
+    const auto dragBorder = [this](int distance) {
+        const QWidget *header = m_table->horizontalHeader()->viewport();
+        const QPoint border(m_frozen->width() + 1, 9);
+        mouse(QEvent::MouseButtonPress, header, border);
+        mouse(QEvent::MouseMove, header, border + QPoint(distance, 0));
+        mouse(QEvent::MouseButtonRelease, header, border + QPoint(distance, 0));
+    };
+    const auto toggle = [this] { m_table->findChild<LayerAction *>("Name")->trigger(); };
+    openPanel(); // now the action is enabled
+    toggle();
+    QVERIFY(m_table->isColumnHidden(Name) && isInPlace(60));
+    dragBorder(40);
+    QVERIFY(isInPlace(100));
+    dragBorder(-90);
+    QVERIFY(isInPlace(30));
+    m_table->setColumnWidth(Current, 100);
+    toggle();
+    QVERIFY(m_table->columnWidth(Name) == 70 && isInPlace(70));
+    dragBorder(5);
+    toggle();
+    QVERIFY(isInPlace(75));
+
+    openPanel();
+    QVERIFY(m_table->isColumnHidden(Name) && isInPlace(60));
+    m_frozen->setColumnWidth(Name, 90);
+    m_table->setColumnHidden(Current, true);
+    QTRY_VERIFY(isInPlace(90));
+
+    for (const QString &name : {QString("Living room"), QString(255, 'x')}) {
+        fill({"0", name});
+        const int wanted = static_cast<QAbstractItemView *>(m_frozen)->sizeHintForColumn(Name);
+        const int widest = m_table->viewport()->width() - m_table->columnViewportPosition(Color)
+                           + m_frozen->columnWidth(Name);
+        for (int i = 0; i < 2; ++i) {
+            toggle();
+            QTest::mouseDClick(m_table->horizontalHeader()->viewport(), Qt::LeftButton, {},
+                               {m_frozen->width() + 1, 9});
+            QVERIFY(isInPlace(qMin(wanted, widest)));
+        }
     }
 }
 

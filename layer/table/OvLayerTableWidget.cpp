@@ -65,6 +65,10 @@ constexpr std::array<ColumnWidth, 7> columnWidths{{
 constexpr int layerRowHeight = 22;
 constexpr int narrowestColumn = 30;
 
+/// What names that are fitted to their texts leave of the view: enough for the columns "On",
+/// "Freeze" and "Lock", and for the border of the names.
+constexpr int roomBesideNames = 115;
+
 /// What setCurrentLayer() writes into the row of the current layer.
 QString currentMarker()
 {
@@ -219,8 +223,6 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
         connect(header, &QHeaderView::sortIndicatorChanged, this,
                 &LayerTableWidget::slotSortIndexChanged);
     }
-    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
-            &LayerTableWidget::updateSectionWidth);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, m_frozen->verticalScrollBar(),
             &QScrollBar::setValue);
     connect(m_frozen->verticalScrollBar(), &QScrollBar::valueChanged, verticalScrollBar(),
@@ -417,11 +419,31 @@ void LayerTableWidget::resizeEvent(QResizeEvent *event)
     placeFrozenView();
 }
 
+void LayerTableWidget::updateGeometries()
+{
+    // The frozen view must have something to lie on.
+    setColumnHidden(CurrentColumn, false);
+    QTableView::updateGeometries();
+}
+
+int LayerTableWidget::sizeHintForColumn(int column) const
+{
+    const bool standsForBoth = isColumnHidden(NameColumn);
+    if (column != (standsForBoth ? CurrentColumn : NameColumn))
+        return QTableView::sizeHintForColumn(column);
+    const int markers = m_frozen->columnWidth(CurrentColumn);
+    const int room = viewport()->width() - markers - roomBesideNames;
+    const int names = qMin(QTableView::sizeHintForColumn(NameColumn), room);
+    return qMax(names, narrowestColumn) + (standsForBoth ? markers : 0);
+}
+
 QModelIndex LayerTableWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
-    const QModelIndex current = QTableView::moveCursor(action, modifiers);
-    const int frozenWidth =
-            m_frozen->columnWidth(CurrentColumn) + m_frozen->columnWidth(NameColumn);
+    QModelIndex current = QTableView::moveCursor(action, modifiers);
+    // This view knows no way out of a column that it hides.
+    if (!current.isValid())
+        current = m_frozen->moveCursor(action, modifiers);
+    const int frozenWidth = m_frozen->width();
     const int left = visualRect(current).left();
     if (action == MoveLeft && !isFrozenColumn(current.column()) && left < frozenWidth)
         horizontalScrollBar()->setValue(horizontalScrollBar()->value() + left - frozenWidth);
@@ -440,11 +462,18 @@ void LayerTableWidget::slotSortIndexChanged(int column, Qt::SortOrder order)
     other->horizontalHeader()->setSortIndicator(column, order);
 }
 
-void LayerTableWidget::updateSectionWidth(int logicalIndex, int, int newSize)
+void LayerTableWidget::updateSectionWidth(int logicalIndex, int oldSize, int newSize)
 {
     if (!isFrozenColumn(logicalIndex))
         return;
-    m_frozen->setColumnWidth(logicalIndex, newSize);
+    // A column that is hidden or shown again does not change what the frozen view shows.
+    if (oldSize > 0 && newSize > 0) {
+        const int markers = m_frozen->columnWidth(CurrentColumn);
+        if (logicalIndex == CurrentColumn && columnWidth(NameColumn) == 0)
+            m_frozen->setColumnWidth(NameColumn, qMax(newSize - markers, narrowestColumn));
+        else
+            m_frozen->setColumnWidth(logicalIndex, newSize);
+    }
     placeFrozenView();
 }
 
@@ -510,16 +539,28 @@ void LayerTableWidget::setUpFrozenView()
         else
             m_frozen->setColumnHidden(column, true);
     }
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            &LayerTableWidget::updateSectionWidth);
+    connect(m_frozen->horizontalHeader(), &QHeaderView::sectionResized, this,
+            &LayerTableWidget::placeFrozenView);
     m_frozen->show();
     placeFrozenView();
     m_frozen->setFocus();
     m_frozen->setCurrentIndex(m_rows->index(0, NameColumn));
 }
 
+/// The columns under the frozen view are as wide as it is: without the names, the markers stand for
+/// both. So everything else begins right of it, and the border of the names can be dragged.
 void LayerTableWidget::placeFrozenView()
 {
-    m_frozen->setGeometry(verticalHeader()->width() + frameWidth(), frameWidth(),
-                          columnWidth(CurrentColumn) + columnWidth(NameColumn),
+    const int markers = m_frozen->columnWidth(CurrentColumn);
+    const int names = m_frozen->columnWidth(NameColumn);
+    const bool hasNames = columnWidth(NameColumn) > 0;
+    if (hasNames)
+        setColumnWidth(NameColumn, names);
+    if (columnWidth(CurrentColumn) > 0)
+        setColumnWidth(CurrentColumn, hasNames ? markers : markers + names);
+    m_frozen->setGeometry(verticalHeader()->width() + frameWidth(), frameWidth(), markers + names,
                           viewport()->height() + horizontalHeader()->height());
 }
 

@@ -51,6 +51,7 @@ public:
 
     using QTableView::closeEditor;
     using QTableView::commitData;
+    using QTableView::moveCursor;
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -58,7 +59,9 @@ protected:
 
 /// The table of the drawing's layers: one row per layer, in the columns of
 /// OvLayerUtility::getAllLayerDate(). The marker of the current layer and the names stay in place
-/// while the other columns scroll; they are a view of their own, the child "frozenTable".
+/// while the other columns scroll; they are a view of their own, the child "frozenTable". That one
+/// shows names in their width also while "Name" is hidden here; the column of the marker is as wide
+/// as both then, and is always shown. Set the width of hidden names in the frozen view.
 ///
 /// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
 /// and making current change the table only: the host follows the signals, changes the drawing and
@@ -141,6 +144,10 @@ signals:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void updateGeometries() override;
+
+    /// Names that are fitted to their texts leave room for a few columns beside them.
+    int sizeHintForColumn(int column) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private slots:
