@@ -123,8 +123,10 @@ void LayerDock::widenColumns()
             {ColorColumn, font.height() + widthOf(QStringLiteral("255,255,255"))},
             {LinetypeColumn, widthOf(QStringLiteral("Continuous"))},
     }};
-    for (const auto &[column, width] : widths)
-        m_table->setColumnWidth(column, qMax(width, m_table->columnWidth(column)));
+    for (const auto &[column, width] : widths) {
+        QTableView &view = column == NameColumn ? static_cast<QTableView &>(*m_names) : *m_table;
+        view.setColumnWidth(column, qMax(width, view.columnWidth(column)));
+    }
 }
 
 QSize LayerDock::sizeHint() const
