@@ -75,6 +75,7 @@ private slots:
     void searchSurvivesSortAndReload();
     void proposedNames();
     void addedAndRenamed();
+    void editorsClosedByTheView();
     void closingWithAnOpenEditor();
     void closingThePanelWithAnOpenEditor();
     void removal();
@@ -517,6 +518,62 @@ void tst_LayerTable::addedAndRenamed()
     QTRY_VERIFY(!editor());
     QCOMPARE(renamed.count(), 3);
     QCOMPARE(added.count(), 2);
+}
+
+/// Without the focus, as in a window that is not active, nobody else closes them.
+void tst_LayerTable::editorsClosedByTheView()
+{
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QStringList told;
+    bool isReloading = false;
+    connect(m_table, &LayerTableWidget::layerAdded, this, [&](const QString &name) {
+        told += '+' + name;
+        KcHost::addLayer(**m_drawing, name);
+        if (isReloading)
+            m_panel->slotUpLayerModel();
+    });
+    connect(m_table, &LayerTableWidget::layersRemoved, this,
+            [&](const QStringList &names) { told += '-' + names.join(','); });
+    connect(m_table, &LayerTableWidget::layerRenamed, this,
+            [&](const QString &from, const QString &to) { told += from + '>' + to; });
+    const auto type = [this](const QString &name) {
+        editor()->selectAll();
+        QTest::keyClicks(editor(), name);
+    };
+    for (const QString number : {"1", "2"}) {
+        m_table->addLayer();
+        type("Attic" + number);
+        m_table->addLayer();
+        type("Hall" + number);
+        m_frozen->setCurrentIndex(m_model->index(0, Name));
+        m_frozen->edit(m_model->index(0, Name));
+        type("X");
+        m_table->selectRow(1);
+        m_table->addLayer();
+        type("Roof" + number);
+        m_table->remove();
+        m_table->addLayer();
+        type("Cellar");
+        m_panel->slotUpLayerModel();
+        QCOMPARE(told.join(' '),
+                 QString("+Attic%1 +Hall%1 0>X +Roof%1 -Roof%1").replace("%1", number));
+        told.clear();
+        isReloading = true;
+    }
+
+    isReloading = false;
+    m_table->addLayer();
+    m_frozen->openPersistentEditor(m_model->index(0, Name));
+    m_frozen->setCurrentIndex(m_model->index(0, Name));
+    for (const char *name : {"Y", "Z"}) {
+        type(name);
+        QTest::keyClick(editor(), Qt::Key_Return);
+    }
+    m_frozen->closePersistentEditor(m_model->index(0, Name));
+    QCOMPARE(told.join(' '), QString("+Layer1 0>Y Y>Z"));
 }
 
 void tst_LayerTable::closingWithAnOpenEditor()

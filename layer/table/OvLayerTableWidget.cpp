@@ -2,6 +2,7 @@
 
 #include "layer/data/LayerColumns.h"
 #include "layer/table/LayerRows.h"
+#include "layer/table/TableEditing.h"
 
 #include <OvCustomControl/LayerDelegate.h>
 #include <OvCustomControl/LayerNames.h>
@@ -10,13 +11,13 @@
 #include <QCursor>
 #include <QHeaderView>
 #include <QMenu>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSettings>
 
 #include <algorithm>
 #include <array>
-#include <functional>
 
 namespace OvCc {
 
@@ -112,31 +113,6 @@ public:
     }
 };
 
-/// Tells the table of the editors that it makes for its views.
-class TableDelegate : public LayerDelegate
-{
-public:
-    using Observer = std::function<void(QWidget *editor, const QModelIndex &index)>;
-
-    TableDelegate(Observer observer, QObject *parent)
-        : LayerDelegate(parent)
-        , m_editorOpened(std::move(observer))
-    {
-    }
-
-    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
-                          const QModelIndex &index) const override
-    {
-        QWidget *editor = LayerDelegate::createEditor(parent, option, index);
-        if (editor)
-            m_editorOpened(editor, index);
-        return editor;
-    }
-
-private:
-    Observer m_editorOpened;
-};
-
 /// A search text, in which one "*" stands for any characters.
 class NamePattern
 {
@@ -197,16 +173,13 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
     , m_frozen(new FrozenTableWidget(this))
     , m_rows(new LayerRows(LayerColumnCount, this))
     , m_rowTemplate(texts(defaultRow))
-    , m_delegate(new TableDelegate(
-              [this](QWidget *editor, const QModelIndex &index) { openEditor(editor, index); },
-              this))
 {
     headerList += texts(columnTitles);
     m_rows->setHorizontalHeaderLabels(shownTitles());
     setUpView(*this);
     setUpView(*m_frozen);
+    m_editing = new TableEditing(*this, *m_frozen);
     InitLayerModel();
-    shareDelegate();
 
     for (const ColumnWidth &column : columnWidths)
         setColumnWidth(column.column, column.width);
@@ -227,17 +200,19 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
             &QScrollBar::setValue);
     connect(m_frozen->verticalScrollBar(), &QScrollBar::valueChanged, verticalScrollBar(),
             &QScrollBar::setValue);
-    connect(m_delegate, &LayerDelegate::updateCurretnLayer, this,
+    connect(m_editing, &TableEditing::added, this, &LayerTableWidget::layerAdded);
+    connect(m_editing, &TableEditing::renamed, this, &LayerTableWidget::layerRenamed);
+    connect(m_editing->delegate(), &LayerDelegate::updateCurretnLayer, this,
             &LayerTableWidget::updateCurretnLayer);
-    connect(m_delegate, &LayerDelegate::layerDataChanged, this,
+    connect(m_editing->delegate(), &LayerDelegate::layerDataChanged, this,
             &LayerTableWidget::slotLayerChanged);
 }
 
 LayerTableWidget::~LayerTableWidget()
 {
     writeSettings();
-    // An editor that is still open loses the focus and goes with the view, after these members.
-    disconnect(m_delegate, nullptr, this, nullptr);
+    // An editor that is still open loses the focus as it goes: nobody is to hear of that any more.
+    delete m_editing;
 }
 
 void LayerTableWidget::InitLayerModel()
@@ -348,14 +323,19 @@ int LayerTableWidget::selectedRow() const
 
 void LayerTableWidget::addLayer()
 {
+    // Who hears of a name that is settled by this may reload the table.
+    const QPointer<LayerTableWidget> self(this);
+    m_editing->finish();
+    if (!self)
+        return;
     const int row = m_rows->rowCount();
     m_rowTemplate[NameColumn] = QStringLiteral("Layer%1").arg(nextLayerNumber());
     insertRowData(row);
 
     const QModelIndex name = m_rows->index(row, NameColumn);
+    m_editing->expectNew(name);
     m_frozen->setFocus();
     m_frozen->setCurrentIndex(name);
-    const QScopedValueRollback<bool> adding(m_isAdding, true);
     m_frozen->edit(name);
 }
 
@@ -364,11 +344,18 @@ void LayerTableWidget::remove()
     const QVector<int> places = selectedRows();
     if (places.isEmpty())
         return;
+    const QPointer<LayerTableWidget> self(this);
     QStringList names;
-    for (const int row : places)
-        names.append(m_rows->rows().at(row).at(NameColumn));
-    m_rows->removeRowsAt(places);
-    emit layersRemoved(names);
+    {
+        // Who hears of a name that is settled by this is not to come between.
+        const TableEditing::Hold hold(*m_editing);
+        m_editing->finish();
+        for (const int row : places)
+            names.append(m_rows->rows().at(row).at(NameColumn));
+        m_rows->removeRowsAt(places);
+    }
+    if (self)
+        emit layersRemoved(names);
 }
 
 void LayerTableWidget::setCurrentLayer()
@@ -529,7 +516,6 @@ void LayerTableWidget::setUpFrozenView()
 
     m_frozen->setObjectName(QStringLiteral("frozenTable"));
     m_frozen->setFrameShape(QFrame::NoFrame);
-    m_frozen->setSelectionModel(selectionModel());
     m_frozen->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_frozen->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_frozen->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -562,54 +548,6 @@ void LayerTableWidget::placeFrozenView()
         setColumnWidth(CurrentColumn, hasNames ? markers : markers + names);
     m_frozen->setGeometry(verticalHeader()->width() + frameWidth(), frameWidth(), markers + names,
                           viewport()->height() + horizontalHeader()->height());
-}
-
-/// Qt connects a delegate to each of its views, and each view would complain of the editors of the
-/// other. Here a view hears of its own editors only, and of none that is closed already.
-void LayerTableWidget::shareDelegate()
-{
-    for (QTableView *view :
-         {static_cast<QTableView *>(this), static_cast<QTableView *>(m_frozen)}) {
-        view->setItemDelegate(m_delegate);
-        disconnect(m_delegate, nullptr, view, nullptr);
-    }
-    connect(m_delegate, &LayerDelegate::commitData, this, [this](QWidget *editor) {
-        if (!m_editors.contains(editor))
-            return;
-        if (editor->parentWidget() == viewport())
-            commitData(editor);
-        else
-            m_frozen->commitData(editor);
-    });
-    connect(m_delegate, &LayerDelegate::closeEditor, this, [this](QWidget *editor) {
-        if (!m_editors.contains(editor))
-            return;
-        const NameEdit edit = m_editors.take(editor);
-        // Without a hint: no other cell is to be edited next.
-        if (editor->parentWidget() == viewport())
-            closeEditor(editor, QAbstractItemDelegate::NoHint);
-        else
-            m_frozen->closeEditor(editor, QAbstractItemDelegate::NoHint);
-        closeNameEdit(edit);
-    });
-}
-
-void LayerTableWidget::openEditor(QWidget *editor, const QModelIndex &index)
-{
-    const bool isName = index.column() == NameColumn;
-    m_editors.insert(editor, {isName ? QPersistentModelIndex(index) : QPersistentModelIndex(),
-                              index.data().toString(), m_isAdding});
-}
-
-void LayerTableWidget::closeNameEdit(const NameEdit &edit)
-{
-    if (!edit.cell.isValid())
-        return;
-    const QString name = edit.cell.data().toString();
-    if (edit.isNew)
-        emit layerAdded(name);
-    else if (name != edit.before)
-        emit layerRenamed(edit.before, name);
 }
 
 /// All selected rows that are shown, ascending.

@@ -3,8 +3,6 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QAction>
-#include <QHash>
-#include <QPersistentModelIndex>
 #include <QStringList>
 #include <QTableView>
 
@@ -12,8 +10,8 @@ class QMenu;
 
 namespace OvCc {
 
-class LayerDelegate;
 class LayerRows;
+class TableEditing;
 
 /// The column titles of all layer tables that were made in this process, thirteen of each. Entry 0
 /// says "status" once a table has loaded its rows. They are not translated: settings go by them, and
@@ -106,11 +104,12 @@ public:
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 public slots:
-    /// Appends a row with the first free name of the form "Layer1" and opens its editor. When that
-    /// closes, layerAdded() follows.
+    /// Takes over what is being edited, appends a row with the first free name of the form "Layer1"
+    /// and opens its editor. When that closes, layerAdded() follows.
     void addLayer();
 
-    /// Removes the selected rows that are shown; layersRemoved() follows if there are any.
+    /// Removes the selected rows that are shown; layersRemoved() follows if there are any. What is
+    /// being edited is taken over before, and told of before.
     void remove();
 
     /// Moves the marker of the current layer to the selectedRow(), if there is one, and sends
@@ -132,14 +131,15 @@ signals:
     /// The user changed layers through this table.
     void updateLayerCombo();
 
-    /// The editor that addLayer() opened was closed.
+    /// The editor that addLayer() opened was closed, whoever closed it. After a reload that took the
+    /// row away there is nothing to tell.
     /// @param name what the user made of the proposed name
     void layerAdded(QString name);
 
     /// remove() took these layers out of the table.
     void layersRemoved(QStringList names);
 
-    /// The editor of a name was closed, and the name is another one now.
+    /// The editor of a name was closed, or a persistent one was left, and the name is another one now.
     void layerRenamed(QString from, QString to);
 
 protected:
@@ -158,20 +158,11 @@ private slots:
     void layerColumnVisiable(int column, bool visible);
 
 private:
-    /// A name that is being edited.
-    struct NameEdit
-    {
-        QPersistentModelIndex cell;
-        QString before;
-        bool isNew;
-    };
+    friend class TableEditing;
 
     void setUpView(QTableView &view);
     void setUpFrozenView();
     void placeFrozenView();
-    void shareDelegate();
-    void openEditor(QWidget *editor, const QModelIndex &index);
-    void closeNameEdit(const NameEdit &edit);
     QVector<int> selectedRows() const;
     int nextLayerNumber();
 
@@ -180,9 +171,7 @@ private:
     LayerRows *m_rows;
     QStringList m_rowTemplate;
     QList<int> m_layerNumbers;
-    LayerDelegate *m_delegate;
-    QHash<QWidget *, NameEdit> m_editors;
-    bool m_isAdding = false;
+    TableEditing *m_editing = nullptr;
     bool m_isLoading = false;
 };
 

@@ -1,0 +1,206 @@
+#include "TableEditing.h"
+
+#include "layer/data/LayerColumns.h"
+
+#include <OvCustomControl/LayerDelegate.h>
+#include <OvCustomControl/OvLayerTableWidget.h>
+
+#include <QItemSelectionModel>
+
+#include <memory>
+
+namespace OvCc {
+
+namespace {
+
+/// Tells which editors its views open and close.
+class TableDelegate : public LayerDelegate
+{
+public:
+    TableDelegate(TableEditing &editing, QObject *parent)
+        : LayerDelegate(parent)
+        , m_editing(editing)
+    {
+    }
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override
+    {
+        QWidget *editor = LayerDelegate::createEditor(parent, option, index);
+        if (editor)
+            m_editing.opened(editor, index);
+        return editor;
+    }
+
+    void destroyEditor(QWidget *editor, const QModelIndex &index) const override
+    {
+        LayerDelegate::destroyEditor(editor, index);
+        m_editing.closed(editor);
+    }
+
+private:
+    TableEditing &m_editing;
+};
+
+/// When another cell becomes the current one, a view closes the editor of the one before. What there
+/// is to tell of that waits until all have followed the change.
+class TableSelection : public QItemSelectionModel
+{
+public:
+    TableSelection(TableEditing &editing, QAbstractItemModel *rows, QObject *parent)
+        : QItemSelectionModel(rows, parent)
+        , m_editing(editing)
+    {
+    }
+
+    void setCurrentIndex(const QModelIndex &index, SelectionFlags command) override
+    {
+        const TableEditing::Hold hold(m_editing);
+        QItemSelectionModel::setCurrentIndex(index, command);
+    }
+
+    void clearCurrentIndex() override
+    {
+        const TableEditing::Hold hold(m_editing);
+        QItemSelectionModel::clearCurrentIndex();
+    }
+
+private:
+    TableEditing &m_editing;
+};
+
+/// Takes the editor out of a view that is about to go. It needs a parent still: Qt hands back to that
+/// the focus that it loses with its window.
+void keepForItsEvent(QWidget *editor)
+{
+    auto *keeper = new QWidget; // goes with the editor
+    QObject::connect(editor, &QObject::destroyed, keeper, &QObject::deleteLater);
+    editor->setParent(keeper);
+    editor->deleteLater();
+}
+
+} // namespace
+
+TableEditing::Hold::Hold(TableEditing &editing, QWidget *inEvent)
+    : m_editing(&editing)
+    , m_inEvent(inEvent)
+{
+    ++editing.m_holds;
+}
+
+TableEditing::Hold::~Hold()
+{
+    if (!m_editing)
+        return;
+    --m_editing->m_holds;
+    QMetaObject::Connection keeping;
+    if (QWidget *editor = m_inEvent)
+        keeping = connect(m_editing, &QObject::destroyed, editor,
+                          [editor] { keepForItsEvent(editor); });
+    m_editing->tell();
+    disconnect(keeping);
+}
+
+TableEditing::TableEditing(LayerTableWidget &table, FrozenTableWidget &frozen)
+    : QObject(&table)
+    , m_table(table)
+    , m_frozen(frozen)
+    , m_delegate(new TableDelegate(*this, &table))
+{
+    auto *selection = new TableSelection(*this, table.model(), &table);
+    for (QTableView *view :
+         {static_cast<QTableView *>(&table), static_cast<QTableView *>(&frozen)}) {
+        const std::unique_ptr<QItemSelectionModel> own(view->selectionModel());
+        view->setSelectionModel(selection);
+        view->setItemDelegate(m_delegate);
+        // Qt connects a delegate to each of its views, and each would complain of the editors of the
+        // other. Here a view hears of its own editors only, and of none that is closed already.
+        disconnect(m_delegate, nullptr, view, nullptr);
+    }
+    connect(m_delegate, &LayerDelegate::commitData, this, &TableEditing::commit);
+    connect(m_delegate, &LayerDelegate::closeEditor, this, &TableEditing::close);
+}
+
+TableEditing::~TableEditing()
+{
+    delete m_delegate;
+}
+
+void TableEditing::expectNew(const QModelIndex &cell)
+{
+    m_newCell = cell;
+}
+
+void TableEditing::finish()
+{
+    const Hold hold(*this);
+    const QList<QWidget *> editors = m_open.keys();
+    for (QWidget *editor : editors) {
+        commit(editor);
+        close(editor);
+    }
+}
+
+void TableEditing::opened(QWidget *editor, const QModelIndex &index)
+{
+    m_open.insert(editor, {index, index.data().toString()});
+    connect(editor, &QObject::destroyed, this, [this, editor] { closed(editor); });
+}
+
+void TableEditing::closed(QWidget *editor)
+{
+    const Hold hold(*this);
+    note(editor);
+    m_open.remove(editor);
+}
+
+void TableEditing::commit(QWidget *editor)
+{
+    if (!m_open.contains(editor))
+        return;
+    if (editor->parentWidget() == m_table.viewport())
+        m_table.commitData(editor);
+    else
+        m_frozen.commitData(editor);
+}
+
+void TableEditing::close(QWidget *editor)
+{
+    if (!m_open.contains(editor))
+        return;
+    const Hold hold(*this, editor);
+    // Without a hint: no other cell is to be edited next.
+    if (editor->parentWidget() == m_table.viewport())
+        m_table.closeEditor(editor, QAbstractItemDelegate::NoHint);
+    else
+        m_frozen.closeEditor(editor, QAbstractItemDelegate::NoHint);
+    note(editor); // a persistent one, which stays open
+}
+
+void TableEditing::note(QWidget *editor)
+{
+    const auto edit = m_open.find(editor);
+    if (edit == m_open.end() || !edit->cell.isValid() || edit->cell.column() != NameColumn)
+        return;
+    const QString name = edit->cell.data().toString();
+    const bool isNew = edit->cell == m_newCell;
+    if (isNew || name != edit->before)
+        m_outcomes.append({isNew, edit->before, name});
+    if (isNew)
+        m_newCell = QModelIndex();
+    edit->before = name;
+}
+
+void TableEditing::tell()
+{
+    const QPointer<TableEditing> self(this);
+    while (self && m_holds == 0 && !m_outcomes.isEmpty()) {
+        const Outcome outcome = m_outcomes.takeFirst();
+        if (outcome.isNew)
+            emit added(outcome.name);
+        else
+            emit renamed(outcome.before, outcome.name);
+    }
+}
+
+} // namespace OvCc

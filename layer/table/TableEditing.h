@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QPersistentModelIndex>
+#include <QPointer>
+#include <QWidget>
+
+namespace OvCc {
+
+class FrozenTableWidget;
+class LayerDelegate;
+class LayerTableWidget;
+
+/// Editing in a layer table and its frozen view, which share one delegate and one selection. Whoever
+/// closes the editor of a name, this tells once what became of the name; nothing if a reload has
+/// taken its row away.
+class TableEditing : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Puts off what there is to tell until the last of these goes: who hears of it may reload the
+    /// table, or delete it, and not all times are good for that.
+    class Hold
+    {
+    public:
+        /// @param inEvent an editor whose event is being handled; it outlives the table till then
+        explicit Hold(TableEditing &editing, QWidget *inEvent = nullptr);
+        ~Hold();
+        Q_DISABLE_COPY(Hold)
+
+    private:
+        QPointer<TableEditing> m_editing;
+        QPointer<QWidget> m_inEvent;
+    };
+
+    /// Both views have the same model already.
+    TableEditing(LayerTableWidget &table, FrozenTableWidget &frozen);
+
+    /// Nothing is told of editors that are still open.
+    ~TableEditing() override;
+
+    LayerDelegate *delegate() const { return m_delegate; }
+
+    /// What is told next of the name in @p cell is that it was added.
+    void expectNew(const QModelIndex &cell);
+
+    /// Takes over what is being edited.
+    void finish();
+
+    /// For the delegate: an editor was opened, or closed.
+    void opened(QWidget *editor, const QModelIndex &index);
+    void closed(QWidget *editor);
+
+signals:
+    void added(QString name);
+    void renamed(QString from, QString to);
+
+private:
+    struct Edit
+    {
+        QPersistentModelIndex cell;
+        QString before;
+    };
+
+    struct Outcome
+    {
+        bool isNew;
+        QString before;
+        QString name;
+    };
+
+    void commit(QWidget *editor);
+    void close(QWidget *editor);
+    void note(QWidget *editor);
+    void tell();
+
+    LayerTableWidget &m_table;
+    FrozenTableWidget &m_frozen;
+    LayerDelegate *m_delegate;
+    QHash<QWidget *, Edit> m_open;
+    QPersistentModelIndex m_newCell;
+    QList<Outcome> m_outcomes;
+    int m_holds = 0;
+};
+
+} // namespace OvCc
