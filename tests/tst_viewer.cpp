@@ -214,7 +214,6 @@ void TestViewer::commands_data()
              "delete of what is shown;2,3;Delete;;*Red 0 Blue Off;;fr",
              "current;1;Set current;;*Blue 0 Frozen Off Red;",
              "current of what is shown;1,3;Set current;;*Blue 0 Frozen Off Red;;b",
-             "hidden;1;Set current;;*Red 0 Blue Frozen Off;;r",
              "first row current;0;Set current;;*0 Blue Frozen Off Red;"});
 }
 

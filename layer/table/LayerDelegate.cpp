@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QSet>
 
 #include <array>
@@ -236,6 +237,7 @@ void LayerDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
 bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
                                 const QStyleOptionViewItem &option, const QModelIndex &index)
 {
+    const QPointer<LayerDelegate> self(this);
     const bool isPress = event->type() == QEvent::MouseButtonPress;
     const bool isDoubleClick = event->type() == QEvent::MouseButtonDblClick;
     if (isPress || isDoubleClick) {
@@ -247,12 +249,14 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
             if (index.column() == CurrentColumn)
                 return true;
             if (!toggle(model, index))
-                return false;
+                return !self;
         }
     }
     ovSetLayerTableChanges();
-    emit layerDataChanged();
-    return false;
+    if (self)
+        emit layerDataChanged();
+    // A view that is gone, too, is left alone by Qt if the event is used up.
+    return !self;
 }
 
 int LayerDelegate::lineWeightIndexMap(QString label) const
@@ -284,7 +288,7 @@ void LayerDelegate::slotLWeightChanged(int row)
 /// @return false if the change was refused
 bool LayerDelegate::toggle(QAbstractItemModel *model, const QModelIndex &index)
 {
-    const QPersistentModelIndex cell(index); // the host may reload the model on the way
+    const QPersistentModelIndex cell(index); // the host may reload or delete the model on the way
     const QString name = textOf(index.sibling(index.row(), NameColumn));
     const bool isCurrent = flagOf(index.sibling(index.row(), CurrentColumn));
     const bool isSet = flagOf(index);
@@ -311,7 +315,8 @@ bool LayerDelegate::toggle(QAbstractItemModel *model, const QModelIndex &index)
     default:
         return true;
     }
-    model->setData(cell, QVariant(!isSet).toString(), Qt::DisplayRole);
+    if (cell.isValid())
+        model->setData(cell, QVariant(!isSet).toString(), Qt::DisplayRole);
     return true;
 }
 

@@ -21,7 +21,8 @@ class LayerWarningDialog;
 /// before the current layer is switched off the user is asked, and freezing it is refused. After
 /// that, and after every other event that reaches a cell, a click on the first column and a double
 /// click excepted, the host is told by ovSetLayerTableChanges(), and layerDataChanged() is sent. The
-/// host may reload the model from inside either.
+/// host may reload the model from inside either. It may delete view, model and delegate together in
+/// a mouse press, or while the user is asked; otherwise with deleteLater(), since Qt is not done yet.
 ///
 /// The linetype and lineweight dialogs are there for a host that reaches them by its own means; no
 /// click opens them.

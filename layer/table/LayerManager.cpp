@@ -77,10 +77,11 @@ QPixmap LayerManager::drawIcon(LayerIcons icon, QSize size) const
 
 void LayerManager::slotUpLayerModel()
 {
-    if (!m_table)
-        return;
-    m_table->InitLayerModel();
-    m_table->slotSearchLayer(m_searchEdit->text());
+    const QPointer<LayerManager> self(this);
+    if (m_table)
+        m_table->InitLayerModel();
+    if (self && m_table)
+        m_table->slotSearchLayer(m_searchEdit->text());
 }
 
 void LayerManager::slotLayerChanged()
@@ -90,17 +91,20 @@ void LayerManager::slotLayerChanged()
 
 void LayerManager::slotNewLayer()
 {
-    m_table->addLayer();
+    if (m_table)
+        m_table->addLayer();
 }
 
 void LayerManager::slotDeleteLayer()
 {
-    m_table->remove();
+    if (m_table)
+        m_table->remove();
 }
 
 void LayerManager::slotCurrentLayer()
 {
-    m_table->setCurrentLayer();
+    if (m_table)
+        m_table->setCurrentLayer();
 }
 
 void LayerManager::slotUpdateLineEdit(QString name)

@@ -20,7 +20,8 @@ class SearchLayerEdit;
 /// The host calls slotUpLayerModel() whenever layers changed elsewhere, and listens to
 /// layerManagerChanged(). Its commands for new, deleted and current layers call slotNewLayer(),
 /// slotDeleteLayer() and slotCurrentLayer() through the meta-object system; these change the panel
-/// only. The signals that follow tell what to do to the drawing; then the host reloads.
+/// only. The signals that follow tell what to do to the drawing; then the host reloads. To delete the
+/// panel from inside a signal, use deleteLater().
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT

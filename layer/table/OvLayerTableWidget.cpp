@@ -12,7 +12,6 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QPointer>
-#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSettings>
 
@@ -219,16 +218,22 @@ void LayerTableWidget::InitLayerModel()
 {
     if (m_isLoading)
         return;
-    const QScopedValueRollback<bool> loading(m_isLoading, true);
-
-    OvLayerUtility layers;
-    QList<QStringList> read;
-    layers.getAllLayerDate(read);
-    if (read.isEmpty()) {
+    const QPointer<LayerTableWidget> self(this);
+    m_isLoading = true;
+    QList<QStringList> rows;
+    OvLayerUtility().getAllLayerDate(rows);
+    if (rows.isEmpty())
         m_rows->setRows({});
-        return;
-    }
-    if (layers.isModelSpace())
+    else
+        emit updateCurretnLayer(showRows(rows));
+    if (self)
+        m_isLoading = false;
+}
+
+/// Returns the name of the current layer; empty if none is.
+QString LayerTableWidget::showRows(const QList<QStringList> &read)
+{
+    if (OvLayerUtility().isModelSpace())
         setColumnHidden(ViewportFreezeColumn, true);
     m_rowTemplate = read.constLast();
     m_rowTemplate[CurrentColumn] = QStringLiteral("false");
@@ -256,7 +261,7 @@ void LayerTableWidget::InitLayerModel()
         view->doItemsLayout();
         view->verticalScrollBar()->setValue(position);
     }
-    emit updateCurretnLayer(hasCurrent ? rows.at(currentRow).at(NameColumn) : QString());
+    return hasCurrent ? rows.at(currentRow).at(NameColumn) : QString();
 }
 
 bool LayerTableWidget::insertRowData(int row)

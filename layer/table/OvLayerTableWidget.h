@@ -63,7 +63,9 @@ protected:
 ///
 /// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
 /// and making current change the table only: the host follows the signals, changes the drawing and
-/// calls InitLayerModel(), which it may do from inside any of them.
+/// calls InitLayerModel(), which it may do from inside any of them. To delete the table there, use
+/// deleteLater(): with some events Qt is not done yet. While a dialog is up that a press on a cell
+/// has opened, here or in the host, the table may go at any time.
 ///
 /// A context menu on the column titles shows and hides columns. The choice is kept in the user's
 /// settings, organisation "Brevik", application "TessaViewer": it is read when a table is made and
@@ -163,6 +165,7 @@ private:
     void setUpView(QTableView &view);
     void setUpFrozenView();
     void placeFrozenView();
+    QString showRows(const QList<QStringList> &read);
     QVector<int> selectedRows() const;
     int nextLayerNumber();
 
