@@ -661,6 +661,12 @@ void tst_LayerTable::columnLayoutIsKept()
         }
         openPanel();
     }
+    for (const int isModelSpace : {0, 1}) {
+        KcHost::setVariable("TILEMODE", isModelSpace);
+        m_table->showColumn(11);
+        m_table->InitLayerModel();
+        QCOMPARE(m_table->isColumnHidden(11), isModelSpace == 1);
+    }
     QSettings settings(QStringLiteral("Brevik"), QStringLiteral("TessaViewer"));
     QCOMPARE(settings.value("Plot Style/isChecked").toBool(), false);
     QCOMPARE(settings.value("Name/isChecked").toBool(), false);
