@@ -318,7 +318,7 @@ void tst_LayerTable::clicksOnCells()
     for (const int column : {On, Thawed, Unlocked, Plot}) {
         for (const char *expected : {"false", "true"}) {
             click(row, column);
-            QCOMPARE(text(row, column), QLatin1String(expected));
+            QVERIFY(text(row, column) == expected && m_table->currentIndex().column() == column);
             QCOMPARE(rows(), layerRows());
         }
     }
@@ -334,7 +334,6 @@ void tst_LayerTable::clicksOnCells()
                        m_table->visualRect(m_model->index(row, 12)).center());
     QVERIFY(!m_table->findChild<QLineEdit *>());
     QCOMPARE(rows(), before);
-    QCOMPARE(layerRows(), before);
 }
 
 void tst_LayerTable::currentLayerIsGuarded()
@@ -466,17 +465,19 @@ void tst_LayerTable::proposedNames()
 /// In a window that is not active the editor has no focus to lose: nobody but its view closes it.
 void tst_LayerTable::editedNames()
 {
+    QWidget other;
     bool isReloading = false;
     QStringList told;
-    connect(m_panel.get(), &LayerManager::layerAdded, this, [&](const QString &name) {
+    const auto added = [&](const QString &name) {
         told += '+' + name;
         if (isReloading && KcHost::addLayer(**m_drawing, name) == Kcore::eOk)
             m_panel->slotUpLayerModel();
-    });
-    connect(m_panel.get(), &LayerManager::layersRemoved, this,
-            [&](const QStringList &names) { told += '-' + names.join(','); });
-    connect(m_panel.get(), &LayerManager::layerRenamed, this,
-            [&](const QString &from, const QString &to) { told += from + '>' + to; });
+    };
+    const auto removed = [&](const QStringList &names) { told += '-' + names.join(','); };
+    const auto renamed = [&](const QString &from, const QString &to) { told += from + '>' + to; };
+    connect(m_panel.get(), &LayerManager::layerAdded, &other, added);
+    connect(m_panel.get(), &LayerManager::layersRemoved, &other, removed);
+    connect(m_panel.get(), &LayerManager::layerRenamed, &other, renamed);
     // None of the names begins like another one: an open list of completions would take the key.
     const auto type = [this](const char *name, Qt::Key key) {
         QTest::keyClicks(editor(), name);
@@ -491,11 +492,11 @@ void tst_LayerTable::editedNames()
         m_frozen->edit(m_model->index(0, Name));
         type(name, key);
     };
-    QWidget other;
     for (const bool isActive : {true, false, false}) {
         add("Attic");
-        QCOMPARE(editor()->hasFocus(), isActive);
-        QCOMPARE(text(m_model->rowCount() - 1, Current), QStringLiteral("false"));
+        const auto *offered = qobject_cast<QStringListModel *>(editor()->completer()->model());
+        QCOMPARE(offered->stringList(), names().mid(1));
+        QVERIFY(editor()->hasFocus() == isActive && rows().constLast().at(Current) == "false");
         add("Hall", Qt::Key_Return);
         add("X", Qt::Key_Escape);
         add("Garage");
@@ -504,28 +505,28 @@ void tst_LayerTable::editedNames()
         rename("Quay");
         m_search->setFocus();
         m_table->selectRow(1);
+        add("X");
+        delete editor();
         add("Shed");
         m_table->remove();
         add("X");
         m_panel->slotUpLayerModel();
         QCOMPARE(told.join(' '),
-                 QString("+Attic +Hall +Layer1 +Garage 0>Jetty Jetty>Quay +Shed -Shed"));
+                 QString("+Attic +Hall +Layer1 +Garage 0>Jetty Jetty>Quay +Layer2 +Shed -Shed"));
         told.clear();
         isReloading = !isActive;
         showOnScreen(other);
         QApplication::setActiveWindow(&other);
     }
 
-    m_frozen->openPersistentEditor(m_model->index(0, Name));
-    m_frozen->setCurrentIndex(m_model->index(0, Name));
-    type("Y", Qt::Key_Return);
-    type("Z", Qt::Key_Return);
-    m_frozen->closePersistentEditor(m_model->index(0, Name));
+    for (const int column : {11, int(Name)}) {
+        m_frozen->openPersistentEditor(m_model->index(0, column));
+        m_frozen->setCurrentIndex(m_model->index(0, column));
+        type("Y", Qt::Key_Return);
+        type("Z", Qt::Key_Return);
+        m_frozen->closePersistentEditor(m_model->index(0, column));
+    }
     QCOMPARE(told.join(' '), QString("0>Y Y>YZ"));
-
-    m_frozen->edit(m_model->index(0, Name));
-    auto *offered = qobject_cast<QStringListModel *>(editor()->completer()->model());
-    QCOMPARE(offered->stringList(), names().mid(1));
 }
 
 /// It reloads or deletes inside a notification, while the user is asked, and while a name is edited.
@@ -622,11 +623,11 @@ void tst_LayerTable::setCurrent()
     }
     QCOMPARE(text(0, Current), QString());
     m_table->selectAll();
-    for (const char *text : {"zzz", "w"}) {
+    for (const char *text : {"zzz", "*s"}) {
         m_table->slotSearchLayer(text);
         m_table->setCurrentLayer();
     }
-    QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"wall-1"}}));
+    QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}}));
 }
 
 void tst_LayerTable::scrollPositionStays()
@@ -703,11 +704,9 @@ void tst_LayerTable::searchField()
 
 void tst_LayerTable::icons()
 {
-    QCOMPARE(loadImage(":/layertoolbar.bmp").size(), QSize(4 * 17 + 1, 16));
     QList<QImage> icons;
-    for (const auto icon : {LayerManager::NewLayerIcon, LayerManager::DeleteLayerIcon,
-                            LayerManager::CurrentLayerIcon, LayerManager::RefreshIcon}) {
-        const QImage image = m_panel->drawIcon(icon, {16, 16}).toImage();
+    for (int icon = LayerManager::NewLayerIcon; icon <= LayerManager::RefreshIcon; ++icon) {
+        const QImage image = m_panel->drawIcon(LayerManager::LayerIcons(icon), {16, 16}).toImage();
         QVERIFY(!icons.contains(image));
         icons.append(image);
     }
@@ -748,8 +747,7 @@ void tst_LayerTable::randomWork()
     const std::function<void()> works[]{
             [&] {
                 call("slotNewLayer");
-                if (editor())
-                    QTest::keyClick(editor(), random.bounded(2) ? Qt::Key_Return : Qt::Key_Escape);
+                QTest::keyClick(editor(), random.bounded(2) ? Qt::Key_Return : Qt::Key_Escape);
             },
             [&] {
                 m_table->selectRow(random.bounded(m_model->rowCount()));

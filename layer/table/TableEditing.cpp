@@ -180,7 +180,8 @@ void TableEditing::close(QWidget *editor)
 void TableEditing::note(QWidget *editor)
 {
     const auto edit = m_open.find(editor);
-    if (edit == m_open.end() || !edit->cell.isValid() || edit->cell.column() != NameColumn)
+    // A cell whose row is gone is in no column.
+    if (edit == m_open.end() || edit->cell.column() != NameColumn)
         return;
     const QString name = edit->cell.data().toString();
     const bool isNew = edit->cell == m_newCell;
