@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScopeGuard>
 #include <QTimer>
 
 /// @file
@@ -28,7 +29,7 @@ inline QString textOf(const QComboBox &picker)
 
 inline void show(OvCc::BaseComboBox &picker)
 {
-    picker.show();
+    picker.window()->show();
     picker.activateWindow();
     picker.setFocus();
     QVERIFY(QTest::qWaitForWindowActive(&picker));
@@ -57,7 +58,14 @@ inline void clickRow(OvCc::BaseComboBox &picker, int row, Qt::MouseButton button
     onRow(picker, QEvent::MouseButtonRelease, row, button);
 }
 
-/// Runs @p ask, in which a dialog comes up, and @p act on the dialog.
+inline void pressButton(OvCc::BaseComboBox &picker)
+{
+    openPopup(picker);
+    click(buttonOf(picker));
+}
+
+/// Runs @p ask, in which a dialog comes up, and @p act on the dialog. If a check in @p act fails, and
+/// so leaves the dialog open, it is cancelled.
 template <class Ask, class Act>
 void answerDialog(Ask ask, Act act)
 {
@@ -69,6 +77,10 @@ void answerDialog(Ask ask, Act act)
             return;
         timer.stop();
         isAnswered = true;
+        const auto cancel = qScopeGuard([open = QPointer<QDialog>(dialog)] {
+            if (open && open->isVisible())
+                open->reject();
+        });
         QVERIFY(!QApplication::activePopupWidget());
         act(*dialog);
     });

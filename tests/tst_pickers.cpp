@@ -1,7 +1,5 @@
 #include "PickerSupport.h"
 
-#include <OvCustomControl/OvCustomControl.h>
-
 #include <QColorDialog>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -36,20 +34,10 @@ template <class Ask>
 void pickColor(Ask ask, const QString &name)
 {
     answerDialog(ask, [&](QDialog &dialog) {
-        QVERIFY(qobject_cast<QColorDialog *>(&dialog));
-        if (name.isEmpty()) {
-            QTest::keyClick(&dialog, Qt::Key_Escape);
-            return;
-        }
-        const auto edits = dialog.findChildren<QLineEdit *>();
-        const auto html = std::find_if(edits.begin(), edits.end(), [](const QLineEdit *edit) {
-            return edit->text().startsWith(QLatin1Char('#'));
-        });
-        QVERIFY(html != edits.end());
-        QLineEdit *edit = *html;
-        edit->selectAll();
-        QTest::keyClicks(edit, name);
-        QTest::keyClick(edit, Qt::Key_Return);
+        auto *colors = qobject_cast<QColorDialog *>(&dialog);
+        QVERIFY(colors);
+        colors->setCurrentColor(QColor(name));
+        dialog.done(name.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
     });
 }
 
@@ -146,8 +134,13 @@ void tst_Pickers::faces()
     QCOMPARE(picker->view()->viewport()->size(), dropDown->size());
     QCOMPARE(buttonOf(*picker)->isVisible(), !button.isEmpty());
     QCOMPARE(buttonOf(*picker)->text(), button);
+    const QStringList pictures{"2d_LineFrame", "3d_LineFrame", "3d_Hide",     "Flat",
+                               "Grouraud",     "Flat+Edges",   "Gouraud+Edge"};
     for (int row = 0; row < listOf(*picker)->count(); ++row) {
-        QVERIFY(!picker->item(row)->icon().isNull());
+        const QPixmap picture = picker->item(row)->icon().pixmap(50, 50);
+        QVERIFY(!picture.isNull());
+        if (button.isEmpty())
+            QCOMPARE(picture, QIcon(loadImage(":/" + pictures.at(row) + ".bmp")).pixmap(50, 50));
         QVERIFY(dropDown->rect().contains(listOf(*picker)->visualItemRect(picker->item(row))));
     }
 }
@@ -271,10 +264,7 @@ void tst_Pickers::customColors()
 {
     QOvColorComboBox picker;
     QSignalSpy choices(&picker, &QOvColorComboBox::colorChosen);
-    const auto ask = [&] {
-        openPopup(picker);
-        click(buttonOf(picker));
-    };
+    const auto ask = [&] { pressButton(picker); };
     clickRow(picker, 6);
     picker.addItem({}, QStringLiteral("of the host"));
     clickRow(picker, 9);
@@ -321,33 +311,25 @@ void tst_Pickers::lineWeightSettings()
     QSignalSpy choices(&picker, &LineWidthComboBox::lineWeightChosen);
     picker.setCurrentIndex(4);
     const auto answer = [&](const char *unit, int row, const char *button) {
-        const auto ask = [&] {
-            openPopup(picker);
-            click(buttonOf(picker));
-        };
-        answerDialog(ask, [&](QDialog &dialog) {
-            auto *list = dialog.findChild<QListWidget *>(QStringLiteral("listWidget"));
-            const auto *name = dialog.findChild<QLabel *>(QStringLiteral("nameLabel"));
-            const auto *combo = dialog.findChild<QComboBox *>(QStringLiteral("comboBox"));
+        const auto act = [&](QDialog &dialog) {
+            auto *list = dialog.findChild<QListWidget *>("listWidget");
+            const auto *name = dialog.findChild<QLabel *>("nameLabel");
+            const auto *combo = dialog.findChild<QComboBox *>("comboBox");
             QCOMPARE(list->currentRow(), picker.currentRow());
-            QTest::mouseClick(dialog.findChild<QRadioButton *>(QLatin1String(unit)), Qt::LeftButton,
-                              {}, QPoint(10, 8));
+            QTest::mouseClick(dialog.findChild<QRadioButton *>(unit), Qt::LeftButton, {}, {10, 8});
+            QCOMPARE(name->text(), list->currentItem()->text());
             list->setCurrentRow(row);
             QCOMPARE(name->text(), list->currentItem()->text());
-            QCOMPARE(list->count(), 27);
             QCOMPARE(combo->itemText(23), list->item(26)->text());
-            QTest::mouseClick(dialog.findChild<QPushButton *>(QLatin1String(button)),
-                              Qt::LeftButton);
-        });
+            QTest::mouseClick(dialog.findChild<QPushButton *>(button), Qt::LeftButton);
+        };
+        answerDialog([&] { pressButton(picker); }, act);
+        return textOf(picker);
     };
-    answer("inRadioBnt", 7, "cancelBnt");
-    QCOMPARE(textOf(picker), QStringLiteral("0.05 mm"));
-    answer("mmRadioBnt", 7, "okBnt");
-    QCOMPARE(textOf(picker), QStringLiteral("0.15 mm"));
-    answer("inRadioBnt", 8, "okBnt");
-    QCOMPARE(textOf(picker), QStringLiteral("0.07\""));
-    answer("mmRadioBnt", 5, "okBnt");
-    QCOMPARE(textOf(picker), QStringLiteral("0.04\""));
+    QCOMPARE(answer("inRadioBnt", 7, "cancelBnt"), QStringLiteral("0.05 mm"));
+    QCOMPARE(answer("mmRadioBnt", 7, "okBnt"), QStringLiteral("0.15 mm"));
+    QCOMPARE(answer("inRadioBnt", 8, "okBnt"), QStringLiteral("0.07\""));
+    QCOMPARE(answer("mmRadioBnt", 5, "okBnt"), QStringLiteral("0.04\""));
     QCOMPARE(labelsOf(*listOf(picker)).mid(2, 3), (QStringList{"Default", "0.00\"", "0.02\""}));
     // This picker has 9 rows only.
     answer("mmRadioBnt", 20, "okBnt");
@@ -355,8 +337,7 @@ void tst_Pickers::lineWeightSettings()
     picker.addRemainingRows();
     picker.addRemainingRows();
     QCOMPARE(labelsOf(*listOf(picker)).count(), 27);
-    answer("mmRadioBnt", 20, "okBnt");
-    QCOMPARE(textOf(picker), QStringLiteral("0.39\""));
+    QCOMPARE(answer("mmRadioBnt", 20, "okBnt"), QStringLiteral("0.39\""));
     QCOMPARE(choices, (QList<QVariantList>{{15}, {18}, {9}, {100}}));
 }
 
@@ -366,11 +347,8 @@ void tst_Pickers::panel()
     QSignalSpy colors(&panel, &PropertyManager::colorChosen);
     QSignalSpy lineWeights(&panel, &PropertyManager::lineWeightChosen);
     QSignalSpy lineTypes(&panel, &PropertyManager::lineTypeChosen);
-    panel.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    const QList<BaseComboBox *> pickers{panel.colorPicker(), panel.lineWeightPicker(),
-                                        panel.lineTypePicker()};
-    for (BaseComboBox *picker : pickers) {
+    for (BaseComboBox *picker : std::initializer_list<BaseComboBox *>{
+                 panel.colorPicker(), panel.lineWeightPicker(), panel.lineTypePicker()}) {
         QCOMPARE(textOf(*picker), QStringLiteral("By Layer"));
         clickRow(*picker, 2);
     }

@@ -359,11 +359,7 @@ void TestViewer::pickedProperties()
 
     viewer.dragOnCanvas({50, 0}, {50, 0});
     QColor picked;
-    const auto ask = [](BaseComboBox *picker) {
-        openPopup(*picker);
-        click(buttonOf(*picker));
-    };
-    answerDialog([&] { ask(panel->colorPicker()); },
+    answerDialog([&] { pressButton(*panel->colorPicker()); },
                  [&](QDialog &dialog) {
                      const auto wells = dialog.findChildren<QWidget *>();
                      for (QWidget *well : wells) {
@@ -378,7 +374,7 @@ void TestViewer::pickedProperties()
                              Qt::LeftButton);
                  });
     QVERIFY(picked.isValid() && picked != QColor(Qt::white));
-    answerDialog([&] { ask(panel->lineWeightPicker()); },
+    answerDialog([&] { pressButton(*panel->lineWeightPicker()); },
                  [](QDialog &dialog) {
                      QTest::mouseClick(dialog.findChild<QRadioButton *>("inRadioBnt"),
                                        Qt::LeftButton, {}, {9, 8});
@@ -394,7 +390,7 @@ void TestViewer::pickedProperties()
     viewer.dragOnCanvas({50, 80}, {50, 80}, Qt::ControlModifier);
     QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Varies"));
     clickRow(*panel->colorPicker(), 1);
-    answerDialog([&] { ask(panel->lineTypePicker()); },
+    answerDialog([&] { pressButton(*panel->lineTypePicker()); },
                  [](QDialog &dialog) {
                      dialog.findChild<QComboBox *>()->setCurrentText("DASHED");
                      QTest::mouseClick(
