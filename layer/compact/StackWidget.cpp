@@ -37,6 +37,13 @@ PropertyManager *StackWidget::propertyManager() const
     return qobject_cast<PropertyManager *>(widget(propertyPage));
 }
 
+void StackWidget::setVisible(bool visible)
+{
+    if (visible)
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    QStackedWidget::setVisible(visible);
+}
+
 void StackWidget::hide(bool bHide)
 {
     setCurrentIndex(bHide ? emptyPage : propertyPage);

@@ -33,6 +33,10 @@ public:
     /// Without an argument the window is hidden, as any widget is.
     using QWidget::hide;
 
+    /// Shows or hides the window. It never comes back minimised: window managers minimise it with
+    /// the window of the bar, and a few would minimise that one again with it.
+    void setVisible(bool visible) override;
+
 public slots:
     /// Shows the empty page if @p bHide, the property panel otherwise, and makes the window visible
     /// if it is not. It never hides the window, but with the empty page the mouse goes through it.
