@@ -83,6 +83,7 @@ private slots:
     void itemNames();
     void itemTogglesFollowTheRecord();
     void faceParts();
+    void longNameOnTheFace();
     void rowsAndFaceFollowTheDrawing();
     void clicksInThePopup();
     void popupClosesAsItOpened();
@@ -131,10 +132,13 @@ private:
 void tst_LayerComboBox::itemNames()
 {
     LayerItem item(nullptr);
-    item.setLayerName(QStringLiteral("abcdefghij"));
-    QCOMPARE(item.layerName(), QStringLiteral("abcdefghij"));
-    item.setLayerName(QStringLiteral("abcdefghijk"));
-    QCOMPARE(item.layerName(), QStringLiteral("abcdefghi..."));
+    // One code unit, a pair of surrogates, a letter with a combining accent.
+    for (const QString &character : {QString("a"), QString("\U0001F600"), QString("e\u0301")}) {
+        item.setLayerName(character.repeated(10));
+        QCOMPARE(item.layerName(), character.repeated(10));
+        item.setLayerName(character.repeated(11));
+        QCOMPARE(item.layerName(), character.repeated(9) + "...");
+    }
 
     LayerItemData layer;
     layer.name = QStringLiteral("<b>abcdefghij;*</b>");
@@ -195,6 +199,29 @@ void tst_LayerComboBox::faceParts()
         QCOMPARE(labels.at(4)->text(), news.contains("name") ? after.name : before.name);
         QVERIFY(face.text().isEmpty());
     }
+}
+
+void tst_LayerComboBox::longNameOnTheFace()
+{
+    QLabel *label = m_labels.at(4);
+    showOnScreen(*m_combo);
+    for (const QString &name : {QString("0"), "<b>" + QString(60, 'x')}) {
+        LayerItemData layer;
+        layer.name = name;
+        m_combo->findChild<LayerEdit *>()->setLabelChange(4, layer);
+        const QImage shown = label->grab().toImage();
+        QCOMPARE(label->text(), name);
+        const QString part = label->fontMetrics().elidedText(name, Qt::ElideRight, label->width());
+        QLabel plain(part, label->parentWidget());
+        plain.setTextFormat(Qt::PlainText);
+        plain.resize(label->size());
+        QCOMPARE(shown, plain.grab().toImage());
+
+        QHelpEvent hover(QEvent::ToolTip, {1, 1}, label->mapToGlobal({1, 1}));
+        QApplication::sendEvent(label, &hover);
+        QCOMPARE(QToolTip::text(), part == name ? QString() : Qt::convertFromPlainText(name));
+    }
+    QToolTip::hideText();
 }
 
 void tst_LayerComboBox::rowsAndFaceFollowTheDrawing()

@@ -628,6 +628,18 @@ void tst_LayerTable::setCurrent()
         m_table->setCurrentLayer();
     }
     QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}}));
+
+    // A name leaves the panel its width and the search field a part of it.
+    const QSize narrowest = m_panel->minimumSizeHint();
+    const auto *label = m_panel->findChild<QLabel *>();
+    m_panel->resize(300, 400);
+    for (const QString &name : {QString("Walls"), QString(255, 'x')}) {
+        emit m_table->updateCurretnLayer(name);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        QCOMPARE(m_panel->minimumSizeHint(), narrowest);
+        QCOMPARE(label->text(), "Current layer: " + name);
+        QCOMPARE(label->width(), qMin(label->sizeHint().width(), 300 - 4 - 20 - 80));
+    }
 }
 
 void tst_LayerTable::scrollPositionStays()

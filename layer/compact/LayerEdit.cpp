@@ -1,17 +1,17 @@
 #include "LayerEdit.h"
 
+#include "layer/data/ElidedLabel.h"
 #include "layer/data/StatusImages.h"
 
 #include <OvCustomControl/Swatches.h>
 
 #include <QHBoxLayout>
-#include <QLabel>
 
 namespace OvCc {
 
 LayerEdit::LayerEdit(QWidget *parent)
     : QLineEdit(parent)
-    , m_nameLabel(new QLabel)
+    , m_nameLabel(new ElidedLabel)
     , m_lightLabel(new QLabel)
     , m_lockLabel(new QLabel)
     , m_freezeLabel(new QLabel)
@@ -27,8 +27,6 @@ LayerEdit::LayerEdit(QWidget *parent)
     row->addWidget(m_nameLabel);
     row->addStretch();
 
-    // A layer's name is a name, whatever it looks like.
-    m_nameLabel->setTextFormat(Qt::PlainText);
     setReadOnly(true);
 }
 

@@ -10,7 +10,8 @@ class QLabel;
 namespace OvCc {
 
 /// The face of the layer combo box: a read-only edit without text of its own that shows one layer's
-/// on/off, freeze and lock images, its colour and its name.
+/// on/off, freeze and lock images, its colour and its name. A name that is too long is cut, and has a
+/// tool tip. There is no context menu: there is no text to act on.
 class OVCC_EXPORT LayerEdit : public QLineEdit
 {
     Q_OBJECT

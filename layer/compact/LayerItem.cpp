@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextBoundaryFinder>
 
 namespace OvCc {
 
@@ -31,6 +32,16 @@ LayerItemData initialLayer()
     layer.color = Qt::white;
     layer.name = QStringLiteral("layer0");
     return layer;
+}
+
+/// The position in @p text behind its first @p count characters; all of it if it has no more.
+int endOfCharacters(const QString &text, int count)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    int end = 0;
+    for (int character = 0; character < count && end < text.size(); ++character)
+        end = finder.toNextBoundary();
+    return end;
 }
 
 } // namespace
@@ -91,9 +102,9 @@ QString LayerItem::layerName() const
 void LayerItem::setLayerName(QString name)
 {
     constexpr int mostCharacters = 10;
-    m_nameLabel->setText(name.size() > mostCharacters
-                                 ? name.left(mostCharacters - 1) + QLatin1String("...")
-                                 : name);
+    if (endOfCharacters(name, mostCharacters) < name.size())
+        name = name.left(endOfCharacters(name, mostCharacters - 1)) + QLatin1String("...");
+    m_nameLabel->setText(name);
 }
 
 void LayerItem::slotLightChange()

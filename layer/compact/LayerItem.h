@@ -35,7 +35,8 @@ public:
     /// The name as shown.
     QString layerName() const;
 
-    /// Shows @p name: beyond 10 characters, its first 9 and "...". The row's record keeps its name.
+    /// Shows @p name: beyond 10 characters, its first 9 and "...". A character is what a reader takes
+    /// for one, whatever it is made of. The row's record keeps its name.
     void setLayerName(QString name);
 
 public slots:

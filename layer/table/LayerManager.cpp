@@ -1,11 +1,12 @@
 #include "LayerManager.h"
 
+#include "layer/data/ElidedLabel.h"
+
 #include <OvCustomControl/OvLayerTableWidget.h>
 #include <OvCustomControl/SearchLayerEdit.h>
 #include <OvCustomControl/Swatches.h>
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 
 namespace OvCc {
@@ -13,6 +14,7 @@ namespace OvCc {
 namespace {
 
 constexpr int headerHeight = 20;
+constexpr int narrowestSearch = 80; // a word, and the button
 constexpr QSize tileSize(16, 16);
 
 } // namespace
@@ -20,22 +22,23 @@ constexpr QSize tileSize(16, 16);
 LayerManager::LayerManager(QWidget *parent)
     : QWidget(parent)
     , m_table(new LayerTableWidget)
-    , m_label(new QLabel(tr("Current layer: ") + QLatin1Char('0')))
+    , m_label(new ElidedLabel(tr("Current layer: ") + QLatin1Char('0')))
     , m_searchEdit(new SearchLayerEdit)
 {
     setObjectName(QStringLiteral("Layer Manager"));
     setWindowTitle(tr("Layer Manager"));
     loadPixmap();
     m_label->setFixedHeight(headerHeight);
-    m_label->setTextFormat(Qt::PlainText);
     m_searchEdit->setFixedHeight(headerHeight);
+    m_searchEdit->setMinimumWidth(narrowestSearch);
 
     auto *header = new QWidget;
     auto *headerRow = new QHBoxLayout(header);
     headerRow->setContentsMargins(0, 0, 0, 0);
     headerRow->setSpacing(20);
     headerRow->addWidget(m_label);
-    headerRow->addWidget(m_searchEdit);
+    // The field is content with what the name leaves, down to its least width.
+    headerRow->addWidget(m_searchEdit, 1);
 
     setContentsMargins(0, 0, 0, 0);
     auto *column = new QVBoxLayout(this);

@@ -15,7 +15,8 @@ class LayerTableWidget;
 class SearchLayerEdit;
 
 /// The panel with which a user manages the layers of a drawing: the name of the current layer and a
-/// search field over a LayerTableWidget. It fills itself when it is made.
+/// search field over a LayerTableWidget. It fills itself when it is made. A name that is too long for
+/// the panel is cut, and has a tool tip; it never widens the panel.
 ///
 /// The host calls slotUpLayerModel() whenever layers changed elsewhere, and listens to
 /// layerManagerChanged(). Its commands for new, deleted and current layers call slotNewLayer(),
