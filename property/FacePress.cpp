@@ -8,11 +8,10 @@
 namespace OvCc {
 
 FacePress::FacePress(QComboBox *combo)
-    : QObject(combo)
+    : QObject(combo->lineEdit())
     , m_combo(combo)
-    , m_face(combo->lineEdit())
 {
-    m_face->installEventFilter(this);
+    parent()->installEventFilter(this);
     combo->view()->window()->installEventFilter(this);
 }
 
@@ -23,7 +22,7 @@ bool FacePress::eventFilter(QObject *watched, QEvent *event)
         return false;
     const auto *mouse = static_cast<QMouseEvent *>(event);
 
-    if (watched == m_face) {
+    if (watched == parent()) {
         // Widgets that are disabled get the event after their filters, and ignore it.
         if (!isPress || mouse->button() != Qt::LeftButton || !m_combo->isEnabled())
             return false;

@@ -11,14 +11,14 @@ namespace OvCc {
 class FacePress : public QObject
 {
 public:
-    /// Watches the line edit and the popup of @p combo, which must be installed and owns this.
+    /// Watches the line edit and the popup of @p combo, which must be installed. It belongs to the
+    /// line edit.
     explicit FacePress(QComboBox *combo);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QComboBox *m_combo;
-    QObject *m_face;
 };
 
 } // namespace OvCc

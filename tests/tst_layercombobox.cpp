@@ -85,12 +85,14 @@ private slots:
     void faceParts();
     void longNameOnTheFace();
     void rowsAndFaceFollowTheDrawing();
+    void dropDownOnTheCurrentLayer();
     void clicksInThePopup();
     void popupClosesAsItOpened();
     void rowsStayWherePossible_data();
     void rowsStayWherePossible();
     void hostReloadsFromInside();
-    void scrollPositionStays();
+    void hostDeletesFromInside();
+    void partsOfTheHost();
     void closedDrawing();
     void currentLayerOpenElsewhere();
     void randomClicks();
@@ -244,6 +246,37 @@ void tst_LayerComboBox::rowsAndFaceFollowTheDrawing()
         QCOMPARE(m_list->visualItemRect(m_list->item(row)).height(), 25);
 }
 
+void tst_LayerComboBox::dropDownOnTheCurrentLayer()
+{
+    const QString longest(99, 'x');
+    KcHost::addLayer(**m_drawing, longest);
+    addNumberedLayers(**m_drawing, 40);
+    KcHost::setCurrentLayer(**m_drawing, "Layer033");
+    m_combo->slotUpdate();
+    for (const int chosen : {0, 40}) {
+        m_combo->setCurrentIndex(chosen);
+        openPopup();
+        QCOMPARE(m_list->currentRow(), 37);
+        const QRect row = m_list->visualItemRect(m_list->selectedItems().value(0));
+        QCOMPARE(row & m_list->viewport()->rect(), row);
+        QVERIFY(m_list->verticalScrollBar()->isVisible());
+        QCOMPARE(m_list->width(), 400);
+        m_combo->hidePopup();
+    }
+    KcHost::eraseLayer(**m_drawing, longest);
+    m_combo->slotUpdate();
+    openPopup();
+    QVERIFY(m_list->width() < 200);
+
+    // The open drop-down stays where the user scrolled it to.
+    m_list->scrollToItem(m_list->item(20));
+    const int position = m_list->verticalScrollBar()->value();
+    KcHost::setCurrentLayer(**m_drawing, "Layer005");
+    m_combo->slotUpdate();
+    QCOMPARE(m_list->currentRow(), 8);
+    QCOMPARE(m_list->verticalScrollBar()->value(), position);
+}
+
 void tst_LayerComboBox::clicksInThePopup()
 {
     QSignalSpy changes(m_combo.get(), &LayerComboBox::layerComboBoxChanged);
@@ -293,6 +326,10 @@ void tst_LayerComboBox::popupClosesAsItOpened()
     QTest::mousePress(popup, Qt::LeftButton, {}, popup->mapFromGlobal(face));
     QTRY_VERIFY(!popup->isVisible());
     QVERIFY(popup->testAttribute(Qt::WA_NoMouseReplay));
+
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, face);
+    QApplication::sendEvent(m_combo->lineEdit(), &menu);
+    QVERIFY(!QApplication::activePopupWidget());
 }
 
 void tst_LayerComboBox::rowsStayWherePossible_data()
@@ -356,18 +393,42 @@ void tst_LayerComboBox::hostReloadsFromInside()
     QCOMPARE(names(), drawingNames());
 }
 
-void tst_LayerComboBox::scrollPositionStays()
+void tst_LayerComboBox::hostDeletesFromInside()
 {
-    addNumberedLayers(**m_drawing, 200);
+    const auto remove = [this] { m_combo.reset(); };
+    for (const int place : {0, 1, 2}) {
+        cleanup();
+        init();
+        openPopup();
+        if (place == 0)
+            KcHost::setLayerTableChangesHandler(remove);
+        else if (place == 1)
+            connect(m_combo.get(), &LayerComboBox::layerComboBoxChanged, this, remove);
+        else
+            KcHost::setLayerModifiedHandler([remove](const QString &) { remove(); });
+        clickInPopup(0, Light);
+        QVERIFY(!m_combo);
+    }
+}
+
+void tst_LayerComboBox::partsOfTheHost()
+{
+    for (const bool isEditable : {true, false}) {
+        if (isEditable)
+            m_combo->setLineEdit(new QLineEdit);
+        else
+            m_combo->setEditable(false);
+        clickInPopup(0, Light);
+        m_combo->slotUpdate();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(labelsOf(*m_combo->lineEdit()).at(4)->text(), QStringLiteral("0"));
+        openPopup();
+        m_combo->hidePopup();
+    }
+    m_combo->setView(new QListView);
     m_combo->slotUpdate();
-    openPopup();
-    m_list->scrollToItem(m_list->item(100));
-    const int position = m_list->verticalScrollBar()->value();
-    QVERIFY(position > 0);
-    KcHost::setCurrentLayer(**m_drawing, "Layer005");
-    m_combo->slotUpdate();
-    QCOMPARE(m_list->currentRow(), 8);
-    QCOMPARE(m_list->verticalScrollBar()->value(), position);
+    m_combo->clearListWidget();
+    QCOMPARE(m_combo->getDisplayItem() + m_combo->count(), 0);
 }
 
 void tst_LayerComboBox::closedDrawing()

@@ -210,6 +210,11 @@ void tst_LayerControl::destruction()
         const QList<QPushButton *> buttons = strip->findChildren<QPushButton *>();
         return {window, strip, buttons.at(0), buttons.at(1), buttons.at(2)};
     });
+
+    connect(m_bar, &LayerControl::folded, this, [this] { m_window.reset(); });
+    showOnScreen(*m_window);
+    click(buttonsOf(*m_bar).at(1));
+    QVERIFY(!m_window);
 }
 
 QTEST_MAIN(tst_LayerControl)

@@ -31,14 +31,35 @@ bool isSame(const LayerItemData &one, const LayerItemData &other)
            && one.isFrozen == other.isFrozen && one.color == other.color && one.name == other.name;
 }
 
+/// The drop-down. A combo box opens it on the row of its own index, but that follows no layer.
+class LayerList : public QListWidget
+{
+public:
+    explicit LayerList(LayerComboBox *combo)
+        : m_combo(combo)
+    {
+    }
+
+protected:
+    void showEvent(QShowEvent *event) override
+    {
+        setCurrentRow(m_combo->getDisplayItem());
+        QListWidget::showEvent(event);
+    }
+
+private:
+    LayerComboBox *m_combo;
+};
+
 } // namespace
 
 LayerComboBox::LayerComboBox(QWidget *parent)
     : QComboBox(parent)
-    , m_list(new QListWidget)
+    , m_list(new LayerList(this))
     , m_face(new LayerEdit(nullptr))
 {
     setFixedSize(150, 20);
+    setContextMenuPolicy(Qt::NoContextMenu);
     setModel(m_list->model());
     setView(m_list);
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
@@ -56,7 +77,7 @@ LayerComboBox::~LayerComboBox()
 int LayerComboBox::getDisplayItem()
 {
     LayerItemData current;
-    if (!OvLayerUtility().getCurrentLayer(current))
+    if (!m_list || !OvLayerUtility().getCurrentLayer(current))
         return 0;
     for (int row = 0; row < m_list->count(); ++row) {
         const LayerItem *item = rowAt(row);
@@ -70,7 +91,8 @@ int LayerComboBox::getDisplayItem()
 
 void LayerComboBox::clearListWidget()
 {
-    m_list->clear();
+    if (m_list)
+        m_list->clear();
 }
 
 void LayerComboBox::slotUpdate()
@@ -80,32 +102,32 @@ void LayerComboBox::slotUpdate()
     const QScopedValueRollback<bool> updating(m_isUpdating, true);
 
     const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    matchRows(*layers);
+    if (m_list)
+        matchRows(*layers);
     if (layers->isEmpty()) {
-        m_face->hide();
+        if (m_face)
+            m_face->hide();
         return;
     }
 
-    // The user may have scrolled to the very row that asked for this update.
-    m_list->setAutoScroll(!m_list->isVisible());
+    installFace();
     const int row = getDisplayItem();
-    m_list->setCurrentRow(row);
-    m_list->setAutoScroll(true);
+    if (m_list) {
+        // The user may have scrolled to the very row that asked for this update.
+        m_list->setAutoScroll(!m_list->isVisible());
+        m_list->setCurrentRow(row);
+        m_list->setAutoScroll(true);
+        m_list->setMouseTracking(false);
+    }
     setCurrentIndex(0);
     slotRowChanged(row);
-
-    if (lineEdit() != m_face) {
-        setLineEdit(m_face);
-        new FacePress(this);
-    }
     m_face->show();
-    view()->setMouseTracking(false);
 }
 
 void LayerComboBox::slotRowChanged(int)
 {
     LayerItemData current;
-    if (OvLayerUtility().getCurrentLayer(current))
+    if (m_face && OvLayerUtility().getCurrentLayer(current))
         m_face->setCurrentLayer(current);
 }
 
@@ -114,9 +136,12 @@ void LayerComboBox::slotLabelChange(int index, LayerItemData data)
     const LayerItem *item = rowAt(getDisplayItem());
     if (!item || item->currentLayerData().name != data.name)
         return;
-    m_face->setLabelChange(index, data);
+    if (m_face)
+        m_face->setLabelChange(index, data);
+    const QPointer<LayerComboBox> guard(this);
     ovSetLayerTableChanges();
-    emit layerComboBoxChanged();
+    if (guard)
+        emit layerComboBoxChanged();
 }
 
 LayerItem *LayerComboBox::rowAt(int row) const
@@ -151,10 +176,14 @@ void LayerComboBox::matchRows(const QList<LayerItemData> &layers)
     for (int row = head; row < wanted - tail; ++row)
         insertRow(row, layers.at(row));
 
+    int widest = 0;
     for (int row = 0; row < wanted; ++row) {
-        if (!isSame(rowAt(row)->currentLayerData(), layers.at(row)))
-            rowAt(row)->setCurrentLayer(layers.at(row));
+        LayerItem *item = rowAt(row);
+        if (!isSame(item->currentLayerData(), layers.at(row)))
+            item->setCurrentLayer(layers.at(row));
+        widest = qMax(widest, item->sizeHint().width());
     }
+    fitList(widest);
 }
 
 void LayerComboBox::insertRow(int row, const LayerItemData &layer)
@@ -167,14 +196,26 @@ void LayerComboBox::insertRow(int row, const LayerItemData &layer)
     place->setSizeHint(QSize(0, rowHeight));
     m_list->insertItem(row, place);
     m_list->setItemWidget(place, item);
-    fitList(*item);
 }
 
-void LayerComboBox::fitList(const LayerItem &row)
+void LayerComboBox::fitList(int rowWidth)
 {
-    const int width = row.sizeHint().width() + 2 * m_list->frameWidth()
-                      + m_list->verticalScrollBar()->sizeHint().width();
-    m_list->setMinimumWidth(qMax(m_list->minimumWidth(), qMin(width, widestList)));
+    const int width =
+            rowWidth + 2 * m_list->frameWidth() + m_list->verticalScrollBar()->sizeHint().width();
+    m_list->setMinimumWidth(qMin(width, widestList));
+}
+
+/// A face that the host took away is gone, or still there with a parent, for Qt to delete it later.
+void LayerComboBox::installFace()
+{
+    if (m_face && lineEdit() == m_face)
+        return;
+    if (!m_face || m_face->parent())
+        m_face = new LayerEdit(nullptr);
+    setLineEdit(m_face);
+    new FacePress(this);
+    // Where popups are like menus, Qt takes the scroll bar from those of combo boxes without an edit.
+    view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 } // namespace OvCc

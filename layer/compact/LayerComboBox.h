@@ -5,6 +5,7 @@
 
 #include <QComboBox>
 #include <QList>
+#include <QPointer>
 
 class QListWidget;
 
@@ -16,14 +17,20 @@ class LayerItem;
 /// A compact layer picker for a tool bar, 150 × 20 pixels: its face shows the current layer, its
 /// drop-down has a LayerItem row for each layer, whose buttons change the layer in the drawing at
 /// once. A press anywhere on the face opens the drop-down, which is as wide as its longest name
-/// needs, up to 400 pixels.
+/// needs, up to 400 pixels, and shows the current layer highlighted, scrolled to where it is. A right
+/// click on the face is the parent's to answer.
 ///
 /// It is empty until the host calls slotUpdate(), which it does whenever the drawing or its layers
 /// changed. Choosing a row does not make that layer current: the face always goes back to the
 /// drawing's current layer.
 ///
+/// The host may delete the combo box inside layerComboBoxChanged() and ovSetLayerTableChanges(). Qt
+/// goes on with it after the signals of QComboBox: use deleteLater() there. A host that takes the face
+/// away, by setEditable() or setLineEdit(), gets a new one by the next slotUpdate(); one that sets
+/// another view gets no rows any more.
+///
 /// Costs, N being the number of layers: the first slotUpdate() builds N rows; later ones read N
-/// layers, but touch only the rows that differ.
+/// layers, but touch only the rows that differ. Opening looks for the current one among N.
 class OVCC_EXPORT LayerComboBox : public QComboBox
 {
     Q_OBJECT
@@ -64,10 +71,11 @@ private:
     LayerItem *rowAt(int row) const;
     void matchRows(const QList<LayerItemData> &layers);
     void insertRow(int row, const LayerItemData &layer);
-    void fitList(const LayerItem &row);
+    void fitList(int rowWidth);
+    void installFace();
 
-    QListWidget *m_list;
-    LayerEdit *m_face;
+    QPointer<QListWidget> m_list;
+    QPointer<LayerEdit> m_face;
     bool m_isUpdating = false;
 };
 

@@ -6,6 +6,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QPushButton>
 
 namespace OvCc {
@@ -60,8 +61,10 @@ LayerComboBox *LayerControl::layerComboBox() const
 void LayerControl::folderClicked()
 {
     m_isFolded = !m_isFolded;
+    const QPointer<LayerControl> guard(this);
     emit folded(m_isFolded);
-    m_foldButton->setIcon(QIcon(foldImage(m_isFolded)));
+    if (guard)
+        m_foldButton->setIcon(QIcon(foldImage(m_isFolded)));
 }
 
 bool LayerControl::event(QEvent *event)

@@ -34,11 +34,12 @@ public slots:
     void folderClicked();
 
 signals:
-    /// The bar is folded now, or unfolded.
+    /// The bar is folded now, or unfolded. It may be deleted here.
     void folded(bool isFolded);
 
     /// The bar was moved in its parent or resized. When the window around it moves, the bar stays
-    /// where it is, and nothing is sent.
+    /// where it is, and nothing is sent. Qt goes on with the bar after this: use deleteLater() to
+    /// delete it here.
     void geometryChanged();
 
 protected:

@@ -7,6 +7,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QTextBoundaryFinder>
 
@@ -110,25 +111,19 @@ void LayerItem::setLayerName(QString name)
 void LayerItem::slotLightChange()
 {
     m_layer.isOn = !m_layer.isOn;
-    showStatus();
-    OvLayerUtility().setLayerOff(m_layer.name, m_layer.isOn);
-    emit statusChanged(LightIndex, m_layer);
+    change(LightIndex, &OvLayerUtility::setLayerOff, m_layer.isOn);
 }
 
 void LayerItem::slotFreezeStatus()
 {
     m_layer.isFrozen = !m_layer.isFrozen;
-    showStatus();
-    OvLayerUtility().setLayerFrozen(m_layer.name, m_layer.isFrozen);
-    emit statusChanged(FreezeIndex, m_layer);
+    change(FreezeIndex, &OvLayerUtility::setLayerFrozen, m_layer.isFrozen);
 }
 
 void LayerItem::slotLockChange()
 {
     m_layer.isLocked = !m_layer.isLocked;
-    showStatus();
-    OvLayerUtility().setLayerLock(m_layer.name, m_layer.isLocked);
-    emit statusChanged(LockIndex, m_layer);
+    change(LockIndex, &OvLayerUtility::setLayerLock, m_layer.isLocked);
 }
 
 void LayerItem::slotColorChanged() {}
@@ -138,6 +133,16 @@ void LayerItem::showStatus()
     m_lightButton->setIcon(lightImage(m_layer.isOn));
     m_freezeButton->setIcon(freezeImage(m_layer.isFrozen));
     m_lockButton->setIcon(lockImage(m_layer.isLocked));
+}
+
+/// Brings buttons and drawing in step with the record, by @p set with @p value, and reports @p index.
+void LayerItem::change(int index, void (OvLayerUtility::*set)(QString, bool), bool value)
+{
+    showStatus();
+    const QPointer<LayerItem> guard(this);
+    (OvLayerUtility().*set)(m_layer.name, value);
+    if (guard)
+        emit statusChanged(index, m_layer);
 }
 
 } // namespace OvCc

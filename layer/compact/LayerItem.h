@@ -6,6 +6,7 @@
 
 #include <QWidget>
 
+class OvLayerUtility;
 class QLabel;
 class QPushButton;
 
@@ -48,13 +49,15 @@ public slots:
     void slotColorChanged();
 
 signals:
-    /// The user changed the layer.
+    /// The user changed the layer. The row may be deleted here, and where the drawing tells its host
+    /// of the change: then this is not sent.
     /// @param index       0 on or off, 1 freeze, 2 lock
     /// @param layerStatus the layer as it is now
     void statusChanged(int index, LayerItemData layerStatus);
 
 private:
     void showStatus();
+    void change(int index, void (OvLayerUtility::*set)(QString, bool), bool value);
 
     LayerItemData m_layer;
     QLabel *m_nameLabel;
