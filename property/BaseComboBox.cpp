@@ -23,6 +23,7 @@ BaseComboBox::BaseComboBox(QWidget *parent)
     , m_edit(new BaseEdit(nullptr))
     , m_popup(new QListWidget(this))
 {
+    setContextMenuPolicy(Qt::NoContextMenu);
     setLineEdit(m_edit);
     m_listView->setItemHeight(rowHeightInLists);
 

@@ -21,7 +21,8 @@ class PickerInput;
 /// the rows and a button for further choices.
 ///
 /// It is used like any combo box. A press on the face opens the drop-down, a release on a row
-/// chooses it, keys and wheel do either; closing the drop-down otherwise leaves the row as it was.
+/// chooses it, keys and wheel do either; closing the drop-down otherwise leaves the row as it was. A
+/// row under the mouse is only highlighted. A right click on the face is the parent's to answer.
 ///
 /// Rows are those of the list in the drop-down. To the QComboBox behind it the whole drop-down is one
 /// item, so its own count(), currentIndex() and signals mean nothing here.
@@ -46,6 +47,7 @@ public:
     /// not there changes nothing.
     void setCurrentIndex(int row);
 
+    /// The chosen row, which keys and the pressed mouse move in the open drop-down; -1 without rows.
     int currentRow() const;
 
     /// Null for a row that is not there.

@@ -21,6 +21,7 @@ BaseEdit::BaseEdit(QWidget *parent)
     setReadOnly(true);
     // There is nothing to type into; a press opens the list.
     setCursor(Qt::ArrowCursor);
+    setContextMenuPolicy(Qt::NoContextMenu);
 }
 
 BaseEdit::~BaseEdit() = default;

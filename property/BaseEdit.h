@@ -10,7 +10,7 @@ class QLabel;
 namespace OvCc {
 
 /// The face of a picker: a read-only edit without text of its own that shows the swatch and the
-/// label of the chosen row.
+/// label of the chosen row. There is no context menu: there is no text to act on.
 class OVCC_EXPORT BaseEdit : public QLineEdit
 {
     Q_OBJECT

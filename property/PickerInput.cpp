@@ -28,12 +28,13 @@ PickerInput::~PickerInput() = default;
 
 void PickerInput::keepRow()
 {
-    m_faceRow = m_list->currentRow();
+    if (m_list)
+        m_faceRow = m_list->currentRow();
 }
 
 void PickerInput::restoreRow()
 {
-    if (m_list->currentRow() != m_faceRow)
+    if (m_list)
         m_list->setCurrentRow(m_faceRow);
 }
 
@@ -131,6 +132,11 @@ bool PickerInput::listEvent(QEvent *event)
 
 bool PickerInput::listKey(const QKeyEvent *event)
 {
+    if (event->key() == Qt::Key_Escape) {
+        m_combo->hidePopup();
+        return true;
+    }
+    takeHighlightedRow();
     const bool isAlt = event->modifiers() & Qt::AltModifier;
     switch (event->key()) {
     case Qt::Key_Down:
@@ -144,12 +150,17 @@ bool PickerInput::listKey(const QKeyEvent *event)
         if (m_list->currentItem())
             emit rowChosen(m_list->currentRow());
         return true;
-    case Qt::Key_Escape:
-        m_combo->hidePopup();
-        return true;
     default:
         return false;
     }
+}
+
+/// Keys go on from where the mouse has been.
+void PickerInput::takeHighlightedRow()
+{
+    const QModelIndexList highlighted = m_list->selectionModel()->selectedIndexes();
+    if (!highlighted.isEmpty())
+        m_list->setCurrentIndex(highlighted.first());
 }
 
 bool PickerInput::rowsEvent(QEvent *event)
@@ -169,12 +180,13 @@ bool PickerInput::rowsEvent(QEvent *event)
     }
 }
 
-/// While a button is held, the list follows the mouse by itself.
+/// While a button is held, the list follows the mouse by itself. Otherwise its current row stays the
+/// chosen one, which programs read.
 void PickerInput::rowsMove(const QMouseEvent *event)
 {
     const QModelIndex row = m_list->indexAt(event->pos());
     if (event->buttons() == Qt::NoButton && row.isValid())
-        m_list->setCurrentIndex(row);
+        m_list->selectionModel()->select(row, QItemSelectionModel::ClearAndSelect);
     else if (event->buttons() == Qt::LeftButton && !m_isPressInside)
         m_isDraggedIn = true;
 }

@@ -14,8 +14,9 @@ class ListWidget;
 /// Gives a picker the keyboard, wheel and mouse of an ordinary combo box. To the combo box itself its
 /// popup is one single item; the rows that the user sees are in a list inside that item.
 ///
-/// Closed, keys and wheel choose the next row. Open, keys and mouse move the list's current row; if
-/// the popup closes without a choice, the row that the face shows is current again.
+/// Closed, keys and wheel choose the next row. Open, the mouse highlights the row under it, and keys go
+/// on from there and move the list's current row; if the popup closes without a choice, the row that
+/// the face shows is current and highlighted again. Without the list there is nothing to do.
 class PickerInput : public QObject
 {
     Q_OBJECT
@@ -29,7 +30,7 @@ public:
     /// Says that the face shows the list's current row from now on.
     void keepRow();
 
-    /// Makes the row that the face shows current again.
+    /// Makes the row that the face shows current and highlighted again.
     void restoreRow();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -46,6 +47,7 @@ private:
     void popupEvent(const QEvent *event);
     bool listEvent(QEvent *event);
     bool listKey(const QKeyEvent *event);
+    void takeHighlightedRow();
     bool rowsEvent(QEvent *event);
     void rowsMove(const QMouseEvent *event);
     bool rowsRelease(const QMouseEvent *event);

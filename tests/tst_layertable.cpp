@@ -704,6 +704,7 @@ void tst_LayerTable::searchField()
     QCOMPARE(searches.count(), 2);
 
     QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(m_panel->focusWidget(), m_search);
     QCOMPARE(shownOn(button), magnifier);
     QCOMPARE(shownNames(), names());
     QCOMPARE(searches.count(), 3);

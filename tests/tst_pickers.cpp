@@ -179,6 +179,8 @@ void tst_Pickers::gestures_data()
                 isChoice ? QList<int>{2} : QList<int>(), [key](BaseComboBox &picker) {
                     openPopup(picker);
                     onRow(picker, move, 2, Qt::NoButton);
+                    QVERIFY(picker.item(2)->isSelected());
+                    QCOMPARE(picker.currentRow(), 1);
                     typeKeys(picker.view(), {key});
                 });
         }
@@ -192,6 +194,13 @@ void tst_Pickers::gestures_data()
             typeKeys(picker.view(), {Qt::Key_Escape});
             clickRow(picker, 2, Qt::RightButton);
             typeKeys(picker.view(), {Qt::Key_Escape});
+            QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, picker.mapToGlobal({5, 5}));
+            QApplication::sendEvent(picker.lineEdit(), &menu);
+        });
+        add("hover, Left, Up, Return", {1}, [](BaseComboBox &picker) {
+            openPopup(picker);
+            onRow(picker, move, 2, Qt::NoButton);
+            typeKeys(picker.view(), {Qt::Key_Left, Qt::Key_Up, Qt::Key_Return});
         });
         add("Home, Return", {0}, [](BaseComboBox &picker) {
             openPopup(picker);
@@ -227,6 +236,7 @@ void tst_Pickers::gestures()
     QCOMPARE(chosen, rows);
     QVERIFY(!QApplication::activePopupWidget());
     QCOMPARE(picker->currentRow(), rows.isEmpty() ? 1 : rows.constLast());
+    QVERIFY(picker->item(picker->currentRow())->isSelected());
     QCOMPARE(textOf(*picker), picker->item(picker->currentRow())->text());
 }
 

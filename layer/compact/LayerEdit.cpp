@@ -28,6 +28,7 @@ LayerEdit::LayerEdit(QWidget *parent)
     row->addStretch();
 
     setReadOnly(true);
+    setContextMenuPolicy(Qt::NoContextMenu);
 }
 
 LayerEdit::~LayerEdit() = default;

@@ -32,6 +32,7 @@ SearchLayerEdit::SearchLayerEdit(QWidget *parent)
     m_button->setIconSize(image.size());
     m_button->setFixedSize(image.size());
     m_button->setCursor(Qt::ArrowCursor);
+    m_button->setFocusPolicy(Qt::NoFocus);
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 2, 0);

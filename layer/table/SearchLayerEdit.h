@@ -9,7 +9,7 @@ class QPushButton;
 namespace OvCc {
 
 /// A search field, 20 pixels high, with a button inside its right end: a magnifier while there is
-/// nothing to clear, and a cross that clears the text.
+/// nothing to clear, and a cross that clears the text. The button never takes the focus.
 class OVCC_EXPORT SearchLayerEdit : public QLineEdit
 {
     Q_OBJECT
