@@ -64,51 +64,60 @@ void BaseComboBox::showPopup()
 
 void BaseComboBox::hideShowIcon()
 {
-    m_edit->hideIcon();
+    if (m_edit)
+        m_edit->hideIcon();
 }
 
 void BaseComboBox::hideSettingBtn()
 {
-    m_listView->hideSettingBtn();
+    if (m_listView)
+        m_listView->hideSettingBtn();
 }
 
 void BaseComboBox::setCurrentIndex(int row)
 {
-    m_listView->setCurrentRow(row);
+    if (m_listView)
+        m_listView->setCurrentRow(row);
 }
 
 int BaseComboBox::currentRow() const
 {
-    return m_listView->currentRow();
+    return m_listView ? m_listView->currentRow() : -1;
 }
 
 QListWidgetItem *BaseComboBox::item(int row) const
 {
-    return m_listView->item(row);
+    return m_listView ? m_listView->item(row) : nullptr;
 }
 
 void BaseComboBox::addItem(QPixmap pixmap, QString text)
 {
-    m_listView->addItem(pixmap, text);
+    if (m_listView)
+        m_listView->addItem(pixmap, text);
 }
 
 void BaseComboBox::setButtonText(QString text)
 {
-    m_listView->setButtonText(text);
+    if (m_listView)
+        m_listView->setButtonText(text);
 }
 
 void BaseComboBox::setItemIconSize(QSize size)
 {
-    m_listView->setItemIconSize(size);
+    if (m_listView)
+        m_listView->setItemIconSize(size);
 }
 
 void BaseComboBox::setViewMode(int mode)
 {
-    m_listView->setViewMode(mode);
+    if (m_listView)
+        m_listView->setViewMode(mode);
 }
 
 void BaseComboBox::setListWidgetHeight(int height)
 {
+    if (!m_popup)
+        return;
     QListWidgetItem *place = m_popup->item(0);
     // A hint with a negative width is none at all.
     place->setSizeHint({qMax(0, place->sizeHint().width()), height});
@@ -118,15 +127,17 @@ void BaseComboBox::openDialog() {}
 
 void BaseComboBox::showCurrentItem(QPixmap pixmap, QString text)
 {
-    m_edit->setCurrentIcon(pixmap);
-    m_edit->setCurrentText(text);
+    if (m_edit) {
+        m_edit->setCurrentIcon(pixmap);
+        m_edit->setCurrentText(text);
+    }
     m_input->keepRow();
     hidePopup();
 }
 
 int BaseComboBox::rowCount() const
 {
-    return m_listView->list()->count();
+    return m_listView ? m_listView->list()->count() : 0;
 }
 
 void BaseComboBox::fitListWidgetHeight(int rowHeight)
@@ -140,12 +151,14 @@ void BaseComboBox::chooseRow(int row)
     emit rowChosen(row);
 }
 
-/// On its way to the button the mouse has moved the list's current row.
+/// Keys may have moved the list's current row before.
 void BaseComboBox::answerButton()
 {
     m_input->restoreRow();
+    const QPointer<BaseComboBox> guard(this);
     emit dialogRequested();
-    openDialog();
+    if (guard)
+        openDialog();
 }
 
 } // namespace OvCc

@@ -26,6 +26,10 @@ class PickerInput;
 ///
 /// Rows are those of the list in the drop-down. To the QComboBox behind it the whole drop-down is one
 /// item, so its own count(), currentIndex() and signals mean nothing here.
+///
+/// The host may delete a picker inside its signals, but for addMoreItem(), and while a dialog of it is
+/// up. A host that takes the face away, by setEditable() or setLineEdit(), has a picker that shows
+/// nothing on its face; one that sets another view has a picker without rows.
 class OVCC_EXPORT BaseComboBox : public QComboBox
 {
     Q_OBJECT
@@ -71,7 +75,8 @@ public slots:
     void showCurrentItem(QPixmap pixmap, QString text);
 
 signals:
-    /// The drop-down has opened: the time to add rows that are slow to make.
+    /// The drop-down has opened: the time to add rows that are slow to make. Qt goes on with the picker
+    /// after this: use deleteLater() to delete it here.
     void addMoreItem();
 
     /// The user chose @p row, which may be the one that was chosen before. It is sent once per choice

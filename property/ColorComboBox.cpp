@@ -4,6 +4,8 @@
 
 #include <OvCustomControl/Swatches.h>
 
+#include <QEvent>
+
 namespace OvCc {
 
 namespace {
@@ -44,6 +46,14 @@ QColor ColorComboBox::currentColor()
     return lastReportedColor();
 }
 
+bool ColorComboBox::event(QEvent *event)
+{
+    if (event->type() != QEvent::DeferredDelete || !m_isSelecting)
+        return QComboBox::event(event);
+    m_isDeletedLater = true;
+    return true;
+}
+
 void ColorComboBox::slotCurrentChanged(int index)
 {
     if (m_isSelecting)
@@ -74,6 +84,8 @@ void ColorComboBox::selectColor(int index)
         setCurrentIndex(m_lastIndex);
     }
     m_isSelecting = false;
+    if (m_isDeletedLater)
+        deleteLater();
     if (color.isValid())
         report(color);
 }

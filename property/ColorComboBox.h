@@ -15,6 +15,10 @@ namespace OvCc {
 ///
 /// Only choices among the first seven rows are reported: a standard colour that new ones have moved
 /// further down can still be shown, but tells nobody.
+///
+/// The dialog comes up inside currentIndexChanged(), and Qt goes on with the combo box after it: to
+/// delete the combo box meanwhile, or inside its signals, use deleteLater(), which waits for the end
+/// of the dialog. What the combo box is in has to stay until then.
 class OVCC_EXPORT ColorComboBox : public QComboBox
 {
     Q_OBJECT
@@ -31,6 +35,9 @@ signals:
     /// cancelled colour dialog reports nothing.
     void currentColorChanged(QColor color);
 
+protected:
+    bool event(QEvent *event) override;
+
 private slots:
     void slotCurrentChanged(int index);
 
@@ -43,6 +50,7 @@ private:
     QList<QColor> m_colors;
     int m_lastIndex = 0; ///< where a cancelled dialog goes back to
     bool m_isSelecting = false;
+    bool m_isDeletedLater = false; ///< was asked for while the dialog was up
 };
 
 } // namespace OvCc

@@ -73,6 +73,7 @@ void LineWidthComboBox::openDialog()
     m_dialog->winId();
     m_dialog->windowHandle()->setTransientParent(window()->windowHandle());
     m_dialog->setCurrentLineweight(currentRow());
+    const QPointer<LineWidthComboBox> guard(this);
     if (m_dialog->exec() == QDialog::Accepted) {
         if (!m_isMillimetre)
             showInches();
@@ -81,7 +82,8 @@ void LineWidthComboBox::openDialog()
         if (isRowHere)
             emit rowChosen(m_chosenRow);
     }
-    BaseComboBox::openDialog();
+    if (guard)
+        BaseComboBox::openDialog();
 }
 
 void LineWidthComboBox::slotAddMoreItem()

@@ -44,6 +44,7 @@ QColor QOvColorComboBox::colorOf(int row) const
 
 void QOvColorComboBox::openDialog()
 {
+    const QPointer<QOvColorComboBox> guard(this);
     const QColor color = askForColor(this, staticMetaObject.className());
     const QString name = componentsOf(color);
     if (color.isValid() && !m_names.contains(name)) {
@@ -53,14 +54,16 @@ void QOvColorComboBox::openDialog()
         setCurrentIndex(row);
         emit rowChosen(row);
     }
-    BaseComboBox::openDialog();
+    if (guard)
+        BaseComboBox::openDialog();
 }
 
 void QOvColorComboBox::addColor(const QString &name, const QColor &color)
 {
     m_names.append(name);
     addItem(creatColorPix(color), name);
-    item(rowCount() - 1)->setData(colorRole, color);
+    if (QListWidgetItem *place = item(rowCount() - 1))
+        place->setData(colorRole, color);
 }
 
 } // namespace OvCc

@@ -2,6 +2,7 @@
 
 #include <QColorDialog>
 #include <QCoreApplication>
+#include <QPointer>
 
 namespace OvCc {
 
@@ -33,8 +34,12 @@ QString componentsOf(const QColor &color)
 
 QColor askForColor(QWidget *picker, const char *context)
 {
-    return QColorDialog::getColor(Qt::white, picker,
-                                  QCoreApplication::translate(context, "Select Color"));
+    const QPointer<QColorDialog> dialog = new QColorDialog(Qt::white, picker);
+    dialog->setWindowTitle(QCoreApplication::translate(context, "Select Color"));
+    dialog->exec();
+    const QColor color = dialog ? dialog->selectedColor() : QColor();
+    delete dialog;
+    return color;
 }
 
 } // namespace OvCc

@@ -24,7 +24,7 @@ QList<NamedColor> standardColors(const char *context);
 /// The name of a colour that has none: its components, as in `255,128,0`.
 QString componentsOf(const QColor &color);
 
-/// Shows the colour dialog over @p picker.
+/// Shows the colour dialog over @p picker, which may be deleted meanwhile: the dialog goes with it.
 /// @param context of the translation, the picker's class
 /// @return an invalid colour when the user cancelled it
 QColor askForColor(QWidget *picker, const char *context);

@@ -64,6 +64,8 @@ private slots:
     void plainColors();
     void lineWeightSettings();
     void panel();
+    void deletedInside();
+    void partsOfTheHost();
     void destruction();
 };
 
@@ -313,6 +315,16 @@ void tst_Pickers::plainColors()
     picker.setCurrentIndex(7);
     QCOMPARE(picker.currentText(), QStringLiteral("White"));
     QCOMPARE(reports.count(), 2);
+
+    const QPointer<ColorComboBox> gone = new ColorComboBox;
+    answerDialog([&] { gone->setCurrentIndex(7); },
+                 [&](QDialog &) {
+                     gone->deleteLater();
+                     QCoreApplication::sendPostedEvents(gone, QEvent::DeferredDelete);
+                 });
+    QVERIFY(gone && gone->currentIndex() == 0);
+    QCoreApplication::sendPostedEvents(gone, QEvent::DeferredDelete);
+    QVERIFY(!gone);
 }
 
 void tst_Pickers::lineWeightSettings()
@@ -367,6 +379,54 @@ void tst_Pickers::panel()
     QCOMPARE(lineTypes, (QList<QVariantList>{{QStringLiteral("Continuous")}}));
 }
 
+void tst_Pickers::deletedInside()
+{
+    const auto run = [this](auto *picker, auto signal, const Gesture &gesture) {
+        const QPointer<QObject> alive = picker;
+        connect(picker, signal, this, [picker] { delete picker; });
+        gesture(*picker);
+        QVERIFY(!alive);
+    };
+    const Gesture accept = [](BaseComboBox &picker) {
+        answerDialog([&] { pressButton(picker); }, [](QDialog &dialog) { dialog.accept(); });
+    };
+    const Gesture remove = [](BaseComboBox &picker) {
+        answerDialog([&] { pressButton(picker); }, [&](QDialog &) { delete picker.window(); });
+    };
+    run(new QOvColorComboBox, &BaseComboBox::rowChosen, [](BaseComboBox &picker) {
+        show(picker);
+        QTest::keyPress(picker.windowHandle(), Qt::Key_Down);
+    });
+    run(new QOvColorComboBox, &QOvColorComboBox::colorChosen, accept);
+    run(new LineWidthComboBox, &LineWidthComboBox::lineWeightChosen, accept);
+    run(new LineTypeComboBox, &LineTypeComboBox::lineTypeChosen,
+        [](BaseComboBox &picker) { clickRow(picker, 1); });
+    run(new LineTypeComboBox, &BaseComboBox::dialogRequested, pressButton);
+    run(new LineWidthComboBox, &QWidget::windowTitleChanged, remove);
+    run((new PropertyManager)->colorPicker(), &QWidget::windowTitleChanged, remove);
+}
+
+void tst_Pickers::partsOfTheHost()
+{
+    QOvColorComboBox picker;
+    show(picker);
+    picker.setEditable(false);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    picker.setCurrentIndex(2);
+    picker.setLineEdit(new QLineEdit);
+    picker.hideShowIcon();
+    typeKeys(&picker, {Qt::Key_Down});
+    QCOMPARE(picker.currentRow(), 3);
+    picker.setView(new QListView);
+    picker.hideSettingBtn();
+    picker.setListWidgetHeight(9);
+    picker.showCurrentItem({}, QString());
+    answerDialog([&] { picker.openDialog(); }, [](QDialog &dialog) { dialog.accept(); });
+    typeKeys(&picker, {Qt::Key_Down});
+    QCOMPARE(picker.currentRow(), -1);
+    QVERIFY(!picker.item(0));
+}
+
 void tst_Pickers::destruction()
 {
     destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
@@ -376,12 +436,6 @@ void tst_Pickers::destruction()
         picker->showPopup();
         return {panel, picker, picker->view(), listOf(*picker)->parentWidget()};
     });
-
-    LineTypeComboBox picker;
-    openPopup(picker);
-    delete listOf(picker)->parentWidget();
-    picker.hidePopup();
-    typeKeys(&picker, {Qt::Key_Down});
 }
 
 QTEST_MAIN(tst_Pickers)
