@@ -528,6 +528,9 @@ void tst_Ribbon::narrowBar()
     window.resize(1000, window.height());
     QTRY_VERIFY(!ends.at(0)->isVisible());
     QVERIFY(isWhole(0) && isWhole(4));
+    QCoreApplication::processEvents(); // all is in its place before it becomes narrow
+    window.resize(700, window.height());
+    QTRY_COMPARE(ends.at(1)->visibleRegion().boundingRect(), ends.at(1)->rect());
 
     bar.setCurrentPage(nullptr);
     QCOMPARE(bar.currentPage(), home);

@@ -234,10 +234,11 @@ RibbonPage::RibbonPage(QWidget *parent)
     layout->addWidget(m_area, 1);
     layout->addWidget(m_scrollForth);
     connect(m_area->horizontalScrollBar(), &QScrollBar::valueChanged, this,
-            &RibbonPage::updateScrollButtons);
+            &RibbonPage::enableScrollButtons);
     connect(m_area->horizontalScrollBar(), &QScrollBar::rangeChanged, this,
-            &RibbonPage::updateScrollButtons);
-    updateScrollButtons();
+            &RibbonPage::enableScrollButtons);
+    showScrollButtons();
+    enableScrollButtons();
 }
 
 RibbonPage::~RibbonPage() = default;
@@ -255,7 +256,7 @@ bool RibbonPage::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::LayoutRequest) {
         resizeAround(m_area);
-        updateScrollButtons();
+        showScrollButtons();
     }
     return QWidget::eventFilter(watched, event);
 }
@@ -263,7 +264,7 @@ bool RibbonPage::eventFilter(QObject *watched, QEvent *event)
 void RibbonPage::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    updateScrollButtons();
+    showScrollButtons();
 }
 
 QToolButton *RibbonPage::makeScrollButton(int step)
@@ -285,14 +286,20 @@ void RibbonPage::scrollBy(int step)
     bar->setValue(bar->value() + step);
 }
 
-void RibbonPage::updateScrollButtons()
+/// Not to be called while the layout is at work, which would go on with the places that it found for
+/// the buttons as they were before.
+void RibbonPage::showScrollButtons()
 {
-    const QScrollBar *bar = m_area->horizontalScrollBar();
     const bool isTooNarrow = width() < m_area->widget()->minimumSizeHint().width();
     m_scrollBack->setArrowType(isRightToLeft() ? Qt::RightArrow : Qt::LeftArrow);
     m_scrollForth->setArrowType(isRightToLeft() ? Qt::LeftArrow : Qt::RightArrow);
     m_scrollBack->setVisible(isTooNarrow);
     m_scrollForth->setVisible(isTooNarrow);
+}
+
+void RibbonPage::enableScrollButtons()
+{
+    const QScrollBar *bar = m_area->horizontalScrollBar();
     m_scrollBack->setEnabled(bar->value() > bar->minimum());
     m_scrollForth->setEnabled(bar->value() < bar->maximum());
 }

@@ -64,7 +64,8 @@ private:
     friend class RibbonBar;
     QToolButton *makeScrollButton(int step);
     void scrollBy(int step);
-    void updateScrollButtons();
+    void showScrollButtons();
+    void enableScrollButtons();
 
     QToolButton *m_scrollBack;
     QScrollArea *m_area;
