@@ -382,6 +382,8 @@ void tst_Ribbon::toolTips()
     const QString longer = caption.repeated(5);
     galleries.group->item(1)->setCaption(longer);
     QCOMPARE(toolTipAt(galleries.copy, inRow(1)), longer);
+    galleries.copy->setFixedWidth(galleries.copy->sizeHint().width());
+    QCOMPARE(toolTipAt(galleries.copy, inRow(1)), QString());
 }
 
 void tst_Ribbon::severalGalleries()

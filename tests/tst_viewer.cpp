@@ -434,8 +434,10 @@ void TestViewer::views()
     QCOMPARE(buttons.size(), 2);
     const auto check = [&](ViewDirection view, const QString &name, int item) {
         QCOMPARE(panes->current()->view(), view);
-        for (const ViewButton *button : buttons)
+        for (const ViewButton *button : buttons) {
             QCOMPARE(button->text(), name);
+            QVERIFY(button->menu()->actions().at(item)->isChecked());
+        }
         const NsRc::RibbonGalleryGroup *group = gallery->galleryGroup();
         QCOMPARE(group->indexOf(gallery->checkedItem()), item);
         QCOMPARE(group->indexOf(gallery->popupGallery()->checkedItem()), item);
@@ -445,12 +447,15 @@ void TestViewer::views()
     for (const ViewButton *button : buttons) {
         viewer.choose(button, 4);
         check(ViewDirection::Front, "Front", 4);
-        viewer.choose(button, 7);
+        viewer.choose(button, 9);
         check(ViewDirection::Northwest, "Northwest", 9);
+        viewer.choose(button, 7);
+        check(ViewDirection::Southeast, "Northwest", 7);
     }
-    // The picture of this item is another one than that of the last, but their names are the same.
+    viewer.press(gallery, 9);
+    check(ViewDirection::Northwest, "Northwest", 9);
     viewer.press(gallery, 7);
-    check(ViewDirection::Northwest, "Northwest", 7);
+    check(ViewDirection::Southeast, "Northwest", 7);
 
     // Each canvas has a view of its own, and the commands are for the one that was pressed last.
     viewer.press(viewer.ribbon->arrangements(), 1);
@@ -459,7 +464,7 @@ void TestViewer::views()
     viewer.press(gallery, 5);
     check(ViewDirection::Back, "Back", 5);
     click(panes->shown().constFirst()->viewport());
-    check(ViewDirection::Northwest, "Northwest", 9);
+    check(ViewDirection::Southeast, "Northwest", 7);
 }
 
 void TestViewer::farFromTheOrigin()

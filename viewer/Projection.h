@@ -66,7 +66,8 @@ struct SpaceTransform
     static SpaceTransform fromTranslate(const SpacePoint &way);
 };
 
-/// From where the drawing is seen; the last four are isometric, from above the corner.
+/// From where the drawing is seen; the last four are isometric, from above the corner. In the order
+/// of the library's view gallery.
 enum class ViewDirection {
     Top,
     Bottom,

@@ -8,21 +8,11 @@
 #include <OvCustomControl/ViewGallery.h>
 #include <OvCustomControl/ViewPortGallery.h>
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QScopedValueRollback>
 
-#include <algorithm>
-#include <iterator>
-
 namespace {
-
-/// What the entries of view gallery and view buttons mean, by their captions.
-constexpr ViewDirection directions[] = {
-        ViewDirection::Top,       ViewDirection::Bottom,    ViewDirection::Left,
-        ViewDirection::Right,     ViewDirection::Front,     ViewDirection::Back,
-        ViewDirection::Southwest, ViewDirection::Northwest, ViewDirection::Northeast,
-        ViewDirection::Northwest,
-};
 
 int indexOf(const NsRc::RibbonGallery &gallery, const NsRc::RibbonGalleryItem *item)
 {
@@ -33,11 +23,11 @@ int indexOf(const NsRc::RibbonGallery &gallery, const NsRc::RibbonGalleryItem *i
     return index;
 }
 
-/// Of two entries with the same meaning the last one counts, as for the view buttons themselves.
-int entryOf(ViewDirection view)
+/// The galleries' own drop-downs are made for shorter captions than some of theirs.
+void widenDropDown(OvCc::BaseGallery *gallery)
 {
-    const auto found = std::find(std::rbegin(directions), std::rend(directions), view);
-    return int(std::rend(directions) - found) - 1;
+    NsRc::RibbonGallery *items = gallery->popupGallery();
+    items->setFixedWidth(qMax(items->width(), items->sizeHint().width()));
 }
 
 } // namespace
@@ -57,6 +47,8 @@ ViewRibbon::ViewRibbon(QWidget *parent)
     views->addWidget(button);
     page->addGroup(tr("Viewports"))->addWidget(m_arrangements);
 
+    widenDropDown(m_views);
+    widenDropDown(m_arrangements);
     // The copy of a gallery in its drop-down reports its presses itself.
     const auto followPresses = [this](const OvCc::BaseGallery *gallery, auto act) {
         for (const NsRc::RibbonGallery *it :
@@ -88,23 +80,26 @@ OvCc::BaseGallery *ViewRibbon::arrangements() const
 void ViewRibbon::attach(OvCc::ViewButton *button)
 {
     m_buttons.push_back(button);
-    connect(button->menu(), &QMenu::triggered, this, [this, button](QAction *action) {
+    // The button hears of a choice first, and goes by the entry's name.
+    QActionGroup *entries = button->menu()->actions().first()->actionGroup();
+    connect(entries, &QActionGroup::triggered, this, [this, button](QAction *entry) {
         if (!m_isShowingView)
-            chooseView(button->menu()->actions().indexOf(action));
+            chooseView(button->menu()->actions().indexOf(entry));
     });
 }
 
 void ViewRibbon::showView(ViewDirection view)
 {
     const QScopedValueRollback<bool> guard(m_isShowingView, true);
-    if (directions[indexOf(*m_views, m_views->checkedItem())] != view) {
-        m_views->setCheckedIndex(entryOf(view));
-        m_views->popupGallery()->setCheckedIndex(entryOf(view));
-    }
+    const int index = int(view);
+    m_views->setCheckedIndex(index);
+    m_views->popupGallery()->setCheckedIndex(index);
     for (const OvCc::ViewButton *button : m_buttons) {
-        QAction *entry = button->menu()->actions().at(entryOf(view));
-        if (!entry->isChecked())
+        QAction *entry = button->menu()->actions().at(index);
+        if (button->text() != entry->text())
             entry->trigger();
+        // Of two entries of the same name the button has checked the last one.
+        entry->setChecked(true);
     }
 }
 
@@ -127,6 +122,7 @@ void ViewRibbon::fold(bool isFolded)
 
 void ViewRibbon::chooseView(int index)
 {
-    showView(directions[index]);
-    emit viewChosen(directions[index]);
+    const auto view = ViewDirection(index);
+    showView(view);
+    emit viewChosen(view);
 }

@@ -18,8 +18,9 @@ class ViewPortGallery;
 /// The ribbon of the viewer: from where the drawing is seen, how the window is split, and the layer
 /// bar with its floating pickers.
 ///
-/// Views go by their captions, one of which stands twice. The gallery and all view buttons show the
-/// same one.
+/// Views go by their places in the gallery and in the menus of the view buttons: the south-east has
+/// its picture there, but shares a caption with the north-west. The gallery and all view buttons show
+/// the same one.
 class ViewRibbon : public KcHost::RibbonBar
 {
     Q_OBJECT

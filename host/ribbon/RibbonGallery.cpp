@@ -131,7 +131,8 @@ QSize RibbonGallery::sizeHint() const
 
     const QMargins margins = contentsMargins();
     const int frame = m_d->frameWidth();
-    return {grid.cell.width() + column + qMax(frame, margins.left()) + qMax(frame, margins.right()),
+    return {m_d->neededCellWidth() + column + qMax(frame, margins.left())
+                    + qMax(frame, margins.right()),
             grid.cell.height() * qMax(1, rows) + qMax(frame, margins.top())
                     + qMax(frame, margins.bottom())};
 }

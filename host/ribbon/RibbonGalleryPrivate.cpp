@@ -60,6 +60,19 @@ int RibbonGallery::Private::frameWidth() const
     return isBorderVisible ? q->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, q) : 0;
 }
 
+/// The width of a cell that cuts no label.
+int RibbonGallery::Private::neededCellWidth() const
+{
+    int needed = grid.cell.width();
+    for (int index = 0; index < count(); ++index) {
+        const int text = q->fontMetrics().horizontalAdvance(item(index)->caption());
+        const int room = partsIn({{}, grid.cell}, index).label.width();
+        if (isLabelShown(*item(index)))
+            needed = qMax(needed, grid.cell.width() + text - room);
+    }
+    return needed;
+}
+
 bool RibbonGallery::Private::isLabelShown(const RibbonGalleryItem &item) const
 {
     return areLabelsVisible || !hasPicture(item);
@@ -67,7 +80,13 @@ bool RibbonGallery::Private::isLabelShown(const RibbonGalleryItem &item) const
 
 RibbonGallery::Private::CellParts RibbonGallery::Private::partsOf(int index) const
 {
-    return CellParts(grid.rect(index), areLabelsVisible || hasPicture(*item(index)),
+    return partsIn(grid.rect(index), index);
+}
+
+RibbonGallery::Private::CellParts RibbonGallery::Private::partsIn(const QRect &cell,
+                                                                  int index) const
+{
+    return CellParts(cell, areLabelsVisible || hasPicture(*item(index)),
                      isLabelShown(*item(index)));
 }
 

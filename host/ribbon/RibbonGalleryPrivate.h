@@ -20,9 +20,11 @@ struct RibbonGallery::Private
     RibbonGalleryItem *item(int index) const { return group ? group->item(index) : nullptr; }
     int checkedIndex() const { return group ? group->indexOf(checked) : -1; }
     int frameWidth() const;
+    int neededCellWidth() const;
     bool isLabelShown(const RibbonGalleryItem &item) const;
     struct CellParts;
     CellParts partsOf(int index) const;
+    CellParts partsIn(const QRect &cell, int index) const;
     int startIndex() const;
     int indexByKey(int key) const;
     QString toolTipAt(int index) const;

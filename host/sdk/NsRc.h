@@ -141,7 +141,8 @@ public:
     /// Qt::ScrollBarAlwaysOn always. The wheel and the keys scroll in any case.
     void setScrollBarPolicy(Qt::ScrollBarPolicy policy);
 
-    /// Room for one column of up to three rows, or of all rows where there are no scroll buttons.
+    /// Room for one column of up to three rows, or of all rows where there are no scroll buttons,
+    /// and for the longest caption where captions are shown.
     QSize sizeHint() const override;
 
 signals:
