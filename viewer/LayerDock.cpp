@@ -15,6 +15,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -34,6 +35,11 @@ enum Column {
 constexpr QSize iconSize(16, 16);
 constexpr int longestQuote = 40;
 constexpr int mostReasons = 5;
+
+/// The column of names, in average characters, and how many names are measured for it.
+constexpr int fewestCharacters = 16;
+constexpr int mostCharacters = 40;
+constexpr int mostMeasured = 1000;
 
 QString quoted(const QString &name)
 {
@@ -115,8 +121,7 @@ void LayerDock::widenColumns()
     const auto widthOf = [&font](const QString &text) {
         return font.horizontalAdvance(text) + 2 * font.averageCharWidth();
     };
-    const std::array<std::pair<Column, int>, 6> widths{{
-            {NameColumn, 16 * font.averageCharWidth()},
+    const std::array<std::pair<Column, int>, 5> widths{{
             {OnColumn, widthOf(QStringLiteral("On"))},
             {ThawedColumn, widthOf(QStringLiteral("Freeze"))},
             {UnlockedColumn, widthOf(QStringLiteral("Lock"))},
@@ -127,6 +132,23 @@ void LayerDock::widenColumns()
         QTableView &view = column == NameColumn ? static_cast<QTableView &>(*m_names) : *m_table;
         view.setColumnWidth(column, qMax(width, view.columnWidth(column)));
     }
+}
+
+/// As wide as the names need, within limits. Of thousands of names only the longest are measured.
+void LayerDock::fitNameColumn()
+{
+    QStringList names;
+    for (int row = 0; row < layerCount(); ++row)
+        names += nameAt(row);
+    const int measured = qMin(names.size(), mostMeasured);
+    std::partial_sort(
+            names.begin(), names.begin() + measured, names.end(),
+            [](const QString &one, const QString &other) { return one.size() > other.size(); });
+    const QFontMetrics font = m_table->fontMetrics();
+    int width = fewestCharacters * font.averageCharWidth();
+    for (int i = 0; i < measured; ++i)
+        width = qMax(width, font.horizontalAdvance(names.at(i)) + 2 * font.averageCharWidth());
+    m_table->setColumnWidth(NameColumn, qMin(width, mostCharacters * font.averageCharWidth()));
 }
 
 QSize LayerDock::sizeHint() const
@@ -142,6 +164,8 @@ void LayerDock::setDrawing(Drawing *drawing)
     m_drawing = drawing;
     m_nextSelected.clear();
     reload();
+    fitNameColumn();
+    m_names->scrollTo(m_names->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
 
 int LayerDock::layerCount() const

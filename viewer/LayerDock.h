@@ -25,7 +25,8 @@ public:
     /// Shows all up to the linetypes.
     QSize sizeHint() const override;
 
-    /// Shows the layers of another working drawing; null for none. It must live until it is replaced.
+    /// Shows the layers of another working drawing, the current one in sight, in a column that is
+    /// as wide as their names need; null for none. It must live until it is replaced.
     void setDrawing(Drawing *drawing);
 
     /// The layers of the drawing, as of the last refresh.
@@ -51,6 +52,7 @@ signals:
 private:
     void createCommands();
     void widenColumns();
+    void fitNameColumn();
     void newLayer();
     void deleteLayers();
     void setCurrent();
