@@ -33,14 +33,21 @@ struct Viewer : MainWindow
 {
     explicit Viewer(const QString &path)
     {
+        resize(1280, 800);
         show();
+        drop(path);
+    }
+
+    void drop(const QString &path)
+    {
+        const Drawing *before = drawing();
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(path)});
         QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QDropEvent drop({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(this, &enter);
         QApplication::sendEvent(this, &drop);
-        QTRY_VERIFY(enter.isAccepted() && drawing());
+        QTRY_VERIFY(enter.isAccepted() && drawing() != before);
     }
 
     QColor shownAt(QPointF point) const
@@ -151,6 +158,7 @@ private slots:
     void commands();
     void nameInAnInactiveWindow();
     void manyLayers();
+    void remarks();
     void errorKeepsTheDrawing();
     void changesAreNotLost();
     void selecting_data();
@@ -260,17 +268,51 @@ void TestViewer::nameInAnInactiveWindow()
 void TestViewer::manyLayers()
 {
     QStringList layers;
-    for (int i = 0; i < 5000; ++i)
-        layers += QString("Layer %1").arg(i);
+    for (int i = 1000; i < 6000; ++i)
+        layers += QString("A-WALL-EXISTING-%1").arg(i);
     const QString path = file({}, {});
-    QVERIFY(KcHost::writeDrawing(*drawingWithLayers(layers), path));
+    const auto drawing = drawingWithLayers(layers);
+    KcHost::setCurrentLayer(*drawing, layers.at(2500));
+    QVERIFY(KcHost::writeDrawing(*drawing, path));
     Viewer viewer(path);
     QVERIFY(viewer.list->count() == 0 && viewer.box->lineEdit()->isVisible());
-    QCOMPARE(viewer.box->lineEdit()->findChildren<QLabel *>().last()->text(), QStringLiteral("0"));
+    QCOMPARE(viewer.box->lineEdit()->findChildren<QLabel *>().last()->text(), layers.at(2500));
+    const QRect cell = viewer.names->visualRect(viewer.rows->index(2501, Name));
+    QVERIFY(viewer.names->viewport()->rect().contains(cell));
+    QVERIFY(cell.width() > viewer.names->fontMetrics().horizontalAdvance(layers.at(2500)));
+    viewer.table->setColumnWidth(Name, 50);
+    viewer.command("Refresh");
+    QCOMPARE(viewer.names->columnWidth(Name), 50);
+    viewer.drop(path);
+    QCOMPARE(viewer.names->columnWidth(Name), cell.width());
 
     viewer.findChild<QDockWidget *>()->close();
     QTest::mouseClick(viewer.box->lineEdit(), Qt::LeftButton);
     QVERIFY(viewer.findChild<SearchLayerEdit *>()->hasFocus() && !viewer.list->isVisible());
+}
+
+void TestViewer::remarks()
+{
+    const QSize room = QGuiApplication::primaryScreen()->availableSize() - QSize(8, 30);
+    QCOMPARE(MainWindow().size().boundedTo(room), MainWindow().size());
+
+    const QString odd = "0 MLINE|8 0|0 INSERT|8 0|2 None|10 1e300|0 TEXT|8 0|1 %1|";
+    Viewer viewer(file(block("None", "0 POINT|8 0|10 0|20 0|"), odd.arg("", 1500, 'x')));
+    const QStringList remarks = viewer.drawing()->warnings;
+    QCOMPARE(remarks.size(), 3);
+    QCOMPARE(viewer.statusBar()->currentMessage(), remarks.first());
+    auto *offer = viewer.statusBar()->findChild<QToolButton *>();
+    QTest::mouseClick(offer, Qt::LeftButton);
+    QVERIFY(viewer.statusBar()->currentMessage().isEmpty());
+    auto *list = viewer.findChild<QDialog *>()->findChild<QListWidget *>();
+    QTRY_VERIFY(list->isActiveWindow());
+    QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QApplication::clipboard()->text(), remarks.join('\n'));
+    QTest::keyClick(list, Qt::Key_Escape);
+    viewer.drop(file({}, "0 MLINE|8 0|"));
+    QCOMPARE(viewer.statusBar()->currentMessage(), viewer.drawing()->warnings.first());
+    viewer.drop(file({}, square(0, 0, "8 Red")));
+    QVERIFY(viewer.statusBar()->currentMessage().isEmpty() && !offer->isVisible());
 }
 
 void TestViewer::errorKeepsTheDrawing()
@@ -491,6 +533,8 @@ void TestViewer::arrangements()
 {
     Viewer viewer(file({}, square(0, 0, "8 Red")));
     const auto *panes = viewer.findChild<CanvasPanes *>();
+    const QWidget *names = viewer.ribbon->arrangements()->popupGallery();
+    QVERIFY(names->width() >= names->sizeHint().width());
     const QVector<int> counts{1, 2, 2, 3, 3, 3, 3, 3, 3, 4, 4, 4};
     for (int index = 0; index < counts.size(); ++index) {
         Canvas *current = panes->shown().constLast();

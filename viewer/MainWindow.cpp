@@ -5,7 +5,10 @@
 #include "DrawingFrame.h"
 #include "LayerBox.h"
 #include "LayerDock.h"
+#include "PropertyBar.h"
 #include "PropertyEditor.h"
+#include "RemarksDialog.h"
+#include "StatusBar.h"
 #include "ViewRibbon.h"
 
 #include <KcHost/KcHost.h>
@@ -19,14 +22,12 @@
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QProgressBar>
-#include <QStatusBar>
+#include <QScreen>
 #include <QStyle>
 #include <QToolBar>
 
@@ -37,10 +38,9 @@
 namespace {
 
 constexpr QSize initialSize(1280, 800);
-constexpr int widestDock = 512; // to begin with
+constexpr QSize windowFrame(16, 48); // with the title bar, at most
+constexpr int widestDock = 512;      // to begin with
 constexpr int labelMargin = 6;
-constexpr int statusMargin = 12;
-constexpr int pickerSpacing = 2; // as in the property panel
 
 /// What the canvas does for each row of the visual style picker. A drawing is shown in one projection
 /// only, so both wireframes look the same.
@@ -76,19 +76,18 @@ MainWindow::MainWindow(QWidget *parent)
     , m_layers(new LayerBox)
     , m_dock(new LayerDock)
     , m_ribbon(new ViewRibbon)
+    , m_pickers(new PropertyBar)
     , m_properties(new PropertyEditor(this))
-    , m_position(new QLabel)
-    , m_counts(new QLabel)
-    , m_progress(new QProgressBar)
+    , m_status(new StatusBar)
 {
     setCentralWidget(m_frame);
     addDockWidget(Qt::RightDockWidgetArea, m_dock);
     createActions();
     createPropertyBar();
     createRibbon();
-    createStatusBar();
+    setStatusBar(m_status);
     setAcceptDrops(true);
-    resize(initialSize);
+    resize(initialSize.boundedTo(screen()->availableSize() - windowFrame));
     resizeDocks({m_dock}, {qMin(m_dock->sizeHint().width(), widestDock)}, Qt::Horizontal);
 
     connect(m_loader, &DrawingLoader::finished, this, &MainWindow::finishLoading);
@@ -133,6 +132,8 @@ void MainWindow::createActions()
     connect(hand, &QAction::toggled, m_panes, &CanvasPanes::setHandMode);
     view->addSeparator();
     view->addAction(m_dock->toggleViewAction());
+    m_listRemarks = view->addAction(tr("&Remarks..."), this, &MainWindow::listRemarks);
+    m_listRemarks->setEnabled(false);
 
     QToolBar *tools = addToolBar(tr("Tools"));
     tools->setMovable(false);
@@ -151,35 +152,21 @@ void MainWindow::createActions()
 
 void MainWindow::createPropertyBar()
 {
-    auto *panel = new OvCc::PropertyManager;
-    auto *textStyles = new OvCc::TextStyleComboBox;
-    m_visualStyles = new OvCc::VisualStyleComboBox;
-    auto *pickers = new QWidget;
-    auto *rows = new QGridLayout(pickers);
-    rows->setContentsMargins(labelMargin, 0, labelMargin, 0);
-    rows->setVerticalSpacing(pickerSpacing);
-    rows->setRowStretch(0, 1);
-    rows->setRowStretch(4, 1);
-    rows->addWidget(panel, 1, 0, 3, 1);
-    rows->addWidget(new QLabel(tr("Text style")), 1, 1);
-    rows->addWidget(textStyles, 1, 2);
-    rows->addWidget(new QLabel(tr("Visual style")), 2, 1);
-    rows->addWidget(m_visualStyles, 2, 2);
-
     addToolBarBreak();
     QToolBar *bar = addToolBar(tr("Properties"));
     bar->setMovable(false);
-    bar->addWidget(pickers);
+    bar->addWidget(m_pickers);
     bar->addSeparator();
 
-    m_properties->attach(panel);
+    m_properties->attach(m_pickers->panel());
     connect(m_panes, &CanvasPanes::selectionChanged, m_properties, &PropertyEditor::setSelection);
     connect(m_properties, &PropertyEditor::changed, this, &MainWindow::followEntityChange);
-    connect(m_properties, &PropertyEditor::refused, statusBar(),
-            [this](const QString &reason) { statusBar()->showMessage(reason); });
-    connect(m_visualStyles, &OvCc::BaseComboBox::rowChosen, this, &MainWindow::showInStyle);
-    connect(textStyles, &OvCc::BaseComboBox::dialogRequested, this, [this] {
-        statusBar()->showMessage(tr("All texts are shown in one style: there is none to manage."));
+    connect(m_properties, &PropertyEditor::refused, m_status,
+            [this](const QString &reason) { m_status->showMessage(reason); });
+    connect(m_pickers->visualStyles(), &OvCc::BaseComboBox::rowChosen, this,
+            &MainWindow::showInStyle);
+    connect(m_pickers->textStyles(), &OvCc::BaseComboBox::dialogRequested, this, [this] {
+        m_status->showMessage(tr("All texts are shown in one style: there is none to manage."));
     });
 }
 
@@ -197,23 +184,8 @@ void MainWindow::createRibbon()
             [this](ViewDirection view) { m_panes->current()->setView(view); });
     connect(m_ribbon, &ViewRibbon::arrangementChosen, m_panes, &CanvasPanes::setArrangement);
     connect(m_panes, &CanvasPanes::currentChanged, this, &MainWindow::followCanvas);
+    connect(m_panes, &CanvasPanes::pointerMoved, m_status, &StatusBar::setPosition);
     connect(m_frame, &DrawingFrame::closeWanted, this, &MainWindow::closeDrawing);
-}
-
-void MainWindow::createStatusBar()
-{
-    m_progress->setRange(0, 0);
-    m_progress->setMaximumWidth(160);
-    m_progress->hide();
-    m_position->setContentsMargins(statusMargin, 0, statusMargin, 0);
-    m_counts->setContentsMargins(statusMargin, 0, statusMargin, 0);
-    statusBar()->addPermanentWidget(m_progress);
-    statusBar()->addPermanentWidget(m_position);
-    statusBar()->addPermanentWidget(m_counts);
-    connect(m_panes, &CanvasPanes::pointerMoved, this, [this](QPointF position) {
-        m_position->setText(
-                QStringLiteral("%1, %2").arg(position.x(), 0, 'f', 2).arg(position.y(), 0, 'f', 2));
-    });
 }
 
 void MainWindow::connectHost()
@@ -229,18 +201,19 @@ void MainWindow::connectHost()
     connect(&m_refresh, &QTimer::timeout, this, &MainWindow::refresh);
     connect(m_dock, &LayerDock::commandDone, this, &MainWindow::finishCommand);
     connect(m_layers, &LayerBox::searchWanted, m_dock, &LayerDock::search);
+    connect(m_status, &StatusBar::remarksWanted, this, &MainWindow::listRemarks);
 }
 
 void MainWindow::open(const QString &fileName)
 {
     if (m_loader->isLoading()) {
-        statusBar()->showMessage(tr("Another drawing is still being read."));
+        m_status->showMessage(tr("Another drawing is still being read."));
         return;
     }
     if (!confirmLoss())
         return;
     m_loader->load(fileName);
-    statusBar()->showMessage(tr("Reading %1 …").arg(QFileInfo(fileName).fileName()));
+    m_status->setWork(tr("Reading %1 …").arg(QFileInfo(fileName).fileName()));
     showState();
 }
 
@@ -255,7 +228,8 @@ void MainWindow::chooseAndOpen()
 
 void MainWindow::finishLoading(const QString &error)
 {
-    statusBar()->clearMessage();
+    m_status->setWork({});
+    m_status->clearMessage();
     if (std::unique_ptr<Drawing> drawing = m_loader->takeDrawing())
         showDrawing(std::move(drawing));
     else
@@ -277,8 +251,9 @@ void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
     refresh();
     setWindowModified(false);
     m_frame->setTitle(m_drawing ? QFileInfo(m_drawing->fileName).fileName() : QString());
-    if (m_drawing)
-        showWarnings(m_drawing->warnings);
+    m_status->clearMessage();
+    m_remarks.clear();
+    addRemarks(m_drawing ? m_drawing->warnings : QStringList());
 }
 
 void MainWindow::closeDrawing()
@@ -311,11 +286,11 @@ void MainWindow::showInStyle(int row)
     const bool isSmooth =
             visualStyles[row] == FaceStyle::Gouraud || visualStyles[row] == FaceStyle::GouraudEdges;
     if (!m_drawing || !m_drawing->geometry.hasFaces())
-        statusBar()->showMessage(tr("There are no faces here: all visual styles look the same."));
+        m_status->showMessage(tr("There are no faces here: all visual styles look the same."));
     else if (isSmooth)
-        statusBar()->showMessage(tr("The faces are flat, and are shown so."));
+        m_status->showMessage(tr("The faces are flat, and are shown so."));
     else
-        statusBar()->clearMessage();
+        m_status->clearMessage();
 }
 
 /// Commands for the view show that of the current canvas.
@@ -325,7 +300,7 @@ void MainWindow::followCanvas()
     m_ribbon->showView(canvas.view());
     const auto style =
             std::find(std::begin(visualStyles), std::end(visualStyles), canvas.faceStyle());
-    m_visualStyles->setCurrentIndex(int(style - std::begin(visualStyles)));
+    m_pickers->visualStyles()->setCurrentIndex(int(style - std::begin(visualStyles)));
 }
 
 void MainWindow::finishCommand(const QString &refusal)
@@ -387,8 +362,9 @@ bool MainWindow::saveTo(const QString &fileName)
     m_frame->setTitle(QFileInfo(fileName).fileName());
     setWindowModified(false);
     showState();
-    statusBar()->showMessage(tr("Saved %1.").arg(QFileInfo(fileName).fileName()));
-    showWarnings(warnings);
+    m_status->showMessage(tr("Saved %1.").arg(QFileInfo(fileName).fileName()));
+    m_remarks = m_drawing->warnings;
+    addRemarks(warnings);
     return true;
 }
 
@@ -420,16 +396,15 @@ void MainWindow::showState()
         box->setEnabled(isEditable && box->count() > 0);
     m_dock->widget()->setEnabled(isEditable);
     m_properties->setEnabled(isEditable);
-    m_progress->setVisible(isLoading);
 
     if (!m_drawing) {
         setWindowTitle(tr("Tessa"));
-        m_counts->clear();
+        m_status->setCounts({});
         return;
     }
     setWindowTitle(tr("%1[*] – Tessa").arg(QFileInfo(m_drawing->fileName).fileName()));
     const QLocale locale;
-    m_counts->setText(
+    m_status->setCounts(
             tr("Entities: %1, layers: %2")
                     .arg(locale.toString(int(m_drawing->geometry.modelSpace().entities.size())),
                          locale.toString(m_dock->layerCount())));
@@ -444,15 +419,24 @@ void MainWindow::showError(const QString &error)
     box->open();
 }
 
-void MainWindow::showWarnings(const QStringList &warnings)
+/// Tells the user of the first remark, and keeps all for the list.
+void MainWindow::addRemarks(const QStringList &remarks)
 {
-    for (const QString &warning : warnings)
-        printLine(warning);
-    if (warnings.size() == 1)
-        statusBar()->showMessage(warnings.first());
-    else if (!warnings.isEmpty())
-        statusBar()->showMessage(
-                tr("%1 And %2 more remarks.").arg(warnings.first()).arg(warnings.size() - 1));
+    for (const QString &remark : remarks)
+        printLine(remark);
+    if (!remarks.isEmpty())
+        m_status->showMessage(remarks.first());
+    m_remarks += remarks;
+    m_status->setRemarkCount(m_remarks.size());
+    m_listRemarks->setEnabled(!m_remarks.isEmpty());
+}
+
+void MainWindow::listRemarks()
+{
+    const QString title = tr("Remarks on %1").arg(QFileInfo(m_drawing->fileName).fileName());
+    auto *dialog = new RemarksDialog(title, m_remarks, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
 }
 
 /// A minimised window takes its floating pickers with it.

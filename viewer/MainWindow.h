@@ -9,13 +9,10 @@ class CanvasPanes;
 class DrawingFrame;
 class LayerBox;
 class LayerDock;
+class PropertyBar;
 class PropertyEditor;
+class StatusBar;
 class ViewRibbon;
-class QLabel;
-class QProgressBar;
-namespace OvCc {
-class VisualStyleComboBox;
-}
 
 /// A window around one drawing: its layers in the tool bar and in the layer manager, its entities on
 /// one or more canvases, and pickers for the properties of those that are selected there.
@@ -54,7 +51,6 @@ private:
     void createActions();
     void createPropertyBar();
     void createRibbon();
-    void createStatusBar();
     void connectHost();
     void chooseAndOpen();
     bool save();
@@ -74,7 +70,8 @@ private:
     void refresh();
     void showState();
     void showError(const QString &error);
-    void showWarnings(const QStringList &warnings);
+    void addRemarks(const QStringList &remarks);
+    void listRemarks();
 
     std::unique_ptr<Drawing> m_drawing;
     DrawingLoader *m_loader;
@@ -83,14 +80,14 @@ private:
     LayerBox *m_layers;
     LayerDock *m_dock;
     ViewRibbon *m_ribbon;
+    PropertyBar *m_pickers;
     PropertyEditor *m_properties;
-    OvCc::VisualStyleComboBox *m_visualStyles = nullptr;
     QTimer m_refresh; ///< runs while the widgets have something to catch up with
     QAction *m_open = nullptr;
     QAction *m_save = nullptr;
     QAction *m_saveAs = nullptr;
     QAction *m_close = nullptr;
-    QLabel *m_position;
-    QLabel *m_counts;
-    QProgressBar *m_progress;
+    QAction *m_listRemarks = nullptr;
+    StatusBar *m_status;
+    QStringList m_remarks; ///< on reading the drawing, and on saving it last
 };

@@ -39,6 +39,7 @@
 
 namespace {
 
+constexpr QSize windowSize(1280, 800); // in the pictures, whatever the screen
 constexpr int loadingTime = 300000;
 constexpr int wheelSteps = 5;
 constexpr int nameColumn = 1; // of the panel
@@ -134,6 +135,7 @@ bool Tour::play(const QString &fileName)
 void Tour::openDrawing(const QString &fileName)
 {
     require(QTest::qWaitForWindowExposed(&m_window), "the window does not show");
+    m_window.resize(windowSize);
     m_window.open(fileName);
     QSignalSpy opened(&m_window, &MainWindow::opened);
     require(QTest::qWaitFor([&opened] { return !opened.isEmpty(); }, loadingTime),
