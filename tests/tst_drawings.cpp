@@ -4,6 +4,8 @@
 #include "viewer/Curves.h"
 #include "viewer/DrawingItem.h"
 #include "viewer/DrawingLoader.h"
+#include "viewer/HatchLines.h"
+#include "viewer/ShownEntities.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -83,6 +85,16 @@ private slots:
     void lineInFace();
     void allSides_data();
     void allSides();
+    void hatchLines();
+    void areas_data();
+    void areas();
+    void leader();
+    void endlessLines_data();
+    void endlessLines();
+    void copiesInSight();
+    void boundedPictures_data();
+    void boundedPictures();
+    void absurdTexts();
     void whatCannotBeDrawn();
 };
 
@@ -481,6 +493,233 @@ void TestDrawings::allSides()
     }
 }
 
+/// The lines of hatches, all dashes apart, are those that another program finds.
+void TestDrawings::hatchLines()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("hatches.dxf");
+    const QJsonArray hatches = ezdxf("hatches.py", {path})["hatches"].toArray();
+    const Picture picture(path);
+    const std::vector<Entity> &entities = picture.drawing->geometry.modelSpace().entities;
+    QCOMPARE(int(entities.size()), hatches.size());
+    for (int i = 0; i < hatches.size(); ++i) {
+        std::vector<QLineF> expected;
+        const QJsonArray lines = hatches.at(i).toArray();
+        for (const auto &line : lines)
+            expected.emplace_back(line[0].toDouble(), line[1].toDouble(), line[2].toDouble(),
+                                  line[3].toDouble());
+        const QRectF area(-100, -100, 300, 300);
+        const SeenHatch seen = seenHatch(*entities[i].hatching, {}, area, 1e-3, 1e9);
+        QCOMPARE(seen.tint, 0.0);
+        QCOMPARE(seen.lines.elements.size(), 2 * expected.size());
+        const auto at = [&seen](std::size_t element) {
+            const SpacePoint &point = seen.lines.elements[element].at;
+            return QPointF(point.x, point.y);
+        };
+        const auto gap = [](const QLineF &one, QPointF start, QPointF end) {
+            return QLineF(one.p1(), start).length() + QLineF(one.p2(), end).length();
+        };
+        for (std::size_t start = 0; start < seen.lines.elements.size(); start += 2) {
+            const QPointF one = at(start);
+            const QPointF other = at(start + 1);
+            QVERIFY(std::any_of(expected.begin(), expected.end(), [&](const QLineF &line) {
+                return qMin(gap(line, one, other), gap(line, other, one)) < 0.05;
+            }));
+        }
+    }
+}
+
+void TestDrawings::areas_data()
+{
+    // The groups of a hatch before and behind its loops, the flags of three squares inside of each
+    // other, and which of the rings are filled, from the outermost to the innermost.
+    addTests({"solid;70 1;75 0;3 18 2;#.#", "no flags;70 1;75 1;2 2 2;#.#",
+              "outermost;70 1;75 1;3 18 2;#..", "islands ignored;70 1;75 2;3 18 2;###",
+              "pattern;70 0;75 0|78 1|53 0|43 0|44 5.5|45 0|46 10|79 0;3 18 2;#.#",
+              "dense pattern;70 0;75 0|78 1|53 45|43 0|44 0|45 0|46 0.1|79 0;3 18 2;#.#",
+              "no pattern;70 0;75 0;3 18 2;..."});
+}
+
+void TestDrawings::areas()
+{
+    QFETCH(QStringList, fields);
+    QString loops;
+    for (int i = 0; i < 3; ++i) {
+        const int from = 10 * i;
+        const int to = 60 - from;
+        loops += QString("92 %1|72 0|73 1|93 4|10 %2|20 %2|10 %3|20 %2|10 %3|20 %3|10 %2|20 %3|")
+                         .arg(fields.at(3).split(' ').at(i))
+                         .arg(from)
+                         .arg(to);
+    }
+    // A face elsewhere, so that the styles matter.
+    Picture picture(file({}, "0 HATCH|8 Red|30 0|" + fields.at(1) + "|91 3|" + loops + fields.at(2)
+                                     + "|98 1|10 35|20 35|"
+                                     + face({"90 0 0", "95 0 0", "95 9 0", "90 9 0"}, "8 0")));
+    QVERIFY(picture.drawing->warnings.isEmpty());
+    for (const FaceStyle style : {FaceStyle::Wireframe, FaceStyle::Flat}) {
+        picture.item.setFaceStyle(style);
+        const QImage image = picture.painted({100, 60});
+        QString rings;
+        for (const int x : {5, 15, 25}) {
+            rings += image.pixelColor(x, 25).red() > 150 ? '#' : '.';
+            QCOMPARE(picture.item.entityAt({x + 0.5, 25.5}, 0.3) == 0, rings.endsWith('#'));
+        }
+        QCOMPARE(rings, fields.at(4));
+    }
+}
+
+void TestDrawings::leader()
+{
+    const QString style = "0 ENDSEC|0 SECTION|2 TABLES|0 TABLE|2 DIMSTYLE|0 DIMSTYLE|2 Big|40 2|"
+                          "41 9|0 ENDTAB|";
+    const QString leader = "0 LEADER|8 %1|62 5|3 big|71 1|72 0|76 3|10 0|20 0|10 40|20 0|10 40|"
+                           "20 30|1001 ACAD|1000 DSTYLE|1002 {|1070 41|1040 6|1002 }|";
+    Picture picture(file(style, leader.arg("Red") + leader.arg("Off")));
+    const QImage image = picture.painted({50, 40}, 1, {-1.5, -5.5});
+    for (const QPoint place : {QPoint(12, 4), QPoint(12, 6), QPoint(30, 5), QPoint(41, 20)})
+        QCOMPARE(image.pixelColor(place), QColor(Qt::blue));
+    for (const QPoint place : {QPoint(14, 8), QPoint(20, 6)})
+        QCOMPARE(image.pixelColor(place), ground);
+    QCOMPARE(picture.item.entityAt({40, 20}, 1), 0);
+    // One that its layer hides is none to select.
+    ShownEntities shown(*picture.drawing, {});
+    const std::vector<Entity> &entities = picture.drawing->geometry.modelSpace().entities;
+    QVERIFY(shown.shows(entities.at(0)) && !shown.shows(entities.at(1)));
+}
+
+void TestDrawings::endlessLines_data()
+{
+    // Groups of the line, and where there is ink along it, from -45 to 45.
+    addTests({"line;0 XLINE|8 Red|10 20|20 30.5|11 -7|21 0|;##########",
+              "ray;0 RAY|8 Red|10 20|20 30.5|11 -7|21 0|;#######...",
+              "dashed;0 XLINE|8 Blue|10 5|20 30.5|11 1|21 0|;###.####.#",
+              "dashed ray;0 RAY|8 Blue|10 -50|20 30.5|11 1|21 0|;###..###..",
+              "in an insert;0 INSERT|8 Red|2 Part|10 3|20 30.5|50 90|70 2|44 -40|;##########",
+              "in the depth;0 XLINE|8 Red|10 9|20 9|30 9|11 0|21 0|31 1|;.........."});
+}
+
+void TestDrawings::endlessLines()
+{
+    QFETCH(QStringList, fields);
+    const QString part = block("Part", "0 XLINE|8 0|10 0|20 0|11 0|21 1|0 POINT|8 0|10 -30|20 0|");
+    Picture picture(file(part, square(0, 0, "8 Red") + fields.at(1)));
+    const QRectF bounds = picture.item.bounds();
+    QVERIFY(QRectF(-1, -1, 12, 12).contains(bounds) || fields.first() == "in an insert");
+    // The dashes stay where they are, whatever the part of the picture.
+    for (const int left : {50, 57}) {
+        const QImage image = picture.painted({110, 20}, 1, {double(-left), 25});
+        QString ink;
+        for (int x = -45; x <= 45; x += 10)
+            ink += image.pixelColor(x + left, 5) == ground ? '.' : '#';
+        QCOMPARE(ink, fields.at(2));
+    }
+    const QRectF all(-1000, -1000, 2000, 2000);
+    QCOMPARE(picture.item.entitiesIn(all, false), QVector<int>{0});
+    QCOMPARE(picture.item.entitiesIn(all, true), (QVector<int>{0, 1}));
+    QCOMPARE(picture.item.entityAt({-45, 30.5}, 1), fields.at(2).startsWith('#') ? 1 : -1);
+}
+
+/// Of an array those copies are found that a look at each of them finds.
+void TestDrawings::copiesInSight()
+{
+    QRandomGenerator random(7);
+    const auto number = [&random](int least, int most) { return random.bounded(least, most + 1); };
+    Block block;
+    block.bounds = {{-1, -2, 0}, {3, 1, 2}};
+    for (int i = 0; i < 2000; ++i) {
+        const SpaceTransform turn =
+                SpaceTransform::fromPlane(QTransform().rotate(number(0, 7) * 45));
+        BlockInsert insert;
+        insert.placement = turn * SpaceTransform::fromTranslate({double(number(-9, 9)), 0, 0});
+        insert.columns = number(1, 9);
+        insert.rows = number(1, 9);
+        insert.columnStep = turn.map(SpacePoint{double(number(-4, 4)), 0, 0});
+        insert.rowStep = turn.map(SpacePoint{0, double(number(-4, 4)), 0});
+        const BlockView view(projectionOf(ViewDirection(number(0, 9))).toPicture);
+        const QRectF area(number(-30, 30), number(-30, 30), number(0, 20), number(0, 20));
+        using Copies = QSet<QPair<int, int>>;
+        const auto copiesIn = [&](double margin) {
+            const QRectF sight = area.adjusted(-margin, -margin, margin, margin);
+            Copies copies;
+            for (int column = 0; column < insert.columns; ++column) {
+                for (int row = 0; row < insert.rows; ++row) {
+                    const BlockView copy(insert.placementOf(column, row) * view.toPicture);
+                    if (overlap(copy.boundsOf(block.bounds), sight))
+                        copies.insert({column, row});
+                }
+            }
+            return copies;
+        };
+        Copies found;
+        InsertCopies(insert, block, view, area, 0)
+                .forEach([&](int column, int row, const QRectF &) {
+                    found.insert({column, row});
+                    return true;
+                });
+        QVERIFY(found.contains(copiesIn(-1e-6)) && copiesIn(1e-6).contains(found));
+    }
+}
+
+void TestDrawings::boundedPictures_data()
+{
+    // The groups of an insert of a block with a line in it, or of one with that block in it twice, and
+    // so on; the size of a part of the picture, and how many visits it takes; 0 for as many as allowed.
+    addTests({"array;B0|70 2200|71 2200|44 7|45 7;1e5;0",
+              "array, a few copies in sight;B0|70 2200|71 2200|44 7|45 7;15;9",
+              "a row out of sight;B0|70 32767|44 7|20 90;15;0",
+              "turned array;B0|70 3000|71 3000|"
+              "44 1|45 1|50 30;900;0",
+              "very large array;B0|70 32767|71 32767|44 7|45 7;1e6;0",
+              "long lines;B8|70 999|71 999|44 0.1|45 0.1|41 100;100;0", "copies in copies;B30;9;0",
+              "arrays in arrays;B3|70 99|71 99|44 9|45 9;1000;0",
+              "endless lines;E|70 3000|71 3000|44 9|45 9;100;0"});
+}
+
+void TestDrawings::boundedPictures()
+{
+    QFETCH(QStringList, fields);
+    const auto insert = [](const QString &block) { return "0 INSERT|8 0|2 " + block + '|'; };
+    QString blocks = block("B0", "0 LINE|8 0|10 0|20 0|11 5|21 5|")
+                     + block("E", "0 XLINE|8 0|10 0|20 0|11 5|21 5|0 POINT|8 0|10 0|20 0|");
+    for (int i = 1; i <= 30; ++i) {
+        const QString inner = QString("B%1").arg(i - 1);
+        blocks += block(QString("B%1").arg(i), insert(inner) + insert(inner + "|10 0.001"));
+    }
+    Picture picture(file(blocks, insert(fields.at(1))));
+    const double size = fields.at(2).toDouble();
+    const QRectF area(0, 0, size, size);
+    ShownEntities shown(*picture.drawing, {});
+    shown.setDetail(area, size / 1000);
+    int visits = 0;
+    shown.visitAll(area, [&](const Entity &, const QRectF &, const BlockView &, const Look &) {
+        return ++visits < 1000000;
+    });
+    QVERIFY(visits <= 520000);
+    if (fields.at(3) != "0")
+        QCOMPARE(visits, fields.at(3).toInt());
+    picture.painted({100, 100}, 100 / size);
+    picture.item.entityAt({2, 2}, size / 100);
+    picture.item.entitiesIn(area, true);
+    picture.item.entitiesIn(area, false);
+}
+
+void TestDrawings::absurdTexts()
+{
+    const TextSetter setter;
+    const QStringList lines{"One", "Two three"};
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const double infinite = std::numeric_limits<double>::infinity();
+    const QRectF first = setter.broken(lines, 0, 0.25, 1).bounds;
+    const QRectF last = setter.broken(lines, 0, 4, 9).bounds;
+    QCOMPARE(setter.broken(lines, infinite, -5, std::numeric_limits<int>::min()).bounds, first);
+    QCOMPARE(setter.broken(lines, -1, none, 0).bounds, first);
+    QCOMPARE(setter.broken(lines, none, 1e300, 99).bounds, last);
+    // Letters of which the font makes nothing.
+    for (const char *size : {"40 5e4|41 1e-19", "40 1e-9|41 1e14"})
+        Picture(file({}, QString("0 TEXT|8 0|10 5|20 5|%1|1 Fit|").arg(size))).painted({99, 99});
+}
+
 void TestDrawings::whatCannotBeDrawn()
 {
     const QString shape = square(0, 0, "8 0");
@@ -494,18 +733,20 @@ void TestDrawings::whatCannotBeDrawn()
     const std::array<QString, 3> cases[] = {
             {chain(1, 1) + block("B1", insert(0)), "", "nested too deeply: 1"},
             {chain(5000, 1), "", "nested too deeply: 1"},
-            {chain(40, 2), "", "drawn as a frame"},
-            {block("B0", shape), "70 30000|71 30000|44 5|45 5|", "drawn as a frame"},
+            {block("B0", "0 HATCH|8 0|2 X|70 1|91 0|75 0|"), "", "1 HATCH without an area"},
+            {block("B0", "0 RAY|8 0|10 1|20 1|11 0|21 0|"), "", "1 RAY without a direction"},
+            {block("B0", "0 CIRCLE|8 0|40 5|210 1.7e308|220 1.7e308|"), "", "too far away: 1"},
             {block("B0", "0 LWPOLYLINE|8 0|90 2147483647|10 0|20 0|"), "", "entity is too large"},
+            {block("B0", "0 SPLINE|8 0|72 -2147483648|40 1|"), "", "entity is too large"},
             {block("B0", "0 WIPEOUT|8 0|0 MLINE|8 0|0 MLINE|8 0|"), "", ": 2 MLINE, 1 WIPEOUT."},
             {block("B0", "0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 1|20 1|0 SEQEND|"),
              "", "1 POLYLINE mesh"},
             {block("B0", shape), "10 1e300|20 0|", "too far away: 1"}};
     for (const auto &[blocks, inserted, warning] : cases) {
-        QString error;
-        const auto drawing = readDrawing(file(blocks, insert(0) + inserted), error);
-        const QString said = drawing ? drawing->warnings.join('\n') : error;
-        QVERIFY2(said.contains(warning), qPrintable(said));
+        Picture picture(file(blocks, insert(0) + inserted));
+        picture.painted({50, 50});
+        const QString said = picture.drawing->warnings.join('\n');
+        QVERIFY2(said.contains(warning), qPrintable(warning + said));
     }
 }
 

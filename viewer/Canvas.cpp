@@ -283,6 +283,8 @@ void Canvas::scrollContentsBy(int dx, int dy)
 {
     QGraphicsView::scrollContentsBy(dx, dy);
     m_isFitted = false;
+    if (m_item.isSimplified())
+        viewport()->update();
 }
 
 void Canvas::wheelEvent(QWheelEvent *event)
@@ -294,11 +296,16 @@ void Canvas::wheelEvent(QWheelEvent *event)
 /// Makes room for the drawing as it is seen now, and shows all of it.
 void Canvas::showArea()
 {
-    m_item.setPos(-sceneOrigin(m_item.boundingRect()));
-    m_area = m_hasDrawing ? areaAround(m_item.sceneBoundingRect()) : QRectF();
+    m_item.setPos(-sceneOrigin(m_item.bounds()));
+    m_area = m_hasDrawing ? areaAround(m_item.mapRectToScene(m_item.bounds())) : QRectF();
     const double width = room * m_area.width();
     const double height = room * m_area.height();
     setSceneRect(m_area.adjusted(-width, -height, width, height));
+    // The whole view, however flat the drawing is in it.
+    const double reach = qMax(sceneRect().width(), sceneRect().height());
+    const QPointF corner(reach, reach);
+    m_item.setRoom(m_item.mapRectFromScene(
+            QRectF(sceneRect().center() - corner, sceneRect().center() + corner)));
     fit();
     viewport()->update();
 }

@@ -90,13 +90,14 @@ QPainterPath ellipseArc(QPointF center, QPointF major, double ratio, double star
 void addBulge(QPainterPath &path, QPointF to, double bulge)
 {
     const QLineF chord(path.currentPosition(), to);
-    if (std::abs(bulge) < 1e-9 || chord.isNull()) {
-        path.lineTo(to);
-        return;
-    }
     const QPointF left(-chord.dy(), chord.dx());
     const QPointF center = chord.center() + left * ((1 - bulge * bulge) / (4 * bulge));
     const double radius = chord.length() * (1 + bulge * bulge) / (4 * std::abs(bulge));
+    // An arc without a radius, or with one that is no number, is a line.
+    if (std::abs(bulge) < 1e-9 || chord.isNull() || !std::isfinite(radius)) {
+        path.lineTo(to);
+        return;
+    }
     const double start = std::atan2(chord.y1() - center.y(), chord.x1() - center.x());
     addUnitArc(path, start, 4 * std::atan(bulge),
                QTransform(radius, 0, 0, radius, center.x(), center.y()));

@@ -1,5 +1,7 @@
 #include "DepthPicture.h"
 
+#include <QPainter>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -31,6 +33,57 @@ int pixelFrom(double place, int count)
     return int(qBound(0.0, std::ceil(place - 0.5), double(count)));
 }
 
+/// The depths of a face.
+class FacePlane
+{
+public:
+    FacePlane(const SpacePoint *points, std::size_t count, const SpacePoint &normal)
+        : m_at(points[0])
+        , m_isEdgeOn(!(std::abs(normal.z) >= 1e-9))
+        , m_slopeX(-normal.x / normal.z)
+        , m_slopeY(-normal.y / normal.z)
+        , m_back(looseness * (std::abs(m_slopeX) + std::abs(m_slopeY)))
+        , m_farthest(m_at.z)
+    {
+        double scale = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            m_farthest = qMin(m_farthest, points[i].z);
+            scale = qMax(scale, std::abs(points[i].z));
+        }
+        m_rounding = 1e-5 * scale;
+    }
+
+    bool isEdgeOn() const { return m_isEdgeOn; }
+
+    /// Moved back a little, as far as the face reaches: so lines in it stay visible.
+    float depthAt(double x, double y) const
+    {
+        const double depth = m_at.z + m_slopeX * (x - m_at.x) + m_slopeY * (y - m_at.y);
+        return float(qMax(depth - m_back, m_farthest) - m_rounding);
+    }
+
+private:
+    const SpacePoint &m_at;
+    const bool m_isEdgeOn;
+    const double m_slopeX;
+    const double m_slopeY;
+    const double m_back;
+    double m_farthest;
+    double m_rounding;
+};
+
+/// The normal of a plane, from those of its points that span it best.
+SpacePoint largestNormal(const std::vector<SpacePoint> &points)
+{
+    SpacePoint largest;
+    for (std::size_t i = 2; i < points.size(); ++i) {
+        const SpacePoint normal = cross(points[i - 1] - points[0], points[i] - points[0]);
+        if (length(normal) > length(largest))
+            largest = normal;
+    }
+    return largest;
+}
+
 } // namespace
 
 DepthPicture::DepthPicture(const QSize &size)
@@ -38,23 +91,17 @@ DepthPicture::DepthPicture(const QSize &size)
     , m_depths(std::size_t(size.width()) * size.height(), std::numeric_limits<float>::lowest())
 {
     m_image.fill(Qt::transparent);
+    m_colors = reinterpret_cast<QRgb *>(m_image.bits());
+    m_stride = m_image.bytesPerLine() / int(sizeof(QRgb));
 }
 
 void DepthPicture::addTriangle(const SpacePoint &one, const SpacePoint &two,
                                const SpacePoint &three, QRgb color)
 {
-    const SpacePoint normal = cross(two - one, three - one);
-    if (std::abs(normal.z) < 1e-9)
+    const SpacePoint points[] = {one, two, three};
+    const FacePlane plane(points, 3, cross(two - one, three - one));
+    if (plane.isEdgeOn())
         return;
-    const double slopeX = -normal.x / normal.z;
-    const double slopeY = -normal.y / normal.z;
-    // Faces are moved back a little, as far as they reach: so lines in them stay visible.
-    const double back = looseness * (std::abs(slopeX) + std::abs(slopeY));
-    const double farthest = std::min({one.z, two.z, three.z});
-    const double scale = std::max({std::abs(one.z), std::abs(two.z), std::abs(three.z)});
-    const double rounding = 1e-5 * scale;
-
-    const int width = m_image.width();
     const int bottom = pixelFrom(std::max({one.y, two.y, three.y}), m_image.height());
     for (int row = pixelFrom(std::min({one.y, two.y, three.y}), bottom); row < bottom; ++row) {
         const double y = row + 0.5;
@@ -62,18 +109,42 @@ void DepthPicture::addTriangle(const SpacePoint &one, const SpacePoint &two,
         span.addEdge(one, two, y);
         span.addEdge(two, three, y);
         span.addEdge(three, one, y);
-        const int end = pixelFrom(span.to, width);
-        auto *colors = reinterpret_cast<QRgb *>(m_image.scanLine(row));
-        float *depths = m_depths.data() + std::size_t(row) * width;
-        for (int column = pixelFrom(span.from, width); column < end; ++column) {
-            const double depth = one.z + slopeX * (column + 0.5 - one.x) + slopeY * (y - one.y);
-            const auto stored = float(qMax(depth - back, farthest) - rounding);
-            if (stored < depths[column])
-                continue;
-            depths[column] = stored;
-            colors[column] = color;
+        const int end = pixelFrom(span.to, m_image.width());
+        for (int column = pixelFrom(span.from, m_image.width()); column < end; ++column)
+            addPixel(column, row, plane.depthAt(column + 0.5, y), color);
+    }
+}
+
+void DepthPicture::addArea(const QPainterPath &outline, const std::vector<SpacePoint> &points,
+                           QRgb color)
+{
+    const FacePlane plane(points.data(), points.size(), largestNormal(points));
+    const QRect bounds = (outline.boundingRect() & QRectF(m_image.rect())).toAlignedRect();
+    if (plane.isEdgeOn() || bounds.isEmpty())
+        return;
+    QImage mask(bounds.size(), QImage::Format_Alpha8);
+    mask.fill(0);
+    QPainter painter(&mask);
+    painter.translate(-bounds.topLeft());
+    painter.fillPath(outline, Qt::black);
+    painter.end();
+    for (int row = bounds.top(); row <= bounds.bottom(); ++row) {
+        const uchar *isCovered = mask.constScanLine(row - bounds.top());
+        for (int column = bounds.left(); column <= bounds.right(); ++column) {
+            if (isCovered[column - bounds.left()])
+                addPixel(column, row, plane.depthAt(column + 0.5, row + 0.5), color);
         }
     }
+}
+
+void DepthPicture::addPixel(int column, int row, float depth, QRgb color)
+{
+    float &nearest =
+            m_depths[std::size_t(row) * std::size_t(m_image.width()) + std::size_t(column)];
+    if (depth < nearest)
+        return;
+    nearest = depth;
+    m_colors[std::size_t(row) * std::size_t(m_stride) + std::size_t(column)] = color;
 }
 
 bool DepthPicture::isVisible(const SpacePoint &point) const

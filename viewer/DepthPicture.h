@@ -3,6 +3,7 @@
 #include "Projection.h"
 
 #include <QImage>
+#include <QPainterPath>
 #include <QRgb>
 
 #include <vector>
@@ -14,9 +15,15 @@ class DepthPicture
 public:
     /// A transparent picture.
     explicit DepthPicture(const QSize &size);
+    Q_DISABLE_COPY(DepthPicture)
 
     void addTriangle(const SpacePoint &one, const SpacePoint &two, const SpacePoint &three,
                      QRgb color);
+
+    /// An area that is flat.
+    /// @param outline its outline in the picture, by the odd-even rule
+    /// @param points  those that make its outline in space, control points of curves included
+    void addArea(const QPainterPath &outline, const std::vector<SpacePoint> &points, QRgb color);
 
     /// Whether no face covers the point; one that lies in a face is not covered by it.
     bool isVisible(const SpacePoint &point) const;
@@ -24,6 +31,10 @@ public:
     const QImage &image() const { return m_image; }
 
 private:
+    void addPixel(int column, int row, float depth, QRgb color);
+
     QImage m_image;
+    QRgb *m_colors;              ///< its pixels
+    int m_stride;                ///< of its rows, in pixels
     std::vector<float> m_depths; ///< in rows
 };

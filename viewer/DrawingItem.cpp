@@ -57,9 +57,16 @@ QVector<int> DrawingItem::entitiesIn(const QRectF &area, bool isCrossing) const
                      : QVector<int>();
 }
 
+void DrawingItem::setRoom(const QRectF &room)
+{
+    prepareGeometryChange();
+    m_room = room;
+}
+
 QRectF DrawingItem::boundingRect() const
 {
-    return m_bounds;
+    const bool isEndless = m_drawing && !m_drawing->geometry.modelSpace().endlessFrom.isEmpty();
+    return isEndless ? united(m_bounds, m_room) : m_bounds;
 }
 
 void DrawingItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *)
@@ -67,6 +74,7 @@ void DrawingItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *optio
     if (!m_drawing)
         return;
     EntityPainter entities(*painter, *m_drawing, m_projection, option->exposedRect);
+    m_isSimplified = entities.isSimplified();
     if (shownStyle() == FaceStyle::Wireframe)
         entities.paintAll();
     else
@@ -82,13 +90,20 @@ FaceStyle DrawingItem::shownStyle() const
 /// The box around the model space would do, but seen from a corner it is larger than what is in it.
 void DrawingItem::findBounds()
 {
-    m_bounds = QRectF();
+    m_bounds = m_room = QRectF();
     if (!m_drawing)
         return;
     const BlockView view(m_projection.toPicture);
-    const std::vector<Entity> &entities = m_drawing->geometry.modelSpace().entities;
-    for (std::size_t i = 0; i < entities.size(); ++i) {
-        const QRectF bounds = view.boundsOf(entities[i].bounds);
-        m_bounds = i == 0 ? bounds : united(m_bounds, bounds);
+    const Block &model = m_drawing->geometry.modelSpace();
+    bool isFirst = true;
+    for (const Entity &entity : model.entities) {
+        if (entity.reach != Reach::Finite || entity.bounds.isEmpty())
+            continue;
+        const QRectF bounds = view.boundsOf(entity.bounds);
+        m_bounds = isFirst ? bounds : united(m_bounds, bounds);
+        isFirst = false;
     }
+    // Lines without ends are shown around where they begin, if there is nothing else.
+    if (isFirst && !model.endlessFrom.isEmpty())
+        m_bounds = view.boundsOf(model.endlessFrom);
 }

@@ -13,6 +13,8 @@
 ///
 /// It looks up the layers while it paints, so a change of a layer costs one update(), however many
 /// entities lie on it. What is outside the exposed part, or too small to be seen, is passed over.
+/// Where blocks have too many copies for a picture, small copies are painted as boxes; the smaller
+/// the part of the drawing in the picture, the more of them can be painted whole.
 ///
 /// The item's coordinates are those of the picture, y pointing up: those of the drawing as long as it
 /// is seen from the top. N is the number of entities in model space.
@@ -47,6 +49,16 @@ public:
     /// In the drawing's order; O(N).
     QVector<int> entitiesIn(const QRectF &area, bool isCrossing) const;
 
+    /// Whether copies were painted as boxes that are large enough to be told apart. How many there are
+    /// then depends on all that is in the picture, and parts of two pictures do not match.
+    bool isSimplified() const { return m_isSimplified; }
+
+    /// Around the drawing, lines without ends aside.
+    QRectF bounds() const { return m_bounds; }
+
+    /// How far lines without ends are painted, at least; at first no farther than the bounds.
+    void setRoom(const QRectF &room);
+
     QRectF boundingRect() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
@@ -56,9 +68,11 @@ private:
 
     const Drawing *m_drawing = nullptr;
     QRectF m_bounds;
+    QRectF m_room;
     Projection m_projection;
     bool m_hasFaces = false;
     FaceStyle m_faceStyle = FaceStyle::Wireframe;
     QColor m_ground = Qt::black;
     QSet<int> m_selection;
+    bool m_isSimplified = false; ///< the last time that it was painted
 };

@@ -1,5 +1,13 @@
 #include "DrawingText.h"
 
+namespace {
+
+/// The factors to the usual distance of lines that a file may have.
+constexpr double tightest = 0.25;
+constexpr double widest = 4;
+
+} // namespace
+
 QFont drawingFont()
 {
     QFont font;
@@ -103,9 +111,10 @@ TextLines TextSetter::broken(const QStringList &paragraphs, double width, double
     for (const QString &paragraph : paragraphs)
         texts += width > 0 ? brokenParagraph(paragraph, width) : QStringList(paragraph);
 
-    const int column = (attachment - 1) % 3;
-    const int row = (attachment - 1) / 3;
-    const double distance = capHeight() * 5 / 3 * spacing;
+    const int place = qBound(1, attachment, 9) - 1;
+    const int column = place % 3;
+    const int row = place / 3;
+    const double distance = capHeight() * 5 / 3 * qBound(tightest, spacing, widest);
     double y = capHeight() - (capHeight() + (texts.size() - 1) * distance) * row / 2;
     TextLines lines;
     for (const QString &text : qAsConst(texts)) {

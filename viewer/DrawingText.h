@@ -49,10 +49,10 @@ public:
 
     TextLines aligned(const QString &text, int horizontal, int vertical) const;
 
-    /// Breaks paragraphs into lines between words.
+    /// Breaks paragraphs into lines between words. Numbers out of range count as the nearest in it.
     ///
     /// @param width      the longest line in the font's pixels; 0 breaks none
-    /// @param spacing    a factor to the usual distance of lines
+    /// @param spacing    a factor to the usual distance of lines, 0.25 to 4
     /// @param attachment where in the text its point is: 1, top left, to 9, bottom right
     TextLines broken(const QStringList &paragraphs, double width, double spacing,
                      int attachment) const;

@@ -1,6 +1,7 @@
 #include "EntityPainter.h"
 
 #include "DrawingText.h"
+#include "HatchLines.h"
 
 #include <QStyleOptionGraphicsItem>
 
@@ -11,11 +12,17 @@ namespace {
 
 /// Texts of fewer pixels are shown as a bar.
 constexpr double leastTextHeight = 3.0;
+/// So are those that are thinner or flatter, of which fonts make nothing.
+constexpr double leastTextWidth = 0.5;
 /// How many pixels a line may reach beyond its path.
 constexpr double widestPen = 10.0;
 constexpr double dotWidth = 3.0;
 /// A linetype whose pattern takes fewer pixels is shown solid.
 constexpr double leastPeriod = 3.0;
+/// How many dashes and lines of hatches a picture may have; what comes then is solid, or a tint.
+constexpr double mostStrokes = 3e5;
+/// Copies of blocks that are painted as one piece are filled if they take fewer pixels, else outlined.
+constexpr double leastBox = 4.0;
 /// How far chords of a dashed curve may be off it, in pixels.
 constexpr double chordTolerance = 0.2;
 
@@ -67,9 +74,12 @@ EntityPainter::EntityPainter(QPainter &painter, const Drawing &drawing,
     , m_entities(drawing, projection)
     , m_base(painter.worldTransform())
     , m_scale(scaleOf(painter))
+    , m_strokes(mostStrokes)
 {
     const double margin = widestPen / m_scale;
     m_area = exposed.adjusted(-margin, -margin, margin, margin);
+    // All parts of a picture, which may be painted one by one, are to be of the same detail.
+    m_entities.setDetail(m_base.inverted().mapRect(QRectF(painter.viewport())), 1 / m_scale);
     m_painter.setFont(m_font);
     m_painter.setPen(QPen(Qt::white, 0));
 }
@@ -152,12 +162,12 @@ void EntityPainter::addFaces(const Faces &faces, const SpaceTransform &toPicture
 
 void EntityPainter::addFilling(const Entity &entity, const SpaceTransform &toPicture, QRgb color)
 {
-    const SpacePath path = entity.pathInSpace();
     const SpaceTransform toDepths = toPicture * m_toDepths;
-    for (std::size_t i = 2; i < path.elements.size(); ++i)
-        m_depths->addTriangle(toDepths.map(path.elements[0].at),
-                              toDepths.map(path.elements[i - 1].at),
-                              toDepths.map(path.elements[i].at), color);
+    const SpacePath path = entity.pathInSpace();
+    std::vector<SpacePoint> points;
+    for (const SpacePath::Element &element : path.elements)
+        points.push_back(toDepths.map(element.at));
+    m_depths->addArea(path.seen(toDepths), points, color);
 }
 
 bool EntityPainter::isVisible(const SpacePoint &point) const
@@ -231,8 +241,11 @@ void EntityPainter::paintShape(const Entity &entity, const QRectF &bounds, const
                                const Look &look)
 {
     const double size = qMax(bounds.width(), bounds.height()) * m_scale;
-    const bool isPoint = size < 1 || entity.text;
-    if (isPoint && !isVisible(view.toPicture.map(entity.bounds.center())))
+    SpacePoint middle = view.toPicture.map(entity.bounds.center());
+    if (entity.insert)
+        middle = {bounds.center().x(), bounds.center().y(), middle.z};
+    const bool isPoint = size < 1 || entity.text || entity.insert;
+    if (isPoint && !isVisible(middle))
         return;
     if (entity.text && m_isHalo) {
         paintTextHalo(*entity.text, view);
@@ -245,6 +258,10 @@ void EntityPainter::paintShape(const Entity &entity, const QRectF &bounds, const
             setPen(haloColor, width + 2 * haloReach);
         enterPicture();
         m_painter.drawPoint(bounds.center());
+    } else if (entity.insert) {
+        paintPiece(bounds, size, look);
+    } else if (entity.hatching && !m_isHalo && !view.isEdgeOn) {
+        paintHatching(entity, view, look);
     } else if (entity.isFilled && !m_isHalo) {
         m_painter.fillPath(enterShape(entity, view), look.color);
     } else {
@@ -252,21 +269,47 @@ void EntityPainter::paintShape(const Entity &entity, const QRectF &bounds, const
     }
 }
 
+/// A copy of a block that is not resolved.
+void EntityPainter::paintPiece(const QRectF &bounds, double size, const Look &look)
+{
+    const double reach = m_isHalo ? haloReach / m_scale : 0;
+    const QColor color = m_isHalo ? haloColor : look.color;
+    enterPicture();
+    setPen(color, m_isHalo ? 1 + 2 * haloReach : 1);
+    if (size < leastBox)
+        m_painter.fillRect(bounds.adjusted(-reach, -reach, reach, reach), color);
+    else
+        m_painter.drawRect(bounds);
+}
+
+void EntityPainter::paintHatching(const Entity &entity, const BlockView &view, const Look &look)
+{
+    const Hatching &hatching = *entity.hatching;
+    const SpaceTransform toPicture = hatching.placement * view.toPicture;
+    const SeenHatch seen = seenHatch(hatching, toPicture, m_area, 1 / m_scale, m_strokes);
+    if (seen.tint > 0 && isVisible(view.toPicture.map(entity.bounds.center()))) {
+        QColor color = look.color;
+        color.setAlphaF(seen.tint);
+        m_painter.fillPath(enterShape(entity, view), color);
+    }
+    m_strokes -= double(seen.lines.elements.size()) / 2;
+    setPen(look.color, penWidth(look.lineWeight), Qt::FlatCap);
+    drawLines(seen.lines);
+}
+
 void EntityPainter::paintLines(const Entity &entity, const BlockView &view, const Look &look)
 {
     const double width = penWidth(look.lineWeight);
     const DashPattern pattern{m_drawing.geometry.linetypes.at(look.linetype).dashes,
                               look.linetypeScale, width / m_scale, leastPeriod / m_scale};
-    const bool isDashed = !m_isHalo && !pattern.dashes.empty()
+    const bool isDashed = !m_isHalo && m_strokes > 0 && !pattern.dashes.empty()
                           && pattern.period() * view.scale >= pattern.leastPeriod;
     if (m_isHalo)
         setPen(haloColor, width + 2 * haloReach);
     else
         setPen(look.color, width, isDashed ? Qt::FlatCap : Qt::RoundCap);
-    if (isDashed || m_depths) {
-        const SpacePath lines = seenLines(entity, view, isDashed ? &pattern : nullptr);
-        enterPicture();
-        m_painter.drawPath(m_depths ? visiblePart(lines) : lines.seen({}));
+    if (isDashed || m_depths || entity.reach != Reach::Finite) {
+        drawLines(seenLines(entity, view, isDashed ? &pattern : nullptr));
         return;
     }
     const QPainterPath &path = enterShape(entity, view);
@@ -278,12 +321,16 @@ void EntityPainter::paintLines(const Entity &entity, const BlockView &view, cons
 
 /// The lines of an entity in the picture, made of chords or dashes.
 SpacePath EntityPainter::seenLines(const Entity &entity, const BlockView &view,
-                                   const DashPattern *pattern) const
+                                   const DashPattern *pattern)
 {
     SpacePath lines;
     const std::vector<Outline> outlines =
-            outlinesOf(entity, view.toPicture, chordTolerance / m_scale);
+            entity.reach == Reach::Finite
+                    ? outlinesOf(entity, view.toPicture, chordTolerance / m_scale)
+                    : std::vector<Outline>{endlessOutline(entity, view.toPicture, m_area, pattern)};
     for (const Outline &outline : outlines) {
+        if (outline.empty())
+            continue;
         if (pattern) {
             addDashes(lines, outline, *pattern, m_area);
             continue;
@@ -292,14 +339,27 @@ SpacePath EntityPainter::seenLines(const Entity &entity, const BlockView &view,
         for (std::size_t i = 1; i < outline.size(); ++i)
             lines.lineTo(outline[i].at);
     }
+    if (pattern)
+        m_strokes -= double(lines.elements.size()) / 2;
     return lines;
+}
+
+/// Strokes lines in the picture, as far as no face hides them.
+void EntityPainter::drawLines(const SpacePath &lines)
+{
+    enterPicture();
+    m_painter.drawPath(m_depths ? visiblePart(lines) : lines.seen({}));
 }
 
 void EntityPainter::paintText(const PlacedText &text, const BlockView &view, const Look &look)
 {
     setPen(look.color, 1);
     const BlockView font(text.placement * view.toPicture);
-    const bool isLegible = !font.isEdgeOn && m_capHeight * font.scale * m_scale >= leastTextHeight;
+    const double pixels = m_capHeight * m_scale;
+    const double least = qMin(std::hypot(font.ground.m11(), font.ground.m12()),
+                              std::hypot(font.ground.m21(), font.ground.m22()));
+    const bool isLegible = !font.isEdgeOn && pixels * font.scale >= leastTextHeight
+                           && pixels * least >= leastTextWidth;
     if (isLegible)
         enterPlane(font, 0);
     else

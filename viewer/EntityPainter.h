@@ -18,6 +18,9 @@ public:
     EntityPainter(QPainter &painter, const Drawing &drawing, const Projection &projection,
                   const QRectF &exposed);
 
+    /// Whether copies of blocks are painted as boxes that can be told apart.
+    bool isSimplified() const { return m_entities.isSimplified(); }
+
     /// Paints all entities in the drawing's order, of faces the edges.
     void paintAll();
 
@@ -31,9 +34,11 @@ public:
 private:
     void paintShape(const Entity &entity, const QRectF &bounds, const BlockView &view,
                     const Look &look);
+    void paintPiece(const QRectF &bounds, double size, const Look &look);
+    void paintHatching(const Entity &entity, const BlockView &view, const Look &look);
     void paintLines(const Entity &entity, const BlockView &view, const Look &look);
-    SpacePath seenLines(const Entity &entity, const BlockView &view,
-                        const DashPattern *pattern) const;
+    SpacePath seenLines(const Entity &entity, const BlockView &view, const DashPattern *pattern);
+    void drawLines(const SpacePath &lines);
     void setDepthPicture(FaceStyle style, const QColor &ground);
     void addFaces(const Faces &faces, const SpaceTransform &toPicture, const QColor &color,
                   bool isShaded);
@@ -54,7 +59,8 @@ private:
     ShownEntities m_entities;
     const QTransform m_base; ///< from the picture onto the device
     const double m_scale;
-    QRectF m_area; ///< of the picture, with all that may reach into what is exposed
+    QRectF m_area;    ///< of the picture, with all that may reach into what is exposed
+    double m_strokes; ///< how many more dashes there may be
     bool m_isHalo = false;
     std::unique_ptr<DepthPicture> m_depths; ///< null while nothing is hidden
     SpaceTransform m_toDepths;              ///< from the picture

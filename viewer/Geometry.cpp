@@ -6,15 +6,22 @@
 namespace {
 
 constexpr int deepestNesting = 64;
-constexpr double mostPieces = 5e6;
 constexpr double farthestCoordinate = 1e12;
+/// How many elements of a path cost as much as a stroke of their own.
+constexpr double elementsPerStroke = 8;
+/// How many strokes cost as much as a line of text.
+constexpr double strokesPerLine = 4;
 
-bool isNear(const SpaceBox &bounds)
+bool isNear(const SpacePoint &point)
 {
-    const double coordinates[] = {bounds.least.x, bounds.least.y, bounds.least.z,
-                                  bounds.most.x,  bounds.most.y,  bounds.most.z};
+    const double coordinates[] = {point.x, point.y, point.z};
     return std::all_of(std::begin(coordinates), std::end(coordinates),
                        [](double coordinate) { return std::abs(coordinate) < farthestCoordinate; });
+}
+
+bool isNear(const SpaceBox &box)
+{
+    return isNear(box.least) && isNear(box.most);
 }
 
 SpaceBox levelBox(const QRectF &bounds, double height)
@@ -36,6 +43,43 @@ SpaceBox boundsOf(const Entity &entity)
             bounds.add(point);
     }
     return bounds;
+}
+
+/// Whether all points in space are at reasonable places: bounds do not tell of those that are no
+/// numbers.
+bool isNear(const Entity &entity)
+{
+    const auto isNearElement = [](const SpacePath::Element &element) { return isNear(element.at); };
+    const auto isNearPoint = [](const SpacePoint &point) { return isNear(point); };
+    return (!entity.spacePath
+            || std::all_of(entity.spacePath->elements.begin(), entity.spacePath->elements.end(),
+                           isNearElement))
+           && (!entity.faces
+               || std::all_of(entity.faces->points.begin(), entity.faces->points.end(),
+                              isNearPoint));
+}
+
+/// About what it takes to paint the entity.
+double strokesOf(const Entity &entity)
+{
+    double elements = entity.path.elementCount();
+    if (entity.spacePath)
+        elements += double(entity.spacePath->elements.size());
+    if (entity.faces)
+        elements += double(entity.faces->corners.size());
+    const double lines = entity.text ? entity.text->lines.lines.size() : 0;
+    return 1 + elements / elementsPerStroke + lines * strokesPerLine;
+}
+
+/// The same for its area. A line of text and the lines of a hatch take as much as some fillings.
+double fillingsOf(const Entity &entity)
+{
+    constexpr double fillingsPerLine = 2;
+    constexpr double fillingsPerFamily = 8;
+    if (entity.text)
+        return fillingsPerLine * entity.text->lines.lines.size();
+    return entity.hatching ? fillingsPerFamily * double(entity.hatching->families.size())
+                           : double(entity.isFilled);
 }
 
 SpaceBox boundsOf(const BlockInsert &insert, const SpaceBox &block)
@@ -66,17 +110,16 @@ private:
         bool isOpen = false;
         bool isDone = false;
         int height = 0;
-        double pieces = 0;
     };
 
     void visit(int block, int depth);
     bool keep(Entity &entity, Visit &parent, int depth);
     bool keepInsert(Entity &entity, Visit &parent, int depth);
+    void note(const Entity &entity, Block &block) const;
 
     std::vector<Block> &m_blocks;
     std::vector<Visit> m_visits;
     int m_nested = 0;
-    int m_framed = 0;
     int m_far = 0;
 };
 
@@ -90,7 +133,6 @@ QStringList Measurer::run()
             changes += sentence.arg(count);
     };
     tell(m_nested, QStringLiteral("Inserts not drawn, since they are nested too deeply: %1."));
-    tell(m_framed, QStringLiteral("Inserts drawn as a frame, for their millions of pieces: %1."));
     tell(m_far, QStringLiteral("Entities not drawn, since they lie too far away: %1."));
     return changes;
 }
@@ -107,21 +149,20 @@ void Measurer::visit(int block, int depth)
     entities.erase(end, entities.end());
 
     for (const Entity &entity : entities)
-        m_blocks.at(block).bounds.add(entity.bounds);
+        note(entity, m_blocks.at(block));
     visit.isOpen = false;
     visit.isDone = true;
 }
 
 bool Measurer::keep(Entity &entity, Visit &parent, int depth)
 {
-    if (entity.insert && !keepInsert(entity, parent, depth))
-        return false;
-    if (entity.text)
-        entity.bounds = entity.text->placement.map(levelBox(entity.text->lines.bounds, 0));
-    else if (!entity.insert)
-        entity.bounds = boundsOf(entity);
-    parent.pieces += 1;
-    if (isNear(entity.bounds))
+    if (entity.insert)
+        return keepInsert(entity, parent, depth);
+    entity.isEndless = entity.reach != Reach::Finite;
+    entity.bounds = entity.text ? entity.text->placement.map(levelBox(entity.text->lines.bounds, 0))
+                                : boundsOf(entity);
+    // A QPainterPath leaves out what is far beyond.
+    if (!entity.bounds.isEmpty() && isNear(entity) && isNear(entity.bounds))
         return true;
     ++m_far;
     return false;
@@ -129,31 +170,40 @@ bool Measurer::keep(Entity &entity, Visit &parent, int depth)
 
 bool Measurer::keepInsert(Entity &entity, Visit &parent, int depth)
 {
-    const int block = entity.insert->block;
-    Visit &child = m_visits.at(block);
+    const BlockInsert &insert = *entity.insert;
+    const Block &block = m_blocks.at(insert.block);
+    Visit &child = m_visits.at(insert.block);
     if (!child.isDone && !child.isOpen && depth < deepestNesting)
-        visit(block, depth + 1);
+        visit(insert.block, depth + 1);
     if (!child.isDone || child.height >= deepestNesting) {
         ++m_nested;
         return false;
     }
-    if (m_blocks.at(block).entities.empty())
+    if (block.entities.empty())
         return false;
-
-    entity.bounds = boundsOf(*entity.insert, m_blocks.at(block).bounds);
-    const double pieces = child.pieces * entity.insert->columns * entity.insert->rows;
-    if (parent.pieces + pieces > mostPieces) {
-        entity.path.addRect(entity.bounds.least.x, entity.bounds.least.y,
-                            entity.bounds.most.x - entity.bounds.least.x,
-                            entity.bounds.most.y - entity.bounds.least.y);
-        entity.height = entity.bounds.least.z;
-        entity.insert.reset();
-        ++m_framed;
-        return true;
+    entity.isEndless = !block.endlessFrom.isEmpty();
+    entity.bounds = boundsOf(insert, block.bounds);
+    if (!isNear(entity.bounds) || !isNear(boundsOf(insert, block.endlessFrom))) {
+        ++m_far;
+        return false;
     }
-    parent.pieces += pieces;
     parent.height = qMax(parent.height, child.height + 1);
     return true;
+}
+
+/// Counts an entity among those of its block.
+void Measurer::note(const Entity &entity, Block &block) const
+{
+    if (entity.insert) {
+        block.inserts.push_back(int(&entity - block.entities.data()));
+        block.bounds.add(entity.bounds);
+        block.endlessFrom.add(
+                boundsOf(*entity.insert, m_blocks.at(entity.insert->block).endlessFrom));
+    } else {
+        (entity.isEndless ? block.endlessFrom : block.bounds).add(entity.bounds);
+    }
+    block.strokes += strokesOf(entity);
+    block.fillings += fillingsOf(entity);
 }
 
 } // namespace

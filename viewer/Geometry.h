@@ -51,6 +51,23 @@ struct PlacedText
     SpaceTransform placement; ///< from the font's pixels into the drawing
 };
 
+/// A family of parallel lines in a plane, without ends.
+struct HatchLines
+{
+    QPointF origin;             ///< on the first line, where its dashes begin
+    QPointF way;                ///< along the lines, of length 1
+    QPointF step;               ///< from one line to the next, which begins its dashes there
+    std::vector<double> dashes; ///< as in Linetype
+};
+
+/// Lines that fill an area of a plane.
+struct Hatching
+{
+    QPainterPath area;
+    std::vector<HatchLines> families;
+    SpaceTransform placement; ///< of the plane in the drawing
+};
+
 /// One or more copies of a block.
 struct BlockInsert
 {
@@ -71,18 +88,24 @@ struct Faces
     std::vector<std::array<int, 4>> corners; ///< numbers of points
 };
 
+/// Where a line of two points ends.
+enum class Reach { Finite, Ray, EndlessLine };
+
 /// One entity: a path to stroke or to fill, a text or an insert. A path without length is a
-/// dot. What has faces has their edges as its path.
+/// dot. What has faces has their edges as its path, what is hatched its outline.
 struct Entity
 {
-    SpaceBox bounds; ///< first, since most entities are looked at for them only
+    SpaceBox bounds; ///< first, since most entities are looked at for them only; of what has ends
     EntityStyle style;
+    bool isEndless = false; ///< something in it has no ends
+    Reach reach = Reach::Finite;
     /// The number of its record in the file, which is how many begin before it; -1 without one.
     int record = -1;
     QPainterPath path;
     double height = 0;                    ///< of the whole path
     std::unique_ptr<SpacePath> spacePath; ///< instead, if it is not level
     bool isFilled = false;
+    std::unique_ptr<Hatching> hatching;
     std::unique_ptr<Faces> faces;
     std::unique_ptr<PlacedText> text;
     std::unique_ptr<BlockInsert> insert;
@@ -92,11 +115,15 @@ struct Entity
     bool isDot() const { return !spacePath && path.elementCount() == 1; }
 };
 
-/// The entities of a block in their drawing order.
+/// The entities of a block in their drawing order, and what measure() finds.
 struct Block
 {
     std::vector<Entity> entities;
-    SpaceBox bounds;
+    std::vector<int> inserts; ///< the numbers of those that are inserts
+    SpaceBox bounds;          ///< of what has ends
+    SpaceBox endlessFrom;     ///< around the points of what has none; empty if all has
+    double strokes = 0;       ///< about what its own entities take to paint: so many short lines,
+    double fillings = 0;      ///< and so many fillings
 };
 
 struct Geometry
@@ -119,7 +146,7 @@ struct Geometry
 };
 
 /// Finds the bounds of all that the model space shows. What cannot be drawn is taken out: inserts of
-/// a block in itself or nested too deeply, and what lies beyond all reasonable coordinates; inserts
-/// of millions of pieces become a frame. Linear in the number of entities.
+/// a block in itself or nested too deeply, and what lies beyond all reasonable coordinates. Linear
+/// in the number of entities.
 /// @return one sentence per kind of change
 QStringList measure(Geometry &geometry);

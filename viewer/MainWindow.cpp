@@ -8,6 +8,7 @@
 #include "PropertyBar.h"
 #include "PropertyEditor.h"
 #include "RemarksDialog.h"
+#include "ShownEntities.h"
 #include "StatusBar.h"
 #include "ViewRibbon.h"
 
@@ -314,11 +315,12 @@ void MainWindow::finishCommand(const QString &refusal)
 void MainWindow::deselectHidden()
 {
     const QSet<int> selected = m_panes->current()->selection();
+    if (selected.isEmpty())
+        return;
+    ShownEntities entities(*m_drawing, {});
     QSet<int> shown;
     for (const int index : selected) {
-        const Entity &entity = m_drawing->geometry.modelSpace().entities.at(index);
-        const LayerLook &layer = m_drawing->layers.at(entity.style.layer);
-        if (!layer.isFrozen && (layer.isOn || entity.insert))
+        if (entities.shows(m_drawing->geometry.modelSpace().entities.at(index)))
             shown.insert(index);
     }
     if (shown.size() == selected.size())

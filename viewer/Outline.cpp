@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -118,7 +119,7 @@ Dasher::Dasher(SpacePath &path, const Outline &outline, const DashPattern &patte
     , m_period(pattern.period())
     , m_length(outline.back().along)
 {
-    const double first = qMax(0.0, pattern.dashes.front() * pattern.scale);
+    const double first = pattern.firstDash();
     // A line of just one period must not lose it to rounding.
     m_count = std::floor((m_length - first) / m_period + 1e-9);
     m_shift = (m_length - first - m_count * m_period) / 2;
@@ -210,12 +211,41 @@ std::vector<Outline> outlinesOf(const Entity &entity, const SpaceTransform &toPi
     return Flattener(toPicture, tolerance).run(entity.pathInSpace());
 }
 
+Outline endlessOutline(const Entity &entity, const SpaceTransform &toPicture, const QRectF &area,
+                       const DashPattern *pattern)
+{
+    const SpacePath path = entity.pathInSpace();
+    const SpacePoint start = path.elements.at(0).at;
+    const SpacePoint end = path.elements.at(1).at;
+    const SpacePoint seenStart = toPicture.map(start);
+    const SpacePoint seenWay = toPicture.map(end) - seenStart;
+    constexpr double endless = std::numeric_limits<double>::infinity();
+    double from = entity.reach == Reach::Ray ? 0 : -endless;
+    double to = endless;
+    if (!clip(seenStart, seenStart + seenWay, area, from, to))
+        return {};
+    if (std::isinf(to))
+        from = to = 0; // it is seen from its end
+    const double unit = length(end - start);
+    if (pattern) {
+        const double period = pattern->period() / unit;
+        from = std::floor(from / period) * period;
+        to = std::ceil(to / period) * period + pattern->firstDash() / unit;
+    }
+    return {{seenStart + seenWay * from, 0}, {seenStart + seenWay * to, (to - from) * unit}};
+}
+
 double DashPattern::period() const
 {
     double sum = 0;
     for (const double dash : dashes)
         sum += std::abs(dash);
     return sum * scale;
+}
+
+double DashPattern::firstDash() const
+{
+    return qMax(0.0, dashes.front() * scale);
 }
 
 void addDashes(SpacePath &path, const Outline &outline, const DashPattern &pattern,
@@ -227,8 +257,6 @@ void addDashes(SpacePath &path, const Outline &outline, const DashPattern &patte
 bool clip(const SpacePoint &start, const SpacePoint &end, const QRectF &area, double &from,
           double &to)
 {
-    from = 0;
-    to = 1;
     const SpacePoint way = end - start;
     const auto cut = [&from, &to](double step, double room) {
         // The side is met where step * share == room; what goes beyond is outside.

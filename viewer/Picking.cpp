@@ -6,38 +6,70 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace {
+
+constexpr double far = 1e15;
+const QRectF everywhere(-far, -far, 2 * far, 2 * far);
+
+/// An area with its islands: a point is in it if it is inside of an odd number of the outlines, which
+/// are closed.
+using Area = std::vector<Outline>;
 
 /// What an entity draws in the picture.
 struct Shape
 {
     std::vector<Outline> lines;
-    std::vector<Outline> fillings; ///< closed
+    std::vector<Area> areas;
 };
 
-Shape shapeOf(const Entity &entity, const BlockView &view, FaceStyle style, double tolerance)
+/// Where and how exactly shapes are looked for.
+struct Probe
 {
-    Shape shape;
-    if (entity.text) {
-        const SpaceTransform toPicture = entity.text->placement * view.toPicture;
-        const QRectF box = entity.text->lines.bounds;
-        shape.fillings.emplace_back();
-        for (const QPointF corner :
-             {box.topLeft(), box.topRight(), box.bottomRight(), box.bottomLeft(), box.topLeft()})
-            shape.fillings.back().push_back({toPicture.map(SpacePoint{corner.x(), corner.y(), 0})});
-        return shape;
+    FaceStyle style;
+    QRectF area;
+    double tolerance; ///< of chords
+};
+
+Outline seenPolygon(std::initializer_list<SpacePoint> corners, const SpaceTransform &toPicture)
+{
+    Outline outline;
+    for (const SpacePoint &corner : corners)
+        outline.push_back({toPicture.map(corner)});
+    outline.push_back(outline.front());
+    return outline;
+}
+
+Outline seenRect(const QRectF &rect, const SpaceTransform &toPicture)
+{
+    return seenPolygon({{rect.left(), rect.top()},
+                        {rect.right(), rect.top()},
+                        {rect.right(), rect.bottom()},
+                        {rect.left(), rect.bottom()}},
+                       toPicture);
+}
+
+Shape shapeOf(const Entity &entity, const QRectF &bounds, const BlockView &view, const Probe &probe)
+{
+    if (entity.insert) {
+        const double depth = view.toPicture.map(entity.bounds.center()).z;
+        return {{}, {{seenRect(bounds, SpaceTransform::fromTranslate({0, 0, depth}))}}};
     }
-    shape.lines = outlinesOf(entity, view.toPicture, tolerance);
-    if (entity.isFilled)
-        shape.lines.swap(shape.fillings);
-    if (!entity.faces || style == FaceStyle::Wireframe)
+    if (entity.text)
+        return {{},
+                {{seenRect(entity.text->lines.bounds, entity.text->placement * view.toPicture)}}};
+    if (entity.reach != Reach::Finite)
+        return {{endlessOutline(entity, view.toPicture, probe.area)}, {}};
+    Shape shape;
+    shape.lines = outlinesOf(entity, view.toPicture, probe.tolerance);
+    if (entity.isFilled || entity.hatching)
+        shape.areas = {std::exchange(shape.lines, {})};
+    if (!entity.faces || probe.style == FaceStyle::Wireframe)
         return shape;
     for (const std::array<int, 4> &corners : entity.faces->corners) {
-        shape.fillings.emplace_back();
-        for (const int corner : {corners[0], corners[1], corners[2], corners[3], corners[0]})
-            shape.fillings.back().push_back(
-                    {view.toPicture.map(entity.faces->points[std::size_t(corner)])});
+        const auto at = [&](int i) { return entity.faces->points[std::size_t(corners[i])]; };
+        shape.areas.push_back({seenPolygon({at(0), at(1), at(2), at(3)}, view.toPicture)});
     }
     return shape;
 }
@@ -63,27 +95,34 @@ std::optional<double> depthAlong(const Outline &line, QPointF position, double r
     return depth;
 }
 
-bool contains(const Outline &filling, QPointF position)
+bool contains(const Area &area, QPointF position)
 {
     bool isInside = false;
-    for (std::size_t i = 1; i < filling.size(); ++i) {
-        const SpacePoint &start = filling[i - 1].at;
-        const SpacePoint &end = filling[i].at;
-        if ((start.y <= position.y()) == (end.y <= position.y()))
-            continue;
-        const double share = (position.y() - start.y) / (end.y - start.y);
-        isInside ^= start.x + (end.x - start.x) * share > position.x();
+    for (const Outline &outline : area) {
+        for (std::size_t i = 1; i < outline.size(); ++i) {
+            const SpacePoint &start = outline[i - 1].at;
+            const SpacePoint &end = outline[i].at;
+            if ((start.y <= position.y()) == (end.y <= position.y()))
+                continue;
+            const double share = (position.y() - start.y) / (end.y - start.y);
+            isInside ^= start.x + (end.x - start.x) * share > position.x();
+        }
     }
     return isInside;
 }
 
-/// The depth of a flat filling at a position in it.
-double depthIn(const Outline &filling, QPointF position)
+/// The depth of a flat area at a position in it.
+double depthIn(const Area &area, QPointF position)
 {
     SpacePoint normal;
-    for (std::size_t i = 2; i < filling.size(); ++i)
-        normal = normal + cross(filling[i - 1].at - filling[0].at, filling[i].at - filling[0].at);
-    const SpacePoint &at = filling[0].at;
+    for (const Outline &outline : area) {
+        for (std::size_t i = 2; i < outline.size(); ++i)
+            normal = normal
+                     + cross(outline[i - 1].at - outline[0].at, outline[i].at - outline[0].at);
+        if (normal.z != 0)
+            break;
+    }
+    const SpacePoint &at = area[0][0].at;
     if (normal.z == 0)
         return at.z;
     return at.z - (normal.x * (position.x() - at.x) + normal.y * (position.y() - at.y)) / normal.z;
@@ -94,16 +133,18 @@ std::optional<double> depthAt(const Shape &shape, QPointF position, double reach
 {
     std::optional<double> depth;
     const auto note = [&depth](double found) { depth = qMax(found, depth.value_or(found)); };
-    for (const std::vector<Outline> *outlines : {&shape.lines, &shape.fillings}) {
-        for (const Outline &outline : *outlines) {
+    const auto noteLines = [&](const std::vector<Outline> &lines) {
+        for (const Outline &line : lines) {
             // A line in a sloping face is to be found beside itself, too, where the face is nearer.
-            if (const std::optional<double> found = depthAlong(outline, position, reach))
+            if (const std::optional<double> found = depthAlong(line, position, reach))
                 note(*found + 2 * reach);
         }
-    }
-    for (const Outline &filling : shape.fillings) {
-        if (contains(filling, position))
-            note(depthIn(filling, position));
+    };
+    noteLines(shape.lines);
+    for (const Area &area : shape.areas) {
+        noteLines(area);
+        if (contains(area, position))
+            note(depthIn(area, position));
     }
     return depth;
 }
@@ -119,14 +160,14 @@ bool touches(const Outline &line, const QRectF &area)
     return false;
 }
 
-bool touches(const Shape &shape, const QRectF &area)
+bool touches(const Shape &shape, const QRectF &rect)
 {
-    const auto crosses = [&area](const Outline &line) { return touches(line, area); };
+    const auto crosses = [&rect](const Outline &line) { return touches(line, rect); };
     return std::any_of(shape.lines.begin(), shape.lines.end(), crosses)
-           || std::any_of(shape.fillings.begin(), shape.fillings.end(),
-                          [&](const Outline &filling) {
-                              return crosses(filling) || contains(filling, area.center());
-                          });
+           || std::any_of(shape.areas.begin(), shape.areas.end(), [&](const Area &area) {
+                  return std::any_of(area.begin(), area.end(), crosses)
+                         || contains(area, rect.center());
+              });
 }
 
 bool isInside(const QRectF &bounds, const QRectF &area)
@@ -143,65 +184,61 @@ bool isInside(const Shape &shape, const QRectF &area)
         });
     };
     return std::all_of(shape.lines.begin(), shape.lines.end(), isWithin)
-           && std::all_of(shape.fillings.begin(), shape.fillings.end(), isWithin);
+           && std::all_of(shape.areas.begin(), shape.areas.end(), [&isWithin](const Area &filled) {
+                  return std::all_of(filled.begin(), filled.end(), isWithin);
+              });
 }
 
-/// Asks the entities of the model space whether they lie in an area.
-struct AreaProbe
+/// Whether any of an entity of the model space lies in the probe's area.
+bool isTouched(const Entity &entity, ShownEntities &shown, const Probe &probe)
 {
-    ShownEntities &shown;
-    const FaceStyle style;
-    const QRectF area;
-    const double tolerance = qMax(area.width(), area.height()) / 1000;
+    return !shown.visit(entity, probe.area,
+                        [&probe](const Entity &part, const QRectF &bounds, const BlockView &view,
+                                 const Look &) {
+                            return !isInside(bounds, probe.area)
+                                   && !touches(shapeOf(part, bounds, view, probe), probe.area);
+                        });
+}
 
-    bool isTouched(const Entity &entity) const
-    {
-        return !shown.visit(entity, area,
-                            [this](const Entity &part, const QRectF &bounds, const BlockView &view,
-                                   const Look &) {
-                                return !isInside(bounds, area)
-                                       && !touches(shapeOf(part, view, style, tolerance), area);
-                            });
-    }
-
-    bool isEnclosed(const Entity &entity) const
-    {
-        if (!overlap(shown.boundsOf(entity), area))
-            return false;
-        constexpr double far = 1e15;
-        const QRectF everywhere(-far, -far, 2 * far, 2 * far);
-        bool hasParts = false;
-        return shown.visit(entity, everywhere,
-                           [&](const Entity &part, const QRectF &bounds, const BlockView &view,
-                               const Look &) {
-                               hasParts = true;
-                               return isInside(bounds, area)
-                                      || isInside(shapeOf(part, view, style, tolerance), area);
-                           })
-               && hasParts;
-    }
-};
+/// Whether an entity of the model space shows, and lies in the probe's area as a whole.
+bool isEnclosed(const Entity &entity, ShownEntities &shown, const Probe &probe)
+{
+    if (entity.isEndless || !overlap(shown.modelView().boundsOf(entity.bounds), probe.area))
+        return false;
+    bool hasParts = false;
+    return shown.visit(entity, everywhere,
+                       [&](const Entity &part, const QRectF &bounds, const BlockView &view,
+                           const Look &) {
+                           hasParts = true;
+                           return isInside(bounds, probe.area)
+                                  || isInside(shapeOf(part, bounds, view, probe), probe.area);
+                       })
+           && hasParts;
+}
 
 } // namespace
 
 int topmostEntity(const Drawing &drawing, const Projection &projection, FaceStyle style,
                   QPointF position, double reach)
 {
-    ShownEntities shown(drawing, projection);
     const QRectF area(position - QPointF(reach, reach), position + QPointF(reach, reach));
+    const Probe probe{style, area, reach / 8};
+    ShownEntities shown(drawing, projection);
+    shown.setDetail(area, probe.tolerance);
     const std::vector<Entity> &entities = drawing.geometry.modelSpace().entities;
     int topmost = -1;
     std::optional<double> nearest;
     for (int index = int(entities.size()) - 1; index >= 0; --index) {
         shown.visit(entities[std::size_t(index)], area,
-                    [&](const Entity &entity, const QRectF &, const BlockView &view, const Look &) {
+                    [&](const Entity &entity, const QRectF &bounds, const BlockView &view,
+                        const Look &) {
                         const std::optional<double> depth =
-                                depthAt(shapeOf(entity, view, style, reach / 8), position, reach);
+                                depthAt(shapeOf(entity, bounds, view, probe), position, reach);
                         if (depth && (!nearest || *depth > *nearest)) {
                             nearest = depth;
                             topmost = index;
                         }
-                        return true;
+                        return style != FaceStyle::Wireframe || !nearest;
                     });
         if (nearest && style == FaceStyle::Wireframe)
             break;
@@ -212,13 +249,14 @@ int topmostEntity(const Drawing &drawing, const Projection &projection, FaceStyl
 QVector<int> entitiesInside(const Drawing &drawing, const Projection &projection, FaceStyle style,
                             const QRectF &area, bool isCrossing)
 {
+    const Probe probe{style, area, qMax(area.width(), area.height()) / 1000};
     ShownEntities shown(drawing, projection);
-    const AreaProbe probe{shown, style, area};
+    shown.setDetail(isCrossing ? area : everywhere, probe.tolerance);
     const std::vector<Entity> &entities = drawing.geometry.modelSpace().entities;
     QVector<int> result;
     for (int index = 0; index < int(entities.size()); ++index) {
         const Entity &entity = entities[std::size_t(index)];
-        if (isCrossing ? probe.isTouched(entity) : probe.isEnclosed(entity))
+        if (isCrossing ? isTouched(entity, shown, probe) : isEnclosed(entity, shown, probe))
             result += index;
     }
     return result;

@@ -1,41 +1,23 @@
 #include "ShownEntities.h"
 
+#include "Outline.h"
+
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
-BlockView::BlockView(const SpaceTransform &transform)
-    : toPicture(transform)
-    , ground(transform.ofPlane(0))
-{
-    const double across = std::hypot(ground.m11(), ground.m12());
-    const double along = std::hypot(ground.m21(), ground.m22());
-    isEdgeOn = std::abs(ground.determinant()) <= 1e-6 * across * along;
-    double squares = 0;
-    for (int axis = 0; axis < 3; ++axis) {
-        squares += toPicture.rows[0][axis] * toPicture.rows[0][axis]
-                   + toPicture.rows[1][axis] * toPicture.rows[1][axis];
-    }
-    scale = std::sqrt(squares / 2);
-    hasHeights = toPicture.rows[0][2] != 0 || toPicture.rows[1][2] != 0;
-    isUnchanged = ground.isIdentity() && !hasHeights;
-}
+namespace {
 
-QRectF BlockView::mappedBounds(const SpaceBox &box) const
-{
-    double from[2];
-    double to[2];
-    for (int row = 0; row < 2; ++row) {
-        const double(&factors)[4] = toPicture.rows[row];
-        const double ends[][2] = {{factors[0] * box.least.x, factors[0] * box.most.x},
-                                  {factors[1] * box.least.y, factors[1] * box.most.y},
-                                  {factors[2] * box.least.z, factors[2] * box.most.z}};
-        from[row] = to[row] = factors[3];
-        for (const double(&pair)[2] : ends) {
-            from[row] += qMin(pair[0], pair[1]);
-            to[row] += qMax(pair[0], pair[1]);
-        }
-    }
-    return {QPointF(from[0], from[1]), QPointF(to[0], to[1])};
-}
+/// What a picture may take for copies of blocks, measured in short lines.
+constexpr double mostStrokes = 5e5;
+/// How many pixels of a line take as much as another stroke.
+constexpr double strokeLength = 16;
+/// How many pixels a picture has each way, at most.
+constexpr double mostPixels = 4096;
+/// How many rows of an array take as much as a stroke to be passed over.
+constexpr double rowsPerStroke = 16;
+
+} // namespace
 
 ShownEntities::ShownEntities(const Drawing &drawing, const Projection &projection)
     : m_drawing(drawing)
@@ -47,9 +29,97 @@ ShownEntities::ShownEntities(const Drawing &drawing, const Projection &projectio
 {
 }
 
-QRectF ShownEntities::boundsOf(const Entity &entity) const
+void ShownEntities::setDetail(const QRectF &area, double pixel)
 {
-    return m_view.boundsOf(entity.bounds);
+    const std::vector<Block> &blocks = m_drawing.geometry.blocks;
+    m_pixel = pixel;
+    // What the file holds may be drawn once.
+    double allowed = mostStrokes;
+    for (auto block = blocks.begin() + 1; block != blocks.end(); ++block)
+        allowed += strokesOf(*block, area, area);
+
+    constexpr double everything = std::numeric_limits<double>::infinity();
+    m_detail = pixel;
+    while (m_detail < everything) {
+        double strokes = allowed;
+        m_coarser = everything;
+        if (spendOnInserts(blocks.front(), m_view, area, m_outside, strokes))
+            break;
+        m_detail = qMax(2 * m_detail, m_coarser);
+        if (m_detail > mostPixels * pixel)
+            m_detail = everything;
+    }
+    m_isSimplified = m_detail > pixel;
+}
+
+bool ShownEntities::findEndlessBounds(const Entity &entity, const BlockView &view,
+                                      const QRectF &area, QRectF &bounds)
+{
+    bounds = area;
+    if (entity.insert)
+        return true;
+    const Outline line = endlessOutline(entity, view.toPicture, area);
+    if (line.empty())
+        return false;
+    const auto at = [&line](std::size_t i) { return QPointF(line[i].at.x, line[i].at.y); };
+    bounds = united({at(0), at(0)}, {at(1), at(1)});
+    return true;
+}
+
+const Block &ShownEntities::blockOf(const Entity &insert) const
+{
+    return m_drawing.geometry.blocks[std::size_t(insert.insert->block)];
+}
+
+bool ShownEntities::isOnePiece(const Entity &insert, const QRectF &bounds) const
+{
+    // What has no ends is larger than its bounds.
+    return qMax(bounds.width(), bounds.height()) < m_detail
+           && (!insert.isEndless || std::isinf(m_detail));
+}
+
+/// What the entities of a block take that shows in these bounds, inserts aside.
+double ShownEntities::strokesOf(const Block &block, const QRectF &bounds, const QRectF &area) const
+{
+    const double width = qMin(bounds.right(), area.right()) - qMax(bounds.left(), area.left());
+    const double height = qMin(bounds.bottom(), area.bottom()) - qMax(bounds.top(), area.top());
+    const double pixels = qBound(0.0, qMax(width, height) / m_pixel, mostPixels);
+    const double across = 1 + pixels / strokeLength;
+    return block.strokes * across + block.fillings * across * across;
+}
+
+/// Takes off what a walk through the inserts of a block needs.
+/// @return whether that was enough
+bool ShownEntities::spendOnInserts(const Block &block, const BlockView &view, const QRectF &area,
+                                   const Look &look, double &strokes)
+{
+    return std::all_of(block.inserts.begin(), block.inserts.end(), [&](int index) {
+        const Entity &entity = block.entities[std::size_t(index)];
+        QRectF bounds;
+        if (!findBounds(entity, view, area, bounds))
+            return true;
+        const Look inner = lookOf(entity.style, look);
+        return m_drawing.layers.at(inner.layer).isFrozen
+               || spendOnCopies(entity, view, area, inner, strokes);
+    });
+}
+
+bool ShownEntities::spendOnCopies(const Entity &entity, const BlockView &view, const QRectF &area,
+                                  const Look &look, double &strokes)
+{
+    const Block &block = blockOf(entity);
+    const InsertCopies copies(*entity.insert, block, view, area, m_detail);
+    strokes -= 1 + copies.rowCount() / rowsPerStroke;
+    m_coarser = qMin(m_coarser, copies.coarserDetail());
+    return copies.forEach([&](int column, int row, const QRectF &bounds) {
+        strokes -= 1;
+        if (strokes < 0 || isOnePiece(entity, bounds))
+            return strokes >= 0;
+        m_coarser = qMin(m_coarser, qMax(bounds.width(), bounds.height()));
+        strokes -= strokesOf(block, entity.isEndless ? area : bounds, area);
+        const BlockView inner(entity.insert->placementOf(column, row) * view.toPicture);
+        return strokes >= 0 && spendOnInserts(block, inner, area, look, strokes);
+    });
 }
 
 Look ShownEntities::lookOf(const EntityStyle &style, const Look &insert)
@@ -74,16 +144,47 @@ Look ShownEntities::lookOf(const EntityStyle &style, const Look &insert)
     return look;
 }
 
+/// Whether an entity in an insert on that layer shows any of itself.
+bool ShownEntities::shows(const Entity &entity, int insertLayer)
+{
+    const int index = entity.style.layer == m_zeroLayer ? insertLayer : entity.style.layer;
+    const LayerLook &layer = m_drawing.layers.at(index);
+    if (layer.isFrozen)
+        return false;
+    return entity.insert ? firstShown(entity.insert->block, index) >= 0 : layer.isOn;
+}
+
+/// The number of the first entity that a block shows when its insert is on that layer; -1 if it shows
+/// none.
+int ShownEntities::firstShown(int block, int insertLayer)
+{
+    const std::pair<int, int> key(block, insertLayer);
+    if (const auto known = m_firstShown.find(key); known != m_firstShown.end())
+        return known->second;
+    const std::vector<Entity> &entities = m_drawing.geometry.blocks.at(block).entities;
+    const auto first = std::find_if(entities.begin(), entities.end(), [&](const Entity &entity) {
+        return shows(entity, insertLayer);
+    });
+    const int index = first == entities.end() ? -1 : int(first - entities.begin());
+    m_firstShown.emplace(key, index);
+    return index;
+}
+
+/// The look of the first entity that an insert shows; nothing if it shows none.
+std::optional<Look> ShownEntities::lookInside(const Entity &insert, const Look &look)
+{
+    const int index = firstShown(insert.insert->block, look.layer);
+    if (index < 0)
+        return std::nullopt;
+    const Entity &entity = blockOf(insert).entities[std::size_t(index)];
+    const Look inner = lookOf(entity.style, look);
+    return entity.insert ? lookInside(entity, inner) : inner;
+}
+
 int ShownEntities::linetypeOfLayer(int layer)
 {
     int &linetype = m_layerLinetypes.at(layer);
     if (linetype < 0)
         linetype = m_drawing.geometry.linetypeOf(m_drawing.layers.at(layer).linetype);
     return linetype;
-}
-
-QRectF united(const QRectF &one, const QRectF &other)
-{
-    return {QPointF(qMin(one.left(), other.left()), qMin(one.top(), other.top())),
-            QPointF(qMax(one.right(), other.right()), qMax(one.bottom(), other.bottom()))};
 }
