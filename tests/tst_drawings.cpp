@@ -92,6 +92,8 @@ private slots:
     void endlessLines_data();
     void endlessLines();
     void copiesInSight();
+    void onePiece_data();
+    void onePiece();
     void boundedPictures_data();
     void boundedPictures();
     void absurdTexts();
@@ -661,6 +663,34 @@ void TestDrawings::copiesInSight()
     }
 }
 
+void TestDrawings::onePiece_data()
+{
+    // The style of the second entity of a block, and the colour of the block's insert as one piece.
+    addTests({"first shown;8 Blue;blue", "by block;8 Red|62 0;cyan", "insert's layer;8 0;red",
+              "frozen;8 Frozen;", "off;8 Off;"});
+}
+
+void TestDrawings::onePiece()
+{
+    QFETCH(QStringList, fields);
+    const QString part = block("Part", square(0, 0, "8 Frozen") + square(9, 0, fields.at(1)));
+    Picture picture(file(block("Outer", "0 INSERT|8 0|62 4|2 Part|") + part,
+                         "0 INSERT|8 Red|2 Outer|70 9|44 20|"));
+    ShownEntities shown(*picture.drawing, {});
+    shown.setDetail({0, 0, 200, 200}, 50);
+    // Each piece stands for three copies.
+    QStringList pieces;
+    shown.visitAll({0, 0, 200, 200}, [&pieces](const Entity &entity, const QRectF &bounds,
+                                               const BlockView &, const Look &look) {
+        if (entity.insert && bounds.width() == 59)
+            pieces += look.color.name();
+        return true;
+    });
+    const QColor color(fields.at(2));
+    QCOMPARE(pieces.size(), color.isValid() ? 3 : 0);
+    QCOMPARE(pieces.count(color.name()), pieces.size());
+}
+
 void TestDrawings::boundedPictures_data()
 {
     // The groups of an insert of a block with a line in it, or of one with that block in it twice, and
@@ -737,6 +767,9 @@ void TestDrawings::whatCannotBeDrawn()
             {block("B0", "0 RAY|8 0|10 1|20 1|11 0|21 0|"), "", "1 RAY without a direction"},
             {block("B0", "0 CIRCLE|8 0|40 5|210 1.7e308|220 1.7e308|"), "", "too far away: 1"},
             {block("B0", "0 LWPOLYLINE|8 0|90 2147483647|10 0|20 0|"), "", "entity is too large"},
+            {block("B0", "0 SPLINE|8 0|71 1|72 5|73 3|40 0|40 0|40 1|40 2|40 2|10 1|20 1|41 1|10 0|"
+                         "20 0|41 1e-320|10 2|20 2|41 1|"),
+             "", "too far away: 1"},
             {block("B0", "0 SPLINE|8 0|72 -2147483648|40 1|"), "", "entity is too large"},
             {block("B0", "0 WIPEOUT|8 0|0 MLINE|8 0|0 MLINE|8 0|"), "", ": 2 MLINE, 1 WIPEOUT."},
             {block("B0", "0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 1|20 1|0 SEQEND|"),

@@ -511,7 +511,9 @@ void TestViewer::views()
 
 void TestViewer::farFromTheOrigin()
 {
-    Viewer viewer(file({}, square(500000, 50000000, "8 Red")));
+    const QString endless = "0 XLINE|8 Red|10 9|20 50000005|11 1|21 0|";
+    Viewer viewer(file({}, endless + square(500000, 50000000, "8 Red")));
+    QVERIFY(viewer.shownAt({499998, 50000005}) != ground);
     QWidget *viewport = viewer.canvas->viewport();
     const QPoint center = viewport->rect().center();
     const QPointF middle = viewer.canvas->toPicture(center);
@@ -526,7 +528,7 @@ void TestViewer::farFromTheOrigin()
     mouse(QEvent::MouseButtonRelease, viewport, center);
     QCOMPARE(moves.size(), 1);
     QVERIFY(QLineF(moves.first().first().toPointF(), middle).length() < 0.01);
-    QCOMPARE(viewer.canvas->selection(), QSet<int>{0});
+    QCOMPARE(viewer.canvas->selection(), QSet<int>{1});
 }
 
 void TestViewer::arrangements()

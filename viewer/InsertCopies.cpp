@@ -52,6 +52,9 @@ InsertCopies::InsertCopies(const BlockInsert &insert, const Block &block, const 
     const bool isEndless = !block.endlessFrom.isEmpty();
     const SpaceBox &box = block.bounds.isEmpty() ? block.endlessFrom : block.bounds;
     m_first = BlockView(insert.placement * view.toPicture).boundsOf(box);
+    m_size = qMax(m_first.width(), m_first.height());
+    // What has no ends is larger than its bounds.
+    m_areOnePiece = m_size < detail && (!isEndless || std::isinf(detail));
     m_first = united(m_first, m_first.translated(m_columnStep * (m_columnsEach - 1)));
     m_first = united(m_first, m_first.translated(m_rowStep * (m_rowsEach - 1)));
     m_columnStep *= m_columnsEach;
@@ -64,7 +67,7 @@ InsertCopies::InsertCopies(const BlockInsert &insert, const Block &block, const 
 
 double InsertCopies::coarserDetail() const
 {
-    double least = std::numeric_limits<double>::infinity();
+    double least = m_areOnePiece ? std::numeric_limits<double>::infinity() : m_size;
     if (m_lastColumn > 0)
         least = qMin(least, std::hypot(m_columnStep.x(), m_columnStep.y()));
     if (m_lastRow > 0)

@@ -16,7 +16,10 @@ public:
     /// How many rows forEach() goes through.
     double rowCount() const { return qMax(0.0, m_lastRow - m_firstRow + 1); }
 
-    /// With a detail up to this there are as many copies; infinity if there is just one.
+    /// Whether a copy is too small to be told apart from its neighbours, or resolved.
+    bool areOnePiece() const { return m_areOnePiece; }
+
+    /// With a detail up to this, nothing were different.
     double coarserDetail() const;
 
     /// Calls visit(int column, int row, const QRectF &bounds) for each, until it returns false. The
@@ -43,8 +46,10 @@ private:
     void findRows();
     void findColumns(double row, double &first, double &last) const;
 
-    QRectF m_first; ///< in the picture, as all that follows
-    QRectF m_ways;  ///< by which it is moved for those that overlap the area
+    double m_size; ///< of a copy, in the picture, as all that follows
+    bool m_areOnePiece;
+    QRectF m_first;
+    QRectF m_ways; ///< by which it is moved for those that overlap the area
     QPointF m_columnStep;
     QPointF m_rowStep;
     double m_columnsEach; ///< that one stands for

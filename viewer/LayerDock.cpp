@@ -128,10 +128,8 @@ void LayerDock::widenColumns()
             {ColorColumn, font.height() + widthOf(QStringLiteral("255,255,255"))},
             {LinetypeColumn, widthOf(QStringLiteral("Continuous"))},
     }};
-    for (const auto &[column, width] : widths) {
-        QTableView &view = column == NameColumn ? static_cast<QTableView &>(*m_names) : *m_table;
-        view.setColumnWidth(column, qMax(width, view.columnWidth(column)));
-    }
+    for (const auto &[column, width] : widths)
+        m_table->setColumnWidth(column, qMax(width, m_table->columnWidth(column)));
 }
 
 /// As wide as the names need, within limits. Of thousands of names only the longest are measured.
@@ -148,7 +146,8 @@ void LayerDock::fitNameColumn()
     int width = fewestCharacters * font.averageCharWidth();
     for (int i = 0; i < measured; ++i)
         width = qMax(width, font.horizontalAdvance(names.at(i)) + 2 * font.averageCharWidth());
-    m_table->setColumnWidth(NameColumn, qMin(width, mostCharacters * font.averageCharWidth()));
+    // Names are shown by the view in front of the table, which may hide its own.
+    m_names->setColumnWidth(NameColumn, qMin(width, mostCharacters * font.averageCharWidth()));
 }
 
 QSize LayerDock::sizeHint() const

@@ -71,13 +71,6 @@ const Block &ShownEntities::blockOf(const Entity &insert) const
     return m_drawing.geometry.blocks[std::size_t(insert.insert->block)];
 }
 
-bool ShownEntities::isOnePiece(const Entity &insert, const QRectF &bounds) const
-{
-    // What has no ends is larger than its bounds.
-    return qMax(bounds.width(), bounds.height()) < m_detail
-           && (!insert.isEndless || std::isinf(m_detail));
-}
-
 /// What the entities of a block take that shows in these bounds, inserts aside.
 double ShownEntities::strokesOf(const Block &block, const QRectF &bounds, const QRectF &area) const
 {
@@ -113,9 +106,8 @@ bool ShownEntities::spendOnCopies(const Entity &entity, const BlockView &view, c
     m_coarser = qMin(m_coarser, copies.coarserDetail());
     return copies.forEach([&](int column, int row, const QRectF &bounds) {
         strokes -= 1;
-        if (strokes < 0 || isOnePiece(entity, bounds))
+        if (strokes < 0 || copies.areOnePiece())
             return strokes >= 0;
-        m_coarser = qMin(m_coarser, qMax(bounds.width(), bounds.height()));
         strokes -= strokesOf(block, entity.isEndless ? area : bounds, area);
         const BlockView inner(entity.insert->placementOf(column, row) * view.toPicture);
         return strokes >= 0 && spendOnInserts(block, inner, area, look, strokes);

@@ -80,7 +80,6 @@ private:
     static bool findEndlessBounds(const Entity &entity, const BlockView &view, const QRectF &area,
                                   QRectF &bounds);
     const Block &blockOf(const Entity &insert) const;
-    bool isOnePiece(const Entity &insert, const QRectF &bounds) const;
     double strokesOf(const Block &block, const QRectF &bounds, const QRectF &area) const;
     bool spendOnInserts(const Block &block, const BlockView &view, const QRectF &area,
                         const Look &look, double &strokes);
@@ -147,11 +146,13 @@ bool ShownEntities::visitInsert(const Entity &entity, const BlockView &view, con
 {
     const BlockInsert &insert = *entity.insert;
     const InsertCopies copies(insert, blockOf(entity), view, area, m_detail);
-    return copies.forEach([&](int column, int row, const QRectF &bounds) {
-        if (isOnePiece(entity, bounds)) {
-            const std::optional<Look> inside = lookInside(entity, look);
-            return !inside || visitor(entity, bounds, view, *inside);
-        }
+    if (copies.areOnePiece()) {
+        const std::optional<Look> inside = lookInside(entity, look);
+        return !inside || copies.forEach([&](int, int, const QRectF &bounds) {
+            return visitor(entity, bounds, view, *inside);
+        });
+    }
+    return copies.forEach([&](int column, int row, const QRectF &) {
         const BlockView inner(insert.placementOf(column, row) * view.toPicture);
         return visitBlock(blockOf(entity), inner, area, look, visitor);
     });
