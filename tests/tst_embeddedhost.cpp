@@ -574,7 +574,8 @@ void TestEmbeddedHost::changesEntities()
             if (kind < 2 && entity.size() > 7)
                 entity.removeLast();
             QJsonArray doubled;
-            for (const QJsonValue &code : entity.at(5).toArray()) {
+            const QJsonArray codes = entity.at(5).toArray();
+            for (const QJsonValue &code : codes) {
                 if (!groups[kind].contains(code.toInt()))
                     doubled += code;
             }
@@ -645,18 +646,18 @@ void TestEmbeddedHost::namesWhatFails()
     const QStringList both{path + ": this is a folder.", path + "/pipe: this is a pipe.",
                            "/dev/null: this is a device.",
                            path + "/loop: Too many levels of symbolic links."};
-    for (const QString &message :
-         both
-                 + QStringList{path + "/none.dxf: No such file or directory.",
-                               "/proc/self/mem: Input/output error."}) {
+    const QStringList unread = both
+                               + QStringList{path + "/none.dxf: No such file or directory.",
+                                             "/proc/self/mem: Input/output error."};
+    for (const QString &message : unread) {
         QVERIFY(!KcHost::readDrawing(message.section(": ", 0, 0), &m_error));
         QCOMPARE(m_error, message);
     }
     const QString longName = path + '/' + QString(256, 'x');
-    for (const QString &message :
-         both
-                 + QStringList{path + "/none/x: No such file or directory.",
-                               longName + ": File name too long."}) {
+    const QStringList unwritten = both
+                                  + QStringList{path + "/none/x: No such file or directory.",
+                                                longName + ": File name too long."};
+    for (const QString &message : unwritten) {
         QVERIFY(!KcHost::writeDrawing(*m_drawing, message.section(": ", 0, 0), &m_error));
         QCOMPARE(m_error, message);
     }
