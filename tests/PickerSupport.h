@@ -9,6 +9,8 @@
 #include <QScopeGuard>
 #include <QTimer>
 
+#include <functional>
+
 /// @file
 /// What a user does with a picker and with the dialogs that it opens.
 
@@ -64,27 +66,28 @@ inline void pressButton(OvCc::BaseComboBox &picker)
     click(buttonOf(picker));
 }
 
-/// Runs @p ask, in which a dialog comes up, and @p act on the dialog. If a check in @p act fails, and
-/// so leaves the dialog open, it is cancelled.
-template <class Ask, class Act>
-void answerDialog(Ask ask, Act act)
+/// Runs @p ask, in which a dialog comes up, or one after the other, and each of @p acts on its dialog.
+/// If a check in one fails, and so leaves the dialog open, it is cancelled.
+template <class Ask, class... Acts>
+void answerDialog(Ask ask, Acts... acts)
 {
-    bool isAnswered = false;
+    QList<std::function<void(QDialog &)>> left{acts...};
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
         if (!dialog || !dialog->windowHandle() || !dialog->windowHandle()->isExposed())
             return;
         timer.stop();
-        isAnswered = true;
         const auto cancel = qScopeGuard([open = QPointer<QDialog>(dialog)] {
             if (open && open->isVisible())
                 open->reject();
         });
         QVERIFY(!QApplication::activePopupWidget());
-        act(*dialog);
+        left.takeFirst()(*dialog);
+        if (!left.isEmpty())
+            timer.start(0);
     });
     timer.start(0);
     ask();
-    QVERIFY(isAnswered);
+    QVERIFY(left.isEmpty());
 }

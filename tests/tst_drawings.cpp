@@ -1,9 +1,11 @@
 #include "DrawingFiles.h"
+#include "Limit.h"
 #include "Support.h"
 
 #include "viewer/Curves.h"
 #include "viewer/DrawingItem.h"
 #include "viewer/DrawingLoader.h"
+#include "viewer/GeometryReader.h"
 #include "viewer/HatchLines.h"
 #include "viewer/ShownEntities.h"
 
@@ -73,6 +75,7 @@ private slots:
     void recordNumbers_data();
     void recordNumbers();
     void longLines();
+    void readsOnce();
     void picking_data();
     void picking();
     void selection();
@@ -246,6 +249,27 @@ void TestDrawings::longLines()
     QCOMPARE(int(entities.size()), 2);
     QCOMPARE(entities[1].record, entities[0].record + 1);
     QCOMPARE(picture.painted({30, 30}).pixelColor(5, 5), QColor(Qt::red));
+}
+
+/// What is shown is what the database has read, whatever became of the file, and whole or not at all.
+void TestDrawings::readsOnce()
+{
+    const QString path = file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue"));
+    const Picture picture(path);
+    file({}, square(0, 0, "8 0"));
+    QStringList warnings;
+    QCOMPARE(int(readGeometry(*picture.drawing, warnings).modelSpace().entities.size()), 2);
+
+#ifndef __SANITIZE_ADDRESS__ // which has no room left to be short of
+    file({}, QString("0 POINT|8 0|10 1|20 1|").repeated(1 << 18));
+    QFile used("/proc/self/statm");
+    QVERIFY(used.open(QIODevice::ReadOnly));
+    const rlim_t room = used.readAll().split(' ').first().toULongLong() * 4096 + (32 << 20);
+    QString error;
+    const Limit memory(RLIMIT_AS, room);
+    QVERIFY(!readDrawing(path, error));
+    QCOMPARE(error, path + ": there is not enough memory to show it.");
+#endif
 }
 
 void TestDrawings::picking_data()

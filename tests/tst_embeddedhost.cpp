@@ -1,3 +1,4 @@
+#include "Limit.h"
 #include "Support.h"
 
 #include <QDir>
@@ -8,7 +9,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -25,25 +25,6 @@ extern "C" __attribute__((visibility("default"))) int fsync(int file)
 }
 
 namespace {
-
-/// Sets a limit of the process for as long as this lives.
-class Limit
-{
-public:
-    Limit(__rlimit_resource resource, rlim_t value)
-        : m_resource(resource)
-    {
-        getrlimit(resource, &m_before);
-        const rlimit limit = {value, m_before.rlim_max};
-        setrlimit(resource, &limit);
-    }
-    ~Limit() { setrlimit(m_resource, &m_before); }
-    Q_DISABLE_COPY(Limit)
-
-private:
-    const __rlimit_resource m_resource;
-    rlimit m_before = {};
-};
 
 using Statuses = QVector<ErrorStatus>;
 

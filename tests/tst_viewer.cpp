@@ -28,6 +28,26 @@ void answer(QMessageBox::StandardButton button)
     });
 }
 
+void clickButton(const QWidget &dialog, const QString &text)
+{
+    const QList<QAbstractButton *> buttons = dialog.findChildren<QAbstractButton *>();
+    for (QAbstractButton *button : buttons) {
+        if (button->text().remove('&') == text) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            return;
+        }
+    }
+    QFAIL(qPrintable(text));
+}
+
+void chooseFile(const QDialog &dialog, const QString &path)
+{
+    auto *name = dialog.findChild<QLineEdit *>("fileNameEdit");
+    name->clear();
+    QTest::keyClicks(name, path);
+    QTest::keyClick(name, Qt::Key_Return);
+}
+
 /// A window on which a drawing was dropped, and what a user does in it.
 struct Viewer : MainWindow
 {
@@ -99,11 +119,7 @@ struct Viewer : MainWindow
     /// Clicks on a command of the layer manager, and types into the editor that opens, if any.
     void command(const QString &command, const QString &typed = {})
     {
-        const QList<QToolButton *> buttons = findChildren<QToolButton *>();
-        for (QToolButton *button : buttons) {
-            if (button->text() == command)
-                QTest::mouseClick(button, Qt::LeftButton);
-        }
+        clickButton(*this, command);
         if (typed.isEmpty())
             return;
         QTRY_VERIFY(names->isAncestorOf(QApplication::focusWidget()));
@@ -129,9 +145,8 @@ struct Viewer : MainWindow
         QVERIFY(!items->isVisible());
     }
 
-    static void choose(const ViewButton *button, int entry)
+    static void choose(QMenu *menu, int entry)
     {
-        QMenu *menu = button->menu();
         menu->popup({});
         QTest::mouseClick(menu, Qt::LeftButton, {},
                           menu->actionGeometry(menu->actions().at(entry)).center());
@@ -161,6 +176,9 @@ private slots:
     void remarks();
     void errorKeepsTheDrawing();
     void changesAreNotLost();
+    void writersOfOneFile_data();
+    void writersOfOneFile();
+    void savedWhileAnotherLoads();
     void selecting_data();
     void selecting();
     void pickedProperties();
@@ -346,6 +364,70 @@ void TestViewer::changesAreNotLost()
     }
 }
 
+void TestViewer::writersOfOneFile_data()
+{
+    // What is pressed when another program has written the file, and whose changes are then in the
+    // file, in the window, and in the copy: those made here, or the other ones.
+    addTests({"overwrite;Overwrite;here;here;", "save as;Save as...;other;here;here",
+              "reload;Reload;other;other;", "cancel;Cancel;other;here;", "gone;;here;here;"});
+}
+
+void TestViewer::writersOfOneFile()
+{
+    QFETCH(QStringList, fields);
+    const QString path = file({}, {});
+    const QString copy = path + ".copy";
+    const auto changes = [](const Viewer &viewer) {
+        const bool isOff = viewer.text(4, On) == "false";
+        const bool isCurrent = viewer.layers().contains("*Red");
+        return isOff == isCurrent ? "both or none" : isOff ? "here" : "other";
+    };
+    Viewer viewer(path);
+    viewer.clickLight(1);
+    const auto save = [&] { QTest::keySequence(&viewer, QKeySequence::Save); };
+    const auto press = [&](QDialog &dialog) { clickButton(dialog, fields.at(1)); };
+    const auto other = KcHost::readDrawing(path);
+    KcHost::setCurrentLayer(*other, "Red");
+    QVERIFY(fields.at(1).isEmpty() ? QFile::remove(path) : KcHost::writeDrawing(*other, path));
+    if (fields.at(1).isEmpty())
+        save();
+    else if (fields.at(4).isEmpty())
+        answerDialog(save, press);
+    else
+        answerDialog(save, press, [&](QDialog &dialog) { chooseFile(dialog, copy); });
+    QTRY_VERIFY(viewer.table->isEnabled());
+    QCOMPARE(changes(viewer), fields.at(3));
+    QCOMPARE(viewer.isWindowModified(), fields.at(1) == "Cancel");
+    QCOMPARE(changes(Viewer(path)), fields.at(2));
+    QVERIFY(QFile::exists(copy) ? changes(Viewer(copy)) == fields.at(4) : fields.at(4).isEmpty());
+    QFile::remove(copy);
+}
+
+/// The one that is on the screen is saved, and stays there while its name is asked for.
+void TestViewer::savedWhileAnotherLoads()
+{
+    const QString path = file({}, {}) + ".next";
+    QVERIFY(QFile::copy(file({}, {}), path));
+    const QString copy = path + ".copy";
+    Viewer viewer(file({}, square(0, 0, "8 Red")));
+    const auto isReading = [] {
+        const QFileInfoList threads = QDir("/proc/self/task").entryInfoList(QDir::Dirs);
+        return std::any_of(threads.begin(), threads.end(), [](const QFileInfo &thread) {
+            QFile name(thread.filePath() + "/comm");
+            return name.open(QIODevice::ReadOnly) && name.readAll() == "DrawingLoader\n";
+        });
+    };
+    viewer.open(path);
+    answerDialog([&] { viewer.choose(viewer.menuBar()->findChild<QMenu *>(), 2); },
+                 [&](QDialog &dialog) {
+                     QTRY_VERIFY(!isReading());
+                     QCoreApplication::processEvents();
+                     chooseFile(dialog, copy);
+                 });
+    QTRY_COMPARE(viewer.drawing()->fileName, path);
+    QCOMPARE(Viewer(copy).shownAt({5, 5}), QColor(Qt::red));
+}
+
 void TestViewer::selecting_data()
 {
     // Squares at 0,0 and 20,0, one on a layer that is off at 40,0. From where to where the mouse is
@@ -487,11 +569,11 @@ void TestViewer::views()
     viewer.press(gallery, 6);
     check(ViewDirection::Southwest, "Southwest", 6);
     for (const ViewButton *button : buttons) {
-        viewer.choose(button, 4);
+        viewer.choose(button->menu(), 4);
         check(ViewDirection::Front, "Front", 4);
-        viewer.choose(button, 9);
+        viewer.choose(button->menu(), 9);
         check(ViewDirection::Northwest, "Northwest", 9);
-        viewer.choose(button, 7);
+        viewer.choose(button->menu(), 7);
         check(ViewDirection::Southeast, "Northwest", 7);
     }
     viewer.press(gallery, 9);

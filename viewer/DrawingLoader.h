@@ -17,6 +17,19 @@ class DrawingLoader : public QObject
     Q_OBJECT
 
 public:
+    /// While one lives, what is read is still loading: for questions about the drawing on the screen,
+    /// which is to be the same one when the answer comes.
+    class Hold
+    {
+    public:
+        explicit Hold(DrawingLoader &loader);
+        ~Hold();
+        Q_DISABLE_COPY(Hold)
+
+    private:
+        DrawingLoader &m_loader;
+    };
+
     explicit DrawingLoader(QObject *parent = nullptr);
     /// Waits for a drawing that is still being read.
     ~DrawingLoader() override;
@@ -39,4 +52,5 @@ private:
     std::unique_ptr<QThread> m_thread;
     std::unique_ptr<Drawing> m_drawing;
     QString m_error;
+    int m_holds = 0;
 };

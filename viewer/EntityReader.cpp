@@ -7,7 +7,6 @@
 #include <KcHost/KcHost.h>
 
 #include <QColor>
-#include <QFileInfo>
 #include <QtMath>
 
 #include <dxflib/dl_dxf.h>
@@ -38,7 +37,7 @@ constexpr int mostCopies = 32767;
 
 EntityReader::EntityReader(const Drawing &drawing)
     : m_drawing(drawing)
-    , m_fileSize(QFileInfo(drawing.fileName).size())
+    , m_fileSize(KcHost::fileContent(*drawing.database).size())
 {
     m_geometry.blocks.emplace_back();
     m_bases.emplace_back();

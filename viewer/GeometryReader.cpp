@@ -3,60 +3,62 @@
 #include "Drawing.h"
 #include "EntityReader.h"
 
+#include <KcHost/KcHost.h>
+
 #include <QFile>
-#include <QTemporaryFile>
 
 #include <dxflib/dl_dxf.h>
 
-#include <algorithm>
 #include <stdexcept>
+
+#include <sys/mman.h>
 
 namespace {
 
 /// What dxflib reads of a line, with the newline, in bytes.
 constexpr int longestLine = DL_DXF_MAXLINE - 1;
 
-/// dxflib would take the rest of a longer line for the next one, and from there on codes for values.
-/// @return how many lines were cut
-int cutLongLines(QByteArray &bytes)
+/// Copies lines for dxflib, which would take the rest of a longer line for the next one, and from
+/// there on codes for values.
+/// @return how many lines were cut, or -1 if the file has no room
+int copyLines(const QByteArray &bytes, QFile &file)
 {
-    int count = 0;
-    int to = 0;
+    int cutLines = 0;
+    int copied = 0;
+    bool isWhole = true;
+    const auto copyUpTo = [&](int end) {
+        isWhole = isWhole && file.write(bytes.constData() + copied, end - copied) == end - copied;
+    };
     for (int begin = 0; begin < bytes.size();) {
         const int newline = bytes.indexOf('\n', begin);
         const int end = newline < 0 ? bytes.size() : newline + 1;
-        const bool isLong = end - begin > longestLine;
-        const int size = isLong ? longestLine : end - begin;
-        std::copy_n(bytes.cbegin() + begin, size, bytes.begin() + to);
-        to += size;
-        if (isLong) {
-            ++count;
-            bytes[to - 1] = '\n';
+        if (end - begin > longestLine) {
+            ++cutLines;
+            copyUpTo(begin + longestLine - 1);
+            isWhole = isWhole && file.putChar('\n');
+            copied = end;
         }
         begin = end;
     }
-    bytes.truncate(to);
-    return count;
+    copyUpTo(bytes.size());
+    return isWhole && file.flush() ? cutLines : -1;
 }
 
-void readFile(const QString &fileName, EntityReader &reader, QStringList &warnings)
+/// Has dxflib read a file in memory: from a stream it would not tell of the groups.
+void readContent(const QByteArray &content, EntityReader &reader, QStringList &warnings)
 {
-    QFile file(fileName);
-    QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    const int cutLines = cutLongLines(bytes);
-    if (cutLines == 0) {
-        DL_Dxf().in(QFile::encodeName(fileName).toStdString(), &reader);
-        return;
-    }
-    // From a stream dxflib would read, too, but without telling of the groups.
-    QTemporaryFile shortened;
-    if (!shortened.open() || shortened.write(bytes) != bytes.size() || !shortened.flush()) {
+    QFile file;
+    const bool isOpen = file.open(memfd_create("drawing", MFD_CLOEXEC), QIODevice::WriteOnly,
+                                  QFileDevice::AutoCloseHandle);
+    const int cutLines = isOpen ? copyLines(content, file) : -1;
+    if (cutLines < 0) {
         warnings += QStringLiteral("The drawing is not shown: there is no room for a copy of it.");
         return;
     }
-    DL_Dxf().in(QFile::encodeName(shortened.fileName()).toStdString(), &reader);
-    warnings += QStringLiteral("Lines of the file read only in part, for their length: %1.")
-                        .arg(cutLines);
+    DL_Dxf().in("/proc/self/fd/" + std::to_string(file.handle()), &reader);
+    if (cutLines > 0)
+        warnings += QStringLiteral("Lines of the file read only in part, for their length: %1.")
+                            .arg(cutLines);
 }
 
 } // namespace
@@ -65,7 +67,7 @@ Geometry readGeometry(const Drawing &drawing, QStringList &warnings)
 {
     EntityReader reader(drawing);
     try {
-        readFile(drawing.fileName, reader, warnings);
+        readContent(KcHost::fileContent(*drawing.database), reader, warnings);
     } catch (const std::length_error &) {
         warnings += QStringLiteral("The drawing is shown only in part: an entity is too large.");
     }

@@ -4,8 +4,9 @@
 
 struct Drawing;
 
-/// Reads what the drawing's DXF file shows in model space, and measures it.
+/// Reads what the drawing's DXF file shows in model space, as the database has read the file, and
+/// measures it.
 ///
-/// @param drawing       the file's name, its layers, and the database that decodes its texts
+/// @param drawing       its layers, and the database
 /// @param[out] warnings one sentence per kind of thing that is not drawn as the file says
 Geometry readGeometry(const Drawing &drawing, QStringList &warnings);

@@ -2,6 +2,7 @@
 
 #include "Canvas.h"
 #include "CanvasPanes.h"
+#include "ChangedFileQuestion.h"
 #include "DrawingFrame.h"
 #include "LayerBox.h"
 #include "LayerDock.h"
@@ -211,8 +212,12 @@ void MainWindow::open(const QString &fileName)
         m_status->showMessage(tr("Another drawing is still being read."));
         return;
     }
-    if (!confirmLoss())
-        return;
+    if (confirmLoss())
+        load(fileName);
+}
+
+void MainWindow::load(const QString &fileName)
+{
     m_loader->load(fileName);
     m_status->setWork(tr("Reading %1 …").arg(QFileInfo(fileName).fileName()));
     showState();
@@ -346,12 +351,37 @@ bool MainWindow::save()
 
 bool MainWindow::saveAs()
 {
+    const DrawingLoader::Hold hold(*m_loader);
     const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the drawing as"),
                                                           m_drawing->fileName, fileFilter());
     return !fileName.isEmpty() && saveTo(fileName);
 }
 
+/// Asks first where another program has written the drawing's own file. One that is gone is not asked
+/// about: nothing is lost by writing it again.
 bool MainWindow::saveTo(const QString &fileName)
+{
+    const QFileInfo file(fileName);
+    if (file != QFileInfo(m_drawing->fileName) || !file.exists()
+        || !KcHost::isFileChanged(*m_drawing->database))
+        return writeTo(fileName);
+
+    const DrawingLoader::Hold hold(*m_loader);
+    switch (askAboutChangedFile(this, file.fileName(), !m_loader->isLoading())) {
+    case ChangedFileAnswer::Overwrite:
+        return writeTo(fileName);
+    case ChangedFileAnswer::SaveAs:
+        return saveAs();
+    case ChangedFileAnswer::Reload:
+        load(fileName);
+        break;
+    case ChangedFileAnswer::Cancel:
+        break;
+    }
+    return false;
+}
+
+bool MainWindow::writeTo(const QString &fileName)
 {
     m_dock->finishEditing();
     QString error;
@@ -377,6 +407,7 @@ bool MainWindow::confirmLoss()
     m_dock->finishEditing();
     if (!isWindowModified())
         return true;
+    const DrawingLoader::Hold hold(*m_loader);
     const auto answer = QMessageBox::question(
             this, tr("Tessa"),
             tr("%1 was changed. Save the changes?").arg(QFileInfo(m_drawing->fileName).fileName()),

@@ -56,6 +56,8 @@ private:
     bool save();
     bool saveAs();
     bool saveTo(const QString &fileName);
+    bool writeTo(const QString &fileName);
+    void load(const QString &fileName);
     bool confirmLoss();
 
     void finishLoading(const QString &error);
