@@ -113,7 +113,11 @@ Canvas::Canvas(QWidget *parent)
     showMode();
 }
 
-Canvas::~Canvas() = default;
+/// The view scrolls when its scene shrinks, and would ask the item that is going.
+Canvas::~Canvas()
+{
+    setScene(nullptr);
+}
 
 void Canvas::setDrawing(const Drawing *drawing)
 {
