@@ -90,7 +90,7 @@ void buildPlainDialog(QWidget &parent, const Rows &rows)
     column->addWidget(list);
     column->addWidget(combo);
     addPlainRows(*list, rows);
-    const Rows defaults = rows.mid(3);
+    const Rows defaults = rows.mid(OvCc::FirstNumericLineWeightRow);
     for (const Row &row : defaults)
         combo->addItem(row.first, row.second);
 }

@@ -15,7 +15,7 @@ LineTypeComboBox::LineTypeComboBox(QWidget *parent)
     for (const QString &name : {tr("By Layer"), tr("By Block"), tr("Continuous")})
         addItem(drawLineType(Qt::SolidLine), name);
     fitListWidgetHeight(20);
-    setCurrentIndex(0);
+    setCurrentIndex(LineTypeByLayerRow);
 
     connect(this, &BaseComboBox::rowChosen, this,
             [this](int row) { emit lineTypeChosen(item(row)->text()); });

@@ -6,6 +6,9 @@
 
 namespace OvCc {
 
+/// The rows of LineTypeComboBox.
+enum LineTypeRow { LineTypeByLayerRow, LineTypeByBlockRow, ContinuousRow };
+
 /// The linetype picker, 150 × 20 pixels: "By Layer", "By Block" and "Continuous". Its button
 /// "Others..." is the host's to answer, see BaseComboBox::dialogRequested().
 class OVCC_EXPORT LineTypeComboBox : public BaseComboBox

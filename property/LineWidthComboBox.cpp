@@ -14,6 +14,7 @@ namespace {
 
 constexpr LineWeightCode firstRows[] = {LineWeightByLayer, LineWeightByBlock, LineWeightDefault};
 constexpr int codeCount = std::size(firstRows);
+static_assert(codeCount == FirstNumericLineWeightRow);
 constexpr int allRowCount = codeCount + int(standardLineWeights.size());
 constexpr int earlyRowCount = 9;
 constexpr int dropDownHeight = 210;
@@ -40,7 +41,7 @@ LineWidthComboBox::LineWidthComboBox(QWidget *parent)
     setFixedSize(150, 20);
     addRows(0, earlyRowCount);
     setListWidgetHeight(dropDownHeight);
-    setCurrentIndex(0);
+    setCurrentIndex(LineWeightByLayerRow);
 
     connect(this, &BaseComboBox::addMoreItem, this, &LineWidthComboBox::slotAddMoreItem);
     connect(m_dialog.get(), &OvLineWeightDialog::lineWeightChanged, this,

@@ -9,6 +9,14 @@ namespace OvCc {
 
 class OvLineWeightDialog;
 
+/// The rows of LineWidthComboBox, and those in the list of OvLineWeightDialog.
+enum LineWeightRow {
+    LineWeightByLayerRow,
+    LineWeightByBlockRow,
+    LineWeightDefaultRow,
+    FirstNumericLineWeightRow ///< the thinnest; the other standard lineweights follow
+};
+
 /// The lineweight picker, 150 × 20 pixels: "By Layer", "By Block", "Default" and the standard
 /// lineweights from the thinnest to the thickest, and a button for the lineweight settings.
 ///

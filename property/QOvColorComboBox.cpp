@@ -28,7 +28,7 @@ QOvColorComboBox::QOvColorComboBox(QWidget *parent)
     for (const NamedColor &row : standard)
         addColor(row.name, row.color);
     fitListWidgetHeight(rowHeight);
-    setCurrentIndex(0);
+    setCurrentIndex(ColorByLayerRow);
 
     connect(this, &BaseComboBox::rowChosen, this,
             [this](int row) { emit colorChosen(row, colorOf(row)); });

@@ -7,6 +7,20 @@
 
 namespace OvCc {
 
+/// The rows of QOvColorComboBox.
+enum ColorRow {
+    ColorByLayerRow,
+    ColorByBlockRow,
+    RedRow,
+    YellowRow,
+    GreenRow,
+    CyanRow,
+    BlueRow,
+    MagentaRow,
+    WhiteRow,
+    FirstCustomColorRow ///< where the colours from the dialog begin, and what a host adds
+};
+
 /// The colour picker: "By Layer", "By Block", seven standard colours, and a button for the colour
 /// dialog. A colour from the dialog is appended as a row that is named by its components
 /// (`255,128,0`) and lives as long as the picker; one that has such a row already changes nothing.
@@ -18,7 +32,7 @@ public:
     explicit QOvColorComboBox(QWidget *parent = nullptr);
     ~QOvColorComboBox() override;
 
-    /// The colour of a row: white for row 0, "By Layer", and row 1, "By Block"; invalid for a row that
+    /// The colour of a row: white for ::ColorByLayerRow and ::ColorByBlockRow; invalid for a row that
     /// is not there or that the host added.
     QColor colorOf(int row) const;
 

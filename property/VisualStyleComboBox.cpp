@@ -23,6 +23,7 @@ constexpr struct
         {QT_TRANSLATE_NOOP("OvCc::VisualStyleComboBox", "Flat+Egdes"), ":/Flat+Edges.bmp"},
         {QT_TRANSLATE_NOOP("OvCc::VisualStyleComboBox", "Gouraud+Egdes"), ":/Gouraud+Edge.bmp"},
 };
+static_assert(std::size(styles) == GouraudEdgesStyle + 1);
 
 } // namespace
 
@@ -37,7 +38,7 @@ VisualStyleComboBox::VisualStyleComboBox(QWidget *parent)
         addItem(loadImage(QLatin1String(picture)), tr(label));
     hideSettingBtn();
     setListWidgetHeight(240);
-    setCurrentIndex(0);
+    setCurrentIndex(Wireframe2dStyle);
 }
 
 VisualStyleComboBox::~VisualStyleComboBox() = default;

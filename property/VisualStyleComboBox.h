@@ -4,6 +4,17 @@
 
 namespace OvCc {
 
+/// The visual styles: the rows of VisualStyleComboBox.
+enum VisualStyle {
+    Wireframe2dStyle,
+    Wireframe3dStyle,
+    HiddenStyle,
+    FlatStyle,
+    GouraudStyle,
+    FlatEdgesStyle,
+    GouraudEdgesStyle
+};
+
 /// The visual style picker, 150 × 20 pixels: seven styles with their pictures, from "2D wireframe"
 /// to "Gouraud+Egdes", in a drop-down 280 pixels wide and without a button.
 class OVCC_EXPORT VisualStyleComboBox : public BaseComboBox

@@ -1,6 +1,6 @@
 #include "ViewButton.h"
 
-#include "ribbon/Views.h"
+#include "ribbon/GalleryEntries.h"
 
 #include <QActionGroup>
 #include <QEvent>
@@ -11,7 +11,7 @@
 namespace OvCc {
 
 ViewButton::ViewButton(QWidget *parent)
-    : QPushButton(QLatin1String(views.front().name), parent)
+    : QPushButton(QLatin1String(viewEntries[TopView].caption), parent)
     , m_actions(new QActionGroup(this))
 {
     setFixedHeight(20);
@@ -19,14 +19,14 @@ ViewButton::ViewButton(QWidget *parent)
     setFlat(true);
 
     auto *menu = new QMenu(this);
-    for (const View &view : views) {
-        const QString name = QLatin1String(view.name);
+    for (const GalleryEntry &view : viewEntries) {
+        const QString name = QLatin1String(view.caption);
         QAction *action = menu->addAction(name);
         action->setObjectName(name);
         action->setCheckable(true);
         m_actions->addAction(action);
     }
-    m_actions->actions().constFirst()->setChecked(true);
+    m_actions->actions().at(TopView)->setChecked(true);
     setMenu(menu);
     connect(m_actions, &QActionGroup::triggered, this, &ViewButton::options);
 

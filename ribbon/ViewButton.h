@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OvCustomControl/OvccExport.h>
+#include <OvCustomControl/Views.h>
 
 #include <QPushButton>
 
@@ -12,8 +13,8 @@ namespace OvCc {
 /// A flat button, 20 pixels high, that names the current view of a drawing and opens a menu of the
 /// ten standard views. It is as wide as its text needs, plus 4 pixels.
 ///
-/// To turn the drawing, a host connects to the triggered() signal of menu(), whose actions carry the
-/// names of the views as their object names. Two views are named "Northwest"; choosing either one
+/// To turn the drawing, a host connects to the triggered() signal of menu(), whose actions are in the
+/// order of ::View and carry the names of the views as their object names. Two views are named "Northwest"; choosing either one
 /// leaves the last one checked.
 class OVCC_EXPORT ViewButton : public QPushButton
 {

@@ -1,20 +1,13 @@
 #include "ViewGallery.h"
 
-#include "ribbon/Views.h"
+#include "ribbon/GalleryEntries.h"
 
 namespace OvCc {
 
 ViewGallery::ViewGallery()
     : BaseGallery(nullptr)
 {
-    QStringList captions;
-    QList<QIcon> icons;
-    for (const View &view : views) {
-        captions.append(QLatin1String(view.name));
-        icons.append(QIcon(QLatin1String(view.image)));
-    }
-    createGalleryItems(captions, icons);
-    creatBaseGallery();
+    fillGallery(*this, viewEntries, [](const QString &path) { return path; });
 }
 
 ViewGallery::~ViewGallery() = default;

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <OvCustomControl/BaseGallery.h>
+#include <OvCustomControl/Views.h>
 
 namespace OvCc {
 
-/// The ten standard views of a drawing as a gallery, with "Top" checked at first. Two views are
-/// named "Northwest": only their pictures and places tell them apart. Turning the drawing is up to
-/// the host, which puts the gallery into its ribbon.
+/// The ten standard views of a drawing as a gallery, in the order of ::View, with "Top" checked at
+/// first. Two views are named "Northwest": only their pictures and places tell them apart. Turning
+/// the drawing is up to the host, which puts the gallery into its ribbon.
 class OVCC_EXPORT ViewGallery : public BaseGallery
 {
 public:

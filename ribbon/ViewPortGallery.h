@@ -4,6 +4,23 @@
 
 namespace OvCc {
 
+/// The arrangements of viewports: the rows of ViewPortGallery. Where the viewports differ in size, the
+/// name says where the largest one is; otherwise, how they are divided.
+enum ViewportArrangement {
+    SingleViewport,
+    TwoVerticalViewports,
+    TwoHorizontalViewports,
+    ThreeRightViewports,
+    ThreeLeftViewports,
+    ThreeAboveViewports,
+    ThreeBelowViewports,
+    ThreeVerticalViewports,
+    ThreeHorizontalViewports,
+    FourEqualViewports,
+    FourRightViewports,
+    FourLeftViewports
+};
+
 /// Twelve arrangements of one to four viewports as a gallery, with "Single" checked at first.
 /// Arranging them is up to the host, which puts the gallery into its ribbon.
 class OVCC_EXPORT ViewPortGallery : public BaseGallery

@@ -60,6 +60,8 @@ void tst_Galleries::items()
         const RibbonGalleryGroup &group = *gallery->galleryGroup();
         const bool isViews = gallery == &views;
         const int count = isViews ? 10 : 12;
+        const int named = isViews ? int(NortheastView) : int(ThreeBelowViewports);
+        QCOMPARE(group.item(named)->caption(), isViews ? "Northeast" : "Three:Below");
         QCOMPARE(group.getItemCount(), count);
         QCOMPARE(gallery->popupGallery()->galleryGroup(), &group);
         QCOMPARE(gallery->checkedItem(), group.item(0));
@@ -74,7 +76,8 @@ void tst_Galleries::items()
             QCOMPARE(images.indexOf(images.last()), index);
         }
         QCOMPARE(captions.size(), isViews ? 9 : 12);
-        QCOMPARE(group.item(7)->caption() == group.item(9)->caption(), isViews);
+        QCOMPARE(group.item(SoutheastView)->caption() == group.item(NorthwestView)->caption(),
+                 isViews);
     }
 }
 
@@ -89,9 +92,13 @@ void tst_Galleries::viewButton()
         QCOMPARE(checkedIn(*button.menu()), QList<int>{checked});
     };
     showOnScreen(panel);
-    check("Top", 0);
+    check("Top", TopView);
 
-    const QList<QPair<int, int>> choices{{6, 6}, {6, 6}, {7, 9}, {9, 9}, {7, 9}, {1, 1}, {7, 9}};
+    const QList<QPair<int, int>> choices{
+            {SouthwestView, SouthwestView}, {SouthwestView, SouthwestView},
+            {SoutheastView, NorthwestView}, {NorthwestView, NorthwestView},
+            {SoutheastView, NorthwestView}, {BottomView, BottomView},
+            {SoutheastView, NorthwestView}};
     for (const auto &[place, checked] : choices) {
         useMenu(button, [place = place](QMenu &menu) {
             const QRect entry = menu.actionGeometry(menu.actions().at(place));
@@ -100,13 +107,13 @@ void tst_Galleries::viewButton()
         check(button.menu()->actions().at(place)->text(), checked);
     }
     useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Up, Qt::Key_Return}); });
-    check("Northwest", 9);
+    check("Northwest", NorthwestView);
     useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Down, Qt::Key_Escape}); });
 
     QFont font = button.font();
     font.setPointSize(font.pointSize() + 4);
     button.setFont(font);
-    check("Northwest", 9);
+    check("Northwest", NorthwestView);
     QCOMPARE(changes.count(), choices.size() + 1);
 }
 

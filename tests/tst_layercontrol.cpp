@@ -153,7 +153,7 @@ void tst_LayerControl::controlAndStrip()
     control.setWidthCompanion(button);
     control.setWidthCompanion(button);
     connect(button, &ViewButton::geometryChanged, &control, &CustomControl::adjustGeometry);
-    button->menu()->actions().at(6)->trigger();
+    button->menu()->actions().at(SouthwestView)->trigger();
     QCOMPARE(control.size(), QSize(button->width() + 165, 20));
     control.setWidthCompanion(nullptr);
     QVERIFY(!button);

@@ -82,7 +82,7 @@ void tst_Pickers::lineWeightRowsComeOnce()
     QSignalSpy openings(&first, &BaseComboBox::addMoreItem);
     QSignalSpy choices(&first, &LineWidthComboBox::lineWeightChosen);
     QCOMPARE(listOf(first)->count(), 9);
-    clickRow(first, 2);
+    clickRow(first, LineWeightDefaultRow);
     clickRow(first, 26);
     QCOMPARE(openings.count(), 2);
     QCOMPARE(listOf(first)->count(), 27);
@@ -246,16 +246,16 @@ void tst_Pickers::programsAreNotReported()
 {
     QOvColorComboBox picker;
     QSignalSpy choices(&picker, &BaseComboBox::rowChosen);
-    for (const int row : {3, 9, -1})
+    for (const int row : {int(YellowRow), int(FirstCustomColorRow), -1})
         picker.setCurrentIndex(row);
-    QCOMPARE(picker.currentRow(), 3);
+    QCOMPARE(picker.currentRow(), int(YellowRow));
     QCOMPARE(textOf(picker), QStringLiteral("Yellow"));
     picker.showCurrentItem({}, QStringLiteral("  <b>a \n b "));
     QCOMPARE(textOf(picker), QStringLiteral("<b>a b"));
-    picker.setCurrentIndex(3);
+    picker.setCurrentIndex(YellowRow);
     QCOMPARE(textOf(picker), QStringLiteral("Yellow"));
     QCOMPARE(choices.count(), 0);
-    QVERIFY(!picker.item(9));
+    QVERIFY(!picker.item(FirstCustomColorRow));
 }
 
 void tst_Pickers::buttonOfTheHost()
@@ -277,15 +277,16 @@ void tst_Pickers::customColors()
     QOvColorComboBox picker;
     QSignalSpy choices(&picker, &QOvColorComboBox::colorChosen);
     const auto ask = [&] { pressButton(picker); };
-    clickRow(picker, 6);
+    clickRow(picker, BlueRow);
     picker.addItem({}, QStringLiteral("of the host"));
-    clickRow(picker, 9);
+    clickRow(picker, FirstCustomColorRow);
     for (const char *color : {"", "#ff8000", "#ff0000", "#ff8000", ""})
         pickColor(ask, QLatin1String(color));
     const QColor orange(255, 128, 0);
-    QCOMPARE(choices,
-             (QList<QVariantList>{
-                     {6, QColor(Qt::blue)}, {9, QColor()}, {10, orange}, {11, QColor(Qt::red)}}));
+    QCOMPARE(choices, (QList<QVariantList>{{int(BlueRow), QColor(Qt::blue)},
+                                           {int(FirstCustomColorRow), QColor()},
+                                           {10, orange},
+                                           {11, QColor(Qt::red)}}));
     QCOMPARE(labelsOf(*listOf(picker)).mid(10), (QStringList{"255,128,0", "255,0,0"}));
     QCOMPARE(textOf(picker), QStringLiteral("255,0,0"));
 
@@ -412,11 +413,11 @@ void tst_Pickers::partsOfTheHost()
     show(picker);
     picker.setEditable(false);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    picker.setCurrentIndex(2);
+    picker.setCurrentIndex(RedRow);
     picker.setLineEdit(new QLineEdit);
     picker.hideShowIcon();
     typeKeys(&picker, {Qt::Key_Down});
-    QCOMPARE(picker.currentRow(), 3);
+    QCOMPARE(picker.currentRow(), int(YellowRow));
     picker.setView(new QListView);
     picker.hideSettingBtn();
     picker.setListWidgetHeight(9);

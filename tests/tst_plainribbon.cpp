@@ -22,13 +22,13 @@ void tst_PlainRibbon::galleries()
     RibbonGallery *copy = views.popupGallery();
     const QList<RibbonGalleryItem *> &items = copy->group->items;
     for (RibbonGallery *pressed : {static_cast<RibbonGallery *>(&views), copy}) {
-        RibbonGalleryItem *item = items.at(pressed == copy ? 5 : 3);
+        RibbonGalleryItem *item = items.at(pressed == copy ? OvCc::BackView : OvCc::RightView);
         emit pressed->itemPressed(item);
         QVERIFY(views.checkedItem() == item && copy->checkedItem() == item);
     }
-    views.setCheckedIndex(7);
+    views.setCheckedIndex(OvCc::SoutheastView);
     copy->show();
-    QCOMPARE(copy->checkedItem(), items.at(7));
+    QCOMPARE(copy->checkedItem(), items.at(OvCc::SoutheastView));
 }
 
 QTEST_MAIN(tst_PlainRibbon)

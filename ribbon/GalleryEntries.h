@@ -1,0 +1,61 @@
+#pragma once
+
+#include <OvCustomControl/BaseGallery.h>
+#include <OvCustomControl/ViewPortGallery.h>
+#include <OvCustomControl/Views.h>
+
+#include <iterator>
+
+/// @file
+/// What the galleries offer, and the view button, in the order of the public enums.
+
+namespace OvCc {
+
+struct GalleryEntry
+{
+    const char *caption;
+    const char *picture;
+};
+
+/// "Northwest" stands for the view from the south-east, too: hosts go by these captions.
+constexpr GalleryEntry viewEntries[] = {
+        {"Top", ":/OVRC_VIETOP.png"},       {"Bottom", ":/OVRC_VIEBOT.png"},
+        {"Left", ":/OVRC_VIELEF.png"},      {"Right", ":/OVRC_VIERIG.png"},
+        {"Front", ":/OVRC_VIEFRO.png"},     {"Back", ":/OVRC_VIEBAC.png"},
+        {"Southwest", ":/OVRC_VIESWI.png"}, {"Northwest", ":/OVRC_VIESEI.png"},
+        {"Northeast", ":/OVRC_VIENEI.png"}, {"Northwest", ":/OVRC_VIENWI.png"},
+};
+static_assert(std::size(viewEntries) == NorthwestView + 1);
+
+constexpr GalleryEntry arrangementEntries[] = {
+        {"Single", ":/OVRC_VPONE.png"},
+        {"Two:Vertical", ":/OVRC_VPDOUBLEV.png"},
+        {"Two:Horizontal", ":/OVRC_VPDOUBLEH.png"},
+        {"Three:Right", ":/OVRC_VPTHREER.png"},
+        {"Three:Left", ":/OVRC_VPTHREEL.png"},
+        {"Three:Above", ":/OVRC_VPTHREET.png"},
+        {"Three:Below", ":/OVRC_VPTHREEB.png"},
+        {"Three:Vertical", ":/OVRC_VPTHREEV.png"},
+        {"Three:Horizontal", ":/OVRC_VPTHREEH.png"},
+        {"Four:Equal", ":/OVRC_VPFOUREQ.png"},
+        {"Four:Right", ":/OVRC_VPFOURR.png"},
+        {"Four:Left", ":/OVRC_VPFOURL.png"},
+};
+static_assert(std::size(arrangementEntries) == FourLeftViewports + 1);
+
+/// Makes the items of @p gallery, which is empty, and its drop-down.
+/// @param pictureAt what makes an icon of the path of a picture
+template <class Entries, class PictureAt>
+void fillGallery(BaseGallery &gallery, const Entries &entries, PictureAt pictureAt)
+{
+    QStringList captions;
+    QList<QIcon> icons;
+    for (const GalleryEntry &entry : entries) {
+        captions.append(QLatin1String(entry.caption));
+        icons.append(QIcon(pictureAt(QLatin1String(entry.picture))));
+    }
+    gallery.createGalleryItems(captions, icons);
+    gallery.creatBaseGallery();
+}
+
+} // namespace OvCc
