@@ -21,7 +21,7 @@ public:
     explicit LayerLineTypeDialog(QWidget *parent);
     ~LayerLineTypeDialog() override;
 
-private slots:
+private Q_SLOTS:
     void slotAccepted();
     void slotCancel();
     void slotHelp();

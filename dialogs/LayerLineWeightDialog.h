@@ -27,12 +27,12 @@ public:
     /// row that is not in the list changes nothing.
     void setCurrentLineweight(int row);
 
-signals:
+Q_SIGNALS:
     /// The user pressed "OK"; the dialog is still open.
     /// @param currentRow the list's current row, -1 when there is none
     void layerLineWeightChanged(int currentRow);
 
-private slots:
+private Q_SLOTS:
     void slotAccepted();
     void slotCancel();
     void slotHelp();

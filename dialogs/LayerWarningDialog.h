@@ -39,7 +39,7 @@ public:
     /// The layer that "Yes" switches.
     void setLayerName(QString name);
 
-private slots:
+private Q_SLOTS:
     void slotAccepted();
     void slotCancel();
 

@@ -29,13 +29,13 @@ public:
     /// list changes nothing.
     void setCurrentLineweight(int row);
 
-signals:
+Q_SIGNALS:
     /// The user pressed "Ok"; the dialog is still open.
     /// @param isInitMM   whether the labels are in millimetres
     /// @param currentRow the list's current row, -1 when there is none
     void lineWeightChanged(bool isInitMM, int currentRow);
 
-private slots:
+private Q_SLOTS:
     void millimeterConvert(bool checked);
     void InConvert(bool checked);
     void slotAccepted();

@@ -67,14 +67,14 @@ public:
     /// The height of the drop-down inside its frame, in pixels.
     void setListWidgetHeight(int height);
 
-public slots:
+public Q_SLOTS:
     /// Answers the button in the drop-down, which is still open; does nothing here.
     virtual void openDialog();
 
     /// Shows @p pixmap and @p text on the face and closes the drop-down.
     void showCurrentItem(QPixmap pixmap, QString text);
 
-signals:
+Q_SIGNALS:
     /// The drop-down has opened: the time to add rows that are slow to make. Qt goes on with the picker
     /// after this: use deleteLater() to delete it here.
     void addMoreItem();

@@ -30,7 +30,7 @@ public:
     /// The colour that any of these combo boxes reported last; red at first.
     static QColor currentColor();
 
-signals:
+Q_SIGNALS:
     /// A colour became the current one, once per change, by the user or by setCurrentIndex(). A
     /// cancelled colour dialog reports nothing.
     void currentColorChanged(QColor color);
@@ -38,7 +38,7 @@ signals:
 protected:
     bool event(QEvent *event) override;
 
-private slots:
+private Q_SLOTS:
     void slotCurrentChanged(int index);
 
 private:

@@ -19,10 +19,10 @@ public:
     explicit LineTypeComboBox(QWidget *parent = nullptr);
     ~LineTypeComboBox() override;
 
-public slots:
+public Q_SLOTS:
     void openDialog() override;
 
-signals:
+Q_SIGNALS:
     /// The user chose a row: once per choice, never for setCurrentIndex().
     /// @param name the row's label
     void lineTypeChosen(QString name);

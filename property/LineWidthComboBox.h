@@ -41,7 +41,7 @@ public:
     /// Adds the rows that are missing in this picker, whatever drop-down was opened before.
     void addRemainingRows();
 
-public slots:
+public Q_SLOTS:
     /// Shows the lineweight settings and chooses the row that the user accepts there, if this picker
     /// has it.
     void openDialog() override;
@@ -52,7 +52,7 @@ public slots:
     /// Remembers what was accepted in the lineweight settings.
     void slotSettingsChanged(bool isMM, int row);
 
-signals:
+Q_SIGNALS:
     /// The user chose a row: once per choice, never for setCurrentIndex().
     /// @param lineWeight hundredths of a millimetre or a ::LineWeightCode
     void lineWeightChosen(int lineWeight);

@@ -52,13 +52,13 @@ public:
     /// The list itself, which this owns.
     ListWidget *list() const;
 
-public slots:
+public Q_SLOTS:
     /// Sends currentItemChanged() for @p row, if there is such a row.
     void slotRowChanged(int row);
 
     void slotButtonPress();
 
-signals:
+Q_SIGNALS:
     /// A row is to be shown as the chosen one.
     /// @param pixmap the row's picture in the list's icon size, in icon mode 16 × 16
     void currentItemChanged(QPixmap pixmap, QString string);

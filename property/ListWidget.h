@@ -20,7 +20,7 @@ public:
     /// Forgets a press whose release the list will not see, because it was hidden meanwhile.
     void forgetPress();
 
-signals:
+Q_SIGNALS:
     /// The user released the left button that was pressed in the list.
     /// @param row the current row, -1 when there is none
     void showItem(int row);

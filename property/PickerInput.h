@@ -35,7 +35,7 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-signals:
+Q_SIGNALS:
     /// The user chose @p row in another way than by a press and release in the list.
     void rowChosen(int row);
 

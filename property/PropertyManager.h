@@ -29,7 +29,7 @@ public:
     LineWidthComboBox *lineWeightPicker() const;
     LineTypeComboBox *lineTypePicker() const;
 
-signals:
+Q_SIGNALS:
     /// The signals of the three pickers, passed on.
     void colorChosen(int row, QColor color);
     void lineWeightChosen(int lineWeight);

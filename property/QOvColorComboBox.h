@@ -36,11 +36,11 @@ public:
     /// is not there or that the host added.
     QColor colorOf(int row) const;
 
-public slots:
+public Q_SLOTS:
     /// Asks for a colour in the colour dialog and chooses it.
     void openDialog() override;
 
-signals:
+Q_SIGNALS:
     /// The user chose a row: once per choice, never for setCurrentIndex().
     /// @param color as colorOf() tells it
     void colorChosen(int row, QColor color);

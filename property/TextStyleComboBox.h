@@ -15,7 +15,7 @@ public:
     explicit TextStyleComboBox(QWidget *parent = nullptr);
     ~TextStyleComboBox() override;
 
-public slots:
+public Q_SLOTS:
     void openDialog() override;
 };
 

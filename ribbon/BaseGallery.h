@@ -43,7 +43,7 @@ protected:
     /// The strings of signals and slots have the name of the ribbon's signal, without a namespace.
     using RibbonGalleryItem = NsRc::RibbonGalleryItem;
 
-protected slots:
+protected Q_SLOTS:
     /// Checks @p item here and in the drop-down; does nothing if it is checked here already.
     void itemChangedPressed(RibbonGalleryItem *item); // clazy:exclude=fully-qualified-moc-types
 

@@ -35,12 +35,12 @@ public:
     void setWidthCompanion(QWidget *companion);
     QWidget *widthCompanion() const;
 
-public slots:
+public Q_SLOTS:
     /// Fixes the width at 165 pixels more than that of the width companion; without one nothing
     /// changes.
     void adjustGeometry();
 
-signals:
+Q_SIGNALS:
     /// The mouse came over the control (true) or left it (false).
     void enter(bool isInside);
 

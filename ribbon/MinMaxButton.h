@@ -20,7 +20,7 @@ public:
     explicit MinMaxButton(QWidget *parent = nullptr);
     ~MinMaxButton() override;
 
-signals:
+Q_SIGNALS:
     /// The mouse came over the strip (true) or left it (false).
     void enter(bool isInside);
 

@@ -26,7 +26,7 @@ public:
     /// The menu belongs to the button and goes with it.
     ~ViewButton() override;
 
-signals:
+Q_SIGNALS:
     /// The user chose a view, which may be the one that was chosen before, and the button has its
     /// new text and width.
     void geometryChanged();
@@ -35,7 +35,7 @@ protected:
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
-protected slots:
+protected Q_SLOTS:
     /// Answers the choice of @p action in the menu.
     void options(QAction *action);
 

@@ -78,7 +78,7 @@ public:
     /// -1 for null and for an item of another group.
     int indexOf(const RibbonGalleryItem *item) const;
 
-signals:
+Q_SIGNALS:
     /// An item came, went or looks different now, or the cells have another size.
     void changed();
 
@@ -145,7 +145,7 @@ public:
     /// and for the longest caption where captions are shown.
     QSize sizeHint() const override;
 
-signals:
+Q_SIGNALS:
     /// The user pressed an item, with the mouse, Enter or the space bar.
     void itemPressed(RibbonGalleryItem *item); // clazy:exclude=fully-qualified-moc-types
 

@@ -45,7 +45,7 @@ public:
     /// Removes all rows.
     void clearListWidget();
 
-public slots:
+public Q_SLOTS:
     /// Brings rows and face in step with the drawing: one row per layer in the drawing's order, the
     /// list's current row on the current layer, the combo box's own current index on the first row.
     /// Rows whose layer is still there stay, and so does the scroll position of an open drop-down.
@@ -63,7 +63,7 @@ public slots:
     /// only in the drawing.
     void slotLabelChange(int index, LayerItemData data); // clazy:exclude=fully-qualified-moc-types
 
-signals:
+Q_SIGNALS:
     /// The user changed the layer that the face shows.
     void layerComboBoxChanged();
 

@@ -28,12 +28,12 @@ public:
     /// It belongs to the bar. The host fills it with LayerComboBox::slotUpdate().
     LayerComboBox *layerComboBox() const;
 
-public slots:
+public Q_SLOTS:
     /// Folds the bar if it is unfolded, unfolds it otherwise, and sends folded(). The fold button
     /// calls it.
     void folderClicked();
 
-signals:
+Q_SIGNALS:
     /// The bar is folded now, or unfolded. It may be deleted here.
     void folded(bool isFolded);
 

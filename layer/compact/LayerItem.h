@@ -40,7 +40,7 @@ public:
     /// for one, whatever it is made of. The row's record keeps its name.
     void setLayerName(QString name);
 
-public slots:
+public Q_SLOTS:
     void slotLightChange();
     void slotFreezeStatus();
     void slotLockChange();
@@ -48,7 +48,7 @@ public slots:
     /// Does nothing: the colour is only shown.
     void slotColorChanged();
 
-signals:
+Q_SIGNALS:
     /// The user changed the layer. The row may be deleted here, and where the drawing tells its host
     /// of the change: then this is not sent.
     /// @param index       0 on or off, 1 freeze, 2 lock

@@ -37,7 +37,7 @@ public:
     /// the window of the bar, and a few would minimise that one again with it.
     void setVisible(bool visible) override;
 
-public slots:
+public Q_SLOTS:
     /// Shows the empty page if @p bHide, the property panel otherwise, and makes the window visible
     /// if it is not. It never hides the window, but with the empty page the mouse goes through it.
     /// Where the compiler has to tell this slot from QWidget::hide(), write
