@@ -52,14 +52,14 @@ public:
     /// translated where it is painted.
     int lineWeightIndexMap(QString label) const;
 
-public slots:
+public Q_SLOTS:
     /// Commits and closes the line edit that sent the signal.
     void commitAndCloseEditor();
 
     /// Keeps the row that the user chose in the lineweight dialog.
     void slotLWeightChanged(int row);
 
-signals:
+Q_SIGNALS:
     /// For a host that makes a layer the current one through the delegate; not sent by itself.
     void updateCurretnLayer(QString name);
 

@@ -43,7 +43,7 @@ public:
     /// elsewhere.
     QPixmap drawIcon(LayerIcons icon, QSize size) const;
 
-public slots:
+public Q_SLOTS:
     /// Reloads the table from the drawing and applies the search again. It may be called from
     /// inside any signal of the panel.
     void slotUpLayerModel();
@@ -51,7 +51,7 @@ public slots:
     /// Sends layerManagerChanged().
     void slotLayerChanged();
 
-signals:
+Q_SIGNALS:
     /// The user changed layers in the drawing by clicks in the table.
     void layerManagerChanged();
 
@@ -64,7 +64,7 @@ signals:
     /// A row's name was changed; see LayerTableWidget::layerRenamed().
     void layerRenamed(QString from, QString to);
 
-private slots:
+private Q_SLOTS:
     void slotNewLayer();
     void slotDeleteLayer();
     void slotCurrentLayer();

@@ -45,7 +45,7 @@ public:
     /// Every cell can be edited.
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
-signals:
+Q_SIGNALS:
     /// The model was refreshed and has @p count rows.
     void updateCount(int count);
 

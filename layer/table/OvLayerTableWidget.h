@@ -28,12 +28,12 @@ public:
     LayerAction(const QString &text, QObject *parent);
     ~LayerAction() override;
 
-public slots:
+public Q_SLOTS:
     /// Sends layerTriggered() with the column that has this action's object name as its title, if
     /// there is one.
     void actionProcess(bool checked);
 
-signals:
+Q_SIGNALS:
     void layerTriggered(int column, bool checked);
 };
 
@@ -105,7 +105,7 @@ public:
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
-public slots:
+public Q_SLOTS:
     /// Takes over what is being edited, appends a row with the first free name of the form "Layer1"
     /// and opens its editor. When that closes, layerAdded() follows.
     void addLayer();
@@ -126,7 +126,7 @@ public slots:
     /// Sends updateLayerCombo().
     void slotLayerChanged();
 
-signals:
+Q_SIGNALS:
     /// A layer became the current one here, or is found to be after a reload; empty if none is.
     void updateCurretnLayer(QString name);
 
@@ -152,7 +152,7 @@ protected:
     int sizeHintForColumn(int column) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
-private slots:
+private Q_SLOTS:
     void slotSortIndexChanged(int column, Qt::SortOrder order);
     void updateSectionWidth(int logicalIndex, int oldSize, int newSize);
     void updateSectionHeight(int logicalIndex, int oldSize, int newSize);

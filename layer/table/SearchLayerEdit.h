@@ -18,7 +18,7 @@ public:
     explicit SearchLayerEdit(QWidget *parent = nullptr);
     ~SearchLayerEdit() override;
 
-signals:
+Q_SIGNALS:
     /// What to search for changed; it follows every keystroke. Empty: show everything. A text that
     /// searches for nothing, such as "*" alone, is cleared when the field is left.
     void searchTextChanged(QString text);
@@ -26,7 +26,7 @@ signals:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
 
-private slots:
+private Q_SLOTS:
     void slotSearchButton();
     void slotTextChanged(QString text);
     void slotLoseFocus();

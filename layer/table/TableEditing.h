@@ -53,7 +53,7 @@ public:
     void opened(QWidget *editor, const QModelIndex &index);
     void closed(QWidget *editor);
 
-signals:
+Q_SIGNALS:
     void added(QString name);
     void renamed(QString from, QString to);
 
