@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTranslator>
+#include <QVersionNumber>
 
 using namespace OvCc;
 
@@ -70,6 +71,7 @@ class tst_Interface : public QObject
 private slots:
     void strings();
     void queuedRecords();
+    void version();
 };
 
 /// The strings that hosts connect by, in which names are without their namespaces, and the contexts
@@ -134,6 +136,17 @@ void tst_Interface::queuedRecords()
     item.slotLightChange();
     QTRY_COMPARE(spy.count(), 1);
     QCOMPARE(spy.at(0).at(1).value<LayerItemData>().name, QString("layer0"));
+}
+
+void tst_Interface::version()
+{
+#if OVCC_VERSION >= OVCC_VERSION_CHECK(0, 1, 0) && OVCC_VERSION < OVCC_VERSION_CHECK(255, 0, 0)
+    static_assert(OVCC_VERSION_CHECK(1, 255, 9) < OVCC_VERSION_CHECK(2, 0, 3));
+    const QVersionNumber version(OVCC_VERSION_MAJOR, OVCC_VERSION_MINOR, OVCC_VERSION_PATCH);
+    QCOMPARE(OVCC_VERSION_STR, qPrintable(version.toString()));
+#else
+    QFAIL("no version");
+#endif
 }
 
 QTEST_MAIN(tst_Interface)
