@@ -7,45 +7,52 @@
 
 namespace OvCc {
 
+struct LayerWarningDialog::Private
+{
+    Ui_LayerWarning ui;
+    bool isOn = false;
+    QString layerName;
+};
+
 LayerWarningDialog::LayerWarningDialog(QWidget *parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui_LayerWarning>())
+    , m_d(new Private)
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_ui->setupUi(this);
-    m_ui->label->setPixmap(loadImage(QStringLiteral(":/NdInterfaceRes_warning.bmp")));
-    connect(m_ui->okBtn, &QPushButton::clicked, this, &LayerWarningDialog::slotAccepted);
-    connect(m_ui->noBtn, &QPushButton::clicked, this, &LayerWarningDialog::slotCancel);
+    m_d->ui.setupUi(this);
+    m_d->ui.label->setPixmap(loadImage(QStringLiteral(":/NdInterfaceRes_warning.bmp")));
+    connect(m_d->ui.okBtn, &QPushButton::clicked, this, &LayerWarningDialog::slotAccepted);
+    connect(m_d->ui.noBtn, &QPushButton::clicked, this, &LayerWarningDialog::slotCancel);
 }
 
 LayerWarningDialog::~LayerWarningDialog() = default;
 
 void LayerWarningDialog::setTipsText(QString text)
 {
-    m_ui->textLabel->setText(text);
+    m_d->ui.textLabel->setText(text);
 }
 
 void LayerWarningDialog::setButtonStatus(bool question)
 {
-    m_ui->okBtn->setVisible(question);
-    m_ui->noBtn->setText(question ? QCoreApplication::translate("LayerWarning", "No")
-                                  : QCoreApplication::translate("LayerWarning", "OK"));
-    (question ? m_ui->okBtn : m_ui->noBtn)->setFocus();
+    m_d->ui.okBtn->setVisible(question);
+    m_d->ui.noBtn->setText(question ? QCoreApplication::translate("LayerWarning", "No")
+                                    : QCoreApplication::translate("LayerWarning", "OK"));
+    (question ? m_d->ui.okBtn : m_d->ui.noBtn)->setFocus();
 }
 
 void LayerWarningDialog::setIsOn(bool on)
 {
-    m_isOn = on;
+    m_d->isOn = on;
 }
 
 void LayerWarningDialog::setLayerName(QString name)
 {
-    m_layerName = name;
+    m_d->layerName = name;
 }
 
 void LayerWarningDialog::slotAccepted()
 {
-    OvLayerUtility().setLayerOff(m_layerName, !m_isOn);
+    OvLayerUtility().setLayerOff(m_d->layerName, !m_d->isOn);
     accept();
 }
 

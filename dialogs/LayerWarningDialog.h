@@ -7,8 +7,6 @@
 
 #include <memory>
 
-class Ui_LayerWarning;
-
 namespace OvCc {
 
 /// The warning before the current layer is switched off or frozen, shown with exec().
@@ -44,9 +42,8 @@ private Q_SLOTS:
     void slotCancel();
 
 private:
-    std::unique_ptr<Ui_LayerWarning> m_ui;
-    bool m_isOn = false;
-    QString m_layerName;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

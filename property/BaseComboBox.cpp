@@ -7,6 +7,8 @@
 #include <OvCustomControl/ListView.h>
 #include <OvCustomControl/ListWidget.h>
 
+#include <QPointer>
+
 namespace OvCc {
 
 namespace {
@@ -17,43 +19,50 @@ constexpr int mostVisibleRows = 10;
 
 } // namespace
 
+/// The parts of the picker; a host may have deleted any of them.
+struct BaseComboBox::Private
+{
+    QPointer<ListView> listView;
+    QPointer<BaseEdit> edit;
+    QPointer<QListWidget> popup;
+    std::unique_ptr<PickerInput> input;
+};
+
 BaseComboBox::BaseComboBox(QWidget *parent)
     : QComboBox(parent)
-    , m_listView(new ListView)
-    , m_edit(new BaseEdit(nullptr))
-    , m_popup(new QListWidget(this))
+    , m_d(new Private{new ListView, new BaseEdit(nullptr), new QListWidget(this), nullptr})
 {
     setContextMenuPolicy(Qt::NoContextMenu);
-    setLineEdit(m_edit);
-    m_listView->setItemHeight(rowHeightInLists);
+    setLineEdit(m_d->edit);
+    m_d->listView->setItemHeight(rowHeightInLists);
 
-    setModel(m_popup->model());
-    setView(m_popup);
-    auto *place = new QListWidgetItem(m_popup);
+    setModel(m_d->popup->model());
+    setView(m_d->popup);
+    auto *place = new QListWidgetItem(m_d->popup);
     // The combo box would take a release beside the rows for the choice of its single item.
     place->setFlags(Qt::ItemIsEnabled);
-    m_popup->setItemWidget(place, m_listView);
-    m_popup->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_popup->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_d->popup->setItemWidget(place, m_d->listView);
+    m_d->popup->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_d->popup->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
-    m_input = std::make_unique<PickerInput>(this, m_listView->list());
+    m_d->input = std::make_unique<PickerInput>(this, m_d->listView->list());
     new FacePress(this);
-    connect(m_listView, &ListView::currentItemChanged, this, &BaseComboBox::showCurrentItem);
-    connect(m_listView, &ListView::triggerDialog, this, &BaseComboBox::answerButton);
+    connect(m_d->listView, &ListView::currentItemChanged, this, &BaseComboBox::showCurrentItem);
+    connect(m_d->listView, &ListView::triggerDialog, this, &BaseComboBox::answerButton);
     // The list view's own connection is older: the face is up to date when the choice is reported.
-    connect(m_listView->list(), &ListWidget::showItem, this, [this](int row) {
+    connect(m_d->listView->list(), &ListWidget::showItem, this, [this](int row) {
         if (item(row))
             emit rowChosen(row);
     });
-    connect(m_input.get(), &PickerInput::rowChosen, this, &BaseComboBox::chooseRow);
+    connect(m_d->input.get(), &PickerInput::rowChosen, this, &BaseComboBox::chooseRow);
 }
 
 BaseComboBox::~BaseComboBox()
 {
-    m_input.reset();
-    delete m_listView;
-    delete m_popup;
-    delete m_edit;
+    m_d->input.reset();
+    delete m_d->listView;
+    delete m_d->popup;
+    delete m_d->edit;
 }
 
 void BaseComboBox::showPopup()
@@ -64,80 +73,101 @@ void BaseComboBox::showPopup()
 
 void BaseComboBox::hideShowIcon()
 {
-    if (m_edit)
-        m_edit->hideIcon();
+    if (m_d->edit)
+        m_d->edit->hideIcon();
 }
 
 void BaseComboBox::hideSettingBtn()
 {
-    if (m_listView)
-        m_listView->hideSettingBtn();
+    if (m_d->listView)
+        m_d->listView->hideSettingBtn();
 }
 
 void BaseComboBox::setCurrentIndex(int row)
 {
-    if (m_listView)
-        m_listView->setCurrentRow(row);
+    if (m_d->listView)
+        m_d->listView->setCurrentRow(row);
 }
 
 int BaseComboBox::currentRow() const
 {
-    return m_listView ? m_listView->currentRow() : -1;
+    return m_d->listView ? m_d->listView->currentRow() : -1;
 }
 
 QListWidgetItem *BaseComboBox::item(int row) const
 {
-    return m_listView ? m_listView->item(row) : nullptr;
+    return m_d->listView ? m_d->listView->item(row) : nullptr;
 }
 
 void BaseComboBox::addItem(QPixmap pixmap, QString text)
 {
-    if (m_listView)
-        m_listView->addItem(pixmap, text);
+    if (m_d->listView)
+        m_d->listView->addItem(pixmap, text);
 }
 
 void BaseComboBox::setButtonText(QString text)
 {
-    if (m_listView)
-        m_listView->setButtonText(text);
+    if (m_d->listView)
+        m_d->listView->setButtonText(text);
+}
+
+QString BaseComboBox::buttonText() const
+{
+    return m_d->listView ? m_d->listView->buttonText() : QString();
 }
 
 void BaseComboBox::setItemIconSize(QSize size)
 {
-    if (m_listView)
-        m_listView->setItemIconSize(size);
+    if (m_d->listView)
+        m_d->listView->setItemIconSize(size);
+}
+
+QSize BaseComboBox::itemIconSize() const
+{
+    return m_d->listView ? m_d->listView->itemIconSize() : QSize();
 }
 
 void BaseComboBox::setViewMode(int mode)
 {
-    if (m_listView)
-        m_listView->setViewMode(mode);
+    if (m_d->listView)
+        m_d->listView->setViewMode(mode);
+}
+
+int BaseComboBox::viewMode() const
+{
+    return m_d->listView ? m_d->listView->viewMode() : int(QListView::ListMode);
 }
 
 void BaseComboBox::setListWidgetHeight(int height)
 {
-    if (!m_popup)
+    if (!m_d->popup)
         return;
-    QListWidgetItem *place = m_popup->item(0);
+    QListWidgetItem *place = m_d->popup->item(0);
     // A hint with a negative width is none at all.
     place->setSizeHint({qMax(0, place->sizeHint().width()), height});
+}
+
+int BaseComboBox::listWidgetHeight() const
+{
+    const QListWidgetItem *place = m_d->popup ? m_d->popup->item(0) : nullptr;
+    return place ? place->sizeHint().height() : 0;
 }
 
 void BaseComboBox::openDialog() {}
 
 void BaseComboBox::showCurrentItem(QPixmap pixmap, QString text)
 {
-    if (m_edit) {
-        m_edit->setCurrentIcon(pixmap);
-        m_edit->setCurrentText(text);
+    if (m_d->edit) {
+        m_d->edit->setCurrentIcon(pixmap);
+        m_d->edit->setCurrentText(text);
     }
-    m_input->keepRow();
+    m_d->input->keepRow();
     hidePopup();
 }
 
 int BaseComboBox::rowCount() const
 {
-    return m_listView ? m_listView->list()->count() : 0;
+    return m_d->listView ? m_d->listView->list()->count() : 0;
 }
 
 void BaseComboBox::fitListWidgetHeight(int rowHeight)
@@ -154,7 +184,7 @@ void BaseComboBox::chooseRow(int row)
 /// Keys may have moved the list's current row before.
 void BaseComboBox::answerButton()
 {
-    m_input->restoreRow();
+    m_d->input->restoreRow();
     const QPointer<BaseComboBox> guard(this);
     emit dialogRequested();
     if (guard)

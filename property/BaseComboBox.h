@@ -1,21 +1,16 @@
 #pragma once
+// clazy:excludeall=qproperty-without-notify
 
 #include <OvCustomControl/OvccExport.h>
 
 #include <QComboBox>
 #include <QPixmap>
-#include <QPointer>
 
 #include <memory>
 
-class QListWidget;
 class QListWidgetItem;
 
 namespace OvCc {
-
-class BaseEdit;
-class ListView;
-class PickerInput;
 
 /// A picker: its face shows the swatch and label of the chosen row, its drop-down is a ListView with
 /// the rows and a button for further choices.
@@ -33,6 +28,11 @@ class PickerInput;
 class OVCC_EXPORT BaseComboBox : public QComboBox
 {
     Q_OBJECT
+    Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentIndex USER true)
+    Q_PROPERTY(QSize itemIconSize READ itemIconSize WRITE setItemIconSize)
+    Q_PROPERTY(int viewMode READ viewMode WRITE setViewMode)
+    Q_PROPERTY(QString buttonText READ buttonText WRITE setButtonText)
+    Q_PROPERTY(int listWidgetHeight READ listWidgetHeight WRITE setListWidgetHeight)
 
 public:
     explicit BaseComboBox(QWidget *parent = nullptr);
@@ -59,13 +59,17 @@ public:
 
     void addItem(QPixmap pixmap, QString text);
     void setButtonText(QString text);
+    QString buttonText() const;
     void setItemIconSize(QSize size);
+    QSize itemIconSize() const;
 
     /// @param mode a QListView::ViewMode, see ListView::setViewMode()
     void setViewMode(int mode);
+    int viewMode() const;
 
     /// The height of the drop-down inside its frame, in pixels.
     void setListWidgetHeight(int height);
+    int listWidgetHeight() const;
 
 public Q_SLOTS:
     /// Answers the button in the drop-down, which is still open; does nothing here.
@@ -99,10 +103,8 @@ private:
     void chooseRow(int row);
     void answerButton();
 
-    QPointer<ListView> m_listView;
-    QPointer<BaseEdit> m_edit;
-    QPointer<QListWidget> m_popup;
-    std::unique_ptr<PickerInput> m_input;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -5,19 +5,24 @@
 
 namespace OvCc {
 
+struct BaseEdit::Private
+{
+    QLabel *iconLabel;
+    QLabel *textLabel;
+};
+
 BaseEdit::BaseEdit(QWidget *parent)
     : QLineEdit(parent)
-    , m_iconLabel(new QLabel)
-    , m_textLabel(new QLabel)
+    , m_d(new Private{new QLabel, new QLabel})
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(2);
-    row->addWidget(m_iconLabel);
-    row->addWidget(m_textLabel);
+    row->addWidget(m_d->iconLabel);
+    row->addWidget(m_d->textLabel);
     row->addStretch();
 
-    m_textLabel->setTextFormat(Qt::PlainText);
+    m_d->textLabel->setTextFormat(Qt::PlainText);
     setReadOnly(true);
     // There is nothing to type into; a press opens the list.
     setCursor(Qt::ArrowCursor);
@@ -28,17 +33,17 @@ BaseEdit::~BaseEdit() = default;
 
 void BaseEdit::hideIcon()
 {
-    m_iconLabel->hide();
+    m_d->iconLabel->hide();
 }
 
 void BaseEdit::setCurrentIcon(QPixmap pixmap)
 {
-    m_iconLabel->setPixmap(pixmap);
+    m_d->iconLabel->setPixmap(pixmap);
 }
 
 void BaseEdit::setCurrentText(QString text)
 {
-    m_textLabel->setText(text.simplified());
+    m_d->textLabel->setText(text.simplified());
 }
 
 } // namespace OvCc

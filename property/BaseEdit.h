@@ -5,7 +5,7 @@
 #include <QLineEdit>
 #include <QPixmap>
 
-class QLabel;
+#include <memory>
 
 namespace OvCc {
 
@@ -28,8 +28,8 @@ public:
     void setCurrentText(QString text);
 
 private:
-    QLabel *m_iconLabel;
-    QLabel *m_textLabel;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

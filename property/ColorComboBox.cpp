@@ -5,6 +5,8 @@
 #include <OvCustomControl/Swatches.h>
 
 #include <QEvent>
+#include <QList>
+#include <QStringList>
 
 namespace OvCc {
 
@@ -21,19 +23,29 @@ QColor &lastReportedColor()
 
 } // namespace
 
+struct ColorComboBox::Private
+{
+    QStringList names;
+    QList<QColor> colors;
+    int lastIndex = 0; ///< where a cancelled dialog goes back to
+    bool isSelecting = false;
+    bool isDeletedLater = false; ///< was asked for while the dialog was up
+};
+
 ColorComboBox::ColorComboBox(QWidget *parent)
     : QComboBox(parent)
+    , m_d(new Private)
 {
     const QList<NamedColor> standard = standardColors(staticMetaObject.className());
     for (const NamedColor &row : standard) {
-        m_names.append(row.name);
-        m_colors.append(row.color);
+        m_d->names.append(row.name);
+        m_d->colors.append(row.color);
     }
-    m_names.append(tr("Select Color..."));
-    m_colors.append(Qt::lightGray);
+    m_d->names.append(tr("Select Color..."));
+    m_d->colors.append(Qt::lightGray);
 
-    for (int row = 0; row < m_names.size(); ++row)
-        addItem(creatColorPix(m_colors.at(row)), m_names.at(row));
+    for (int row = 0; row < m_d->names.size(); ++row)
+        addItem(creatColorPix(m_d->colors.at(row)), m_d->names.at(row));
     setFixedHeight(22);
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &ColorComboBox::slotCurrentChanged);
@@ -48,20 +60,20 @@ QColor ColorComboBox::currentColor()
 
 bool ColorComboBox::event(QEvent *event)
 {
-    if (event->type() != QEvent::DeferredDelete || !m_isSelecting)
+    if (event->type() != QEvent::DeferredDelete || !m_d->isSelecting)
         return QComboBox::event(event);
-    m_isDeletedLater = true;
+    m_d->isDeletedLater = true;
     return true;
 }
 
 void ColorComboBox::slotCurrentChanged(int index)
 {
-    if (m_isSelecting)
+    if (m_d->isSelecting)
         return;
     if (index >= 0 && index <= lastReportedIndex) {
-        m_lastIndex = index;
-        report(m_colors.at(index));
-    } else if (index == m_colors.size() - 1 && currentText() == m_names.constLast()) {
+        m_d->lastIndex = index;
+        report(m_d->colors.at(index));
+    } else if (index == m_d->colors.size() - 1 && currentText() == m_d->names.constLast()) {
         selectColor(index);
     }
 }
@@ -75,16 +87,16 @@ void ColorComboBox::report(const QColor &color)
 /// The rows that become current on the way to the outcome are nobody's choice.
 void ColorComboBox::selectColor(int index)
 {
-    m_isSelecting = true;
+    m_d->isSelecting = true;
     const QColor color = askForColor(this, staticMetaObject.className());
     if (color.isValid()) {
         addColor(color, index);
-        m_lastIndex = index;
+        m_d->lastIndex = index;
     } else {
-        setCurrentIndex(m_lastIndex);
+        setCurrentIndex(m_d->lastIndex);
     }
-    m_isSelecting = false;
-    if (m_isDeletedLater)
+    m_d->isSelecting = false;
+    if (m_d->isDeletedLater)
         deleteLater();
     if (color.isValid())
         report(color);
@@ -93,11 +105,11 @@ void ColorComboBox::selectColor(int index)
 /// Puts @p color first and makes it current. The row that asks for a colour, at @p index, stays last.
 void ColorComboBox::addColor(const QColor &color, int index)
 {
-    m_names.prepend(componentsOf(color));
-    m_colors.prepend(color);
+    m_d->names.prepend(componentsOf(color));
+    m_d->colors.prepend(color);
     removeItem(index);
-    insertItem(0, creatColorPix(color), m_names.constFirst());
-    insertItem(index + 1, creatColorPix(m_colors.constLast()), m_names.constLast());
+    insertItem(0, creatColorPix(color), m_d->names.constFirst());
+    insertItem(index + 1, creatColorPix(m_d->colors.constLast()), m_d->names.constLast());
     setCurrentIndex(0);
 }
 

@@ -4,8 +4,8 @@
 
 #include <QColor>
 #include <QComboBox>
-#include <QList>
-#include <QStringList>
+
+#include <memory>
 
 namespace OvCc {
 
@@ -22,12 +22,15 @@ namespace OvCc {
 class OVCC_EXPORT ColorComboBox : public QComboBox
 {
     Q_OBJECT
+    Q_PROPERTY(QColor currentColor READ currentColor NOTIFY currentColorChanged
+                       DESIGNABLE false STORED false)
 
 public:
     explicit ColorComboBox(QWidget *parent = nullptr);
     ~ColorComboBox() override;
 
-    /// The colour that any of these combo boxes reported last; red at first.
+    /// The colour that any of these combo boxes reported last; red at first. Only the one that reported
+    /// it sends currentColorChanged().
     static QColor currentColor();
 
 Q_SIGNALS:
@@ -46,11 +49,8 @@ private:
     void selectColor(int index);
     void addColor(const QColor &color, int index);
 
-    QStringList m_names;
-    QList<QColor> m_colors;
-    int m_lastIndex = 0; ///< where a cancelled dialog goes back to
-    bool m_isSelecting = false;
-    bool m_isDeletedLater = false; ///< was asked for while the dialog was up
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -6,6 +6,7 @@
 #include <OvCustomControl/Swatches.h>
 
 #include <QListWidgetItem>
+#include <QPointer>
 #include <QWindow>
 
 namespace OvCc {
@@ -32,9 +33,17 @@ int lineWeightOf(int row)
 
 } // namespace
 
+struct LineWidthComboBox::Private
+{
+    OvLineWeightDialog dialog{nullptr};
+    bool isMillimetre = true; ///< what was accepted last; the labels need not follow
+    LineWeightUnit labelUnit = LineWeightUnit::Millimetres;
+    int chosenRow = 0;
+};
+
 LineWidthComboBox::LineWidthComboBox(QWidget *parent)
     : BaseComboBox(parent)
-    , m_dialog(std::make_unique<OvLineWeightDialog>(nullptr))
+    , m_d(new Private)
 {
     setItemIconSize({48, 16});
     setButtonText(tr("Lineweight settings..."));
@@ -44,7 +53,7 @@ LineWidthComboBox::LineWidthComboBox(QWidget *parent)
     setCurrentIndex(LineWeightByLayerRow);
 
     connect(this, &BaseComboBox::addMoreItem, this, &LineWidthComboBox::slotAddMoreItem);
-    connect(m_dialog.get(), &OvLineWeightDialog::lineWeightChanged, this,
+    connect(&m_d->dialog, &OvLineWeightDialog::lineWeightChanged, this,
             &LineWidthComboBox::slotSettingsChanged);
     connect(this, &BaseComboBox::rowChosen, this, [this](int row) {
         if (row < allRowCount)
@@ -71,17 +80,17 @@ void LineWidthComboBox::addRemainingRows()
 void LineWidthComboBox::openDialog()
 {
     // The dialog has no parent, but belongs above the picker's window.
-    m_dialog->winId();
-    m_dialog->windowHandle()->setTransientParent(window()->windowHandle());
-    m_dialog->setCurrentLineweight(currentRow());
+    m_d->dialog.winId();
+    m_d->dialog.windowHandle()->setTransientParent(window()->windowHandle());
+    m_d->dialog.setCurrentLineweight(currentRow());
     const QPointer<LineWidthComboBox> guard(this);
-    if (m_dialog->exec() == QDialog::Accepted) {
-        if (!m_isMillimetre)
+    if (m_d->dialog.exec() == QDialog::Accepted) {
+        if (!m_d->isMillimetre)
             showInches();
-        const bool isRowHere = item(m_chosenRow);
-        setCurrentIndex(isRowHere ? m_chosenRow : currentRow());
+        const bool isRowHere = item(m_d->chosenRow);
+        setCurrentIndex(isRowHere ? m_d->chosenRow : currentRow());
         if (isRowHere)
-            emit rowChosen(m_chosenRow);
+            emit rowChosen(m_d->chosenRow);
     }
     if (guard)
         BaseComboBox::openDialog();
@@ -97,21 +106,21 @@ void LineWidthComboBox::slotAddMoreItem()
 
 void LineWidthComboBox::slotSettingsChanged(bool isMM, int row)
 {
-    m_isMillimetre = isMM;
-    m_chosenRow = row;
+    m_d->isMillimetre = isMM;
+    m_d->chosenRow = row;
 }
 
 void LineWidthComboBox::addRows(int first, int end)
 {
-    const QStringList labels = labelsIn(m_labelUnit);
+    const QStringList labels = labelsIn(m_d->labelUnit);
     for (int row = first; row < end; ++row)
         addItem(drawLineWeight(lineWeightSwatchWidth(row)), labels.at(row));
 }
 
 void LineWidthComboBox::showInches()
 {
-    m_labelUnit = LineWeightUnit::Inches;
-    const QStringList labels = labelsIn(m_labelUnit);
+    m_d->labelUnit = LineWeightUnit::Inches;
+    const QStringList labels = labelsIn(m_d->labelUnit);
     for (int row = 0; row < qMin(rowCount(), allRowCount); ++row)
         item(row)->setText(labels.at(row));
 }

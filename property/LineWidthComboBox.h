@@ -3,11 +3,7 @@
 #include <OvCustomControl/BaseComboBox.h>
 #include <OvCustomControl/LineWeights.h>
 
-#include <memory>
-
 namespace OvCc {
-
-class OvLineWeightDialog;
 
 /// The rows of LineWidthComboBox, and those in the list of OvLineWeightDialog.
 enum LineWeightRow {
@@ -61,10 +57,8 @@ private:
     void addRows(int first, int end);
     void showInches();
 
-    std::unique_ptr<OvLineWeightDialog> m_dialog;
-    bool m_isMillimetre = true; ///< what was accepted last; the labels need not follow
-    LineWeightUnit m_labelUnit = LineWeightUnit::Millimetres;
-    int m_chosenRow = 0;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -1,12 +1,14 @@
 #pragma once
+// clazy:excludeall=qproperty-without-notify
 
 #include <OvCustomControl/OvccExport.h>
 
 #include <QPixmap>
 #include <QWidget>
 
+#include <memory>
+
 class QListWidgetItem;
-class QPushButton;
 
 namespace OvCc {
 
@@ -17,12 +19,18 @@ class ListWidget;
 class OVCC_EXPORT ListView : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow USER true)
+    Q_PROPERTY(QSize itemIconSize READ itemIconSize WRITE setItemIconSize)
+    Q_PROPERTY(int viewMode READ viewMode WRITE setViewMode)
+    Q_PROPERTY(int itemHeight READ itemHeight WRITE setItemHeight)
+    Q_PROPERTY(QString buttonText READ buttonText WRITE setButtonText)
 
 public:
     explicit ListView(QWidget *parent = nullptr);
     ~ListView() override;
 
     void setItemIconSize(QSize size);
+    QSize itemIconSize() const;
 
     /// @param mode a QListView::ViewMode: 0 is rows one below the other, 1 a grid of pictures. Rows
     ///             are laid out for the mode in which they are added.
@@ -41,6 +49,7 @@ public:
     void addItem(QPixmap pixmap, QString text);
 
     void setButtonText(QString text);
+    QString buttonText() const;
     void hideSettingBtn();
 
     QListWidgetItem *currentItem() const;
@@ -67,9 +76,8 @@ Q_SIGNALS:
     void triggerDialog();
 
 private:
-    ListWidget *m_list;
-    QPushButton *m_button;
-    int m_itemHeight = 20;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

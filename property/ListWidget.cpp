@@ -4,8 +4,15 @@
 
 namespace OvCc {
 
+struct ListWidget::Private
+{
+    bool isPressed = false;
+    QPoint pressPosition; ///< on the screen; recorded, and read by nobody yet
+};
+
 ListWidget::ListWidget(QWidget *parent)
     : QListWidget(parent)
+    , m_d(new Private)
 {
 }
 
@@ -13,15 +20,15 @@ ListWidget::~ListWidget() = default;
 
 void ListWidget::forgetPress()
 {
-    m_isPressed = false;
+    m_d->isPressed = false;
     setState(NoState);
 }
 
 void ListWidget::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton) {
-        m_isPressed = true;
-        m_pressPosition = mapToGlobal(event->pos());
+        m_d->isPressed = true;
+        m_d->pressPosition = mapToGlobal(event->pos());
     }
     QListWidget::mousePressEvent(event);
 }
@@ -29,7 +36,7 @@ void ListWidget::mousePressEvent(QMouseEvent *event)
 /// The base class would make a click of it, which is more than the choice of a row.
 void ListWidget::mouseReleaseEvent(QMouseEvent *)
 {
-    const bool wasPressed = m_isPressed;
+    const bool wasPressed = m_d->isPressed;
     forgetPress();
     if (wasPressed)
         emit showItem(currentRow());

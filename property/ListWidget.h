@@ -3,7 +3,8 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QListWidget>
-#include <QPoint>
+
+#include <memory>
 
 namespace OvCc {
 
@@ -30,8 +31,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    bool m_isPressed = false;
-    QPoint m_pressPosition;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

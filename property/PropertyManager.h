@@ -3,10 +3,9 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QColor>
-#include <QPointer>
 #include <QWidget>
 
-class QLabel;
+#include <memory>
 
 namespace OvCc {
 
@@ -36,12 +35,8 @@ Q_SIGNALS:
     void lineTypeChosen(QString name);
 
 private:
-    QPointer<QLabel> m_colorLabel;
-    QPointer<QLabel> m_lineWeightLabel;
-    QPointer<QLabel> m_lineTypeLabel;
-    QPointer<QOvColorComboBox> m_colorPicker;
-    QPointer<LineWidthComboBox> m_lineWeightPicker;
-    QPointer<LineTypeComboBox> m_lineTypePicker;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -5,6 +5,8 @@
 #include <OvCustomControl/Swatches.h>
 
 #include <QListWidgetItem>
+#include <QPointer>
+#include <QStringList>
 
 namespace OvCc {
 
@@ -15,8 +17,14 @@ constexpr int colorRole = Qt::UserRole;
 
 } // namespace
 
+struct QOvColorComboBox::Private
+{
+    QStringList names; ///< of the rows with a colour
+};
+
 QOvColorComboBox::QOvColorComboBox(QWidget *parent)
     : BaseComboBox(parent)
+    , m_d(new Private)
 {
     setButtonText(tr("select a color..."));
     setFixedWidth(150);
@@ -47,7 +55,7 @@ void QOvColorComboBox::openDialog()
     const QPointer<QOvColorComboBox> guard(this);
     const QColor color = askForColor(this, staticMetaObject.className());
     const QString name = componentsOf(color);
-    if (color.isValid() && !m_names.contains(name)) {
+    if (color.isValid() && !m_d->names.contains(name)) {
         addColor(name, color);
         fitListWidgetHeight(rowHeight);
         const int row = rowCount() - 1;
@@ -60,7 +68,7 @@ void QOvColorComboBox::openDialog()
 
 void QOvColorComboBox::addColor(const QString &name, const QColor &color)
 {
-    m_names.append(name);
+    m_d->names.append(name);
     addItem(creatColorPix(color), name);
     if (QListWidgetItem *place = item(rowCount() - 1))
         place->setData(colorRole, color);

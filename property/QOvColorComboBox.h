@@ -3,7 +3,6 @@
 #include <OvCustomControl/BaseComboBox.h>
 
 #include <QColor>
-#include <QStringList>
 
 namespace OvCc {
 
@@ -48,7 +47,8 @@ Q_SIGNALS:
 private:
     void addColor(const QString &name, const QColor &color);
 
-    QStringList m_names; ///< of the rows with a colour
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

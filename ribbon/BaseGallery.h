@@ -6,10 +6,9 @@
 
 #include <QIcon>
 #include <QList>
-#include <QPointer>
 #include <QStringList>
 
-#include <type_traits>
+#include <memory>
 
 namespace OvCc {
 
@@ -48,13 +47,8 @@ protected Q_SLOTS:
     void itemChangedPressed(RibbonGalleryItem *item); // clazy:exclude=fully-qualified-moc-types
 
 private:
-    /// What a host may delete first: where it is a QObject, that is noticed.
-    template <typename Object>
-    using Guarded =
-            std::conditional_t<std::is_base_of_v<QObject, Object>, QPointer<Object>, Object *>;
-
-    QPointer<NsRc::RibbonGallery> m_popupGallery;
-    Guarded<NsRc::RibbonGalleryGroup> m_group{};
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -3,26 +3,33 @@
 #include <OvCustomControl/LayerComboBox.h>
 
 #include <QHBoxLayout>
+#include <QPointer>
 
 namespace OvCc {
 
+struct CustomControl::Private
+{
+    QPointer<LayerComboBox> combo;
+    QPointer<QWidget> companion;
+};
+
 CustomControl::CustomControl(QWidget *parent)
     : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
-    , m_combo(new LayerComboBox(parent))
+    , m_d(new Private{new LayerComboBox(parent), nullptr})
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setObjectName(tr("customControl"));
     // Elsewhere its width is fixed; here it fills the strip.
-    m_combo->setMaximumWidth(QWIDGETSIZE_MAX);
+    m_d->combo->setMaximumWidth(QWIDGETSIZE_MAX);
     auto *row = new QHBoxLayout(this);
-    row->addWidget(m_combo, 0);
+    row->addWidget(m_d->combo, 0);
     row->setContentsMargins(0, 0, 0, 0);
 }
 
 CustomControl::~CustomControl()
 {
-    delete m_combo;
-    delete m_companion;
+    delete m_d->combo;
+    delete m_d->companion;
 }
 
 QSize CustomControl::sizeHint() const
@@ -32,26 +39,26 @@ QSize CustomControl::sizeHint() const
 
 LayerComboBox *CustomControl::layerComboBox() const
 {
-    return m_combo;
+    return m_d->combo;
 }
 
 void CustomControl::setWidthCompanion(QWidget *companion)
 {
-    if (companion == m_companion)
+    if (companion == m_d->companion)
         return;
-    delete m_companion;
-    m_companion = companion;
+    delete m_d->companion;
+    m_d->companion = companion;
 }
 
 QWidget *CustomControl::widthCompanion() const
 {
-    return m_companion;
+    return m_d->companion;
 }
 
 void CustomControl::adjustGeometry()
 {
-    if (m_companion)
-        setFixedWidth(m_companion->width() + 165);
+    if (m_d->companion)
+        setFixedWidth(m_d->companion->width() + 165);
 }
 
 void CustomControl::enterEvent(QEvent *event)

@@ -2,8 +2,9 @@
 
 #include <OvCustomControl/OvccExport.h>
 
-#include <QPointer>
 #include <QWidget>
+
+#include <memory>
 
 namespace OvCc {
 
@@ -49,8 +50,8 @@ protected:
     void leaveEvent(QEvent *event) override;
 
 private:
-    QPointer<LayerComboBox> m_combo;
-    QPointer<QWidget> m_companion;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 
 namespace OvCc {
@@ -43,32 +44,39 @@ void drawClose(QPainter &painter)
 
 } // namespace
 
+struct MinMaxButton::Private
+{
+    QPointer<QPushButton> minimizeButton;
+    QPointer<QPushButton> restoreButton;
+    QPointer<QPushButton> closeButton;
+};
+
 MinMaxButton::MinMaxButton(QWidget *parent)
     : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
-    , m_minimizeButton(new QPushButton(paintedIcon(drawMinimize), QString(), parent))
-    , m_restoreButton(new QPushButton(paintedIcon(drawRestore), QString(), parent))
-    , m_closeButton(new QPushButton(paintedIcon(drawClose), QString(), parent))
+    , m_d(new Private{new QPushButton(paintedIcon(drawMinimize), QString(), parent),
+                      new QPushButton(paintedIcon(drawRestore), QString(), parent),
+                      new QPushButton(paintedIcon(drawClose), QString(), parent)})
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setObjectName(tr("MinnMaxButton"));
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    for (QPushButton *button : {m_minimizeButton, m_restoreButton, m_closeButton}) {
+    for (QPushButton *button : {m_d->minimizeButton, m_d->restoreButton, m_d->closeButton}) {
         button->setFixedSize(buttonSize, buttonSize);
         row->addWidget(button);
     }
     setFixedSize(3 * buttonSize, buttonSize);
 
-    connect(m_closeButton, &QPushButton::clicked, this, &MinMaxButton::clickedClosed);
-    connect(m_minimizeButton, &QPushButton::clicked, this, &MinMaxButton::clickedMin);
-    connect(m_restoreButton, &QPushButton::clicked, this, &MinMaxButton::clickedNormal);
+    connect(m_d->closeButton, &QPushButton::clicked, this, &MinMaxButton::clickedClosed);
+    connect(m_d->minimizeButton, &QPushButton::clicked, this, &MinMaxButton::clickedMin);
+    connect(m_d->restoreButton, &QPushButton::clicked, this, &MinMaxButton::clickedNormal);
 }
 
 MinMaxButton::~MinMaxButton()
 {
-    delete m_closeButton;
-    delete m_minimizeButton;
-    delete m_restoreButton;
+    delete m_d->closeButton;
+    delete m_d->minimizeButton;
+    delete m_d->restoreButton;
 }
 
 void MinMaxButton::enterEvent(QEvent *event)

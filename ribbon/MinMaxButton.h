@@ -2,10 +2,9 @@
 
 #include <OvCustomControl/OvccExport.h>
 
-#include <QPointer>
 #include <QWidget>
 
-class QPushButton;
+#include <memory>
 
 namespace OvCc {
 
@@ -38,9 +37,8 @@ protected:
     void leaveEvent(QEvent *event) override;
 
 private:
-    QPointer<QPushButton> m_minimizeButton;
-    QPointer<QPushButton> m_restoreButton;
-    QPointer<QPushButton> m_closeButton;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

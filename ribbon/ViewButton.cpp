@@ -5,14 +5,21 @@
 #include <QActionGroup>
 #include <QEvent>
 #include <QMenu>
+#include <QPointer>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
 namespace OvCc {
 
+struct ViewButton::Private
+{
+    QPointer<QActionGroup> actions;
+    int view = TopView;
+};
+
 ViewButton::ViewButton(QWidget *parent)
     : QPushButton(QLatin1String(viewEntries[TopView].caption), parent)
-    , m_actions(new QActionGroup(this))
+    , m_d(new Private{new QActionGroup(this)})
 {
     setFixedHeight(20);
     fitWidth();
@@ -24,11 +31,11 @@ ViewButton::ViewButton(QWidget *parent)
         QAction *action = menu->addAction(name);
         action->setObjectName(name);
         action->setCheckable(true);
-        m_actions->addAction(action);
+        m_d->actions->addAction(action);
     }
-    m_actions->actions().at(TopView)->setChecked(true);
+    m_d->actions->actions().at(m_d->view)->setChecked(true);
     setMenu(menu);
-    connect(m_actions, &QActionGroup::triggered, this, &ViewButton::options);
+    connect(m_d->actions, &QActionGroup::triggered, this, &ViewButton::options);
 
     menu->setObjectName(tr("topMenu"));
     setObjectName(tr("viewBtn"));
@@ -36,12 +43,25 @@ ViewButton::ViewButton(QWidget *parent)
 
 ViewButton::~ViewButton() = default;
 
+int ViewButton::view() const
+{
+    return m_d->view;
+}
+
+void ViewButton::setView(int view)
+{
+    QAction *action = m_d->actions ? m_d->actions->actions().value(view) : nullptr;
+    if (action && view != m_d->view)
+        options(action);
+}
+
 void ViewButton::options(QAction *action)
 {
     const QString name = action->objectName();
+    m_d->view = m_d->actions->actions().indexOf(action);
     setText(name);
     fitWidth();
-    const QList<QAction *> actions = m_actions->actions();
+    const QList<QAction *> actions = m_d->actions->actions();
     for (QAction *other : actions)
         other->setChecked(other->objectName() == name);
     emit geometryChanged();

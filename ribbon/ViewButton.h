@@ -5,8 +5,9 @@
 
 #include <QPushButton>
 
+#include <memory>
+
 class QAction;
-class QActionGroup;
 
 namespace OvCc {
 
@@ -14,11 +15,12 @@ namespace OvCc {
 /// ten standard views. It is as wide as its text needs, plus 4 pixels.
 ///
 /// To turn the drawing, a host connects to the triggered() signal of menu(), whose actions are in the
-/// order of ::View and carry the names of the views as their object names. Two views are named "Northwest"; choosing either one
-/// leaves the last one checked.
+/// order of ::View and carry the names of the views as their object names. Two views are named
+/// "Northwest"; choosing either one leaves the last one checked.
 class OVCC_EXPORT ViewButton : public QPushButton
 {
     Q_OBJECT
+    Q_PROPERTY(int view READ view WRITE setView NOTIFY geometryChanged USER true)
 
 public:
     explicit ViewButton(QWidget *parent = nullptr);
@@ -26,9 +28,17 @@ public:
     /// The menu belongs to the button and goes with it.
     ~ViewButton() override;
 
+    /// The ::View that was chosen last, also where two have the same name.
+    int view() const;
+
+public Q_SLOTS:
+    /// Shows @p view as the chosen one and sends geometryChanged(). The menu reports nothing; a view
+    /// that is shown already or that there is not changes nothing.
+    void setView(int view);
+
 Q_SIGNALS:
-    /// The user chose a view, which may be the one that was chosen before, and the button has its
-    /// new text and width.
+    /// The user chose a view, which may be the one that was chosen before, or a program another one by
+    /// setView(), and the button has its new text and width.
     void geometryChanged();
 
 protected:
@@ -42,7 +52,8 @@ protected Q_SLOTS:
 private:
     void fitWidth();
 
-    QActionGroup *m_actions;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -105,6 +105,7 @@ void tst_Galleries::viewButton()
             QTest::mouseClick(&menu, Qt::LeftButton, {}, entry.center());
         });
         check(button.menu()->actions().at(place)->text(), checked);
+        QCOMPARE(button.view(), place);
     }
     useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Up, Qt::Key_Return}); });
     check("Northwest", NorthwestView);
@@ -134,6 +135,10 @@ void tst_Galleries::destruction()
         auto *button = new ViewButton(panel);
         return {panel, button, button->menu(), button->findChild<QActionGroup *>()};
     });
+    ViewButton button;
+    delete button.findChild<QActionGroup *>();
+    button.setView(BackView);
+    QCOMPARE(button.view(), int(TopView));
 }
 
 QTEST_MAIN(tst_Galleries)

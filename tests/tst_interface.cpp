@@ -1,6 +1,7 @@
 #include "PickerSupport.h"
 
 #include <QMessageBox>
+#include <QMetaProperty>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTranslator>
@@ -71,6 +72,7 @@ class tst_Interface : public QObject
 private slots:
     void strings();
     void queuedRecords();
+    void properties();
     void version();
 };
 
@@ -136,6 +138,53 @@ void tst_Interface::queuedRecords()
     item.slotLightChange();
     QTRY_COMPARE(spy.count(), 1);
     QCOMPARE(spy.at(0).at(1).value<LayerItemData>().name, QString("layer0"));
+}
+
+/// What a form sets is what the widget shows, and says so once.
+void tst_Interface::properties()
+{
+    QOvColorComboBox colors;
+    ListView list;
+    LayerControl bar;
+    const StackWidget stack(&bar);
+    ViewButton button;
+    const QListWidgetItem *place = qobject_cast<QListWidget *>(colors.view())->item(0);
+    const struct
+    {
+        QObject &object;
+        const char *name;
+        QVariant value;
+        std::function<QVariant()> shown;
+    } rows[] = {
+            {colors, "currentRow", int(YellowRow), [&] { return listOf(colors)->currentRow(); }},
+            {colors, "itemIconSize", QSize(9, 8), [&] { return listOf(colors)->iconSize(); }},
+            {colors, "viewMode", 1, [&] { return int(listOf(colors)->viewMode()); }},
+            {colors, "buttonText", "more", [&] { return buttonOf(colors)->text(); }},
+            {colors, "listWidgetHeight", 99, [&] { return place->sizeHint().height(); }},
+            {list, "itemHeight", 33,
+             [&] {
+                 list.addItem({}, {});
+                 return list.item(0)->sizeHint().height();
+             }},
+            {bar, "folded", false, [&] { return !stack.isVisible(); }},
+            {button, "view", int(SoutheastView),
+             [&] { return button.text() == "Northwest" ? button.view() : -1; }},
+    };
+    for (const auto &[object, name, value, shown] : rows) {
+        const QMetaObject &meta = *object.metaObject();
+        const QMetaProperty property = meta.property(meta.indexOfProperty(name));
+        const bool notifies = property.hasNotifySignal();
+        QSignalSpy changes(&object, notifies ? property.notifySignal() : meta.method(0));
+        for (int time = 0; time < 2; ++time)
+            QVERIFY2(object.setProperty(name, value), name);
+        QCOMPARE(object.property(name), value);
+        QCOMPARE(shown(), value);
+        QCOMPARE(changes.count(), int(notifies));
+    }
+    QCOMPARE(colors.metaObject()->userProperty().name(), "currentRow");
+    QCOMPARE(textOf(colors), QString("Yellow"));
+    ColorComboBox().setCurrentIndex(4);
+    QCOMPARE(ColorComboBox().property("currentColor"), QColor(Qt::blue));
 }
 
 void tst_Interface::version()

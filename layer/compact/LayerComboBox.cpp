@@ -9,6 +9,7 @@
 #include <OvHost.h>
 
 #include <QListWidget>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -53,15 +54,29 @@ private:
 
 } // namespace
 
+/// List and face may have been deleted by the host.
+struct LayerComboBox::Private
+{
+    LayerItem *rowAt(int row) const;
+    void matchRows(const QList<LayerItemData> &layers);
+    void insertRow(int row, const LayerItemData &layer);
+    void fitList(int rowWidth);
+    void installFace();
+
+    LayerComboBox *const q;
+    QPointer<QListWidget> list = new LayerList(q);
+    QPointer<LayerEdit> face = new LayerEdit(nullptr);
+    bool isUpdating = false;
+};
+
 LayerComboBox::LayerComboBox(QWidget *parent)
     : QComboBox(parent)
-    , m_list(new LayerList(this))
-    , m_face(new LayerEdit(nullptr))
+    , m_d(new Private{this})
 {
     setFixedSize(150, 20);
     setContextMenuPolicy(Qt::NoContextMenu);
-    setModel(m_list->model());
-    setView(m_list);
+    setModel(m_d->list->model());
+    setView(m_d->list);
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &LayerComboBox::slotRowChanged);
     view()->setMouseTracking(false);
@@ -70,17 +85,17 @@ LayerComboBox::LayerComboBox(QWidget *parent)
 LayerComboBox::~LayerComboBox()
 {
     // From its installation on, the face is the combo box's own.
-    if (lineEdit() != m_face)
-        delete m_face;
+    if (lineEdit() != m_d->face)
+        delete m_d->face;
 }
 
 int LayerComboBox::getDisplayItem()
 {
     LayerItemData current;
-    if (!m_list || !OvLayerUtility().getCurrentLayer(current))
+    if (!m_d->list || !OvLayerUtility().getCurrentLayer(current))
         return 0;
-    for (int row = 0; row < m_list->count(); ++row) {
-        const LayerItem *item = rowAt(row);
+    for (int row = 0; row < m_d->list->count(); ++row) {
+        const LayerItem *item = m_d->rowAt(row);
         if (!item)
             return 0;
         if (item->currentLayerData().name == current.name)
@@ -91,72 +106,72 @@ int LayerComboBox::getDisplayItem()
 
 void LayerComboBox::clearListWidget()
 {
-    if (m_list)
-        m_list->clear();
+    if (m_d->list)
+        m_d->list->clear();
 }
 
 void LayerComboBox::slotUpdate()
 {
-    if (m_isUpdating)
+    if (m_d->isUpdating)
         return;
-    const QScopedValueRollback<bool> updating(m_isUpdating, true);
+    const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
 
     const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    if (m_list)
-        matchRows(*layers);
+    if (m_d->list)
+        m_d->matchRows(*layers);
     if (layers->isEmpty()) {
-        if (m_face)
-            m_face->hide();
+        if (m_d->face)
+            m_d->face->hide();
         return;
     }
 
-    installFace();
+    m_d->installFace();
     const int row = getDisplayItem();
-    if (m_list) {
+    if (m_d->list) {
         // The user may have scrolled to the very row that asked for this update.
-        m_list->setAutoScroll(!m_list->isVisible());
-        m_list->setCurrentRow(row);
-        m_list->setAutoScroll(true);
-        m_list->setMouseTracking(false);
+        m_d->list->setAutoScroll(!m_d->list->isVisible());
+        m_d->list->setCurrentRow(row);
+        m_d->list->setAutoScroll(true);
+        m_d->list->setMouseTracking(false);
     }
     setCurrentIndex(0);
     slotRowChanged(row);
-    m_face->show();
+    m_d->face->show();
 }
 
 void LayerComboBox::slotRowChanged(int)
 {
     LayerItemData current;
-    if (m_face && OvLayerUtility().getCurrentLayer(current))
-        m_face->setCurrentLayer(current);
+    if (m_d->face && OvLayerUtility().getCurrentLayer(current))
+        m_d->face->setCurrentLayer(current);
 }
 
 void LayerComboBox::slotLabelChange(int index, LayerItemData data)
 {
-    const LayerItem *item = rowAt(getDisplayItem());
+    const LayerItem *item = m_d->rowAt(getDisplayItem());
     if (!item || item->currentLayerData().name != data.name)
         return;
-    if (m_face)
-        m_face->setLabelChange(index, data);
+    if (m_d->face)
+        m_d->face->setLabelChange(index, data);
     const QPointer<LayerComboBox> guard(this);
     ovSetLayerTableChanges();
     if (guard)
         emit layerComboBoxChanged();
 }
 
-LayerItem *LayerComboBox::rowAt(int row) const
+LayerItem *LayerComboBox::Private::rowAt(int row) const
 {
-    return qobject_cast<LayerItem *>(m_list->itemWidget(m_list->item(row)));
+    return qobject_cast<LayerItem *>(list->itemWidget(list->item(row)));
 }
 
 /// Keeps the rows at both ends whose layers are still there, and replaces what lies between them.
-void LayerComboBox::matchRows(const QList<LayerItemData> &layers)
+void LayerComboBox::Private::matchRows(const QList<LayerItemData> &layers)
 {
     const auto isRowOf = [this](int row, const LayerItemData &layer) {
         const LayerItem *item = rowAt(row);
         return item && item->currentLayerData().name == layer.name;
     };
-    const int present = m_list->count();
+    const int present = list->count();
     const int wanted = layers.size();
     const int common = qMin(present, wanted);
     int head = 0;
@@ -168,11 +183,11 @@ void LayerComboBox::matchRows(const QList<LayerItemData> &layers)
 
     const int patches = present - head - tail + (tail > 0 ? wanted - head - tail : 0);
     if (patches > mostPatches) {
-        clearListWidget();
+        list->clear();
         head = tail = 0;
     }
-    while (m_list->count() > head + tail)
-        delete m_list->takeItem(head);
+    while (list->count() > head + tail)
+        delete list->takeItem(head);
     for (int row = head; row < wanted - tail; ++row)
         insertRow(row, layers.at(row));
 
@@ -186,36 +201,36 @@ void LayerComboBox::matchRows(const QList<LayerItemData> &layers)
     fitList(widest);
 }
 
-void LayerComboBox::insertRow(int row, const LayerItemData &layer)
+void LayerComboBox::Private::insertRow(int row, const LayerItemData &layer)
 {
-    auto *item = new LayerItem(m_list);
+    auto *item = new LayerItem(list);
     item->setCurrentLayer(layer);
-    connect(item, &LayerItem::statusChanged, this, &LayerComboBox::slotLabelChange);
+    connect(item, &LayerItem::statusChanged, q, &LayerComboBox::slotLabelChange);
 
     auto *place = new QListWidgetItem;
     place->setSizeHint(QSize(0, rowHeight));
-    m_list->insertItem(row, place);
-    m_list->setItemWidget(place, item);
+    list->insertItem(row, place);
+    list->setItemWidget(place, item);
 }
 
-void LayerComboBox::fitList(int rowWidth)
+void LayerComboBox::Private::fitList(int rowWidth)
 {
     const int width =
-            rowWidth + 2 * m_list->frameWidth() + m_list->verticalScrollBar()->sizeHint().width();
-    m_list->setMinimumWidth(qMin(width, widestList));
+            rowWidth + 2 * list->frameWidth() + list->verticalScrollBar()->sizeHint().width();
+    list->setMinimumWidth(qMin(width, widestList));
 }
 
 /// A face that the host took away is gone, or still there with a parent, for Qt to delete it later.
-void LayerComboBox::installFace()
+void LayerComboBox::Private::installFace()
 {
-    if (m_face && lineEdit() == m_face)
+    if (face && q->lineEdit() == face)
         return;
-    if (!m_face || m_face->parent())
-        m_face = new LayerEdit(nullptr);
-    setLineEdit(m_face);
-    new FacePress(this);
+    if (!face || face->parent())
+        face = new LayerEdit(nullptr);
+    q->setLineEdit(face);
+    new FacePress(q);
     // Where popups are like menus, Qt takes the scroll bar from those of combo boxes without an edit.
-    view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    q->view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 } // namespace OvCc

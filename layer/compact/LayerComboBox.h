@@ -4,15 +4,10 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QComboBox>
-#include <QList>
-#include <QPointer>
 
-class QListWidget;
+#include <memory>
 
 namespace OvCc {
-
-class LayerEdit;
-class LayerItem;
 
 /// A compact layer picker for a tool bar, 150 × 20 pixels: its face shows the current layer, its
 /// drop-down has a LayerItem row for each layer, whose buttons change the layer in the drawing at
@@ -68,15 +63,8 @@ Q_SIGNALS:
     void layerComboBoxChanged();
 
 private:
-    LayerItem *rowAt(int row) const;
-    void matchRows(const QList<LayerItemData> &layers);
-    void insertRow(int row, const LayerItemData &layer);
-    void fitList(int rowWidth);
-    void installFace();
-
-    QPointer<QListWidget> m_list;
-    QPointer<LayerEdit> m_face;
-    bool m_isUpdating = false;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -30,20 +30,25 @@ QPushButton *smallButton(const QString &image)
 
 } // namespace
 
+struct LayerControl::Private
+{
+    bool isFolded = true;
+    QPushButton *foldButton = smallButton(foldImage(isFolded));
+    LayerComboBox *combo = new LayerComboBox;
+};
+
 LayerControl::LayerControl(QWidget *parent)
     : QWidget(parent)
-    , m_foldButton(smallButton(foldImage(m_isFolded)))
-    , m_layersButton(smallButton(QStringLiteral(":/OVRC_LAYERS.png")))
-    , m_combo(new LayerComboBox)
+    , m_d(new Private)
 {
     auto *row = new QHBoxLayout(this);
     row->setSpacing(2);
     row->setContentsMargins(1, 2, 1, 2);
-    row->addWidget(m_layersButton);
-    row->addWidget(m_combo);
-    row->addWidget(m_foldButton);
+    row->addWidget(smallButton(QStringLiteral(":/OVRC_LAYERS.png")));
+    row->addWidget(m_d->combo);
+    row->addWidget(m_d->foldButton);
 
-    connect(m_foldButton, &QPushButton::clicked, this, &LayerControl::folderClicked);
+    connect(m_d->foldButton, &QPushButton::clicked, this, &LayerControl::folderClicked);
 }
 
 LayerControl::~LayerControl() = default;
@@ -55,16 +60,27 @@ QSize LayerControl::sizeHint() const
 
 LayerComboBox *LayerControl::layerComboBox() const
 {
-    return m_combo;
+    return m_d->combo;
+}
+
+void LayerControl::setFolded(bool isFolded)
+{
+    if (isFolded != m_d->isFolded)
+        folderClicked();
+}
+
+bool LayerControl::isFolded() const
+{
+    return m_d->isFolded;
 }
 
 void LayerControl::folderClicked()
 {
-    m_isFolded = !m_isFolded;
+    m_d->isFolded = !m_d->isFolded;
     const QPointer<LayerControl> guard(this);
-    emit folded(m_isFolded);
+    emit folded(m_d->isFolded);
     if (guard)
-        m_foldButton->setIcon(QIcon(foldImage(m_isFolded)));
+        m_d->foldButton->setIcon(QIcon(foldImage(m_d->isFolded)));
 }
 
 bool LayerControl::event(QEvent *event)

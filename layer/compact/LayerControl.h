@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-class QPushButton;
+#include <memory>
 
 namespace OvCc {
 
@@ -15,6 +15,7 @@ class LayerComboBox;
 class OVCC_EXPORT LayerControl : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(bool folded READ isFolded WRITE setFolded NOTIFY folded)
 
 public:
     explicit LayerControl(QWidget *parent = nullptr);
@@ -28,7 +29,12 @@ public:
     /// It belongs to the bar. The host fills it with LayerComboBox::slotUpdate().
     LayerComboBox *layerComboBox() const;
 
+    bool isFolded() const;
+
 public Q_SLOTS:
+    /// Does what folderClicked() does, unless the bar is so already.
+    void setFolded(bool isFolded);
+
     /// Folds the bar if it is unfolded, unfolds it otherwise, and sends folded(). The fold button
     /// calls it.
     void folderClicked();
@@ -46,10 +52,8 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    bool m_isFolded = true;
-    QPushButton *m_foldButton;
-    QPushButton *m_layersButton;
-    LayerComboBox *m_combo;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

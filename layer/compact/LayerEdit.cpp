@@ -9,22 +9,27 @@
 
 namespace OvCc {
 
+struct LayerEdit::Private
+{
+    QLabel *nameLabel = new ElidedLabel;
+    QLabel *lightLabel = new QLabel;
+    QLabel *lockLabel = new QLabel;
+    QLabel *freezeLabel = new QLabel;
+    QLabel *colorLabel = new QLabel;
+};
+
 LayerEdit::LayerEdit(QWidget *parent)
     : QLineEdit(parent)
-    , m_nameLabel(new ElidedLabel)
-    , m_lightLabel(new QLabel)
-    , m_lockLabel(new QLabel)
-    , m_freezeLabel(new QLabel)
-    , m_colorLabel(new QLabel)
+    , m_d(new Private)
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(3);
-    row->addWidget(m_lightLabel);
-    row->addWidget(m_freezeLabel);
-    row->addWidget(m_lockLabel);
-    row->addWidget(m_colorLabel);
-    row->addWidget(m_nameLabel);
+    row->addWidget(m_d->lightLabel);
+    row->addWidget(m_d->freezeLabel);
+    row->addWidget(m_d->lockLabel);
+    row->addWidget(m_d->colorLabel);
+    row->addWidget(m_d->nameLabel);
     row->addStretch();
 
     setReadOnly(true);
@@ -43,19 +48,19 @@ void LayerEdit::setLabelChange(int index, LayerItemData data)
 {
     switch (index) {
     case 0:
-        m_lightLabel->setPixmap(lightImage(data.isOn));
+        m_d->lightLabel->setPixmap(lightImage(data.isOn));
         Q_FALLTHROUGH();
     case 1:
-        m_freezeLabel->setPixmap(freezeImage(data.isFrozen));
+        m_d->freezeLabel->setPixmap(freezeImage(data.isFrozen));
         Q_FALLTHROUGH();
     case 2:
-        m_lockLabel->setPixmap(lockImage(data.isLocked));
+        m_d->lockLabel->setPixmap(lockImage(data.isLocked));
         break;
     case 3:
-        m_colorLabel->setPixmap(creatColorPix(data.color));
+        m_d->colorLabel->setPixmap(creatColorPix(data.color));
         break;
     case 4:
-        m_nameLabel->setText(data.name);
+        m_d->nameLabel->setText(data.name);
         break;
     }
 }

@@ -5,7 +5,7 @@
 
 #include <QLineEdit>
 
-class QLabel;
+#include <memory>
 
 namespace OvCc {
 
@@ -28,11 +28,8 @@ public:
     void setLabelChange(int index, LayerItemData data);
 
 private:
-    QLabel *m_nameLabel;
-    QLabel *m_lightLabel;
-    QLabel *m_lockLabel;
-    QLabel *m_freezeLabel;
-    QLabel *m_colorLabel;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

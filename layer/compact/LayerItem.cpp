@@ -47,57 +47,66 @@ int endOfCharacters(const QString &text, int count)
 
 } // namespace
 
+struct LayerItem::Private
+{
+    void showStatus();
+    void change(int index, void (OvLayerUtility::*set)(QString, bool), bool value);
+
+    LayerItem *const q;
+    LayerItemData layer = initialLayer();
+    QLabel *nameLabel = new QLabel;
+    QPushButton *lightButton = createLayerItemButton(lightImage(layer.isOn));
+    QPushButton *freezeButton = createLayerItemButton(freezeImage(layer.isFrozen));
+    QPushButton *lockButton = createLayerItemButton(lockImage(layer.isLocked));
+    QPushButton *colorButton = createLayerItemButton(creatColorPix(layer.color));
+};
+
 LayerItem::LayerItem(QWidget *parent)
     : QWidget(parent)
-    , m_layer(initialLayer())
-    , m_nameLabel(new QLabel)
-    , m_lightButton(createLayerItemButton(lightImage(m_layer.isOn)))
-    , m_freezeButton(createLayerItemButton(freezeImage(m_layer.isFrozen)))
-    , m_lockButton(createLayerItemButton(lockImage(m_layer.isLocked)))
-    , m_colorButton(createLayerItemButton(creatColorPix(m_layer.color)))
+    , m_d(new Private{this})
 {
     // Set last: a layout that is set before it is filled posts an event to look through per row.
     auto *row = new QHBoxLayout;
     row->setContentsMargins(3, 0, 0, 0);
     row->setSpacing(3);
-    row->addWidget(m_lightButton);
-    row->addWidget(m_freezeButton);
-    row->addWidget(m_lockButton);
-    row->addWidget(m_colorButton);
-    row->addWidget(m_nameLabel);
+    row->addWidget(m_d->lightButton);
+    row->addWidget(m_d->freezeButton);
+    row->addWidget(m_d->lockButton);
+    row->addWidget(m_d->colorButton);
+    row->addWidget(m_d->nameLabel);
     row->addItem(new QSpacerItem(10, 0));
     setLayout(row);
 
     // A layer's name is a name, whatever it looks like.
-    m_nameLabel->setTextFormat(Qt::PlainText);
+    m_d->nameLabel->setTextFormat(Qt::PlainText);
 
-    connect(m_lightButton, &QPushButton::clicked, this, &LayerItem::slotLightChange);
-    connect(m_freezeButton, &QPushButton::clicked, this, &LayerItem::slotFreezeStatus);
-    connect(m_lockButton, &QPushButton::clicked, this, &LayerItem::slotLockChange);
-    connect(m_colorButton, &QPushButton::clicked, this, &LayerItem::slotColorChanged);
+    connect(m_d->lightButton, &QPushButton::clicked, this, &LayerItem::slotLightChange);
+    connect(m_d->freezeButton, &QPushButton::clicked, this, &LayerItem::slotFreezeStatus);
+    connect(m_d->lockButton, &QPushButton::clicked, this, &LayerItem::slotLockChange);
+    connect(m_d->colorButton, &QPushButton::clicked, this, &LayerItem::slotColorChanged);
 }
 
 LayerItem::~LayerItem() = default;
 
 LayerItemData LayerItem::currentLayerData() const
 {
-    return m_layer;
+    return m_d->layer;
 }
 
 void LayerItem::setCurrentLayer(LayerItemData data)
 {
-    const bool isColorNew = data.color != m_layer.color;
-    m_layer = data;
-    showStatus();
+    const bool isColorNew = data.color != m_d->layer.color;
+    m_d->layer = data;
+    m_d->showStatus();
     if (isColorNew)
-        m_colorButton->setIcon(creatColorPix(m_layer.color));
-    m_nameLabel->setText(m_layer.name);
+        m_d->colorButton->setIcon(creatColorPix(m_d->layer.color));
+    m_d->nameLabel->setText(m_d->layer.name);
     update();
 }
 
 QString LayerItem::layerName() const
 {
-    return m_nameLabel->text();
+    return m_d->nameLabel->text();
 }
 
 void LayerItem::setLayerName(QString name)
@@ -105,44 +114,44 @@ void LayerItem::setLayerName(QString name)
     constexpr int mostCharacters = 10;
     if (endOfCharacters(name, mostCharacters) < name.size())
         name = name.left(endOfCharacters(name, mostCharacters - 1)) + QLatin1String("...");
-    m_nameLabel->setText(name);
+    m_d->nameLabel->setText(name);
 }
 
 void LayerItem::slotLightChange()
 {
-    m_layer.isOn = !m_layer.isOn;
-    change(LightIndex, &OvLayerUtility::setLayerOff, m_layer.isOn);
+    m_d->layer.isOn = !m_d->layer.isOn;
+    m_d->change(LightIndex, &OvLayerUtility::setLayerOff, m_d->layer.isOn);
 }
 
 void LayerItem::slotFreezeStatus()
 {
-    m_layer.isFrozen = !m_layer.isFrozen;
-    change(FreezeIndex, &OvLayerUtility::setLayerFrozen, m_layer.isFrozen);
+    m_d->layer.isFrozen = !m_d->layer.isFrozen;
+    m_d->change(FreezeIndex, &OvLayerUtility::setLayerFrozen, m_d->layer.isFrozen);
 }
 
 void LayerItem::slotLockChange()
 {
-    m_layer.isLocked = !m_layer.isLocked;
-    change(LockIndex, &OvLayerUtility::setLayerLock, m_layer.isLocked);
+    m_d->layer.isLocked = !m_d->layer.isLocked;
+    m_d->change(LockIndex, &OvLayerUtility::setLayerLock, m_d->layer.isLocked);
 }
 
 void LayerItem::slotColorChanged() {}
 
-void LayerItem::showStatus()
+void LayerItem::Private::showStatus()
 {
-    m_lightButton->setIcon(lightImage(m_layer.isOn));
-    m_freezeButton->setIcon(freezeImage(m_layer.isFrozen));
-    m_lockButton->setIcon(lockImage(m_layer.isLocked));
+    lightButton->setIcon(lightImage(layer.isOn));
+    freezeButton->setIcon(freezeImage(layer.isFrozen));
+    lockButton->setIcon(lockImage(layer.isLocked));
 }
 
 /// Brings buttons and drawing in step with the record, by @p set with @p value, and reports @p index.
-void LayerItem::change(int index, void (OvLayerUtility::*set)(QString, bool), bool value)
+void LayerItem::Private::change(int index, void (OvLayerUtility::*set)(QString, bool), bool value)
 {
     showStatus();
-    const QPointer<LayerItem> guard(this);
-    (OvLayerUtility().*set)(m_layer.name, value);
+    const QPointer<LayerItem> guard(q);
+    (OvLayerUtility().*set)(layer.name, value);
     if (guard)
-        emit statusChanged(index, m_layer);
+        emit q->statusChanged(index, layer);
 }
 
 } // namespace OvCc

@@ -6,9 +6,7 @@
 
 #include <QWidget>
 
-class OvLayerUtility;
-class QLabel;
-class QPushButton;
+#include <memory>
 
 namespace OvCc {
 
@@ -56,15 +54,8 @@ Q_SIGNALS:
     void statusChanged(int index, LayerItemData layerStatus);
 
 private:
-    void showStatus();
-    void change(int index, void (OvLayerUtility::*set)(QString, bool), bool value);
-
-    LayerItemData m_layer;
-    QLabel *m_nameLabel;
-    QPushButton *m_lightButton;
-    QPushButton *m_freezeButton;
-    QPushButton *m_lockButton;
-    QPushButton *m_colorButton;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

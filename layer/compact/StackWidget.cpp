@@ -3,6 +3,8 @@
 #include <OvCustomControl/LayerControl.h>
 #include <OvCustomControl/PropertyManager.h>
 
+#include <QPointer>
+
 namespace OvCc {
 
 namespace {
@@ -14,9 +16,14 @@ constexpr int overlap = 8;
 
 } // namespace
 
+struct StackWidget::Private
+{
+    QPointer<LayerControl> control;
+};
+
 StackWidget::StackWidget(LayerControl *control, QWidget *parent)
     : QStackedWidget(parent)
-    , m_control(control)
+    , m_d(new Private{control})
 {
     setParent(control, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -53,9 +60,9 @@ void StackWidget::hide(bool bHide)
 
 void StackWidget::adjustGeometry()
 {
-    if (!m_control || !propertyManager())
+    if (!m_d->control || !propertyManager())
         return;
-    const QPoint bar = m_control->mapToGlobal(QPoint(0, 0));
+    const QPoint bar = m_d->control->mapToGlobal(QPoint(0, 0));
     move(bar.x(), bar.y() + height() - overlap);
 }
 

@@ -2,8 +2,9 @@
 
 #include <OvCustomControl/OvccExport.h>
 
-#include <QPointer>
 #include <QStackedWidget>
+
+#include <memory>
 
 namespace OvCc {
 
@@ -51,7 +52,8 @@ public Q_SLOTS:
 private:
     void maskEmptyPage(int page);
 
-    QPointer<LayerControl> m_control;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc
