@@ -26,6 +26,22 @@ function(ovcc_own_target target)
     endif()
 endfunction()
 
+# ovcc_keep_header(<name>): says that there is a header <name> in the include tree.
+function(ovcc_keep_header name)
+    set_property(GLOBAL APPEND PROPERTY OVCC_HEADERS "${OVCC_INCLUDE_DIR}/${name}")
+endfunction()
+
+# ovcc_remove_other_headers(): removes what an earlier configuration left in the include tree.
+function(ovcc_remove_other_headers)
+    get_property(headers GLOBAL PROPERTY OVCC_HEADERS)
+    file(GLOB present "${OVCC_INCLUDE_DIR}/*/*.h")
+    foreach(header IN LISTS present)
+        if(NOT header IN_LIST headers)
+            file(REMOVE "${header}")
+        endif()
+    endforeach()
+endfunction()
+
 # ovcc_forward_header(<name> <header>): lets users of the build tree include <header> as <name>.
 function(ovcc_forward_header name header)
     set(content "#include \"${header}\"\n")
@@ -36,6 +52,7 @@ function(ovcc_forward_header name header)
     if(NOT "${present}" STREQUAL "${content}")
         file(WRITE "${file}" "${content}")
     endif()
+    ovcc_keep_header("${name}")
 endfunction()
 
 # ovcc_forward_public_headers(<umbrella> <header>...): forwards each header under its own name in
@@ -50,4 +67,5 @@ function(ovcc_forward_public_headers umbrella)
         string(APPEND includes "#include <${folder}/${name}>\n")
     endforeach()
     file(GENERATE OUTPUT "${OVCC_INCLUDE_DIR}/${umbrella}" CONTENT "${includes}")
+    ovcc_keep_header("${umbrella}")
 endfunction()

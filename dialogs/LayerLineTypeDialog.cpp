@@ -1,5 +1,6 @@
 #include "LayerLineTypeDialog.h"
 
+#include "FormSetup.h"
 #include "HelpBox.h"
 #include "ui_LayerLineTypeDialog.h"
 
@@ -11,8 +12,7 @@ LayerLineTypeDialog::LayerLineTypeDialog(QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_LayerLTypeDialog>())
 {
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_ui->setupUi(this);
+    setUpForm(this, *m_ui);
 
     QTableWidget *table = m_ui->tableWidget;
     table->insertRow(0);

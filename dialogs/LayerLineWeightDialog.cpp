@@ -1,5 +1,6 @@
 #include "LayerLineWeightDialog.h"
 
+#include "FormSetup.h"
 #include "HelpBox.h"
 #include "layer/data/LineWeightRows.h"
 #include "ui_LayerLineWeightDialog.h"
@@ -18,8 +19,7 @@ LayerLineWeightDialog::LayerLineWeightDialog(QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_LayerLWidthDialog>())
 {
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_ui->setupUi(this);
+    setUpForm(this, *m_ui);
     initListViewData();
     connect(m_ui->okBtn, &QPushButton::clicked, this, &LayerLineWeightDialog::slotAccepted);
     connect(m_ui->cancelBtn, &QPushButton::clicked, this, &LayerLineWeightDialog::slotCancel);

@@ -1,5 +1,6 @@
 #include "LayerWarningDialog.h"
 
+#include "FormSetup.h"
 #include "ui_LayerWarningDialog.h"
 
 #include <OvCustomControl/OvLayerUtility.h>
@@ -18,8 +19,7 @@ LayerWarningDialog::LayerWarningDialog(QWidget *parent)
     : QDialog(parent)
     , m_d(new Private)
 {
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_d->ui.setupUi(this);
+    setUpForm(this, m_d->ui);
     m_d->ui.label->setPixmap(loadImage(QStringLiteral(":/NdInterfaceRes_warning.bmp")));
     connect(m_d->ui.okBtn, &QPushButton::clicked, this, &LayerWarningDialog::slotAccepted);
     connect(m_d->ui.noBtn, &QPushButton::clicked, this, &LayerWarningDialog::slotCancel);

@@ -1,5 +1,6 @@
 #include "OvLineWeightDialog.h"
 
+#include "FormSetup.h"
 #include "HelpBox.h"
 #include "layer/data/LineWeightRows.h"
 #include "ui_OvLineWeightDialog.h"
@@ -27,8 +28,7 @@ OvLineWeightDialog::OvLineWeightDialog(QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui_LineWeightDialog>())
 {
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    m_ui->setupUi(this);
+    setUpForm(this, *m_ui);
     const QPixmap frame(QStringLiteral(":/OVRC_subChildFrame.png"));
     for (QLabel *label : {m_ui->pixLabel, m_ui->pixLabel1}) {
         if (!frame.isNull())

@@ -25,6 +25,7 @@ int runDialog(QDialog &dialog, Act act)
             act();
         if (dialog.isVisible())
             dialog.done(stayedOpen);
+        QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     });
     return dialog.exec();
 }
