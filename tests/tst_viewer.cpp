@@ -477,7 +477,7 @@ void TestViewer::pickedProperties()
     Viewer viewer(path);
     auto *panel = viewer.findChild<PropertyManager *>();
     QStatusBar *status = viewer.statusBar();
-    clickRow(*panel->colorPicker(), 4);
+    clickRow(*panel->colorPicker(), GreenRow);
     QVERIFY(status->currentMessage().contains("selected") && !viewer.isWindowModified());
     QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("By Layer"));
 
@@ -504,7 +504,7 @@ void TestViewer::pickedProperties()
                                        Qt::LeftButton, {}, {9, 8});
                      QTest::mouseClick(dialog.findChild<QPushButton *>("okBnt"), Qt::LeftButton);
                  });
-    clickRow(*panel->lineWeightPicker(), 17);
+    clickRow(*panel->lineWeightPicker(), LineWidthComboBox::rowOf(70));
     QCOMPARE(textOf(*panel->lineWeightPicker()), QStringLiteral("0.28\""));
     QTest::keyClick(viewer.canvas, Qt::Key_Escape);
     QCOMPARE(viewer.shownAt({50, 0}), picked);
@@ -513,7 +513,7 @@ void TestViewer::pickedProperties()
     viewer.dragOnCanvas({110, 50}, {90, 10});
     viewer.dragOnCanvas({50, 80}, {50, 80}, Qt::ControlModifier);
     QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Varies"));
-    clickRow(*panel->colorPicker(), 1);
+    clickRow(*panel->colorPicker(), ColorByBlockRow);
     answerDialog([&] { pressButton(*panel->lineTypePicker()); },
                  [](QDialog &dialog) {
                      dialog.findChild<QComboBox *>()->setCurrentText("DASHED");
@@ -524,7 +524,7 @@ void TestViewer::pickedProperties()
     QCOMPARE(textOf(*panel->lineTypePicker()), QStringLiteral("DASHED"));
 
     viewer.dragOnCanvas({50, 100}, {50, 100});
-    clickRow(*panel->colorPicker(), 2);
+    clickRow(*panel->colorPicker(), RedRow);
     QVERIFY(status->currentMessage().contains("locked"));
 
     QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);
@@ -566,29 +566,29 @@ void TestViewer::views()
         QCOMPARE(group->indexOf(gallery->checkedItem()), item);
         QCOMPARE(group->indexOf(gallery->popupGallery()->checkedItem()), item);
     };
-    viewer.press(gallery, 6);
-    check(ViewDirection::Southwest, "Southwest", 6);
+    viewer.press(gallery, SouthwestView);
+    check(ViewDirection::Southwest, "Southwest", SouthwestView);
     for (const ViewButton *button : buttons) {
-        viewer.choose(button->menu(), 4);
-        check(ViewDirection::Front, "Front", 4);
-        viewer.choose(button->menu(), 9);
-        check(ViewDirection::Northwest, "Northwest", 9);
-        viewer.choose(button->menu(), 7);
-        check(ViewDirection::Southeast, "Northwest", 7);
+        viewer.choose(button->menu(), FrontView);
+        check(ViewDirection::Front, "Front", FrontView);
+        viewer.choose(button->menu(), NorthwestView);
+        check(ViewDirection::Northwest, "Northwest", NorthwestView);
+        viewer.choose(button->menu(), SoutheastView);
+        check(ViewDirection::Southeast, "Northwest", SoutheastView);
     }
-    viewer.press(gallery, 9);
-    check(ViewDirection::Northwest, "Northwest", 9);
-    viewer.press(gallery, 7);
-    check(ViewDirection::Southeast, "Northwest", 7);
+    viewer.press(gallery, NorthwestView);
+    check(ViewDirection::Northwest, "Northwest", NorthwestView);
+    viewer.press(gallery, SoutheastView);
+    check(ViewDirection::Southeast, "Northwest", SoutheastView);
 
     // Each canvas has a view of its own, and the commands are for the one that was pressed last.
-    viewer.press(viewer.ribbon->arrangements(), 1);
+    viewer.press(viewer.ribbon->arrangements(), TwoVerticalViewports);
     click(panes->shown().constLast()->viewport());
-    check(ViewDirection::Top, "Top", 0);
-    viewer.press(gallery, 5);
-    check(ViewDirection::Back, "Back", 5);
+    check(ViewDirection::Top, "Top", TopView);
+    viewer.press(gallery, BackView);
+    check(ViewDirection::Back, "Back", BackView);
     click(panes->shown().constFirst()->viewport());
-    check(ViewDirection::Southeast, "Northwest", 7);
+    check(ViewDirection::Southeast, "Northwest", SoutheastView);
 }
 
 void TestViewer::farFromTheOrigin()
@@ -693,7 +693,7 @@ void TestViewer::floatingPickers()
 
     // A pick there changes what is selected, and the pickers of the tool bar show it.
     viewer.dragOnCanvas({5, 5}, {5, 5});
-    clickRow(*pickers->propertyManager()->colorPicker(), 4);
+    clickRow(*pickers->propertyManager()->colorPicker(), GreenRow);
     const auto panels = viewer.findChildren<PropertyManager *>();
     for (const PropertyManager *panel : panels)
         QCOMPARE(textOf(*panel->colorPicker()), QStringLiteral("Green"));

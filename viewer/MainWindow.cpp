@@ -50,6 +50,7 @@ constexpr FaceStyle visualStyles[] = {
         FaceStyle::Wireframe, FaceStyle::Wireframe, FaceStyle::Hidden,       FaceStyle::Flat,
         FaceStyle::Gouraud,   FaceStyle::FlatEdges, FaceStyle::GouraudEdges,
 };
+static_assert(std::size(visualStyles) == OvCc::GouraudEdgesStyle + 1);
 
 QString fileFilter()
 {

@@ -18,14 +18,10 @@
 
 namespace {
 
-/// The rows that all three pickers begin with.
-enum CommonRow { ByLayer, ByBlock };
-
 /// The indexes that a drawing has for colours in the picker.
 constexpr int colorByBlockIndex = 0;
+constexpr int redIndex = 1;
 constexpr int colorByLayerIndex = 256;
-constexpr int firstColorRow = 2; // index 1, red
-constexpr int standardColors = 7;
 
 constexpr QSize lineSwatchSize(48, 16);
 constexpr double swatchWidth = 40.0;
@@ -33,10 +29,10 @@ constexpr double swatchWidth = 40.0;
 int rowOfColor(const OvCc::QOvColorComboBox &picker, QRgb color)
 {
     if (color == colorByLayer)
-        return ByLayer;
+        return OvCc::ColorByLayerRow;
     if (color == colorByBlock)
-        return ByBlock;
-    int row = firstColorRow;
+        return OvCc::ColorByBlockRow;
+    int row = OvCc::RedRow;
     while (picker.item(row) && picker.colorOf(row) != QColor(color))
         ++row;
     return picker.item(row) ? row : -1;
@@ -141,14 +137,14 @@ void PropertyEditor::pickColor(int row, const QColor &color)
 {
     KcHost::EntityChange pick;
     QRgb shown = color.rgb();
-    if (row == ByLayer) {
+    if (row == OvCc::ColorByLayerRow) {
         pick.color = colorByLayerIndex;
         shown = colorByLayer;
-    } else if (row == ByBlock) {
+    } else if (row == OvCc::ColorByBlockRow) {
         pick.color = colorByBlockIndex;
         shown = colorByBlock;
-    } else if (row < firstColorRow + standardColors) {
-        pick.color = row - firstColorRow + 1;
+    } else if (row < OvCc::FirstCustomColorRow) {
+        pick.color = row - OvCc::RedRow + redIndex;
     } else {
         pick.trueColor = color.rgb();
     }
@@ -167,10 +163,10 @@ void PropertyEditor::pickLineType(const QString &name)
     const OvCc::LineTypeComboBox &picker = *m_panels.front()->lineTypePicker();
     KcHost::EntityChange pick;
     int linetype = 0;
-    if (name == picker.item(ByLayer)->text()) {
+    if (name == picker.item(OvCc::LineTypeByLayerRow)->text()) {
         pick.linetype = QStringLiteral("ByLayer");
         linetype = lineTypeByLayer;
-    } else if (name == picker.item(ByBlock)->text()) {
+    } else if (name == picker.item(OvCc::LineTypeByBlockRow)->text()) {
         pick.linetype = QStringLiteral("ByBlock");
         linetype = lineTypeByBlock;
     } else {
@@ -229,9 +225,9 @@ void PropertyEditor::change(const KcHost::EntityChange &change,
 void PropertyEditor::show(const OvCc::PropertyManager &panel) const
 {
     if (m_selection.isEmpty()) {
-        panel.colorPicker()->setCurrentIndex(ByLayer);
-        panel.lineWeightPicker()->setCurrentIndex(ByLayer);
-        panel.lineTypePicker()->setCurrentIndex(ByLayer);
+        panel.colorPicker()->setCurrentIndex(OvCc::ColorByLayerRow);
+        panel.lineWeightPicker()->setCurrentIndex(OvCc::LineWeightByLayerRow);
+        panel.lineTypePicker()->setCurrentIndex(OvCc::LineTypeByLayerRow);
         return;
     }
     if (const auto color = commonOf(*m_drawing, m_selection, &EntityStyle::color); !color) {
@@ -257,7 +253,8 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
         !linetype) {
         showVaries(panel.lineTypePicker());
     } else if (*linetype < 0) {
-        panel.lineTypePicker()->setCurrentIndex(*linetype == lineTypeByLayer ? ByLayer : ByBlock);
+        panel.lineTypePicker()->setCurrentIndex(
+                *linetype == lineTypeByLayer ? OvCc::LineTypeByLayerRow : OvCc::LineTypeByBlockRow);
     } else {
         const Linetype &shown = m_drawing->geometry.linetypes.at(*linetype);
         if (const int row = rowOfText(*panel.lineTypePicker(), shown.name); row >= 0)

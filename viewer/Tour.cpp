@@ -18,6 +18,8 @@
 #include <OvCustomControl/QOvColorComboBox.h>
 #include <OvCustomControl/SearchLayerEdit.h>
 #include <OvCustomControl/StackWidget.h>
+#include <OvCustomControl/ViewPortGallery.h>
+#include <OvCustomControl/Views.h>
 
 #include <QAction>
 #include <QApplication>
@@ -44,9 +46,6 @@ constexpr int loadingTime = 300000;
 constexpr int wheelSteps = 5;
 constexpr int nameColumn = 1; // of the panel
 constexpr int onColumn = 2;
-constexpr int pickedRow = 5;  // of the colour picker: cyan
-constexpr int southwest = 6;  // in the view gallery
-constexpr int sideBySide = 1; // in the viewport gallery
 const char pictureFailure[] = "a picture cannot be written";
 
 /// Ends the tour unless @p isDone.
@@ -199,12 +198,12 @@ void Tour::visitViews()
     const OvCc::BaseGallery &views = *m_ribbon.views();
     openGallery(views);
     save(QStringLiteral("13-views.png"));
-    pressItem(views, southwest);
+    pressItem(views, OvCc::SouthwestView);
     require(canvasImage() != before, "the canvas does not show the view that was chosen");
 
     const OvCc::BaseGallery &arrangements = *m_ribbon.arrangements();
     openGallery(arrangements);
-    pressItem(arrangements, sideBySide);
+    pressItem(arrangements, OvCc::TwoVerticalViewports);
     require(m_window.findChild<CanvasPanes *>()->shown().size() == 2,
             "the window is not split as chosen");
     save(QStringLiteral("14-panes.png"));
@@ -351,7 +350,7 @@ void Tour::pickColor()
             "the colour picker does not open");
     save(QStringLiteral("11-colors.png"));
     const auto &rows = *picker.view()->findChild<OvCc::ListWidget *>();
-    click(*rows.viewport(), rows.visualItemRect(rows.item(pickedRow)).center());
+    click(*rows.viewport(), rows.visualItemRect(rows.item(OvCc::CyanRow)).center());
     require(!picker.view()->isVisible(), "the colour picker stays open");
 }
 

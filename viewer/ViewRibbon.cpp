@@ -14,6 +14,8 @@
 
 namespace {
 
+static_assert(int(ViewDirection::Northwest) == OvCc::NorthwestView);
+
 int indexOf(const NsRc::RibbonGallery &gallery, const NsRc::RibbonGalleryItem *item)
 {
     const NsRc::RibbonGalleryGroup &group = *gallery.galleryGroup();
