@@ -1,11 +1,3 @@
 #pragma once
 
-#include <QPixmap>
-#include <QString>
-
-namespace OvCc {
-
-/// The picture at @p path in the size of a small icon, 16 × 16 pixels; a null one if there is none.
-QPixmap smallImage(const QString &path);
-
-} // namespace OvCc
+#include "layer/pictures/SmallImage.h"
