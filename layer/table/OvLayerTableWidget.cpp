@@ -1,11 +1,13 @@
 #include "OvLayerTableWidget.h"
 
 #include "layer/data/LayerColumns.h"
+#include "layer/table/LayerNumbers.h"
 #include "layer/table/LayerRows.h"
+#include "layer/table/LayoutSettings.h"
+#include "layer/table/NamePattern.h"
 #include "layer/table/TableEditing.h"
 
 #include <OvCustomControl/LayerDelegate.h>
-#include <OvCustomControl/LayerNames.h>
 #include <OvCustomControl/OvLayerUtility.h>
 
 #include <QCursor>
@@ -13,7 +15,6 @@
 #include <QMenu>
 #include <QPointer>
 #include <QScrollBar>
-#include <QSettings>
 
 #include <algorithm>
 #include <array>
@@ -101,41 +102,6 @@ bool hasAction(int column)
 {
     return column != CurrentColumn && column != ViewportFreezeColumn;
 }
-
-/// Where the column layout is kept.
-class LayoutSettings : public QSettings
-{
-public:
-    LayoutSettings()
-        : QSettings(QStringLiteral("Brevik"), QStringLiteral("TessaViewer"))
-    {
-    }
-};
-
-/// A search text, in which one "*" stands for any characters.
-class NamePattern
-{
-public:
-    explicit NamePattern(const QString &text)
-    {
-        const QLatin1Char star('*');
-        const QString pattern = text.toLower();
-        const bool isStarLast = !pattern.startsWith(star) && pattern.endsWith(star);
-        const int place = isStarLast ? pattern.size() - 1 : pattern.indexOf(star);
-        m_begin = pattern.left(place);
-        m_end = place < 0 ? QString() : pattern.mid(place + 1);
-    }
-
-    bool matches(const QString &name) const
-    {
-        const QString lower = name.toLower();
-        return lower.startsWith(m_begin) && lower.endsWith(m_end);
-    }
-
-private:
-    QString m_begin;
-    QString m_end;
-};
 
 } // namespace
 
@@ -276,23 +242,18 @@ bool LayerTableWidget::insertRowData(int row)
 void LayerTableWidget::creatActions()
 {
     m_menu = new QMenu(tr("layerManager"), horizontalHeader());
-    LayoutSettings settings;
+    const LayoutSettings settings;
     const QStringList titles = texts(columnTitles);
     for (int column = 0; column < titles.size(); ++column) {
         if (!hasAction(column))
             continue;
         auto *action = new LayerAction(shownTitles().at(column), this);
         action->setObjectName(titles.at(column));
-        settings.beginGroup(titles.at(column));
-        const QString checkable = QStringLiteral("isCheckable");
-        action->setCheckable(settings.value(checkable, true).toBool());
-        action->setChecked(settings.value(QStringLiteral("isChecked"), true).toBool());
+        settings.restore(*action);
         m_menu->addAction(action);
-        // Names can be hidden only by who has worked with the table before: the key is there from
-        // the first time on that a layout was saved.
+        // Names can be hidden only by who has worked with the table before.
         if (column == NameColumn)
-            action->setEnabled(settings.value(checkable, false).toBool());
-        settings.endGroup();
+            action->setEnabled(settings.wasCheckable(*action));
         if (!action->isChecked())
             setColumnHidden(column, true);
         connect(action, &LayerAction::layerTriggered, this, &LayerTableWidget::layerColumnVisiable);
@@ -305,13 +266,8 @@ void LayerTableWidget::writeSettings()
         return;
     LayoutSettings settings;
     const QList<QAction *> actions = m_menu->actions();
-    for (const QAction *action : actions) {
-        settings.beginGroup(action->objectName());
-        settings.setValue(QStringLiteral("isChecked"), action->isChecked());
-        settings.setValue(QStringLiteral("isCheckable"), action->isCheckable());
-        settings.setValue(QStringLiteral("isEnabled"), action->isEnabled());
-        settings.endGroup();
-    }
+    for (const QAction *action : actions)
+        settings.save(*action);
 }
 
 int LayerTableWidget::selectedRow() const
@@ -334,7 +290,9 @@ void LayerTableWidget::addLayer()
     if (!self)
         return;
     const int row = m_rows->rowCount();
-    m_rowTemplate[NameColumn] = QStringLiteral("Layer%1").arg(nextLayerNumber());
+    m_layerNumbers = layerNumbers(m_rows->rows());
+    const int number = row == 0 ? 0 : firstFreeNumber(m_layerNumbers);
+    m_rowTemplate[NameColumn] = QStringLiteral("Layer%1").arg(number);
     insertRowData(row);
 
     const QModelIndex name = m_rows->index(row, NameColumn);
@@ -569,30 +527,6 @@ QVector<int> LayerTableWidget::selectedRows() const
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
-}
-
-/// The first number that no layer named "Layer1" and so on has. The first row does not count.
-int LayerTableWidget::nextLayerNumber()
-{
-    m_layerNumbers.clear();
-    const int count = m_rows->rowCount();
-    if (count < 2)
-        return count;
-
-    const QLatin1String stem("layer");
-    for (int row = 1; row < count; ++row) {
-        const QString &name = m_rows->rows().at(row).at(NameColumn);
-        const QString digits = name.mid(stem.size());
-        if (name.startsWith(stem, Qt::CaseInsensitive) && !digits.isEmpty() && isDigitStr(digits)
-            && !digits.startsWith(QLatin1Char('0')))
-            m_layerNumbers.append(digits.toInt());
-    }
-    std::sort(m_layerNumbers.begin(), m_layerNumbers.end());
-    for (int place = 0; place < m_layerNumbers.size(); ++place) {
-        if (m_layerNumbers.at(place) != place + 1)
-            return place + 1;
-    }
-    return m_layerNumbers.size() + 1;
 }
 
 } // namespace OvCc

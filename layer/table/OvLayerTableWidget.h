@@ -167,7 +167,6 @@ private:
     void placeFrozenView();
     QString showRows(const QList<QStringList> &read);
     QVector<int> selectedRows() const;
-    int nextLayerNumber();
 
     QMenu *m_menu = nullptr;
     FrozenTableWidget *m_frozen;

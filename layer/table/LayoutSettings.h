@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSettings>
+
+class QAction;
+
+namespace OvCc {
+
+/// The column layout of layer tables in the user's settings: what the actions say that show and hide
+/// the columns, each in a group that has the action's object name.
+class LayoutSettings
+{
+public:
+    LayoutSettings();
+
+    /// Checks @p action as it was saved. One that never was can be checked, and is.
+    void restore(QAction &action) const;
+
+    /// Whether @p action was saved before, as one that can be checked.
+    bool wasCheckable(const QAction &action) const;
+
+    void save(const QAction &action);
+
+private:
+    QSettings m_settings;
+};
+
+} // namespace OvCc
