@@ -14,14 +14,13 @@
 
 namespace {
 
-constexpr int nameColumn = 1;
-constexpr int onColumn = 2;
-constexpr int colorColumn = 5;
-constexpr int columns = 13;
 constexpr QSize windowSize(1200, 700);
 
 /// The columns that show a picture instead of a text.
-constexpr std::array<int, 7> imageColumns{0, 2, 3, 4, 9, 10, 11};
+constexpr std::array<int, 7> imageColumns{OvCc::CurrentColumn,       OvCc::OnColumn,
+                                          OvCc::ThawedColumn,        OvCc::UnlockedColumn,
+                                          OvCc::PlotColumn,          OvCc::NewViewportFreezeColumn,
+                                          OvCc::ViewportFreezeColumn};
 
 /// A search text that leaves a tenth of the names of the measured drawings, or nearly so.
 const char searchText[] = "Layer 1";
@@ -69,7 +68,7 @@ struct PlainTable
     void fillSortAndPaint(const QList<QStringList> &rows)
     {
         fill(model, rows);
-        model.sort(nameColumn);
+        model.sort(OvCc::NameColumn);
         showAndPaint(*view);
         showAndPaint(*frozen);
     }
@@ -114,7 +113,7 @@ Times tableReload(int n)
                 QApplication::processEvents();
             },
             [&] {
-                table->sortByColumn(colorColumn, Qt::DescendingOrder);
+                table->sortByColumn(OvCc::ColorColumn, Qt::DescendingOrder);
                 table->slotSearchLayer(QLatin1String(searchText));
                 QApplication::processEvents();
             });
@@ -140,7 +139,7 @@ Times tableClose(int n)
     const double ours = medianTime([&] { table.reset(); },
                                    [&] {
                                        table = shownTable();
-                                       table->sortByColumn(colorColumn, Qt::DescendingOrder);
+                                       table->sortByColumn(OvCc::ColorColumn, Qt::DescendingOrder);
                                        QApplication::processEvents();
                                    });
 
@@ -170,7 +169,7 @@ Times tableSearch(int n)
     fill(model, drawingRows());
     QSortFilterProxyModel proxy;
     proxy.setSourceModel(&model);
-    proxy.setFilterKeyColumn(nameColumn);
+    proxy.setFilterKeyColumn(OvCc::NameColumn);
     const auto view = plainView(proxy);
     showAndPaint(*view);
     const double baseline = medianTime([&] {
@@ -200,7 +199,7 @@ Times tableToggle(int n)
     constexpr int row = 2;
     const auto drawing = openDrawing(n);
     const auto table = shownTable();
-    const QModelIndex cell = table->model()->index(row, onColumn);
+    const QModelIndex cell = table->model()->index(row, OvCc::OnColumn);
     table->scrollTo(cell);
     QApplication::processEvents();
     const QPoint place = table->visualRect(cell).center();
@@ -220,7 +219,7 @@ Times tableToggle(int n)
     fill(model, drawingRows());
     const auto view = plainView(model);
     showAndPaint(*view);
-    const QModelIndex plainCell = model.index(row, onColumn);
+    const QModelIndex plainCell = model.index(row, OvCc::OnColumn);
     view->scrollTo(plainCell);
     QApplication::processEvents();
     bool isOn = true;
@@ -249,7 +248,7 @@ Times tablePaint(int n)
         }
     }
     const auto view = plainView(model);
-    for (int column = 0; column < columns; ++column) {
+    for (int column = 0; column < OvCc::LayerColumnCount; ++column) {
         view->setColumnWidth(column, table->columnWidth(column));
         view->setColumnHidden(column, table->isColumnHidden(column));
     }
@@ -272,11 +271,11 @@ Times tableRemove(int n)
             },
             [&] {
                 table->InitLayerModel();
-                table->sortByColumn(colorColumn, Qt::DescendingOrder);
+                table->sortByColumn(OvCc::ColorColumn, Qt::DescendingOrder);
                 const QAbstractItemModel *model = table->model();
                 table->selectionModel()->select(
                         QItemSelection(model->index(n / 4, 0),
-                                       model->index(n / 4 + count - 1, columns - 1)),
+                                       model->index(n / 4 + count - 1, OvCc::LayerColumnCount - 1)),
                         QItemSelectionModel::ClearAndSelect);
                 QApplication::processEvents();
             });

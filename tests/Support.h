@@ -63,8 +63,9 @@ inline QList<QStringList> layerRows()
 {
     QList<QStringList> rows;
     OvLayerUtility().getAllLayerDate(rows);
-    std::sort(rows.begin(), rows.end(),
-              [](const QStringList &one, const QStringList &other) { return one[1] < other[1]; });
+    std::sort(rows.begin(), rows.end(), [](const QStringList &one, const QStringList &other) {
+        return one[OvCc::NameColumn] < other[OvCc::NameColumn];
+    });
     return rows;
 }
 

@@ -86,7 +86,7 @@ void tst_Interface::strings()
     const QImage plain = layers.grab().toImage();
     const Marks marks;
     QVERIFY(layers.grab().toImage() != plain); // a lineweight is translated where it is painted
-    QCOMPARE(layers.model()->index(0, 7).data().toString(), QString("Default"));
+    QCOMPARE(layers.model()->index(0, LineWeightColumn).data().toString(), QString("Default"));
 
     KcHost::setWorkingDatabase(nullptr);
     QWidget owner;

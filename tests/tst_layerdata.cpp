@@ -6,7 +6,7 @@
 
 #include <memory>
 
-using OvCc::LayerItemData;
+using namespace OvCc;
 
 namespace {
 
@@ -14,7 +14,7 @@ QStringList rowOf(const QString &name)
 {
     const QList<QStringList> rows = layerRows();
     for (const QStringList &row : rows) {
-        if (row.at(1) == name)
+        if (row.at(NameColumn) == name)
             return row;
     }
     return {};
@@ -82,8 +82,8 @@ void tst_LayerData::lineWeightLabels()
             labels.prepend(StringByLineWeight(value, isIndex));
         }
         if (!isIndex) {
-            labels.append(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Millimetres));
-            labels.append(OvCc::fixedLineWeightLabel(value, LineWeightUnit::Inches));
+            labels.append(fixedLineWeightLabel(value, LineWeightUnit::Millimetres));
+            labels.append(fixedLineWeightLabel(value, LineWeightUnit::Inches));
         }
         QCOMPARE(labels, expected);
     }
@@ -91,9 +91,9 @@ void tst_LayerData::lineWeightLabels()
 
 void tst_LayerData::digitStrings()
 {
-    QVERIFY(OvCc::isDigitStr(QString()) && OvCc::isDigitStr(QStringLiteral("0123456789")));
+    QVERIFY(isDigitStr(QString()) && isDigitStr(QStringLiteral("0123456789")));
     for (const char *text : {"12a", "-1", " 1", "1.5", "\xd9\xa3"}) // the last one is Arabic for 3
-        QVERIFY2(!OvCc::isDigitStr(QString::fromUtf8(text)), text);
+        QVERIFY2(!isDigitStr(QString::fromUtf8(text)), text);
 }
 
 void tst_LayerData::swatches()
@@ -115,7 +115,7 @@ void tst_LayerData::swatches()
     for (int x = 4; x <= 41; ++x)
         QCOMPARE(dash.pixel(x, 9), black);
 
-    const QPixmap text = OvCc::creatTextStyleIcon(QStringLiteral("A"));
+    const QPixmap text = creatTextStyleIcon(QStringLiteral("A"));
     QCOMPARE(text.size(), QSize(48, 16));
     QCOMPARE(extent(text, black) & QRect(0, 0, 48, 16), QRect(1, 1, 46, 15));
     QCOMPARE(text.toImage().pixel(0, 0), 0xffffffff);
@@ -129,15 +129,15 @@ void tst_LayerData::magentaIsTransparent()
     image.setPixel(0, 0, qRgb(255, 0, 255));
     image.setPixel(1, 0, qRgb(255, 0, 254));
     image.setPixel(2, 0, qRgb(0, 128, 0));
-    QVERIFY(OvCc::loadImage(path).isNull());
+    QVERIFY(loadImage(path).isNull());
     QVERIFY(image.save(path));
 
-    const QPixmap loaded = OvCc::loadImage(path);
+    const QPixmap loaded = loadImage(path);
     const QImage shown = loaded.toImage();
     QCOMPARE(qAlpha(shown.pixel(0, 0)), 0);
     QCOMPARE(shown.pixel(1, 0), qRgb(255, 0, 254));
     QCOMPARE(shown.pixel(2, 0), qRgb(0, 128, 0));
-    QCOMPARE(OvCc::loadImage(path).cacheKey(), loaded.cacheKey());
+    QCOMPARE(loadImage(path).cacheKey(), loaded.cacheKey());
 }
 
 void tst_LayerData::resourceImages()
@@ -146,7 +146,7 @@ void tst_LayerData::resourceImages()
          {"core_ccvon.bmp", "core_ccvoff.bmp", "core_ccthw.bmp", "core_ccfrz.bmp", "core_cculk.bmp",
           "core_cclk.bmp", "core_ccpldi.bmp", "core_ccnpl.bmp", "core_ccvfrz.bmp",
           "core_ccvthw.bmp", "IDB_LSTATE_CURRENT.png"}) {
-        const QPixmap image = OvCc::loadImage(QStringLiteral(":/") + QLatin1String(name));
+        const QPixmap image = loadImage(QStringLiteral(":/") + QLatin1String(name));
         QVERIFY2(image.size() == QSize(16, 16) && !extent(image, 0).isEmpty(), name);
         const QImage shown = image.toImage();
         for (int pixel = 0; pixel < 256; ++pixel) {
@@ -196,8 +196,8 @@ void tst_LayerData::rowsMatchIndependentWriter()
     QJsonObject read;
     const QList<QStringList> rows = layerRows();
     for (const QStringList &row : rows) {
-        if (expected.contains(row.at(1)))
-            read.insert(row.at(1), QJsonArray::fromStringList(row));
+        if (expected.contains(row.at(NameColumn)))
+            read.insert(row.at(NameColumn), QJsonArray::fromStringList(row));
     }
     QCOMPARE(read, expected);
 }
@@ -210,10 +210,10 @@ void tst_LayerData::settersReachTheDrawing()
     const QStringList before = rowOf(name);
 
     const std::tuple<void (OvLayerUtility::*)(QString, bool), int, bool> setters[] = {
-            {&OvLayerUtility::setLayerOff, 2, false},
-            {&OvLayerUtility::setLayerFrozen, 3, true},
-            {&OvLayerUtility::setLayerLock, 4, true},
-            {&OvLayerUtility::setLayerPlot, 9, false}};
+            {&OvLayerUtility::setLayerOff, OnColumn, false},
+            {&OvLayerUtility::setLayerFrozen, ThawedColumn, true},
+            {&OvLayerUtility::setLayerLock, UnlockedColumn, true},
+            {&OvLayerUtility::setLayerPlot, PlotColumn, false}};
     for (const auto &[set, column, unusual] : setters) {
         QStringList expected = before;
         expected[column] = QStringLiteral("false");
@@ -239,13 +239,13 @@ void tst_LayerData::refusalsAreSilent()
     const OpenDrawing drawing(drawingWithLayers({QStringLiteral("Walls")}));
     OvLayerUtility layers;
     layers.setLayerFrozen(QStringLiteral("0"), true);
-    QCOMPARE(rowOf(QStringLiteral("0")).at(3), QStringLiteral("true"));
+    QCOMPARE(rowOf(QStringLiteral("0")).at(ThawedColumn), QStringLiteral("true"));
 
     QVERIFY(!getLayerByName(QStringLiteral("walls")));
     QCOMPARE(KcHost::openObjectCount(), 0);
     KcDbLayerTableRecord *reader = getLayerByName(QStringLiteral("Walls"));
     layers.setLayerLock(QStringLiteral("Walls"), true);
-    QCOMPARE(rowOf(QStringLiteral("Walls")).at(4), QStringLiteral("true"));
+    QCOMPARE(rowOf(QStringLiteral("Walls")).at(UnlockedColumn), QStringLiteral("true"));
     QCOMPARE(KcHost::openObjectCount(), 1);
     QCOMPARE(reader->close(), Kcore::eOk);
 }
@@ -257,7 +257,7 @@ void tst_LayerData::unreadableRecordsArePassedOver()
     KcDbLayerTableRecord *writer = getLayerByName(QStringLiteral("Doors"));
     QCOMPARE(writer->upgradeOpen(), Kcore::eOk);
     QCOMPARE(layerRows().size(), 2);
-    QCOMPARE(rowOf(QStringLiteral("Walls")).at(2), QStringLiteral("true"));
+    QCOMPARE(rowOf(QStringLiteral("Walls")).at(OnColumn), QStringLiteral("true"));
     writer->close();
 
     QCOMPARE(KcHost::eraseLayer(*drawing, QStringLiteral("Doors")), Kcore::eOk);
@@ -278,12 +278,15 @@ void tst_LayerData::viewportFreeze()
     QVERIFY(!ezdxf(QStringLiteral("sheet.py"), {path}).isEmpty());
     const OpenDrawing drawing(KcHost::readDrawing(path));
     QVERIFY(!OvLayerUtility().isModelSpace());
-    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(11), QStringLiteral("true"));
-    QCOMPARE(rowOf(QStringLiteral("Shown in the sheet")).at(11), QStringLiteral("false"));
+    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(ViewportFreezeColumn),
+             QStringLiteral("true"));
+    QCOMPARE(rowOf(QStringLiteral("Shown in the sheet")).at(ViewportFreezeColumn),
+             QStringLiteral("false"));
 
     KcHost::setVariable(QStringLiteral("TILEMODE"), 1);
     QVERIFY(OvLayerUtility().isModelSpace());
-    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(11), QStringLiteral("false"));
+    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(ViewportFreezeColumn),
+             QStringLiteral("false"));
 }
 
 QTEST_MAIN(tst_LayerData)

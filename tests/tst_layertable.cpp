@@ -21,8 +21,6 @@ using namespace OvCc;
 
 namespace {
 
-enum Column { Current, Name, On, Thawed, Unlocked, Color, Linetype, Weight, PlotStyle, Plot };
-
 using Calls = QList<QVariantList>;
 using Rows = QList<QStringList>;
 using Texts = QPair<QString, QString>;
@@ -113,7 +111,7 @@ private:
         m_model->removeRows(0, m_model->rowCount());
         for (int row = 0; row < names.size(); ++row) {
             QVERIFY(m_table->insertRowData(row));
-            m_model->item(row, Name)->setText(names.at(row));
+            m_model->item(row, NameColumn)->setText(names.at(row));
         }
     }
 
@@ -167,7 +165,7 @@ private:
     {
         QStringList names;
         for (int row = 0; row < m_model->rowCount(); ++row)
-            names.append(text(row, Name));
+            names.append(text(row, NameColumn));
         return names;
     }
 
@@ -177,7 +175,7 @@ private:
         for (int row = 0; row < m_model->rowCount(); ++row) {
             const int views = !m_table->isRowHidden(row) + !m_frozen->isRowHidden(row);
             if (views > 0)
-                names.append(text(row, Name) + (views == 2 ? "" : " in one view only"));
+                names.append(text(row, NameColumn) + (views == 2 ? "" : " in one view only"));
         }
         return names;
     }
@@ -248,32 +246,32 @@ void tst_LayerTable::frozenViewIsInPlace()
     const QPoint offset =
             m_table->viewport()->mapFrom(m_table, m_frozen->viewport()->mapTo(m_table, {}));
     for (int row = 0; row < m_model->rowCount(); ++row) {
-        QCOMPARE(m_frozen->visualRect(m_model->index(row, Name)).translated(offset),
-                 m_table->visualRect(m_model->index(row, Name)));
+        QCOMPARE(m_frozen->visualRect(m_model->index(row, NameColumn)).translated(offset),
+                 m_table->visualRect(m_model->index(row, NameColumn)));
     }
 
     // Walking left, the cell stops right of the frozen columns instead of under them.
     m_panel->resize(300, 200);
     m_table->setFocus();
     for (const bool isNameHidden : {false, true}) {
-        m_table->setColumnHidden(Name, isNameHidden);
-        m_table->setCurrentIndex(m_model->index(0, 12));
-        while (m_table->currentIndex().column() > On) {
+        m_table->setColumnHidden(NameColumn, isNameHidden);
+        m_table->setCurrentIndex(m_model->index(0, DescriptionColumn));
+        while (m_table->currentIndex().column() > OnColumn) {
             QTest::keyClick(m_table, Qt::Key_Left);
             QVERIFY(m_table->visualRect(m_table->currentIndex()).left() >= m_frozen->width());
         }
     }
-    m_frozen->setCurrentIndex(m_model->index(0, Name));
+    m_frozen->setCurrentIndex(m_model->index(0, NameColumn));
     QTest::keyClick(m_table, Qt::Key_Down);
-    QCOMPARE(m_table->currentIndex(), m_model->index(1, Name));
+    QCOMPARE(m_table->currentIndex(), m_model->index(1, NameColumn));
 }
 
 void tst_LayerTable::hiddenNames()
 {
     const auto isInPlace = [this](int nameWidth) {
-        return m_frozen->columnWidth(Name) == nameWidth
-               && m_frozen->width() == m_frozen->columnWidth(Current) + nameWidth
-               && m_table->columnViewportPosition(On) == m_frozen->width();
+        return m_frozen->columnWidth(NameColumn) == nameWidth
+               && m_frozen->width() == m_frozen->columnWidth(CurrentColumn) + nameWidth
+               && m_table->columnViewportPosition(OnColumn) == m_frozen->width();
     };
     const auto dragBorder = [this](int distance) {
         const QPoint from(m_frozen->width() + 1, 9);
@@ -293,17 +291,19 @@ void tst_LayerTable::hiddenNames()
     }
 
     openPanel();
-    QVERIFY(m_table->isColumnHidden(Name) && isInPlace(60));
-    m_frozen->setColumnWidth(Name, 90);
+    QVERIFY(m_table->isColumnHidden(NameColumn) && isInPlace(60));
+    m_frozen->setColumnWidth(NameColumn, 90);
     QVERIFY(isInPlace(90));
-    m_table->setColumnHidden(Current, true);
+    m_table->setColumnHidden(CurrentColumn, true);
     QTRY_VERIFY(isInPlace(90));
 
     for (const int length : {0, 255, 255, 0}) {
         toggle();
         fill({"Living room", QString(length, 'x')});
-        const int wanted = static_cast<QAbstractItemView *>(m_frozen)->sizeHintForColumn(Name);
-        const int beside = m_table->columnViewportPosition(Color) - m_frozen->columnWidth(Name);
+        const int wanted =
+                static_cast<QAbstractItemView *>(m_frozen)->sizeHintForColumn(NameColumn);
+        const int beside =
+                m_table->columnViewportPosition(ColorColumn) - m_frozen->columnWidth(NameColumn);
         QTest::mouseDClick(m_table->horizontalHeader()->viewport(), Qt::LeftButton, {},
                            {m_frozen->width() + 1, 9});
         QVERIFY(isInPlace(qMin(wanted, m_table->viewport()->width() - beside)));
@@ -315,15 +315,15 @@ void tst_LayerTable::clicksOnCells()
     QSignalSpy changes(m_table, &LayerTableWidget::updateLayerCombo);
     const Rows before = rows();
     const int row = rowOf("Walls");
-    for (const int column : {On, Thawed, Unlocked, Plot}) {
+    for (const int column : {OnColumn, ThawedColumn, UnlockedColumn, PlotColumn}) {
         for (const char *expected : {"false", "true"}) {
             click(row, column);
             QVERIFY(text(row, column) == expected && m_table->currentIndex().column() == column);
             QCOMPARE(rows(), layerRows());
         }
     }
-    click(row, On, Qt::RightButton);
-    click(row, Color);
+    click(row, OnColumn, Qt::RightButton);
+    click(row, ColorColumn);
     // The press and the release of each click.
     QCOMPARE(changes.count(), 20);
     QCOMPARE(m_hostCalls, 20);
@@ -331,7 +331,7 @@ void tst_LayerTable::clicksOnCells()
     QTest::mousePress(m_frozen->viewport(), Qt::LeftButton, {}, {5, 5});
     QCOMPARE(m_hostCalls, 20);
     QTest::mouseDClick(m_table->viewport(), Qt::LeftButton, {},
-                       m_table->visualRect(m_model->index(row, 12)).center());
+                       m_table->visualRect(m_model->index(row, DescriptionColumn)).center());
     QVERIFY(!m_table->findChild<QLineEdit *>());
     QCOMPARE(rows(), before);
 }
@@ -342,9 +342,10 @@ void tst_LayerTable::currentLayerIsGuarded()
     const QString refusal = QStringLiteral("The current layer can't be frozen!");
     const int row = rowOf("0");
     for (const auto &[column, button, warning, flag] :
-         {std::tuple(On, "noBtn", question, "true"), std::tuple(On, "okBtn", question, "false"),
-          std::tuple(On, "okBtn", QString(), "true"),
-          std::tuple(Thawed, "noBtn", refusal, "true")}) {
+         {std::tuple(OnColumn, "noBtn", question, "true"),
+          std::tuple(OnColumn, "okBtn", question, "false"),
+          std::tuple(OnColumn, "okBtn", QString(), "true"),
+          std::tuple(ThawedColumn, "noBtn", refusal, "true")}) {
         QCOMPARE(pressAndAnswer(column, button), warning);
         QCOMPARE(text(row, column), QLatin1String(flag));
         QCOMPARE(rows(), layerRows());
@@ -354,7 +355,7 @@ void tst_LayerTable::currentLayerIsGuarded()
 void tst_LayerTable::cellPixels()
 {
     LayerDelegate delegate;
-    QStandardItemModel model(1, 13);
+    QStandardItemModel model(1, LayerColumnCount);
     QStyleOptionViewItem option;
     option.rect = QRect(0, 0, 60, 22);
     QImage empty(option.rect.size(), QImage::Format_ARGB32_Premultiplied);
@@ -375,19 +376,19 @@ void tst_LayerTable::cellPixels()
     const std::pair<const char *, const char *> flags[]{{"von", "voff"},  {"thw", "frz"},
                                                         {"ulk", "lk"},    {"pldi", "npl"},
                                                         {"vfrz", "vthw"}, {"vfrz", "vthw"}};
-    int column = On;
+    int column = OnColumn;
     for (const auto &[whenTrue, whenFalse] : flags) {
         QCOMPARE(painted(column, "true"), composed({22, 3, 16, 16}, statusImage(whenTrue)));
         QCOMPARE(painted(column, "false"), composed({22, 3, 16, 16}, statusImage(whenFalse)));
-        column = column == Unlocked ? Plot : column + 1;
+        column = column == UnlockedColumn ? PlotColumn : column + 1;
     }
-    QCOMPARE(painted(Current, marker), composed({22, 3, 16, 16}, loadImage(marker)));
-    QCOMPARE(painted(Current, ""), empty);
+    QCOMPARE(painted(CurrentColumn, marker), composed({22, 3, 16, 16}, loadImage(marker)));
+    QCOMPARE(painted(CurrentColumn, ""), empty);
     const QRect swatch(2, 4, 14, 14);
-    QCOMPARE(painted(Color, "ll*;1,2,3"), composed(swatch, creatColorPix(QColor(1, 2, 3))));
-    QCOMPARE(painted(Color, "no star"), composed(swatch, creatColorPix(Qt::black)));
-    QVERIFY(painted(Color, "ll*red") != painted(Color, "ll*"));
-    QCOMPARE(painted(Weight, ""), composed({2, 3, 20, 16}, drawLineWeight(0)));
+    QCOMPARE(painted(ColorColumn, "ll*;1,2,3"), composed(swatch, creatColorPix(QColor(1, 2, 3))));
+    QCOMPARE(painted(ColorColumn, "no star"), composed(swatch, creatColorPix(Qt::black)));
+    QVERIFY(painted(ColorColumn, "ll*red") != painted(ColorColumn, "ll*"));
+    QCOMPARE(painted(LineWeightColumn, ""), composed({2, 3, 20, 16}, drawLineWeight(0)));
     QList<int> widths;
     for (const char *label :
          {"Default", "0.25 mm", "0.30 mm", "0.40 mm", "0.50 mm", "2.11 mm", "?"})
@@ -396,10 +397,10 @@ void tst_LayerTable::cellPixels()
 
     const QColor highlight = option.palette.color(QPalette::Highlight);
     option.state = QStyle::State_Selected;
-    QCOMPARE(painted(Current, "").pixelColor(30, 11), highlight);
+    QCOMPARE(painted(CurrentColumn, "").pixelColor(30, 11), highlight);
     option.state |= QStyle::State_HasFocus;
-    QCOMPARE(painted(On, "true").pixelColor(1, 1), QColor(Qt::white));
-    QCOMPARE(painted(Current, "").pixelColor(1, 1), highlight);
+    QCOMPARE(painted(OnColumn, "true").pixelColor(1, 1), QColor(Qt::white));
+    QCOMPARE(painted(CurrentColumn, "").pixelColor(1, 1), highlight);
 }
 
 void tst_LayerTable::sortingKeepsBothHeadersInStep()
@@ -407,20 +408,20 @@ void tst_LayerTable::sortingKeepsBothHeadersInStep()
     OvLayerUtility().setLayerOff("Walls", false);
     m_table->InitLayerModel();
     const QStringList ascending = names();
-    clickHeader(*m_table, On);
-    QCOMPARE(text(0, Name), QStringLiteral("Walls"));
-    QCOMPARE(indicatorOf(*m_table), qMakePair(int(On), Qt::AscendingOrder));
+    clickHeader(*m_table, OnColumn);
+    QCOMPARE(text(0, NameColumn), QStringLiteral("Walls"));
+    QCOMPARE(indicatorOf(*m_table), qMakePair(int(OnColumn), Qt::AscendingOrder));
     QCOMPARE(indicatorOf(*m_frozen), indicatorOf(*m_table));
 
-    clickHeader(*m_frozen, Name);
-    clickHeader(*m_frozen, Name);
-    QCOMPARE(indicatorOf(*m_frozen), qMakePair(int(Name), Qt::DescendingOrder));
+    clickHeader(*m_frozen, NameColumn);
+    clickHeader(*m_frozen, NameColumn);
+    QCOMPARE(indicatorOf(*m_frozen), qMakePair(int(NameColumn), Qt::DescendingOrder));
     QCOMPARE(indicatorOf(*m_table), indicatorOf(*m_frozen));
     QCOMPARE(names(), QStringList(ascending.rbegin(), ascending.rend()));
 
     m_table->InitLayerModel();
     QCOMPARE(names(), ascending);
-    QCOMPARE(indicatorOf(*m_table), qMakePair(int(Name), Qt::AscendingOrder));
+    QCOMPARE(indicatorOf(*m_table), qMakePair(int(NameColumn), Qt::AscendingOrder));
     QCOMPARE(indicatorOf(*m_frozen), indicatorOf(*m_table));
 }
 
@@ -442,7 +443,7 @@ void tst_LayerTable::searchSurvivesSortAndReload()
 {
     QTest::keyClicks(m_search, "wall");
     QCOMPARE(shownNames(), (QStringList{"Walls", "wall-1"}));
-    clickHeader(*m_frozen, Name);
+    clickHeader(*m_frozen, NameColumn);
     QCOMPARE(shownNames(), (QStringList{"wall-1", "Walls"}));
     KcHost::addLayer(**m_drawing, "Wallpaper");
     m_panel->slotUpLayerModel();
@@ -488,15 +489,15 @@ void tst_LayerTable::editedNames()
         type(name, key);
     };
     const auto rename = [&](const char *name, Qt::Key key = Qt::Key_End) {
-        m_frozen->setCurrentIndex(m_model->index(0, Name));
-        m_frozen->edit(m_model->index(0, Name));
+        m_frozen->setCurrentIndex(m_model->index(0, NameColumn));
+        m_frozen->edit(m_model->index(0, NameColumn));
         type(name, key);
     };
     for (const bool isActive : {true, false, false}) {
         add("Attic");
         const auto *offered = qobject_cast<QStringListModel *>(editor()->completer()->model());
         QCOMPARE(offered->stringList(), names().mid(1));
-        QVERIFY(editor()->hasFocus() == isActive && rows().constLast().at(Current) == "false");
+        QVERIFY(editor()->hasFocus() == isActive && rows().constLast().at(CurrentColumn) == "false");
         add("Hall", Qt::Key_Return);
         add("X", Qt::Key_Escape);
         add("Garage");
@@ -519,7 +520,7 @@ void tst_LayerTable::editedNames()
         QApplication::setActiveWindow(&other);
     }
 
-    for (const int column : {11, int(Name)}) {
+    for (const int column : {ViewportFreezeColumn, NameColumn}) {
         m_frozen->openPersistentEditor(m_model->index(0, column));
         m_frozen->setCurrentIndex(m_model->index(0, column));
         type("Y", Qt::Key_Return);
@@ -540,7 +541,7 @@ void tst_LayerTable::hostActsFromInside()
         return Work([&, signal] { connect(m_table, signal, this, act); });
     };
     const auto command = [this](const char *slot) { return Work([=] { call(slot); }); };
-    const Work onWalls = [&] { press("Walls", On); };
+    const Work onWalls = [&] { press("Walls", OnColumn); };
     const Work add = [&] {
         connect(m_table, &LayerTableWidget::layerAdded, this, act);
         call("slotNewLayer");
@@ -558,8 +559,8 @@ void tst_LayerTable::hostActsFromInside()
             {inside(&LayerTableWidget::updateCurretnLayer), command("slotUpLayerModel")},
             {[&] { m_table->selectRow(2), inside (&LayerTableWidget::updateCurretnLayer)(); },
              command("slotCurrentLayer")},
-            {[&] { pressAndAnswer(On, "noBtn", act); }, [&] { QCOMPARE(m_hostCalls, 0); }},
-            {[&] { pressAndAnswer(On, "okBtn", act); }, [&] { QCOMPARE(m_hostCalls, 1); }},
+            {[&] { pressAndAnswer(OnColumn, "noBtn", act); }, [&] { QCOMPARE(m_hostCalls, 0); }},
+            {[&] { pressAndAnswer(OnColumn, "okBtn", act); }, [&] { QCOMPARE(m_hostCalls, 1); }},
             {add, [&] { QTest::keyClick(editor(), Qt::Key_Return); }},
             {add, [&] { QApplication::setActiveWindow(&other); }},
             {add, command("slotNewLayer")},
@@ -594,14 +595,14 @@ void tst_LayerTable::removal()
     addNumberedLayers(**m_drawing, 20);
     m_table->InitLayerModel();
     const QAbstractItemModelTester tester(m_model);
-    clickHeader(*m_frozen, Name);
+    clickHeader(*m_frozen, NameColumn);
     QStringList left = names();
     QSignalSpy removed(m_table, &LayerTableWidget::layersRemoved);
-    const QPersistentModelIndex kept = m_model->index(15, On);
+    const QPersistentModelIndex kept = m_model->index(15, OnColumn);
 
     QItemSelection selection;
     for (const int row : {3, 4, 9, 23})
-        selection.select(m_model->index(row, 0), m_model->index(row, 12));
+        selection.select(m_model->index(row, 0), m_model->index(row, DescriptionColumn));
     m_table->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     m_search->setText("l*"); // which hides the last of them
     const QStringList gone{left.takeAt(9), left.takeAt(4), left.takeAt(3)};
@@ -619,9 +620,9 @@ void tst_LayerTable::setCurrent()
         m_table->selectRow(row);
         m_table->setCurrentLayer();
         for (int other = 0; other < 4; ++other)
-            QCOMPARE(text(other, Current) == marker, other == row);
+            QCOMPARE(text(other, CurrentColumn) == marker, other == row);
     }
-    QCOMPARE(text(0, Current), QString());
+    QCOMPARE(text(0, CurrentColumn), QString());
     m_table->selectAll();
     for (const char *text : {"zzz", "*s"}) {
         m_table->slotSearchLayer(text);
@@ -657,9 +658,9 @@ void tst_LayerTable::columnLayoutIsKept()
 {
     for (int run = 0; run < 3; ++run) {
         const QList<LayerAction *> actions = m_table->findChildren<LayerAction *>();
-        QVERIFY(m_table->isColumnHidden(11));
+        QVERIFY(m_table->isColumnHidden(ViewportFreezeColumn));
         QCOMPARE(actions.at(0)->isEnabled(), run > 0);
-        QCOMPARE(m_table->isColumnHidden(PlotStyle), run > 0);
+        QCOMPARE(m_table->isColumnHidden(PlotStyleColumn), run > 0);
         if (run == 0) {
             // Through the menu, as the user does.
             QTimer::singleShot(0, m_table, [&] {
@@ -676,9 +677,9 @@ void tst_LayerTable::columnLayoutIsKept()
     }
     for (const int isModelSpace : {0, 1}) {
         KcHost::setVariable("TILEMODE", isModelSpace);
-        m_table->showColumn(11);
+        m_table->showColumn(ViewportFreezeColumn);
         m_table->InitLayerModel();
-        QCOMPARE(m_table->isColumnHidden(11), isModelSpace == 1);
+        QCOMPARE(m_table->isColumnHidden(ViewportFreezeColumn), isModelSpace == 1);
     }
     QSettings settings(QStringLiteral("Brevik"), QStringLiteral("TessaViewer"));
     QCOMPARE(settings.value("Plot Style/isChecked").toBool(), false);
@@ -730,12 +731,12 @@ void tst_LayerTable::namesAreData()
     const QStringList odd{"",           QString(255, 'x'),  "a*;\"b\"'",
                           "two\nlines", "\xd7\x90\xd7\x91", "%1 <b>&amp;</b>"};
     fill(odd);
-    clickHeader(*m_frozen, Name);
+    clickHeader(*m_frozen, NameColumn);
     for (const QString &name : odd) {
         m_table->slotSearchLayer(name);
         QVERIFY(shownNames().contains(name) || name.contains('*'));
         m_table->slotSearchLayer(QString());
-        click(rowOf(name), Unlocked);
+        click(rowOf(name), UnlockedColumn);
         QVERIFY(!m_table->grab().isNull());
     }
 }
@@ -766,14 +767,14 @@ void tst_LayerTable::randomWork()
                 m_table->selectRow(random.bounded(m_model->rowCount()));
                 call("slotDeleteLayer");
             },
-            [&] { clickHeader(*m_table, On + random.bounded(9)); },
-            [&] { clickHeader(*m_frozen, Name); },
+            [&] { clickHeader(*m_table, OnColumn + random.bounded(9)); },
+            [&] { clickHeader(*m_frozen, NameColumn); },
             [&] {
                 m_search->setText(QStringList{"", "l", "*1", "w*"}.at(random.bounded(4)));
             },
             [&] { m_panel->slotUpLayerModel(); },
             [&] { QTest::keyClick(m_frozen, random.bounded(2) ? Qt::Key_Down : Qt::Key_Up); },
-            [&] { click(random.bounded(m_model->rowCount()), On + random.bounded(11)); },
+            [&] { click(random.bounded(m_model->rowCount()), OnColumn + random.bounded(11)); },
     };
     for (int step = 0; step < 1000; ++step)
         works[random.bounded(int(std::size(works)))]();

@@ -17,8 +17,6 @@ using namespace OvCc;
 
 namespace {
 
-enum Column { Current, Name, On };
-
 /// Presses that button of the message box that is about to open.
 void answer(QMessageBox::StandardButton button)
 {
@@ -104,14 +102,14 @@ struct Viewer : MainWindow
     {
         QStringList result;
         for (int row = 0; row < rows->rowCount(); ++row)
-            result += (text(row, Current) == "true" ? "*" : "") + text(row, Name);
+            result += (text(row, CurrentColumn) == "true" ? "*" : "") + text(row, NameColumn);
         result.sort();
         return result;
     }
 
     void clickCell(int row, int column, Qt::KeyboardModifiers modifiers = {})
     {
-        QTableView *view = column == Name ? static_cast<QTableView *>(names) : table;
+        QTableView *view = column == NameColumn ? static_cast<QTableView *>(names) : table;
         const QRect cell = view->visualRect(view->model()->index(row, column));
         QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers, cell.center());
     }
@@ -194,14 +192,14 @@ void TestViewer::widgetsKeepInStep()
 {
     Viewer viewer(file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue")));
     QSignalSpy reloads(viewer.table->model(), &QAbstractItemModel::modelReset);
-    viewer.clickCell(4, On);
+    viewer.clickCell(4, OnColumn);
     QTRY_VERIFY(!viewer.item(1)->currentLayerData().isOn);
     QCOMPARE(viewer.shownAt({5, 5}), ground);
     QVERIFY(viewer.isWindowModified());
 
-    viewer.clickCell(1, Name);
+    viewer.clickCell(1, NameColumn);
     viewer.clickLight(1);
-    QTRY_COMPARE(viewer.text(4, On), QStringLiteral("true"));
+    QTRY_COMPARE(viewer.text(4, OnColumn), QStringLiteral("true"));
     QCOMPARE(viewer.shownAt({5, 5}), QColor(Qt::red));
     QCOMPARE(viewer.table->currentIndex().row(), 1);
     QVERIFY(reloads.isEmpty());
@@ -214,7 +212,7 @@ void TestViewer::widgetsKeepInStep()
     viewer.command("Rename", "Zinc\r");
     QTRY_COMPARE(viewer.table->currentIndex().row(), 4);
     QCOMPARE(viewer.shownAt({25, 5}), QColor(Qt::blue));
-    viewer.clickCell(4, On);
+    viewer.clickCell(4, OnColumn);
     QCOMPARE(viewer.shownAt({25, 5}), ground);
 
     viewer.command("New", "X");
@@ -248,14 +246,14 @@ void TestViewer::commands()
     QFETCH(QStringList, fields);
     const QString path = file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue"));
     Viewer viewer(path);
-    viewer.clickCell(4, Name);
+    viewer.clickCell(4, NameColumn);
     viewer.command("Set current");
-    QTRY_COMPARE(viewer.text(4, Current), QStringLiteral("true"));
+    QTRY_COMPARE(viewer.text(4, CurrentColumn), QStringLiteral("true"));
 
     viewer.table->clearSelection();
     const QStringList rows = fields.at(1).split(',');
     for (const QString &row : rows)
-        viewer.clickCell(row.toInt(), Name, Qt::ControlModifier);
+        viewer.clickCell(row.toInt(), NameColumn, Qt::ControlModifier);
     viewer.findChild<SearchLayerEdit *>()->setText(fields.value(6));
     viewer.command(fields.at(2), fields.at(3));
     const QString message = viewer.takeMessage();
@@ -295,14 +293,14 @@ void TestViewer::manyLayers()
     Viewer viewer(path);
     QVERIFY(viewer.list->count() == 0 && viewer.box->lineEdit()->isVisible());
     QCOMPARE(viewer.box->lineEdit()->findChildren<QLabel *>().last()->text(), layers.at(1500));
-    const QRect cell = viewer.names->visualRect(viewer.rows->index(1501, Name));
+    const QRect cell = viewer.names->visualRect(viewer.rows->index(1501, NameColumn));
     QVERIFY(viewer.names->viewport()->rect().contains(cell));
     QVERIFY(cell.width() > viewer.names->fontMetrics().horizontalAdvance(layers.at(1500)));
-    viewer.table->setColumnWidth(Name, 50);
+    viewer.table->setColumnWidth(NameColumn, 50);
     viewer.command("Refresh");
-    QCOMPARE(viewer.names->columnWidth(Name), 50);
+    QCOMPARE(viewer.names->columnWidth(NameColumn), 50);
     viewer.drop(path);
-    QCOMPARE(viewer.names->columnWidth(Name), cell.width());
+    QCOMPARE(viewer.names->columnWidth(NameColumn), cell.width());
 
     viewer.findChild<QDockWidget *>()->close();
     QTest::mouseClick(viewer.box->lineEdit(), Qt::LeftButton);
@@ -360,7 +358,7 @@ void TestViewer::changesAreNotLost()
         viewer.clickLight(1);
         answer(button);
         QCOMPARE(viewer.close(), button != QMessageBox::Cancel);
-        QCOMPARE(Viewer(path).text(4, On) == "true", button != QMessageBox::Save);
+        QCOMPARE(Viewer(path).text(4, OnColumn) == "true", button != QMessageBox::Save);
     }
 }
 
@@ -378,7 +376,7 @@ void TestViewer::writersOfOneFile()
     const QString path = file({}, {});
     const QString copy = path + ".copy";
     const auto changes = [](const Viewer &viewer) {
-        const bool isOff = viewer.text(4, On) == "false";
+        const bool isOff = viewer.text(4, OnColumn) == "false";
         const bool isCurrent = viewer.layers().contains("*Red");
         return isOff == isCurrent ? "both or none" : isOff ? "here" : "other";
     };

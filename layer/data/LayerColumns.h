@@ -2,20 +2,21 @@
 
 namespace OvCc {
 
-/// The places of the texts in a layer row, which are the columns of the layer table, too.
+/// The columns of a layer table, which are the places of the texts in a row of
+/// OvLayerUtility::getAllLayerDate(). A flag is "true" or "false".
 enum LayerColumn {
-    CurrentColumn,
+    CurrentColumn, ///< flag: whether it is the current layer
     NameColumn,
-    OnColumn,
-    ThawedColumn,
-    UnlockedColumn,
-    ColorColumn,
+    OnColumn,       ///< flag
+    ThawedColumn,   ///< flag: not frozen
+    UnlockedColumn, ///< flag: not locked
+    ColorColumn,    ///< its name and its components: `ll*red;255,0,0`
     LinetypeColumn,
-    LineWeightColumn,
+    LineWeightColumn, ///< as by StringByLineWeight()
     PlotStyleColumn,
-    PlotColumn,
-    NewViewportFreezeColumn,
-    ViewportFreezeColumn,
+    PlotColumn,              ///< flag
+    NewViewportFreezeColumn, ///< flag
+    ViewportFreezeColumn,    ///< flag, in the current viewport
     DescriptionColumn,
     LayerColumnCount
 };

@@ -6,6 +6,10 @@
 
 namespace OvCc {
 
+/// The parts of a layer that the compact layer controls show, as LayerItem::statusChanged() and
+/// LayerEdit::setLabelChange() number them.
+enum StatusIndex { OnStatus, FreezeStatus, LockStatus, ColorStatus, NameStatus };
+
 /// What the compact layer controls know of one layer. A plain value, passed around by copy.
 ///
 /// In the strings of signals and slots it is plain `LayerItemData`; as a meta-type it goes by that name

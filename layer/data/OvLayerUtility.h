@@ -49,23 +49,8 @@ public:
 
     void setLayerPlot(QString name, bool plot);
 
-    /// Appends one row of 13 strings per layer to @p rows, in the order of the layer table:
-    ///
-    /// | Index | Text |
-    /// |---|---|
-    /// | 0 | "true" for the current layer |
-    /// | 1 | name |
-    /// | 2, 3, 4 | "true" when on, when thawed, when unlocked |
-    /// | 5 | colour: `ll*red;255,0,0` |
-    /// | 6 | linetype |
-    /// | 7 | lineweight, as by StringByLineWeight() |
-    /// | 8 | plot style |
-    /// | 9 | "true" when plotted |
-    /// | 10 | "true" when frozen in new viewports |
-    /// | 11 | "true" when frozen in the current viewport |
-    /// | 12 | description |
-    ///
-    /// Other flags are "false". The viewport that is opened for index 11 is closed again.
+    /// Appends one row of 13 strings per layer to @p rows, in the order of the layer table.
+    /// OvCc::LayerColumn says what they are.
     /// @return the number of rows appended
     int getAllLayerDate(QList<QStringList> &rows);
 

@@ -1,8 +1,8 @@
 #include "LayerDelegate.h"
 
-#include "layer/data/LayerColumns.h"
 #include "layer/data/LineWeightRows.h"
 
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerLineTypeDialog.h>
 #include <OvCustomControl/LayerLineWeightDialog.h>
 #include <OvCustomControl/LayerWarningDialog.h>

@@ -1,7 +1,6 @@
 #include "LayerNumbers.h"
 
-#include "layer/data/LayerColumns.h"
-
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerNames.h>
 
 #include <algorithm>

@@ -1,12 +1,12 @@
 #include "OvLayerTableWidget.h"
 
-#include "layer/data/LayerColumns.h"
 #include "layer/table/LayerNumbers.h"
 #include "layer/table/LayerRows.h"
 #include "layer/table/LayoutSettings.h"
 #include "layer/table/NamePattern.h"
 #include "layer/table/TableEditing.h"
 
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
 #include <OvCustomControl/OvLayerUtility.h>
 

@@ -1,7 +1,6 @@
 #include "TableEditing.h"
 
-#include "layer/data/LayerColumns.h"
-
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
 #include <OvCustomControl/OvLayerTableWidget.h>
 
