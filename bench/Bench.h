@@ -38,6 +38,9 @@ double medianTime(
 /// The path of a DXF file with N layers of various states and colours, made once per size.
 QString drawingFile(int n);
 
+/// A picture as the layer widgets show them.
+constexpr char layerPicture[] = ":/core_ccvon.bmp";
+
 /// Opens that file as the working drawing for as long as the result lives.
 std::shared_ptr<KcDbDatabase> openDrawing(int n);
 

@@ -44,7 +44,7 @@ double fillTime()
 Times comboFill(int n)
 {
     const auto drawing = openDrawing(n);
-    const QPixmap picture = OvCc::loadImage(QStringLiteral(":/core_ccvon.bmp"));
+    const QPixmap picture = OvCc::loadImage(QLatin1String(layerPicture));
     std::unique_ptr<QListWidget> list;
     const double baseline = medianTime(
             [&] {

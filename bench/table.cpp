@@ -240,7 +240,7 @@ Times tablePaint(int n)
 
     QStandardItemModel model;
     fill(model, drawingRows());
-    const QIcon icon(OvCc::loadImage(QStringLiteral(":/core_ccvon.bmp")));
+    const QIcon icon(OvCc::loadImage(QLatin1String(layerPicture)));
     for (int row = 0; row < n; ++row) {
         for (const int column : imageColumns) {
             model.item(row, column)->setText(QString());

@@ -2,20 +2,23 @@
 
 #include <OvCustomControl/Swatches.h>
 
+QPixmap OvCc::flagImage(const FlagImages &images, bool value)
+{
+    const QLatin1String path(value ? images.whenTrue : images.whenFalse);
+    return path.isEmpty() ? QPixmap() : loadImage(path);
+}
+
 QPixmap OvCc::lightImage(bool isOn)
 {
-    return loadImage(isOn ? QStringLiteral(":/core_ccvon.bmp")
-                          : QStringLiteral(":/core_ccvoff.bmp"));
+    return flagImage(onImages, isOn);
 }
 
 QPixmap OvCc::freezeImage(bool isFrozen)
 {
-    return loadImage(isFrozen ? QStringLiteral(":/core_ccfrz.bmp")
-                              : QStringLiteral(":/core_ccthw.bmp"));
+    return flagImage(thawedImages, !isFrozen);
 }
 
 QPixmap OvCc::lockImage(bool isLocked)
 {
-    return loadImage(isLocked ? QStringLiteral(":/core_cclk.bmp")
-                              : QStringLiteral(":/core_cculk.bmp"));
+    return flagImage(unlockedImages, !isLocked);
 }

@@ -1,6 +1,7 @@
 #include "LayerDelegate.h"
 
 #include "layer/data/LineWeightRows.h"
+#include "layer/pictures/StatusImages.h"
 
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerLineTypeDialog.h>
@@ -25,22 +26,14 @@ namespace OvCc {
 
 namespace {
 
-/// The pictures of a flag's two states; the empty path shows nothing.
-struct FlagImages
-{
-    LayerColumn column;
-    const char *whenTrue;
-    const char *whenFalse;
-};
-
-constexpr std::array<FlagImages, 7> flagImages{{
-        {CurrentColumn, ":/IDB_LSTATE_CURRENT.png", ""},
-        {OnColumn, ":/core_ccvon.bmp", ":/core_ccvoff.bmp"},
-        {ThawedColumn, ":/core_ccthw.bmp", ":/core_ccfrz.bmp"},
-        {UnlockedColumn, ":/core_cculk.bmp", ":/core_cclk.bmp"},
-        {PlotColumn, ":/core_ccpldi.bmp", ":/core_ccnpl.bmp"},
-        {NewViewportFreezeColumn, ":/core_ccvfrz.bmp", ":/core_ccvthw.bmp"},
-        {ViewportFreezeColumn, ":/core_ccvfrz.bmp", ":/core_ccvthw.bmp"},
+constexpr std::array<std::pair<LayerColumn, FlagImages>, 7> imageColumns{{
+        {CurrentColumn, currentImages},
+        {OnColumn, onImages},
+        {ThawedColumn, thawedImages},
+        {UnlockedColumn, unlockedImages},
+        {PlotColumn, plotImages},
+        {NewViewportFreezeColumn, viewportFreezeImages},
+        {ViewportFreezeColumn, viewportFreezeImages},
 }};
 
 constexpr int swatchMargin = 2;
@@ -59,8 +52,8 @@ bool flagOf(const QModelIndex &index)
 
 const FlagImages *imagesOf(int column)
 {
-    for (const FlagImages &images : flagImages) {
-        if (images.column == column)
+    for (const auto &[place, images] : imageColumns) {
+        if (place == column)
             return &images;
     }
     return nullptr;
@@ -81,11 +74,10 @@ void paintSelection(QPainter *painter, const QStyleOptionViewItem &option, int c
 }
 
 /// The style centres the icon of a flat button as it does everywhere else.
-void paintImage(QPainter *painter, const QStyleOptionViewItem &option, const QString &path)
+void paintImage(QPainter *painter, const QStyleOptionViewItem &option, const QPixmap &image)
 {
-    if (path.isEmpty())
+    if (image.isNull())
         return;
-    const QPixmap image = loadImage(path);
     QStyleOptionButton button;
     button.rect = option.rect;
     button.state = QStyle::State_Enabled;
@@ -193,8 +185,7 @@ void LayerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     paintSelection(painter, option, column);
     const QRect inside = option.rect.adjusted(textMargin, textMargin, -textMargin, -textMargin);
     if (const FlagImages *images = imagesOf(column)) {
-        paintImage(painter, option,
-                   QLatin1String(flagOf(index) ? images->whenTrue : images->whenFalse));
+        paintImage(painter, option, flagImage(*images, flagOf(index)));
     } else if (column == ColorColumn) {
         paintColor(painter, option, textOf(index));
     } else if (column == LineWeightColumn) {

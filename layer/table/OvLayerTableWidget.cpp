@@ -1,5 +1,6 @@
 #include "OvLayerTableWidget.h"
 
+#include "layer/pictures/StatusImages.h"
 #include "layer/table/LayerNumbers.h"
 #include "layer/table/LayerRows.h"
 #include "layer/table/LayoutSettings.h"
@@ -73,7 +74,7 @@ constexpr int roomBesideNames = 115;
 /// What setCurrentLayer() writes into the row of the current layer.
 QString currentMarker()
 {
-    return QStringLiteral(":/IDB_LSTATE_CURRENT.png");
+    return QLatin1String(currentImages.whenTrue);
 }
 
 QStringList texts(const std::array<const char *, LayerColumnCount> &source)
