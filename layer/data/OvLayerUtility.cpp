@@ -1,5 +1,6 @@
 #include "OvLayerUtility.h"
 
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LineWeights.h>
 
 #include <KcDb.h>
@@ -9,7 +10,7 @@
 
 #include <memory>
 
-using OvCc::LayerItemData;
+using namespace OvCc;
 
 namespace {
 
@@ -90,7 +91,7 @@ private:
 
 QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
 {
-    return {
+    const QString texts[] = {
             flagText(layer.objectId() == currentDb->clayer()),
             layerName(layer),
             flagText(!layer.isOff()),
@@ -105,6 +106,8 @@ QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
             flagText(isFrozenInCurrentViewport(layer.objectId())),
             hostText(layer.description()),
     };
+    static_assert(std::size(texts) == LayerColumnCount);
+    return {std::begin(texts), std::end(texts)};
 }
 
 std::unique_ptr<KcDbLayerTableIterator> layerIterator()

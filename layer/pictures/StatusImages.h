@@ -14,6 +14,7 @@ struct FlagImages
     const char *whenFalse;
 };
 
+constexpr FlagImages noImages{"", ""};
 constexpr FlagImages currentImages{":/IDB_LSTATE_CURRENT.png", ""};
 constexpr FlagImages onImages{":/core_ccvon.bmp", ":/core_ccvoff.bmp"};
 constexpr FlagImages thawedImages{":/core_ccthw.bmp", ":/core_ccfrz.bmp"};

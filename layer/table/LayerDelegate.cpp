@@ -1,9 +1,8 @@
 #include "LayerDelegate.h"
 
 #include "layer/data/LineWeightRows.h"
-#include "layer/pictures/StatusImages.h"
+#include "layer/table/ColumnTable.h"
 
-#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerLineTypeDialog.h>
 #include <OvCustomControl/LayerLineWeightDialog.h>
 #include <OvCustomControl/LayerWarningDialog.h>
@@ -20,21 +19,9 @@
 #include <QPointer>
 #include <QSet>
 
-#include <array>
-
 namespace OvCc {
 
 namespace {
-
-constexpr std::array<std::pair<LayerColumn, FlagImages>, 7> imageColumns{{
-        {CurrentColumn, currentImages},
-        {OnColumn, onImages},
-        {ThawedColumn, thawedImages},
-        {UnlockedColumn, unlockedImages},
-        {PlotColumn, plotImages},
-        {NewViewportFreezeColumn, viewportFreezeImages},
-        {ViewportFreezeColumn, viewportFreezeImages},
-}};
 
 constexpr int swatchMargin = 2;
 constexpr int swatchSpacing = 4;
@@ -50,16 +37,14 @@ bool flagOf(const QModelIndex &index)
     return index.data(Qt::DisplayRole).toBool();
 }
 
-const FlagImages *imagesOf(int column)
+/// Columns that a layer row does not have are painted like names.
+const ColumnTraits &traitsOf(int column)
 {
-    for (const auto &[place, images] : imageColumns) {
-        if (place == column)
-            return &images;
-    }
-    return nullptr;
+    const bool isKnown = column >= 0 && column < LayerColumnCount;
+    return columnTable.at(isKnown ? column : NameColumn);
 }
 
-void paintSelection(QPainter *painter, const QStyleOptionViewItem &option, int column)
+void paintSelection(QPainter *painter, const QStyleOptionViewItem &option, bool hasFrame)
 {
     if (!(option.state & QStyle::State_Selected))
         return;
@@ -67,14 +52,13 @@ void paintSelection(QPainter *painter, const QStyleOptionViewItem &option, int c
     painter->fillRect(option.rect, highlight);
     if (!(option.state & QStyle::State_HasFocus))
         return;
-    const bool hasFrame = column != CurrentColumn && column != PlotStyleColumn;
     painter->setPen(QPen(hasFrame ? QColor(Qt::white) : highlight.color(), 1));
     painter->setBrush(Qt::transparent);
     painter->drawRect(option.rect.adjusted(1, 1, -1, -2));
 }
 
 /// The style centres the icon of a flat button as it does everywhere else.
-void paintImage(QPainter *painter, const QStyleOptionViewItem &option, const QPixmap &image)
+void paintPicture(QPainter *painter, const QStyleOptionViewItem &option, const QPixmap &image)
 {
     if (image.isNull())
         return;
@@ -85,6 +69,11 @@ void paintImage(QPainter *painter, const QStyleOptionViewItem &option, const QPi
     button.iconSize = image.size();
     button.features = QStyleOptionButton::Flat;
     QApplication::style()->drawControl(QStyle::CE_PushButton, &button, painter);
+}
+
+QRect insideOf(const QStyleOptionViewItem &option)
+{
+    return option.rect.adjusted(textMargin, textMargin, -textMargin, -textMargin);
 }
 
 void paintText(QPainter *painter, const QStyleOptionViewItem &option, const QRect &rect,
@@ -120,6 +109,14 @@ void paintColor(QPainter *painter, const QStyleOptionViewItem &option, const QSt
     QRect rest = paintSwatch(painter, option.rect, swatch, swatch.width());
     rest.setTop(rest.top() - 2);
     paintText(painter, option, rest, description.section(QLatin1Char(';'), 0, 0), Qt::black);
+}
+
+void paintLineWeight(QPainter *painter, const QStyleOptionViewItem &option, const QString &label,
+                     int thickness)
+{
+    const QPixmap swatch = drawLineWeight(thickness);
+    const QRect rest = paintSwatch(painter, option.rect, swatch, option.rect.width() / 3);
+    paintText(painter, option, rest, LayerDelegate::tr(label.toUtf8().constData()), Qt::black);
 }
 
 /// The distinct texts of a column, in the order of their first rows.
@@ -175,27 +172,31 @@ LayerDelegate::~LayerDelegate() = default;
 void LayerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const
 {
-    const int column = index.column();
-    if (column == NameColumn || column >= LayerColumnCount) {
+    const ColumnTraits &column = traitsOf(index.column());
+    if (column.painting == CellPainting::AsByDefault) {
         QStyledItemDelegate::paint(painter, option, index);
         return;
     }
-
     painter->save();
-    paintSelection(painter, option, column);
-    const QRect inside = option.rect.adjusted(textMargin, textMargin, -textMargin, -textMargin);
-    if (const FlagImages *images = imagesOf(column)) {
-        paintImage(painter, option, flagImage(*images, flagOf(index)));
-    } else if (column == ColorColumn) {
+    paintSelection(painter, option, column.hasFocusFrame);
+    switch (column.painting) {
+    case CellPainting::AsByDefault:
+        break;
+    case CellPainting::Picture:
+        paintPicture(painter, option, flagImage(column.images, flagOf(index)));
+        break;
+    case CellPainting::Color:
         paintColor(painter, option, textOf(index));
-    } else if (column == LineWeightColumn) {
-        const QString label = textOf(index);
-        const QPixmap swatch = drawLineWeight(lineWeightIndexMap(label));
-        const QRect rest = paintSwatch(painter, option.rect, swatch, option.rect.width() / 3);
-        paintText(painter, option, rest, tr(label.toUtf8().constData()), Qt::black);
-    } else {
-        paintText(painter, option, inside, textOf(index),
-                  column == PlotStyleColumn ? Qt::gray : Qt::black);
+        break;
+    case CellPainting::LineWeight:
+        paintLineWeight(painter, option, textOf(index), lineWeightIndexMap(textOf(index)));
+        break;
+    case CellPainting::Text:
+        paintText(painter, option, insideOf(option), textOf(index), Qt::black);
+        break;
+    case CellPainting::PaleText:
+        paintText(painter, option, insideOf(option), textOf(index), Qt::gray);
+        break;
     }
     painter->restore();
 }

@@ -1,13 +1,12 @@
 #include "OvLayerTableWidget.h"
 
-#include "layer/pictures/StatusImages.h"
+#include "layer/table/ColumnTable.h"
 #include "layer/table/LayerNumbers.h"
 #include "layer/table/LayerRows.h"
 #include "layer/table/LayoutSettings.h"
 #include "layer/table/NamePattern.h"
 #include "layer/table/TableEditing.h"
 
-#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
 #include <OvCustomControl/OvLayerUtility.h>
 
@@ -26,44 +25,6 @@ QStringList headerList;
 
 namespace {
 
-constexpr std::array<const char *, LayerColumnCount> columnTitles{
-        "",
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Name"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "On"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Freeze"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Lock"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Color"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Linetype"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Lineweight"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Plot Style"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Plot"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "New Viewport Freeze"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "VP Freeze"),
-        QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Description"),
-};
-
-/// What a row says before the drawing has told of any.
-constexpr std::array<const char *, LayerColumnCount> defaultRow{
-        "true",    "0",       "true", "true", "true", "ll*white", "Continuous",
-        "Default", "Color-7", "true", "true", "true", "",
-};
-
-struct ColumnWidth
-{
-    LayerColumn column;
-    int width;
-};
-
-constexpr std::array<ColumnWidth, 7> columnWidths{{
-        {CurrentColumn, 18},
-        {NameColumn, 60},
-        {OnColumn, 30},
-        {ThawedColumn, 45},
-        {UnlockedColumn, 40},
-        {ColorColumn, 50},
-        {PlotColumn, 45},
-}};
-
 constexpr int layerRowHeight = 22;
 constexpr int narrowestColumn = 30;
 
@@ -77,31 +38,23 @@ QString currentMarker()
     return QLatin1String(currentImages.whenTrue);
 }
 
-QStringList texts(const std::array<const char *, LayerColumnCount> &source)
+QStringList columnTexts(const char *ColumnTraits::*text)
 {
-    QStringList result;
-    for (const char *text : source)
-        result.append(QLatin1String(text));
-    return result;
+    QStringList texts;
+    for (const ColumnTraits &column : columnTable)
+        texts.append(QLatin1String(column.*text));
+    return texts;
 }
 
-QStringList shownTitles()
+/// As the user reads it. The column of the marker has none.
+QString shownTitle(const ColumnTraits &column)
 {
-    QStringList titles;
-    for (const char *title : columnTitles)
-        titles.append(*title ? LayerTableWidget::tr(title) : QString());
-    return titles;
+    return *column.title ? LayerTableWidget::tr(column.title) : QString();
 }
 
 bool isFrozenColumn(int column)
 {
     return column <= NameColumn;
-}
-
-/// The columns that a user may hide.
-bool hasAction(int column)
-{
-    return column != CurrentColumn && column != ViewportFreezeColumn;
 }
 
 } // namespace
@@ -138,17 +91,20 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
     : QTableView(parent)
     , m_frozen(new FrozenTableWidget(this))
     , m_rows(new LayerRows(LayerColumnCount, this))
-    , m_rowTemplate(texts(defaultRow))
+    , m_rowTemplate(columnTexts(&ColumnTraits::defaultText))
 {
-    headerList += texts(columnTitles);
-    m_rows->setHorizontalHeaderLabels(shownTitles());
+    headerList += columnTexts(&ColumnTraits::title);
+    for (const ColumnTraits &column : columnTable)
+        m_rows->setHeaderData(column.column, Qt::Horizontal, shownTitle(column));
     setUpView(*this);
     setUpView(*m_frozen);
     m_editing = new TableEditing(*this, *m_frozen);
     InitLayerModel();
 
-    for (const ColumnWidth &column : columnWidths)
-        setColumnWidth(column.column, column.width);
+    for (const ColumnTraits &column : columnTable) {
+        if (column.width > 0)
+            setColumnWidth(column.column, column.width);
+    }
     setUpFrozenView();
     creatActions();
     setColumnHidden(ViewportFreezeColumn, true);
@@ -244,19 +200,17 @@ void LayerTableWidget::creatActions()
 {
     m_menu = new QMenu(tr("layerManager"), horizontalHeader());
     const LayoutSettings settings;
-    const QStringList titles = texts(columnTitles);
-    for (int column = 0; column < titles.size(); ++column) {
-        if (!hasAction(column))
+    for (const ColumnTraits &column : columnTable) {
+        if (column.hiding == Hiding::Never)
             continue;
-        auto *action = new LayerAction(shownTitles().at(column), this);
-        action->setObjectName(titles.at(column));
+        auto *action = new LayerAction(shownTitle(column), this);
+        action->setObjectName(QLatin1String(column.title));
         settings.restore(*action);
         m_menu->addAction(action);
-        // Names can be hidden only by who has worked with the table before.
-        if (column == NameColumn)
+        if (column.hiding == Hiding::OnceSaved)
             action->setEnabled(settings.wasCheckable(*action));
         if (!action->isChecked())
-            setColumnHidden(column, true);
+            setColumnHidden(column.column, true);
         connect(action, &LayerAction::layerTriggered, this, &LayerTableWidget::layerColumnVisiable);
     }
 }
