@@ -65,7 +65,7 @@ void LayerLineWeightDialog::initListViewData()
 {
     QListWidget *list = m_ui->listWidget;
     const QStringList labels =
-            lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres, translationContext);
+            lineWeightLabels(LineWeightDefault, LineWeightUnit::Millimetres, translationContext);
     for (const QString &label : labels)
         new QListWidgetItem(drawLineWeight(lineWeightSwatchWidth(list->count())), label, list);
 }

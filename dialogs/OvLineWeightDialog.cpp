@@ -13,13 +13,9 @@ namespace {
 
 constexpr const char *translationContext = "LineWeightDialog";
 
-/// The rows before the first numeric lineweight, which the list of defaults does not have.
-constexpr int codeCount = 3;
-
 QStringList labelsIn(LineWeightUnit unit)
 {
-    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit,
-                            translationContext);
+    return lineWeightLabels(LineWeightByLayer, unit, translationContext);
 }
 
 } // namespace
@@ -95,7 +91,7 @@ void OvLineWeightDialog::initListViewData()
     for (int row = 0; row < labels.size(); ++row) {
         const QIcon swatch = drawLineWeight(lineWeightSwatchWidth(row));
         new QListWidgetItem(swatch, labels.at(row), m_ui->listWidget);
-        if (row >= codeCount)
+        if (row >= firstNumericRow) // a default is a number
             m_ui->comboBox->addItem(swatch, labels.at(row));
     }
 }
@@ -104,8 +100,8 @@ void OvLineWeightDialog::showLabels(const QStringList &labels)
 {
     for (int row = 0; row < labels.size(); ++row) {
         m_ui->listWidget->item(row)->setText(labels.at(row));
-        if (row >= codeCount)
-            m_ui->comboBox->setItemText(row - codeCount, labels.at(row));
+        if (row >= firstNumericRow)
+            m_ui->comboBox->setItemText(row - firstNumericRow, labels.at(row));
     }
     slotCurrentLabelChaged(m_ui->listWidget->currentRow());
 }

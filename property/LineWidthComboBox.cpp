@@ -13,22 +13,18 @@ namespace OvCc {
 
 namespace {
 
-constexpr LineWeightCode firstRows[] = {LineWeightByLayer, LineWeightByBlock, LineWeightDefault};
-constexpr int codeCount = std::size(firstRows);
-static_assert(codeCount == FirstNumericLineWeightRow);
-constexpr int allRowCount = codeCount + int(standardLineWeights.size());
+static_assert(lineWeightRowOf(LineWeightByLayer) == LineWeightByLayerRow
+              && lineWeightRowOf(LineWeightByBlock) == LineWeightByBlockRow
+              && lineWeightRowOf(LineWeightDefault) == LineWeightDefaultRow
+              && firstNumericRow == FirstNumericLineWeightRow);
+
 constexpr int earlyRowCount = 9;
 constexpr int dropDownHeight = 210;
 
 QStringList labelsIn(LineWeightUnit unit)
 {
-    return lineWeightLabels({LineWeightByLayer, LineWeightByBlock, LineWeightDefault}, unit,
+    return lineWeightLabels(LineWeightByLayer, unit,
                             LineWidthComboBox::staticMetaObject.className());
-}
-
-int lineWeightOf(int row)
-{
-    return row < codeCount ? firstRows[row] : standardLineWeights.at(row - codeCount);
 }
 
 } // namespace
@@ -56,8 +52,8 @@ LineWidthComboBox::LineWidthComboBox(QWidget *parent)
     connect(&m_d->dialog, &OvLineWeightDialog::lineWeightChanged, this,
             &LineWidthComboBox::slotSettingsChanged);
     connect(this, &BaseComboBox::rowChosen, this, [this](int row) {
-        if (row < allRowCount)
-            emit lineWeightChosen(lineWeightOf(row));
+        if (row < lineWeightRowCount)
+            emit lineWeightChosen(lineWeightRows.at(row));
     });
 }
 
@@ -65,16 +61,13 @@ LineWidthComboBox::~LineWidthComboBox() = default;
 
 int LineWidthComboBox::rowOf(int lineWeight)
 {
-    int row = allRowCount - 1;
-    while (row >= 0 && lineWeightOf(row) != lineWeight)
-        --row;
-    return row;
+    return lineWeightRowOf(lineWeight);
 }
 
 void LineWidthComboBox::addRemainingRows()
 {
     if (!item(earlyRowCount))
-        addRows(earlyRowCount, allRowCount);
+        addRows(earlyRowCount, lineWeightRowCount);
 }
 
 void LineWidthComboBox::openDialog()
@@ -121,7 +114,7 @@ void LineWidthComboBox::showInches()
 {
     m_d->labelUnit = LineWeightUnit::Inches;
     const QStringList labels = labelsIn(m_d->labelUnit);
-    for (int row = 0; row < qMin(rowCount(), allRowCount); ++row)
+    for (int row = 0; row < qMin(rowCount(), lineWeightRowCount); ++row)
         item(row)->setText(labels.at(row));
 }
 

@@ -2,17 +2,13 @@
 
 #include <QCoreApplication>
 
-QStringList OvCc::lineWeightLabels(std::initializer_list<LineWeightCode> first, LineWeightUnit unit,
-                                   const char *context)
+QStringList OvCc::lineWeightLabels(LineWeightCode first, LineWeightUnit unit, const char *context)
 {
     QStringList labels;
-    for (const LineWeightCode code : first)
-        labels.append(fixedLineWeightLabel(code, unit));
-    for (const int lineWeight : standardLineWeights)
-        labels.append(fixedLineWeightLabel(lineWeight, unit));
-    for (QString &label : labels) {
-        if (context)
-            label = QCoreApplication::translate(context, label.toUtf8().constData());
+    for (int row = lineWeightRowOf(first); row < lineWeightRowCount; ++row) {
+        const QString label = fixedLineWeightLabel(lineWeightRows.at(row), unit);
+        labels.append(context ? QCoreApplication::translate(context, label.toUtf8().constData())
+                              : label);
     }
     return labels;
 }

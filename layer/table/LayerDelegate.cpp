@@ -254,13 +254,11 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
 int LayerDelegate::lineWeightIndexMap(QString label) const
 {
     static const QStringList labels =
-            lineWeightLabels({LineWeightDefault}, LineWeightUnit::Millimetres, nullptr);
+            lineWeightLabels(LineWeightDefault, LineWeightUnit::Millimetres, nullptr);
     const int place = labels.indexOf(label);
     if (place < 0)
         return 0;
-    if (place <= 8)
-        return 1;
-    return place <= 11 ? 2 : place - 9;
+    return static_cast<int>(lineWeightSwatchWidth(lineWeightRowOf(LineWeightDefault) + place));
 }
 
 void LayerDelegate::commitAndCloseEditor()
