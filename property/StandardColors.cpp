@@ -27,11 +27,6 @@ QList<NamedColor> standardColors(const char *context)
     return named;
 }
 
-QString componentsOf(const QColor &color)
-{
-    return QString::asprintf("%d,%d,%d", color.red(), color.green(), color.blue());
-}
-
 QColor askForColor(QWidget *picker, const char *context)
 {
     const QPointer<QColorDialog> dialog = new QColorDialog(Qt::white, picker);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QColor>
+#include <OvCustomControl/ColorText.h>
+
 #include <QList>
-#include <QString>
 
 class QWidget;
 
@@ -11,18 +11,9 @@ class QWidget;
 
 namespace OvCc {
 
-struct NamedColor
-{
-    QString name;
-    QColor color;
-};
-
 /// The seven colours that every colour picker offers, from red to white.
 /// @param context of the translation, the picker's class
 QList<NamedColor> standardColors(const char *context);
-
-/// The name of a colour that has none: its components, as in `255,128,0`.
-QString componentsOf(const QColor &color);
 
 /// Shows the colour dialog over @p picker, which may be deleted meanwhile: the dialog goes with it.
 /// @param context of the translation, the picker's class

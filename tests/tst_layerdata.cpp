@@ -44,6 +44,7 @@ class tst_LayerData : public QObject
 
 private slots:
     void lineWeightLabels();
+    void colorTexts();
     void digitStrings();
     void swatches();
     void magentaIsTransparent();
@@ -87,6 +88,13 @@ void tst_LayerData::lineWeightLabels()
         }
         QCOMPARE(labels, expected);
     }
+}
+
+void tst_LayerData::colorTexts()
+{
+    const NamedColor color = colorOfText(QStringLiteral("ll*Color 33;1,20,255"));
+    QCOMPARE(color.color, QColor(1, 20, 255));
+    QCOMPARE(colorText(color), QStringLiteral("ll*Color 33;1,20,255"));
 }
 
 void tst_LayerData::digitStrings()

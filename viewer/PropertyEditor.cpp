@@ -2,6 +2,7 @@
 
 #include "Drawing.h"
 
+#include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LineTypeComboBox.h>
 #include <OvCustomControl/LineWeights.h>
 #include <OvCustomControl/LineWidthComboBox.h>
@@ -236,9 +237,7 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
         panel.colorPicker()->setCurrentIndex(row);
     } else {
         const QColor shown(*color);
-        panel.colorPicker()->showCurrentItem(
-                creatColorPix(shown),
-                QString::asprintf("%d,%d,%d", shown.red(), shown.green(), shown.blue()));
+        panel.colorPicker()->showCurrentItem(creatColorPix(shown), OvCc::componentsOf(shown));
     }
 
     if (const auto weight = commonOf(*m_drawing, m_selection, &EntityStyle::lineWeight); !weight)

@@ -1,5 +1,6 @@
 #include "OvLayerUtility.h"
 
+#include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LineWeights.h>
 
@@ -49,10 +50,14 @@ QString flagText(bool flag)
     return flag ? QStringLiteral("true") : QStringLiteral("false");
 }
 
-QString colorText(const KcCmColor &color)
+QColor rgb(const KcCmColor &color)
 {
-    return QLatin1String("ll*") + hostText(color.colorNameForDisplay())
-           + QString::asprintf(";%d,%d,%d", color.red(), color.green(), color.blue());
+    return QColor(color.red(), color.green(), color.blue());
+}
+
+QString textOf(const KcCmColor &color)
+{
+    return colorText({hostText(color.colorNameForDisplay()), rgb(color)});
 }
 
 bool isFrozenInCurrentViewport(KcDbObjectId layer)
@@ -68,12 +73,11 @@ bool isFrozenInCurrentViewport(KcDbObjectId layer)
 
 LayerItemData layerData(const KcDbLayerTableRecord &layer)
 {
-    const KcCmColor color = layer.color();
     LayerItemData data;
     data.isOn = !layer.isOff();
     data.isLocked = layer.isLocked();
     data.isFrozen = layer.isFrozen();
-    data.color = QColor(color.red(), color.green(), color.blue());
+    data.color = rgb(layer.color());
     data.name = layerName(layer);
     return data;
 }
@@ -97,7 +101,7 @@ QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
             flagText(!layer.isOff()),
             flagText(!layer.isFrozen()),
             flagText(!layer.isLocked()),
-            strings.shared(colorText(layer.color())),
+            strings.shared(textOf(layer.color())),
             strings.shared(symbolName(layer.linetypeObjectId())),
             strings.shared(StringByLineWeight(layer.lineWeight(), false)),
             strings.shared(hostText(layer.plotStyleName())),

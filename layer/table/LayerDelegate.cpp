@@ -3,6 +3,7 @@
 #include "layer/data/LineWeightRows.h"
 #include "layer/table/ColumnTable.h"
 
+#include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerLineTypeDialog.h>
 #include <OvCustomControl/LayerLineWeightDialog.h>
 #include <OvCustomControl/LayerWarningDialog.h>
@@ -97,18 +98,12 @@ QRect paintSwatch(QPainter *painter, const QRect &cell, const QPixmap &swatch, i
     return rest;
 }
 
-/// Paints a colour text such as `ll*red;255,0,0`.
-void paintColor(QPainter *painter, const QStyleOptionViewItem &option, const QString &text)
+void paintColor(QPainter *painter, const QStyleOptionViewItem &option, const NamedColor &color)
 {
-    const QString description = text.section(QLatin1Char('*'), 1);
-    const QString triple = description.section(QLatin1Char(';'), 1);
-    const auto part = [&triple](int place) {
-        return triple.section(QLatin1Char(','), place, place).toInt();
-    };
-    const QPixmap swatch = creatColorPix(QColor(part(0), part(1), part(2)));
+    const QPixmap swatch = creatColorPix(color.color);
     QRect rest = paintSwatch(painter, option.rect, swatch, swatch.width());
     rest.setTop(rest.top() - 2);
-    paintText(painter, option, rest, description.section(QLatin1Char(';'), 0, 0), Qt::black);
+    paintText(painter, option, rest, color.name, Qt::black);
 }
 
 void paintLineWeight(QPainter *painter, const QStyleOptionViewItem &option, const QString &label,
@@ -186,7 +181,7 @@ void LayerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         paintPicture(painter, option, flagImage(column.images, flagOf(index)));
         break;
     case CellPainting::Color:
-        paintColor(painter, option, textOf(index));
+        paintColor(painter, option, colorOfText(textOf(index)));
         break;
     case CellPainting::LineWeight:
         paintLineWeight(painter, option, textOf(index), lineWeightIndexMap(textOf(index)));

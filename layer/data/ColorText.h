@@ -1,0 +1,28 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QColor>
+#include <QString>
+
+/// @file
+/// Colours as texts.
+
+namespace OvCc {
+
+struct NamedColor
+{
+    QString name; ///< as it is shown
+    QColor color;
+};
+
+/// The text of a colour in a layer row: `ll*red;255,0,0`.
+OVCC_EXPORT QString colorText(const NamedColor &color);
+
+/// What such a text says. The name is empty without "ll*", the colour is black without components.
+OVCC_EXPORT NamedColor colorOfText(const QString &text);
+
+/// The components of a colour, which stand for its name where it has none: `255,128,0`.
+OVCC_EXPORT QString componentsOf(const QColor &color);
+
+} // namespace OvCc
