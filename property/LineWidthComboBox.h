@@ -31,7 +31,7 @@ public:
     ~LineWidthComboBox() override;
 
     /// The row of a lineweight, be it in this picker or still missing; -1 if there is none.
-    /// @param lineWeight hundredths of a millimetre or a ::LineWeightCode
+    /// @param lineWeight hundredths of a millimetre or a LineWeightCode
     static int rowOf(int lineWeight);
 
     /// Adds the rows that are missing in this picker, whatever drop-down was opened before.
@@ -50,7 +50,7 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     /// The user chose a row: once per choice, never for setCurrentIndex().
-    /// @param lineWeight hundredths of a millimetre or a ::LineWeightCode
+    /// @param lineWeight hundredths of a millimetre or a LineWeightCode
     void lineWeightChosen(int lineWeight);
 
 private:

@@ -246,7 +246,7 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
         panel.lineWeightPicker()->setCurrentIndex(row);
     else
         panel.lineWeightPicker()->showCurrentItem(
-                {}, OvCc::fixedLineWeightLabel(*weight, LineWeightUnit::Millimetres));
+                {}, OvCc::fixedLineWeightLabel(*weight, OvCc::LineWeightUnit::Millimetres));
 
     if (const auto linetype = commonOf(*m_drawing, m_selection, &EntityStyle::linetype);
         !linetype) {

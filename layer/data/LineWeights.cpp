@@ -2,6 +2,8 @@
 
 #include <KcEd.h>
 
+using namespace OvCc;
+
 namespace {
 
 /// Indexes of lineweights that are no position in the table of standard ones.

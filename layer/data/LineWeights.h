@@ -10,6 +10,8 @@
 /// The vocabulary of lineweights. A lineweight is a whole number of hundredths of a millimetre, as
 /// the drawing stores it, or one of three negative codes.
 
+namespace OvCc {
+
 /// The codes that stand for a lineweight which is said elsewhere.
 enum LineWeightCode { LineWeightByLayer = -1, LineWeightByBlock = -2, LineWeightDefault = -3 };
 
@@ -22,6 +24,14 @@ constexpr std::array<int, 24> standardLineWeights{0,  5,   9,   13,  15,  18,  2
                                                   30, 35,  40,  50,  53,  60,  70,  80,
                                                   90, 100, 106, 120, 140, 158, 200, 211};
 
+/// The label that fixed lists of lineweights show: `0.25 mm` or `0.10"`; "By Layer", "By Block" and
+/// "Default" for the codes. It does not depend on the drawing. The figure before the inch sign is a
+/// 254th of the value, ten times the true width that StringByLineWeight() gives: users of these
+/// lists know the lineweights by those figures.
+OVCC_EXPORT QString fixedLineWeightLabel(int lineWeight, LineWeightUnit unit);
+
+} // namespace OvCc
+
 /// The lineweight of an index: 0 to 23 are the standard lineweights, 30 is "by block", 31 is
 /// "default"; anything else, negative numbers included, is "by layer".
 OVCC_EXPORT int lineWeightByIndex(char index);
@@ -30,13 +40,3 @@ OVCC_EXPORT int lineWeightByIndex(char index);
 /// variable "LWUNITS" says inches; "Layer", "Block" and "Default" for the codes.
 /// @param value   a lineweight, or an index for lineWeightByIndex() if @p isIndex
 OVCC_EXPORT QString StringByLineWeight(int value, bool isIndex);
-
-namespace OvCc {
-
-/// The label that fixed lists of lineweights show: `0.25 mm` or `0.10"`; "By Layer", "By Block" and
-/// "Default" for the codes. It does not depend on the drawing. The figure before the inch sign is a
-/// 254th of the value, ten times the true width that StringByLineWeight() gives: users of these
-/// lists know the lineweights by those figures.
-OVCC_EXPORT QString fixedLineWeightLabel(int lineWeight, LineWeightUnit unit);
-
-} // namespace OvCc
