@@ -2,7 +2,7 @@
 
 #include "layer/data/ElidedLabel.h"
 
-#include <OvCustomControl/OvLayerTableWidget.h>
+#include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/SearchLayerEdit.h>
 #include <OvCustomControl/Swatches.h>
 

@@ -1,180 +1,20 @@
 #pragma once
 
+#include <OvCustomControl/FrozenTableWidget.h>
+#include <OvCustomControl/LayerAction.h>
+#include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/OvccExport.h>
 
-#include <QAction>
 #include <QStringList>
-#include <QTableView>
 
-class QMenu;
+/// @file
+/// The layer table with its parts.
 
 namespace OvCc {
-
-class LayerRows;
-class TableEditing;
 
 /// The column titles of all layer tables that were made in this process, thirteen of each. Entry 0
 /// says "status" once a table has loaded its rows. They are not translated: settings go by them, and
 /// a LayerAction finds its column here.
 OVCC_EXPORT extern QStringList headerList; // clazy:exclude=non-pod-global-static
-
-/// Shows or hides one column of a layer table. Its object name is the column's title in headerList, its
-/// text is the title as it is shown.
-class OVCC_EXPORT LayerAction : public QAction
-{
-    Q_OBJECT
-
-public:
-    LayerAction(const QString &text, QObject *parent);
-    ~LayerAction() override;
-
-public Q_SLOTS:
-    /// Sends layerTriggered() with the column that has this action's object name as its title, if
-    /// there is one.
-    void actionProcess(bool checked);
-
-Q_SIGNALS:
-    void layerTriggered(int column, bool checked);
-};
-
-/// The part of a layer table that does not scroll sideways: the current-layer marker and the names.
-/// It takes the keyboard focus when it is clicked.
-class OVCC_EXPORT FrozenTableWidget : public QTableView
-{
-    Q_OBJECT
-
-public:
-    explicit FrozenTableWidget(QWidget *parent = nullptr);
-    ~FrozenTableWidget() override;
-
-    using QTableView::closeEditor;
-    using QTableView::commitData;
-    using QTableView::moveCursor;
-
-protected:
-    void mousePressEvent(QMouseEvent *event) override;
-};
-
-/// The table of the drawing's layers: one row per layer, in the columns of
-/// OvLayerUtility::getAllLayerDate(). The marker of the current layer and the names stay in place
-/// while the other columns scroll; they are a view of their own, the child "frozenTable". That one
-/// shows names in their width also while "Name" is hidden here; the column of the marker is as wide
-/// as both then, and is always shown. Set the width of hidden names in the frozen view.
-///
-/// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
-/// and making current change the table only: the host follows the signals, changes the drawing and
-/// calls InitLayerModel(), which it may do from inside any of them. To delete the table there, use
-/// deleteLater(): with some events Qt is not done yet. While a dialog is up that a press on a cell
-/// has opened, here or in the host, the table may go at any time.
-///
-/// A context menu on the column titles shows and hides columns. The choice is kept in the user's
-/// settings, organisation "Brevik", application "TessaViewer": it is read when a table is made and
-/// written when it is destroyed.
-///
-/// Costs, N being the number of layers: loading and sorting are O(N log N), a click is O(N) for the
-/// walk to the layer's record, everything else is O(N) or better.
-class OVCC_EXPORT LayerTableWidget : public QTableView
-{
-    Q_OBJECT
-
-public:
-    explicit LayerTableWidget(QWidget *parent = nullptr);
-
-    /// Saves the column layout.
-    ~LayerTableWidget() override;
-
-    /// Reloads all rows from the drawing, sorted by name, and selects the current layer, or the
-    /// first row if there is none; then sends updateCurretnLayer(). All rows are shown, and the
-    /// table stays scrolled where it was. Without layers the table is empty and nothing is sent. A
-    /// call that comes while another one is running is ignored.
-    void InitLayerModel();
-
-    /// Inserts a row like the last one that was loaded or added.
-    /// @param row the place; from 0 to the number of rows
-    bool insertRowData(int row);
-
-    /// Makes the column menu; the constructor calls it.
-    void creatActions();
-
-    /// Saves which columns are shown; the destructor calls it.
-    void writeSettings();
-
-    /// The row that setCurrentLayer() takes: the last one that is selected and shown; -1 if there is
-    /// none. Rows that the search hides stay selected, but no command reaches them.
-    int selectedRow() const;
-
-    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
-
-public Q_SLOTS:
-    /// Takes over what is being edited, appends a row with the first free name of the form "Layer1"
-    /// and opens its editor. When that closes, layerAdded() follows.
-    void addLayer();
-
-    /// Removes the selected rows that are shown; layersRemoved() follows if there are any. What is
-    /// being edited is taken over before, and told of before.
-    void remove();
-
-    /// Moves the marker of the current layer to the selectedRow(), if there is one, and sends
-    /// updateCurretnLayer(). The row that carries the marker of an earlier call, or else the first
-    /// row, counts as the old current one: choosing it again does nothing.
-    void setCurrentLayer();
-
-    /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
-    /// any characters: at the beginning, or else at the end, or else the first one inside.
-    void slotSearchLayer(const QString &text);
-
-    /// Sends updateLayerCombo().
-    void slotLayerChanged();
-
-Q_SIGNALS:
-    /// A layer became the current one here, or is found to be after a reload; empty if none is.
-    void updateCurretnLayer(QString name);
-
-    /// The user changed layers through this table.
-    void updateLayerCombo();
-
-    /// The editor that addLayer() opened was closed, whoever closed it. After a reload that took the
-    /// row away there is nothing to tell.
-    /// @param name what the user made of the proposed name
-    void layerAdded(QString name);
-
-    /// remove() took these layers out of the table.
-    void layersRemoved(QStringList names);
-
-    /// The editor of a name was closed, or a persistent one was left, and the name is another one now.
-    void layerRenamed(QString from, QString to);
-
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-    void updateGeometries() override;
-
-    /// Names that are fitted to their texts leave room for a few columns beside them.
-    int sizeHintForColumn(int column) const override;
-    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
-
-private Q_SLOTS:
-    void slotSortIndexChanged(int column, Qt::SortOrder order);
-    void updateSectionWidth(int logicalIndex, int oldSize, int newSize);
-    void updateSectionHeight(int logicalIndex, int oldSize, int newSize);
-    void show_contextMenu(const QPoint &pos);
-    void layerColumnVisiable(int column, bool visible);
-
-private:
-    friend class TableEditing;
-
-    void setUpView(QTableView &view);
-    void setUpFrozenView();
-    void placeFrozenView();
-    QString showRows(const QList<QStringList> &read);
-    QVector<int> selectedRows() const;
-
-    QMenu *m_menu = nullptr;
-    FrozenTableWidget *m_frozen;
-    LayerRows *m_rows;
-    QStringList m_rowTemplate;
-    QList<int> m_layerNumbers;
-    TableEditing *m_editing = nullptr;
-    bool m_isLoading = false;
-};
 
 } // namespace OvCc

@@ -1,8 +1,9 @@
 #include "TableEditing.h"
 
+#include <OvCustomControl/FrozenTableWidget.h>
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
-#include <OvCustomControl/OvLayerTableWidget.h>
+#include <OvCustomControl/LayerTableWidget.h>
 
 #include <QItemSelectionModel>
 

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <OvCustomControl/OvccExport.h>
+
+#include <QTableView>
+
+namespace OvCc {
+
+/// The part of a layer table that does not scroll sideways: the current-layer marker and the names.
+/// It takes the keyboard focus when it is clicked.
+class OVCC_EXPORT FrozenTableWidget : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit FrozenTableWidget(QWidget *parent = nullptr);
+    ~FrozenTableWidget() override;
+
+    using QTableView::closeEditor;
+    using QTableView::commitData;
+    using QTableView::moveCursor;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+};
+
+} // namespace OvCc
