@@ -88,10 +88,10 @@ private:
     {
         m_panel.reset(); // before the next one is made: it leaves its settings
         m_panel = std::make_unique<LayerManager>(&m_window);
-        m_table = m_panel->findChild<LayerTableWidget *>();
-        m_frozen = m_table->findChild<FrozenTableWidget *>(QStringLiteral("frozenTable"));
+        m_table = m_panel->table();
+        m_frozen = m_table->frozenView();
         m_model = qobject_cast<QStandardItemModel *>(m_table->model());
-        m_search = m_panel->findChild<SearchLayerEdit *>();
+        m_search = m_panel->searchEdit();
         m_panel->resize(900, 400);
         m_panel->show();
         m_window.resize(m_panel->size());
@@ -243,6 +243,7 @@ void tst_LayerTable::rowsFollowTheDrawing()
 
 void tst_LayerTable::frozenViewIsInPlace()
 {
+    QCOMPARE(m_table->findChild<FrozenTableWidget *>("frozenTable"), m_frozen);
     const QPoint offset =
             m_table->viewport()->mapFrom(m_table, m_frozen->viewport()->mapTo(m_table, {}));
     for (int row = 0; row < m_model->rowCount(); ++row) {

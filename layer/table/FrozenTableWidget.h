@@ -16,10 +16,6 @@ public:
     explicit FrozenTableWidget(QWidget *parent = nullptr);
     ~FrozenTableWidget() override;
 
-    using QTableView::closeEditor;
-    using QTableView::commitData;
-    using QTableView::moveCursor;
-
 protected:
     void mousePressEvent(QMouseEvent *event) override;
 };

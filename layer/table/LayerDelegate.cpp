@@ -152,13 +152,23 @@ LayerWarningDialog *createWarningDialog()
 
 } // namespace
 
+struct LayerDelegate::Private
+{
+    bool toggle(QAbstractItemModel *model, const QModelIndex &index);
+    bool confirmSwitchingOff(const QString &name);
+    bool refuseFreezing();
+
+    LayerLineTypeDialog lineTypeDialog{nullptr};
+    LayerLineWeightDialog lineWeightDialog{nullptr};
+    LayerWarningDialog *const warningDialog = createWarningDialog();
+    int lineWeight = 0; ///< part of the interface, but nothing here asks for it
+};
+
 LayerDelegate::LayerDelegate(QObject *parent)
     : QStyledItemDelegate(parent)
-    , m_lineTypeDialog(std::make_unique<LayerLineTypeDialog>(nullptr))
-    , m_lineWeightDialog(std::make_unique<LayerLineWeightDialog>(nullptr))
-    , m_warningDialog(createWarningDialog())
+    , m_d(new Private)
 {
-    connect(m_lineWeightDialog.get(), &LayerLineWeightDialog::layerLineWeightChanged, this,
+    connect(&m_d->lineWeightDialog, &LayerLineWeightDialog::layerLineWeightChanged, this,
             &LayerDelegate::slotLWeightChanged);
 }
 
@@ -235,7 +245,7 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
         if (isInside && mouse->button() == Qt::LeftButton) {
             if (index.column() == CurrentColumn)
                 return true;
-            if (!toggle(model, index))
+            if (!m_d->toggle(model, index))
                 return !self;
         }
     }
@@ -266,12 +276,12 @@ void LayerDelegate::commitAndCloseEditor()
 
 void LayerDelegate::slotLWeightChanged(int row)
 {
-    m_lineWeight = row;
+    m_d->lineWeight = row;
 }
 
 /// Changes the layer, then the cell, if it is a flag that can be clicked.
 /// @return false if the change was refused
-bool LayerDelegate::toggle(QAbstractItemModel *model, const QModelIndex &index)
+bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex &index)
 {
     const QPersistentModelIndex cell(index); // the host may reload or delete the model on the way
     const QString name = textOf(index.sibling(index.row(), NameColumn));
@@ -306,20 +316,20 @@ bool LayerDelegate::toggle(QAbstractItemModel *model, const QModelIndex &index)
 }
 
 /// Asks the user; the dialog switches the layer itself.
-bool LayerDelegate::confirmSwitchingOff(const QString &name)
+bool LayerDelegate::Private::confirmSwitchingOff(const QString &name)
 {
-    m_warningDialog->setButtonStatus(true);
-    m_warningDialog->setIsOn(true);
-    m_warningDialog->setLayerName(name);
-    m_warningDialog->setTipsText(tr("The current layer is turned off."));
-    return m_warningDialog->exec() == QDialog::Accepted;
+    warningDialog->setButtonStatus(true);
+    warningDialog->setIsOn(true);
+    warningDialog->setLayerName(name);
+    warningDialog->setTipsText(tr("The current layer is turned off."));
+    return warningDialog->exec() == QDialog::Accepted;
 }
 
-bool LayerDelegate::refuseFreezing()
+bool LayerDelegate::Private::refuseFreezing()
 {
-    m_warningDialog->setButtonStatus(false);
-    m_warningDialog->setTipsText(tr("The current layer can't be frozen!"));
-    return m_warningDialog->exec() == QDialog::Accepted;
+    warningDialog->setButtonStatus(false);
+    warningDialog->setTipsText(tr("The current layer can't be frozen!"));
+    return warningDialog->exec() == QDialog::Accepted;
 }
 
 } // namespace OvCc

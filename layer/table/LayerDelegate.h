@@ -8,10 +8,6 @@
 
 namespace OvCc {
 
-class LayerLineTypeDialog;
-class LayerLineWeightDialog;
-class LayerWarningDialog;
-
 /// Paints the cells of a layer table and turns clicks on its flag cells into changes of the drawing.
 ///
 /// It works on any model whose columns are those of OvLayerUtility::getAllLayerDate(), read and
@@ -67,14 +63,8 @@ Q_SIGNALS:
     void layerDataChanged();
 
 private:
-    bool toggle(QAbstractItemModel *model, const QModelIndex &index);
-    bool confirmSwitchingOff(const QString &name);
-    bool refuseFreezing();
-
-    std::unique_ptr<LayerLineTypeDialog> m_lineTypeDialog;
-    std::unique_ptr<LayerLineWeightDialog> m_lineWeightDialog;
-    LayerWarningDialog *m_warningDialog;
-    int m_lineWeight = 0;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

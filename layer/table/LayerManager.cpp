@@ -8,6 +8,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QPointer>
 
 namespace OvCc {
 
@@ -19,49 +20,55 @@ constexpr QSize tileSize(16, 16);
 
 } // namespace
 
+struct LayerManager::Private
+{
+    QPixmap iconStrip;
+    const QPointer<LayerTableWidget> table = new LayerTableWidget;
+    QLabel *const label = new ElidedLabel(tr("Current layer: ") + QLatin1Char('0'));
+    SearchLayerEdit *const searchEdit = new SearchLayerEdit;
+};
+
 LayerManager::LayerManager(QWidget *parent)
     : QWidget(parent)
-    , m_table(new LayerTableWidget)
-    , m_label(new ElidedLabel(tr("Current layer: ") + QLatin1Char('0')))
-    , m_searchEdit(new SearchLayerEdit)
+    , m_d(new Private)
 {
     setObjectName(QStringLiteral("Layer Manager"));
     setWindowTitle(tr("Layer Manager"));
     loadPixmap();
-    m_label->setFixedHeight(headerHeight);
-    m_searchEdit->setFixedHeight(headerHeight);
-    m_searchEdit->setMinimumWidth(narrowestSearch);
+    m_d->label->setFixedHeight(headerHeight);
+    m_d->searchEdit->setFixedHeight(headerHeight);
+    m_d->searchEdit->setMinimumWidth(narrowestSearch);
 
     auto *header = new QWidget;
     auto *headerRow = new QHBoxLayout(header);
     headerRow->setContentsMargins(0, 0, 0, 0);
     headerRow->setSpacing(20);
-    headerRow->addWidget(m_label);
+    headerRow->addWidget(m_d->label);
     // The field is content with what the name leaves, down to its least width.
-    headerRow->addWidget(m_searchEdit, 1);
+    headerRow->addWidget(m_d->searchEdit, 1);
 
     setContentsMargins(0, 0, 0, 0);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(2, 2, 2, 2);
     column->setSpacing(1);
     column->addWidget(header);
-    column->addWidget(m_table);
+    column->addWidget(m_d->table);
 
-    connect(m_table, &LayerTableWidget::updateCurretnLayer, this,
+    connect(m_d->table, &LayerTableWidget::updateCurretnLayer, this,
             &LayerManager::slotUpdateLineEdit);
-    connect(m_searchEdit, &SearchLayerEdit::searchTextChanged, m_table,
+    connect(m_d->searchEdit, &SearchLayerEdit::searchTextChanged, m_d->table,
             &LayerTableWidget::slotSearchLayer);
-    connect(m_table, &LayerTableWidget::updateLayerCombo, this, &LayerManager::slotLayerChanged);
-    connect(m_table, &LayerTableWidget::layerAdded, this, &LayerManager::layerAdded);
-    connect(m_table, &LayerTableWidget::layersRemoved, this, &LayerManager::layersRemoved);
-    connect(m_table, &LayerTableWidget::layerRenamed, this, &LayerManager::layerRenamed);
+    connect(m_d->table, &LayerTableWidget::updateLayerCombo, this, &LayerManager::slotLayerChanged);
+    connect(m_d->table, &LayerTableWidget::layerAdded, this, &LayerManager::layerAdded);
+    connect(m_d->table, &LayerTableWidget::layersRemoved, this, &LayerManager::layersRemoved);
+    connect(m_d->table, &LayerTableWidget::layerRenamed, this, &LayerManager::layerRenamed);
 }
 
 LayerManager::~LayerManager()
 {
     // While this is still a panel: an editor that loses the focus as it goes would send a last
     // signal through what is left of it.
-    delete m_table;
+    delete m_d->table;
 }
 
 QSize LayerManager::sizeHint() const
@@ -69,22 +76,32 @@ QSize LayerManager::sizeHint() const
     return {300, 500};
 }
 
+LayerTableWidget *LayerManager::table() const
+{
+    return m_d->table;
+}
+
+SearchLayerEdit *LayerManager::searchEdit() const
+{
+    return m_d->searchEdit;
+}
+
 QPixmap LayerManager::drawIcon(LayerIcons icon, QSize size) const
 {
     QPixmap picture(size);
     picture.fill(Qt::transparent);
     const QPoint tile(icon * (tileSize.width() + 1) + 1, 0);
-    QPainter(&picture).drawPixmap(QPoint(), m_iconStrip, QRect(tile, tileSize));
+    QPainter(&picture).drawPixmap(QPoint(), m_d->iconStrip, QRect(tile, tileSize));
     return picture;
 }
 
 void LayerManager::slotUpLayerModel()
 {
     const QPointer<LayerManager> self(this);
-    if (m_table)
-        m_table->InitLayerModel();
-    if (self && m_table)
-        m_table->slotSearchLayer(m_searchEdit->text());
+    if (m_d->table)
+        m_d->table->InitLayerModel();
+    if (self && m_d->table)
+        m_d->table->slotSearchLayer(m_d->searchEdit->text());
 }
 
 void LayerManager::slotLayerChanged()
@@ -94,30 +111,30 @@ void LayerManager::slotLayerChanged()
 
 void LayerManager::slotNewLayer()
 {
-    if (m_table)
-        m_table->addLayer();
+    if (m_d->table)
+        m_d->table->addLayer();
 }
 
 void LayerManager::slotDeleteLayer()
 {
-    if (m_table)
-        m_table->remove();
+    if (m_d->table)
+        m_d->table->remove();
 }
 
 void LayerManager::slotCurrentLayer()
 {
-    if (m_table)
-        m_table->setCurrentLayer();
+    if (m_d->table)
+        m_d->table->setCurrentLayer();
 }
 
 void LayerManager::slotUpdateLineEdit(QString name)
 {
-    m_label->setText(tr("Current layer: ") + name);
+    m_d->label->setText(tr("Current layer: ") + name);
 }
 
 void LayerManager::loadPixmap()
 {
-    m_iconStrip = loadImage(QStringLiteral(":/layertoolbar.bmp"));
+    m_d->iconStrip = loadImage(QStringLiteral(":/layertoolbar.bmp"));
 }
 
 } // namespace OvCc

@@ -3,11 +3,10 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QPixmap>
-#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
-class QLabel;
+#include <memory>
 
 namespace OvCc {
 
@@ -19,10 +18,11 @@ class SearchLayerEdit;
 /// the panel is cut, and has a tool tip; it never widens the panel.
 ///
 /// The host calls slotUpLayerModel() whenever layers changed elsewhere, and listens to
-/// layerManagerChanged(). Its commands for new, deleted and current layers call slotNewLayer(),
-/// slotDeleteLayer() and slotCurrentLayer() through the meta-object system; these change the panel
-/// only. The signals that follow tell what to do to the drawing; then the host reloads. To delete the
-/// panel from inside a signal, use deleteLater().
+/// layerManagerChanged(). Its commands for new, deleted and current layers call addLayer(), remove()
+/// and setCurrentLayer() of the table(), or slotNewLayer(), slotDeleteLayer() and slotCurrentLayer()
+/// through the meta-object system; these change the panel only. The signals that follow tell what to
+/// do to the drawing; then the host reloads. To delete the panel from inside a signal, use
+/// deleteLater().
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT
@@ -38,6 +38,10 @@ public:
 
     /// 300 × 500 pixels.
     QSize sizeHint() const override;
+
+    /// The parts of the panel. They are its own, and go with it.
+    LayerTableWidget *table() const;
+    SearchLayerEdit *searchEdit() const;
 
     /// A picture of @p size with the 16 × 16 tile of a command at its top left, transparent
     /// elsewhere.
@@ -73,10 +77,8 @@ private Q_SLOTS:
 private:
     void loadPixmap();
 
-    QPixmap m_iconStrip;
-    QPointer<LayerTableWidget> m_table;
-    QLabel *m_label;
-    SearchLayerEdit *m_searchEdit;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -2,8 +2,15 @@
 
 namespace OvCc {
 
+struct LayerModel::Private
+{
+    QStringList headers;
+    QList<QStringList> *rows = nullptr;
+};
+
 LayerModel::LayerModel(QObject *parent)
     : QAbstractTableModel(parent)
+    , m_d(new Private)
 {
 }
 
@@ -11,12 +18,12 @@ LayerModel::~LayerModel() = default;
 
 void LayerModel::setHorizontalHeader(const QStringList &headers)
 {
-    m_headers = headers;
+    m_d->headers = headers;
 }
 
 void LayerModel::setModalDatas(QList<QStringList> *rows)
 {
-    m_rows = rows;
+    m_d->rows = rows;
 }
 
 void LayerModel::refrushModel()
@@ -28,19 +35,19 @@ void LayerModel::refrushModel()
 
 int LayerModel::rowCount(const QModelIndex &) const
 {
-    return m_rows ? m_rows->size() : 0;
+    return m_d->rows ? m_d->rows->size() : 0;
 }
 
 int LayerModel::columnCount(const QModelIndex &) const
 {
-    return m_headers.size();
+    return m_d->headers.size();
 }
 
 QVariant LayerModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid() || role != Qt::DisplayRole || index.row() >= rowCount())
         return {};
-    const QStringList &row = m_rows->at(index.row());
+    const QStringList &row = m_d->rows->at(index.row());
     return index.column() < row.size() ? row.at(index.column()) : QVariant();
 }
 
@@ -48,7 +55,7 @@ bool LayerModel::setData(const QModelIndex &index, const QVariant &value, int ro
 {
     if (!index.isValid() || role != Qt::DisplayRole || index.row() >= rowCount())
         return false;
-    QStringList &row = (*m_rows)[index.row()];
+    QStringList &row = (*m_d->rows)[index.row()];
     if (index.column() >= row.size())
         return false;
     row[index.column()] = value.toString();
@@ -59,7 +66,7 @@ bool LayerModel::setData(const QModelIndex &index, const QVariant &value, int ro
 QVariant LayerModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation == Qt::Horizontal && role == Qt::DisplayRole)
-        return m_headers.value(section);
+        return m_d->headers.value(section);
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 

@@ -5,6 +5,8 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
+#include <memory>
+
 namespace OvCc {
 
 /// An editable model over rows of texts that belong to somebody else, for a host that shows the rows
@@ -50,8 +52,8 @@ Q_SIGNALS:
     void updateCount(int count);
 
 private:
-    QStringList m_headers;
-    QList<QStringList> *m_rows = nullptr;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

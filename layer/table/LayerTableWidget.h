@@ -5,19 +5,17 @@
 #include <QStringList>
 #include <QTableView>
 
-class QMenu;
+#include <memory>
 
 namespace OvCc {
 
 class FrozenTableWidget;
-class LayerRows;
-class TableEditing;
 
 /// The table of the drawing's layers: one row per layer, in the columns of
 /// OvLayerUtility::getAllLayerDate(). The marker of the current layer and the names stay in place
-/// while the other columns scroll; they are a view of their own, the child "frozenTable". That one
-/// shows names in their width also while "Name" is hidden here; the column of the marker is as wide
-/// as both then, and is always shown. Set the width of hidden names in the frozen view.
+/// while the other columns scroll; they are a view of their own, the frozenView(). That one shows
+/// names in their width also while "Name" is hidden here; the column of the marker is as wide as
+/// both then, and is always shown. Set the width of hidden names in the frozen view.
 ///
 /// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
 /// and making current change the table only: the host follows the signals, changes the drawing and
@@ -56,6 +54,12 @@ public:
 
     /// Saves which columns are shown; the destructor calls it.
     void writeSettings();
+
+    /// The view of the markers and names, the child "frozenTable"; never null. Names are edited there.
+    FrozenTableWidget *frozenView() const;
+
+    /// Takes over what is being edited; layerAdded() or layerRenamed() follows if that is a name.
+    void finishEditing();
 
     /// The row that setCurrentLayer() takes: the last one that is selected and shown; -1 if there is
     /// none. Rows that the search hides stay selected, but no command reaches them.
@@ -118,21 +122,8 @@ private Q_SLOTS:
     void layerColumnVisiable(int column, bool visible);
 
 private:
-    friend class TableEditing;
-
-    void setUpView(QTableView &view);
-    void setUpFrozenView();
-    void placeFrozenView();
-    QString showRows(const QList<QStringList> &read);
-    QVector<int> selectedRows() const;
-
-    QMenu *m_menu = nullptr;
-    FrozenTableWidget *m_frozen;
-    LayerRows *m_rows;
-    QStringList m_rowTemplate;
-    QList<int> m_layerNumbers;
-    TableEditing *m_editing = nullptr;
-    bool m_isLoading = false;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

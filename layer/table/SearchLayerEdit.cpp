@@ -21,29 +21,34 @@ QPixmap clearImage()
 
 } // namespace
 
+struct SearchLayerEdit::Private
+{
+    QPushButton *const button = new QPushButton;
+};
+
 SearchLayerEdit::SearchLayerEdit(QWidget *parent)
     : QLineEdit(parent)
-    , m_button(new QPushButton)
+    , m_d(new Private)
 {
     const QPixmap image = searchImage();
-    m_button->setObjectName(tr("searchBtn"));
-    m_button->setFlat(true);
-    m_button->setIcon(image);
-    m_button->setIconSize(image.size());
-    m_button->setFixedSize(image.size());
-    m_button->setCursor(Qt::ArrowCursor);
-    m_button->setFocusPolicy(Qt::NoFocus);
+    m_d->button->setObjectName(tr("searchBtn"));
+    m_d->button->setFlat(true);
+    m_d->button->setIcon(image);
+    m_d->button->setIconSize(image.size());
+    m_d->button->setFixedSize(image.size());
+    m_d->button->setCursor(Qt::ArrowCursor);
+    m_d->button->setFocusPolicy(Qt::NoFocus);
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 2, 0);
     row->setSpacing(0);
     row->addStretch();
-    row->addWidget(m_button);
+    row->addWidget(m_d->button);
 
     setFixedHeight(20);
-    setTextMargins(0, 0, m_button->width(), 0);
+    setTextMargins(0, 0, m_d->button->width(), 0);
     setPlaceholderText(tr("Search for layer"));
-    connect(m_button, &QPushButton::clicked, this, &SearchLayerEdit::slotSearchButton);
+    connect(m_d->button, &QPushButton::clicked, this, &SearchLayerEdit::slotSearchButton);
     connect(this, &QLineEdit::textChanged, this, &SearchLayerEdit::slotTextChanged);
     connect(this, &QLineEdit::editingFinished, this, &SearchLayerEdit::slotLoseFocus);
 }
@@ -57,28 +62,23 @@ void SearchLayerEdit::mousePressEvent(QMouseEvent *event)
 
 void SearchLayerEdit::slotSearchButton()
 {
-    clearSearch();
+    m_d->button->setIcon(searchImage());
+    if (text().isEmpty())
+        emit searchTextChanged(QString());
+    else
+        clear();
 }
 
 void SearchLayerEdit::slotTextChanged(QString text)
 {
-    m_button->setIcon(text.isEmpty() ? searchImage() : clearImage());
+    m_d->button->setIcon(text.isEmpty() ? searchImage() : clearImage());
     emit searchTextChanged(text);
 }
 
 void SearchLayerEdit::slotLoseFocus()
 {
     if (!hasFocus() && (text().isEmpty() || text() == QLatin1String("*")))
-        clearSearch();
-}
-
-void SearchLayerEdit::clearSearch()
-{
-    m_button->setIcon(searchImage());
-    if (text().isEmpty())
-        emit searchTextChanged(QString());
-    else
-        clear();
+        slotSearchButton();
 }
 
 } // namespace OvCc

@@ -4,7 +4,7 @@
 
 #include <QLineEdit>
 
-class QPushButton;
+#include <memory>
 
 namespace OvCc {
 
@@ -32,9 +32,8 @@ private Q_SLOTS:
     void slotLoseFocus();
 
 private:
-    void clearSearch();
-
-    QPushButton *m_button;
+    struct Private;
+    const std::unique_ptr<Private> m_d;
 };
 
 } // namespace OvCc

@@ -1,9 +1,9 @@
 #include "TableEditing.h"
 
-#include <OvCustomControl/FrozenTableWidget.h>
+#include "ViewAccess.h"
+
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
-#include <OvCustomControl/LayerTableWidget.h>
 
 #include <QItemSelectionModel>
 
@@ -101,15 +101,14 @@ TableEditing::Hold::~Hold()
     disconnect(keeping);
 }
 
-TableEditing::TableEditing(LayerTableWidget &table, FrozenTableWidget &frozen)
+TableEditing::TableEditing(QTableView &table, QTableView &frozen)
     : QObject(&table)
     , m_table(table)
     , m_frozen(frozen)
     , m_delegate(new TableDelegate(*this, &table))
 {
     auto *selection = new TableSelection(*this, table.model(), &table);
-    for (QTableView *view :
-         {static_cast<QTableView *>(&table), static_cast<QTableView *>(&frozen)}) {
+    for (QTableView *view : {&table, &frozen}) {
         const std::unique_ptr<QItemSelectionModel> own(view->selectionModel());
         view->setSelectionModel(selection);
         view->setItemDelegate(m_delegate);
@@ -156,12 +155,8 @@ void TableEditing::closed(QWidget *editor)
 
 void TableEditing::commit(QWidget *editor)
 {
-    if (!m_open.contains(editor))
-        return;
-    if (editor->parentWidget() == m_table.viewport())
-        m_table.commitData(editor);
-    else
-        m_frozen.commitData(editor);
+    if (m_open.contains(editor))
+        (viewOf(*editor).*&ViewAccess::commitData)(editor);
 }
 
 void TableEditing::close(QWidget *editor)
@@ -170,11 +165,13 @@ void TableEditing::close(QWidget *editor)
         return;
     const Hold hold(*this, editor);
     // Without a hint: no other cell is to be edited next.
-    if (editor->parentWidget() == m_table.viewport())
-        m_table.closeEditor(editor, QAbstractItemDelegate::NoHint);
-    else
-        m_frozen.closeEditor(editor, QAbstractItemDelegate::NoHint);
+    (viewOf(*editor).*&ViewAccess::closeEditor)(editor, QAbstractItemDelegate::NoHint);
     note(editor); // a persistent one, which stays open
+}
+
+QTableView &TableEditing::viewOf(const QWidget &editor) const
+{
+    return editor.parentWidget() == m_table.viewport() ? m_table : m_frozen;
 }
 
 void TableEditing::note(QWidget *editor)

@@ -6,11 +6,11 @@
 #include <QPointer>
 #include <QWidget>
 
+class QTableView;
+
 namespace OvCc {
 
-class FrozenTableWidget;
 class LayerDelegate;
-class LayerTableWidget;
 
 /// Editing in a layer table and its frozen view, which share one delegate and one selection. Whoever
 /// closes the editor of a name, this tells once what became of the name; nothing if a reload has
@@ -36,7 +36,7 @@ public:
     };
 
     /// Both views have the same model already.
-    TableEditing(LayerTableWidget &table, FrozenTableWidget &frozen);
+    TableEditing(QTableView &table, QTableView &frozen);
 
     /// Nothing is told of editors that are still open.
     ~TableEditing() override;
@@ -73,11 +73,12 @@ private:
 
     void commit(QWidget *editor);
     void close(QWidget *editor);
+    QTableView &viewOf(const QWidget &editor) const;
     void note(QWidget *editor);
     void tell();
 
-    LayerTableWidget &m_table;
-    FrozenTableWidget &m_frozen;
+    QTableView &m_table;
+    QTableView &m_frozen;
     LayerDelegate *m_delegate;
     QHash<QWidget *, Edit> m_open;
     QPersistentModelIndex m_newCell;

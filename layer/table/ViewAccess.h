@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QTableView>
+
+namespace OvCc {
+
+/// Names what a view keeps for those that derive from it: `(view.*&ViewAccess::commitData)(editor)`.
+/// There are no objects of it.
+struct ViewAccess : QTableView
+{
+    using QTableView::closeEditor;
+    using QTableView::commitData;
+    using QTableView::moveCursor;
+};
+
+} // namespace OvCc
