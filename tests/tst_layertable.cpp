@@ -498,7 +498,8 @@ void tst_LayerTable::editedNames()
         add("Attic");
         const auto *offered = qobject_cast<QStringListModel *>(editor()->completer()->model());
         QCOMPARE(offered->stringList(), names().mid(1));
-        QVERIFY(editor()->hasFocus() == isActive && rows().constLast().at(CurrentColumn) == "false");
+        QVERIFY(editor()->hasFocus() == isActive
+                && rows().constLast().at(CurrentColumn) == "false");
         add("Hall", Qt::Key_Return);
         add("X", Qt::Key_Escape);
         add("Garage");

@@ -154,8 +154,9 @@ struct Viewer : MainWindow
     ViewRibbon *ribbon = findChild<ViewRibbon *>();
     LayerBox *box = findChild<LayerBox *>();
     QListWidget *list = qobject_cast<QListWidget *>(box->view());
-    LayerTableWidget *table = findChild<LayerTableWidget *>();
-    FrozenTableWidget *names = findChild<FrozenTableWidget *>();
+    LayerManager *manager = findChild<LayerManager *>();
+    LayerTableWidget *table = manager->table();
+    FrozenTableWidget *names = table->frozenView();
     QAbstractItemModel *rows = table->model();
 };
 
@@ -254,7 +255,7 @@ void TestViewer::commands()
     const QStringList rows = fields.at(1).split(',');
     for (const QString &row : rows)
         viewer.clickCell(row.toInt(), NameColumn, Qt::ControlModifier);
-    viewer.findChild<SearchLayerEdit *>()->setText(fields.value(6));
+    viewer.manager->searchEdit()->setText(fields.value(6));
     viewer.command(fields.at(2), fields.at(3));
     const QString message = viewer.takeMessage();
     QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);
@@ -304,7 +305,7 @@ void TestViewer::manyLayers()
 
     viewer.findChild<QDockWidget *>()->close();
     QTest::mouseClick(viewer.box->lineEdit(), Qt::LeftButton);
-    QVERIFY(viewer.findChild<SearchLayerEdit *>()->hasFocus() && !viewer.list->isVisible());
+    QVERIFY(viewer.manager->searchEdit()->hasFocus() && !viewer.list->isVisible());
 }
 
 void TestViewer::remarks()

@@ -3,14 +3,15 @@
 #include "Drawing.h"
 
 #include <KcHost/KcHost.h>
+#include <OvCustomControl/FrozenTableWidget.h>
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerManager.h>
-#include <OvCustomControl/OvLayerTableWidget.h>
+#include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/SearchLayerEdit.h>
 
 #include <QAction>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -19,18 +20,6 @@
 #include <array>
 
 namespace {
-
-/// Columns of the panel, as OvLayerUtility::getAllLayerDate() numbers them.
-enum Column {
-    NameColumn = 1,
-    OnColumn,
-    ThawedColumn,
-    UnlockedColumn,
-    ColorColumn,
-    LinetypeColumn,
-    LineWeightColumn,
-    PlotColumn = 9,
-};
 
 constexpr QSize iconSize(16, 16);
 constexpr int longestQuote = 40;
@@ -75,9 +64,9 @@ LayerDock::LayerDock(QWidget *parent)
     : QDockWidget(tr("Layer manager"), parent)
     , m_commands(new QToolBar)
     , m_panel(new OvCc::LayerManager)
-    , m_table(m_panel->findChild<OvCc::LayerTableWidget *>())
-    , m_names(m_table->findChild<OvCc::FrozenTableWidget *>())
-    , m_search(m_panel->findChild<OvCc::SearchLayerEdit *>())
+    , m_table(m_panel->table())
+    , m_names(m_table->frozenView())
+    , m_search(m_panel->searchEdit())
 {
     setObjectName(QStringLiteral("layerDock"));
     setWidget(new QWidget);
@@ -121,12 +110,12 @@ void LayerDock::widenColumns()
     const auto widthOf = [&font](const QString &text) {
         return font.horizontalAdvance(text) + 2 * font.averageCharWidth();
     };
-    const std::array<std::pair<Column, int>, 5> widths{{
-            {OnColumn, widthOf(QStringLiteral("On"))},
-            {ThawedColumn, widthOf(QStringLiteral("Freeze"))},
-            {UnlockedColumn, widthOf(QStringLiteral("Lock"))},
-            {ColorColumn, font.height() + widthOf(QStringLiteral("255,255,255"))},
-            {LinetypeColumn, widthOf(QStringLiteral("Continuous"))},
+    const std::array<std::pair<OvCc::LayerColumn, int>, 5> widths{{
+            {OvCc::OnColumn, widthOf(QStringLiteral("On"))},
+            {OvCc::ThawedColumn, widthOf(QStringLiteral("Freeze"))},
+            {OvCc::UnlockedColumn, widthOf(QStringLiteral("Lock"))},
+            {OvCc::ColorColumn, font.height() + widthOf(QStringLiteral("255,255,255"))},
+            {OvCc::LinetypeColumn, widthOf(QStringLiteral("Continuous"))},
     }};
     for (const auto &[column, width] : widths)
         m_table->setColumnWidth(column, qMax(width, m_table->columnWidth(column)));
@@ -147,13 +136,15 @@ void LayerDock::fitNameColumn()
     for (int i = 0; i < measured; ++i)
         width = qMax(width, font.horizontalAdvance(names.at(i)) + 2 * font.averageCharWidth());
     // Names are shown by the view in front of the table, which may hide its own.
-    m_names->setColumnWidth(NameColumn, qMin(width, mostCharacters * font.averageCharWidth()));
+    m_names->setColumnWidth(OvCc::NameColumn,
+                            qMin(width, mostCharacters * font.averageCharWidth()));
 }
 
 QSize LayerDock::sizeHint() const
 {
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    const int table = m_table->horizontalHeader()->sectionPosition(LineWeightColumn) + scrollBar;
+    const int table =
+            m_table->horizontalHeader()->sectionPosition(OvCc::LineWeightColumn) + scrollBar;
     return {qMax(table + 2 * m_table->frameWidth(), m_commands->sizeHint().width()),
             QDockWidget::sizeHint().height()};
 }
@@ -182,10 +173,7 @@ void LayerDock::search()
 
 void LayerDock::finishEditing()
 {
-    // To take the focus from the editor would not do in a window that is not active: there it has none.
-    const QList<QLineEdit *> editors = m_table->findChildren<QLineEdit *>();
-    for (QLineEdit *editor : editors)
-        emit editor->editingFinished();
+    m_table->finishEditing();
     // What comes next is to find the table as it will stay.
     refresh();
 }
@@ -210,13 +198,13 @@ void LayerDock::newLayer()
 {
     finishEditing();
     m_search->clear(); // it could hide the new row
-    QMetaObject::invokeMethod(m_panel, "slotNewLayer");
+    m_table->addLayer();
 }
 
 void LayerDock::deleteLayers()
 {
     finishEditing();
-    QMetaObject::invokeMethod(m_panel, "slotDeleteLayer");
+    m_table->remove();
 }
 
 /// The panel's own signal is no help here: it does not come when the panel takes the row for the one
@@ -228,7 +216,7 @@ void LayerDock::setCurrent()
     if (row < 0)
         return;
     const QString name = nameAt(row);
-    QMetaObject::invokeMethod(m_panel, "slotCurrentLayer");
+    m_table->setCurrentLayer();
 
     const Kcore::ErrorStatus status = KcHost::setCurrentLayer(*m_drawing->database, name);
     finishCommand(name, status == Kcore::eOk ? QString()
@@ -243,7 +231,7 @@ void LayerDock::renameSelected()
     if (row < 0)
         return;
     m_names->setFocus();
-    m_names->edit(m_names->model()->index(row, NameColumn));
+    m_names->edit(m_names->model()->index(row, OvCc::NameColumn));
 }
 
 void LayerDock::reloadAll()
@@ -309,7 +297,7 @@ void LayerDock::reload()
     m_panel->slotUpLayerModel();
     const int row = rowOf(m_nextSelected);
     if (row >= 0)
-        m_names->setCurrentIndex(m_names->model()->index(row, NameColumn));
+        m_names->setCurrentIndex(m_names->model()->index(row, OvCc::NameColumn));
     m_nextSelected.clear();
 }
 
@@ -321,10 +309,10 @@ void LayerDock::showFlags(const QString &name)
     KcDbLayerTableRecord *layer = getLayerByName(name);
     if (!layer)
         return;
-    const std::array<std::pair<int, bool>, 4> flags{{{OnColumn, !layer->isOff()},
-                                                     {ThawedColumn, !layer->isFrozen()},
-                                                     {UnlockedColumn, !layer->isLocked()},
-                                                     {PlotColumn, layer->isPlottable()}}};
+    const std::array<std::pair<int, bool>, 4> flags{{{OvCc::OnColumn, !layer->isOff()},
+                                                     {OvCc::ThawedColumn, !layer->isFrozen()},
+                                                     {OvCc::UnlockedColumn, !layer->isLocked()},
+                                                     {OvCc::PlotColumn, layer->isPlottable()}}};
     layer->close();
     for (const auto &[column, value] : flags) {
         const QModelIndex cell = m_table->model()->index(row, column);
@@ -336,12 +324,12 @@ void LayerDock::showFlags(const QString &name)
 int LayerDock::rowOf(const QString &name) const
 {
     const QAbstractItemModel &rows = *m_table->model();
-    const QModelIndexList found = rows.match(rows.index(0, NameColumn), Qt::DisplayRole, name, 1,
-                                             Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const QModelIndexList found = rows.match(rows.index(0, OvCc::NameColumn), Qt::DisplayRole, name,
+                                             1, Qt::MatchExactly | Qt::MatchCaseSensitive);
     return found.isEmpty() ? -1 : found.first().row();
 }
 
 QString LayerDock::nameAt(int row) const
 {
-    return m_table->model()->index(row, NameColumn).data().toString();
+    return m_table->model()->index(row, OvCc::NameColumn).data().toString();
 }

@@ -8,11 +8,14 @@
 #include "ViewRibbon.h"
 
 #include <OvCustomControl/BaseGallery.h>
+#include <OvCustomControl/FrozenTableWidget.h>
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerControl.h>
 #include <OvCustomControl/LayerItem.h>
+#include <OvCustomControl/LayerManager.h>
+#include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/ListWidget.h>
-#include <OvCustomControl/OvLayerTableWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/PropertyManager.h>
 #include <OvCustomControl/QOvColorComboBox.h>
@@ -44,8 +47,6 @@ namespace {
 constexpr QSize windowSize(1280, 800); // in the pictures, whatever the screen
 constexpr int loadingTime = 300000;
 constexpr int wheelSteps = 5;
-constexpr int nameColumn = 1; // of the panel
-constexpr int onColumn = 2;
 const char pictureFailure[] = "a picture cannot be written";
 
 /// Ends the tour unless @p isDone.
@@ -86,7 +87,7 @@ QWidgetList otherWindows(const QWidget &window)
 
 QString nameAt(const QTableView &view, int row)
 {
-    return view.model()->index(row, nameColumn).data().toString();
+    return view.model()->index(row, OvCc::NameColumn).data().toString();
 }
 
 OvCc::LayerItemData currentLayer()
@@ -103,9 +104,9 @@ Tour::Tour(MainWindow &window, const QString &folder)
     , m_canvas(*window.findChild<Canvas *>())
     , m_layers(*window.findChild<LayerBox *>())
     , m_dock(*window.findChild<LayerDock *>())
-    , m_table(*window.findChild<OvCc::LayerTableWidget *>())
-    , m_names(*window.findChild<OvCc::FrozenTableWidget *>())
-    , m_search(*window.findChild<OvCc::SearchLayerEdit *>())
+    , m_table(*window.findChild<OvCc::LayerManager *>()->table())
+    , m_names(*m_table.frozenView())
+    , m_search(*window.findChild<OvCc::LayerManager *>()->searchEdit())
     , m_ribbon(*window.findChild<ViewRibbon *>())
     , m_properties(*window.findChild<OvCc::PropertyManager *>())
     , m_folder(folder)
@@ -292,15 +293,15 @@ void Tour::searchLayer()
 void Tour::selectLayer()
 {
     const int row = m_table.model()->rowCount() - 1;
-    m_names.scrollTo(m_names.model()->index(row, nameColumn));
-    clickCell(m_names, row, nameColumn);
+    m_names.scrollTo(m_names.model()->index(row, OvCc::NameColumn));
+    clickCell(m_names, row, OvCc::NameColumn);
     require(m_table.selectionModel()->isRowSelected(row, {}), "a click does not select its row");
 }
 
 void Tour::openColumnMenu()
 {
     const QHeaderView &header = *m_table.horizontalHeader();
-    const QPoint place(header.sectionViewportPosition(onColumn) + header.height(),
+    const QPoint place(header.sectionViewportPosition(OvCc::OnColumn) + header.height(),
                        header.height() / 2);
     // The menu opens at the pointer, which the events of the tour do not move.
     QCursor::setPos(header.mapToGlobal(place));
@@ -323,7 +324,7 @@ void Tour::addCurrentLayer()
 void Tour::warnOfCurrentLayer()
 {
     lookAt(QStringLiteral("09-warning.png"),
-           [this] { clickCell(m_table, m_table.currentIndex().row(), onColumn); });
+           [this] { clickCell(m_table, m_table.currentIndex().row(), OvCc::OnColumn); });
     require(currentLayer().isOn, "the current layer is off, though the warning was heeded");
 }
 
