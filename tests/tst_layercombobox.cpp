@@ -170,10 +170,10 @@ void tst_LayerComboBox::itemTogglesFollowTheRecord()
     QVERIFY(layerNamed("Walls").isLocked);
 
     QCOMPARE(changes.count(), 4);
-    QCOMPARE(changes.at(0).at(0).toInt(), 1);
+    QCOMPARE(changes.at(0).at(0).toInt(), int(FreezeStatus));
     QVERIFY(!changes.at(0).at(1).value<LayerItemData>().isFrozen);
-    QCOMPARE(changes.at(2).at(0).toInt(), 0);
-    QCOMPARE(changes.at(3).at(0).toInt(), 2);
+    QCOMPARE(changes.at(2).at(0).toInt(), int(OnStatus));
+    QCOMPARE(changes.at(3).at(0).toInt(), int(LockStatus));
     QVERIFY(changes.at(3).at(1).value<LayerItemData>().isLocked);
 }
 
@@ -210,7 +210,7 @@ void tst_LayerComboBox::longNameOnTheFace()
     for (const QString &name : {QString("0"), "<b>" + QString(60, 'x')}) {
         LayerItemData layer;
         layer.name = name;
-        m_combo->findChild<LayerEdit *>()->setLabelChange(4, layer);
+        m_combo->findChild<LayerEdit *>()->setLabelChange(NameStatus, layer);
         const QImage shown = label->grab().toImage();
         QCOMPARE(label->text(), name);
         const QString part = label->fontMetrics().elidedText(name, Qt::ElideRight, label->width());

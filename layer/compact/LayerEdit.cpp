@@ -40,26 +40,26 @@ LayerEdit::~LayerEdit() = default;
 
 void LayerEdit::setCurrentLayer(LayerItemData data)
 {
-    for (int index = 0; index <= 4; ++index)
+    for (int index = OnStatus; index <= NameStatus; ++index)
         setLabelChange(index, data);
 }
 
 void LayerEdit::setLabelChange(int index, LayerItemData data)
 {
     switch (index) {
-    case 0:
+    case OnStatus:
         m_d->lightLabel->setPixmap(lightImage(data.isOn));
         Q_FALLTHROUGH();
-    case 1:
+    case FreezeStatus:
         m_d->freezeLabel->setPixmap(freezeImage(data.isFrozen));
         Q_FALLTHROUGH();
-    case 2:
+    case LockStatus:
         m_d->lockLabel->setPixmap(lockImage(data.isLocked));
         break;
-    case 3:
+    case ColorStatus:
         m_d->colorLabel->setPixmap(creatColorPix(data.color));
         break;
-    case 4:
+    case NameStatus:
         m_d->nameLabel->setText(data.name);
         break;
     }

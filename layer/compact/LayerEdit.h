@@ -23,8 +23,8 @@ public:
     void setCurrentLayer(LayerItemData data);
 
     /// Shows a part of @p data. A status index also refreshes the images to its right.
-    /// @param index 0 on/off, freeze and lock; 1 freeze and lock; 2 lock; 3 the colour; 4 the name;
-    ///              any other changes nothing
+    /// @param index a StatusIndex: OnStatus is for on/off, freeze and lock, FreezeStatus for freeze and
+    ///              lock; any other number changes nothing
     void setLabelChange(int index, LayerItemData data);
 
 private:

@@ -15,9 +15,6 @@ namespace OvCc {
 
 namespace {
 
-/// What statusChanged() calls the three states.
-enum StatusIndex { LightIndex, FreezeIndex, LockIndex };
-
 /// The record by its name in the string of statusChanged(), where spies and queued
 /// connections look for it.
 void registerRecord()
@@ -120,19 +117,19 @@ void LayerItem::setLayerName(QString name)
 void LayerItem::slotLightChange()
 {
     m_d->layer.isOn = !m_d->layer.isOn;
-    m_d->change(LightIndex, &OvLayerUtility::setLayerOff, m_d->layer.isOn);
+    m_d->change(OnStatus, &OvLayerUtility::setLayerOff, m_d->layer.isOn);
 }
 
 void LayerItem::slotFreezeStatus()
 {
     m_d->layer.isFrozen = !m_d->layer.isFrozen;
-    m_d->change(FreezeIndex, &OvLayerUtility::setLayerFrozen, m_d->layer.isFrozen);
+    m_d->change(FreezeStatus, &OvLayerUtility::setLayerFrozen, m_d->layer.isFrozen);
 }
 
 void LayerItem::slotLockChange()
 {
     m_d->layer.isLocked = !m_d->layer.isLocked;
-    m_d->change(LockIndex, &OvLayerUtility::setLayerLock, m_d->layer.isLocked);
+    m_d->change(LockStatus, &OvLayerUtility::setLayerLock, m_d->layer.isLocked);
 }
 
 void LayerItem::slotColorChanged() {}

@@ -49,7 +49,7 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// The user changed the layer. The row may be deleted here, and where the drawing tells its host
     /// of the change: then this is not sent.
-    /// @param index       0 on or off, 1 freeze, 2 lock
+    /// @param index       OnStatus, FreezeStatus or LockStatus
     /// @param layerStatus the layer as it is now
     void statusChanged(int index, LayerItemData layerStatus);
 
