@@ -1,6 +1,6 @@
 #include "PropertyManager.h"
 
-#include "layer/data/SmallImage.h"
+#include "layer/pictures/SmallImage.h"
 
 #include <OvCustomControl/LineTypeComboBox.h>
 #include <OvCustomControl/LineWidthComboBox.h>

@@ -1,6 +1,6 @@
 #include "ViewPortGallery.h"
 
-#include "layer/data/SmallImage.h"
+#include "layer/pictures/SmallImage.h"
 #include "ribbon/GalleryEntries.h"
 
 namespace OvCc {

@@ -1,6 +1,6 @@
 #include "LayerControl.h"
 
-#include "layer/data/SmallImage.h"
+#include "layer/pictures/SmallImage.h"
 
 #include <OvCustomControl/LayerComboBox.h>
 

@@ -1,7 +1,7 @@
 #include "LayerEdit.h"
 
 #include "layer/data/ElidedLabel.h"
-#include "layer/data/StatusImages.h"
+#include "layer/pictures/StatusImages.h"
 
 #include <OvCustomControl/Swatches.h>
 

@@ -1,6 +1,6 @@
 #include "LayerItem.h"
 
-#include "layer/data/StatusImages.h"
+#include "layer/pictures/StatusImages.h"
 
 #include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/Swatches.h>

@@ -1,3 +1,0 @@
-#pragma once
-
-#include "layer/pictures/SmallImage.h"
