@@ -9,6 +9,29 @@ namespace {
 /// Indexes of lineweights that are no position in the table of standard ones.
 enum SpecialIndex { ByBlockIndex = 30, DefaultIndex = 31 };
 
+struct CodeLabels
+{
+    LineWeightCode code;
+    const char *ofDrawing;
+    const char *ofFixedLists;
+};
+
+constexpr CodeLabels codeLabels[] = {
+        {LineWeightByLayer, "Layer", "By Layer"},
+        {LineWeightByBlock, "Block", "By Block"},
+        {LineWeightDefault, "Default", "Default"},
+};
+
+/// Null if @p lineWeight is no code.
+QString codeLabel(int lineWeight, const char *CodeLabels::*label)
+{
+    for (const CodeLabels &labels : codeLabels) {
+        if (labels.code == lineWeight)
+            return QLatin1String(labels.*label);
+    }
+    return {};
+}
+
 LineWeightUnit drawingUnit()
 {
     resbuf units;
@@ -37,14 +60,9 @@ int lineWeightByIndex(char index)
 QString StringByLineWeight(int value, bool isIndex)
 {
     const int lineWeight = isIndex ? lineWeightByIndex(static_cast<char>(value)) : value;
-    switch (lineWeight) {
-    case LineWeightByBlock:
-        return QStringLiteral("Block");
-    case LineWeightByLayer:
-        return QStringLiteral("Layer");
-    case LineWeightDefault:
-        return QStringLiteral("Default");
-    }
+    const QString label = codeLabel(lineWeight, &CodeLabels::ofDrawing);
+    if (!label.isNull())
+        return label;
 
     // Single precision, so that the last digit is rounded as users of the drawing's host see it.
     const auto figure = static_cast<float>(lineWeight);
@@ -55,14 +73,9 @@ QString StringByLineWeight(int value, bool isIndex)
 
 QString OvCc::fixedLineWeightLabel(int lineWeight, LineWeightUnit unit)
 {
-    switch (lineWeight) {
-    case LineWeightByBlock:
-        return QStringLiteral("By Block");
-    case LineWeightByLayer:
-        return QStringLiteral("By Layer");
-    case LineWeightDefault:
-        return QStringLiteral("Default");
-    }
+    const QString label = codeLabel(lineWeight, &CodeLabels::ofFixedLists);
+    if (!label.isNull())
+        return label;
     return unit == LineWeightUnit::Millimetres ? QString::asprintf("%.2f mm", lineWeight / 100.0)
                                                : QString::asprintf("%.2f\"", lineWeight / 254.0);
 }

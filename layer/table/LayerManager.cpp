@@ -24,7 +24,7 @@ struct LayerManager::Private
 {
     QPixmap iconStrip;
     const QPointer<LayerTableWidget> table = new LayerTableWidget;
-    QLabel *const label = new ElidedLabel(tr("Current layer: ") + QLatin1Char('0'));
+    QLabel *const label = new ElidedLabel;
     SearchLayerEdit *const searchEdit = new SearchLayerEdit;
 };
 
@@ -35,6 +35,7 @@ LayerManager::LayerManager(QWidget *parent)
     setObjectName(QStringLiteral("Layer Manager"));
     setWindowTitle(tr("Layer Manager"));
     loadPixmap();
+    slotUpdateLineEdit(QStringLiteral("0"));
     m_d->label->setFixedHeight(headerHeight);
     m_d->searchEdit->setFixedHeight(headerHeight);
     m_d->searchEdit->setMinimumWidth(narrowestSearch);
