@@ -401,7 +401,8 @@ void tst_LayerTable::cellPixels()
     QCOMPARE(painted(CurrentColumn, "").pixelColor(30, 11), highlight);
     option.state |= QStyle::State_HasFocus;
     QCOMPARE(painted(OnColumn, "true").pixelColor(1, 1), QColor(Qt::white));
-    QCOMPARE(painted(CurrentColumn, "").pixelColor(1, 1), highlight);
+    for (const int pale : {CurrentColumn, PlotStyleColumn})
+        QCOMPARE(painted(pale, "").pixelColor(1, 1), highlight);
 }
 
 void tst_LayerTable::sortingKeepsBothHeadersInStep()
@@ -462,6 +463,15 @@ void tst_LayerTable::proposedNames()
         m_table->addLayer();
         QCOMPARE(qMakePair(expected.first, names().constLast()), expected);
     }
+
+    KcHost::setWorkingDatabase(nullptr);
+    LayerTableWidget table;
+    table.insertRowData(0);
+    QString row;
+    for (int column = 0; column < LayerColumnCount; ++column)
+        row += table.model()->index(0, column).data().toString() + ' ';
+    QCOMPARE(row, QString("true 0 true true true ll*white Continuous Default Color-7 "
+                          "true true true  "));
 }
 
 /// In a window that is not active the editor has no focus to lose: nobody but its view closes it.
