@@ -2,15 +2,17 @@
 #include "Limit.h"
 #include "Support.h"
 
-#include "viewer/Curves.h"
-#include "viewer/DrawingItem.h"
-#include "viewer/DrawingLoader.h"
-#include "viewer/GeometryReader.h"
-#include "viewer/HatchLines.h"
-#include "viewer/ShownEntities.h"
+#include "viewer/canvas/Curves.h"
+#include "viewer/canvas/DrawingItem.h"
+#include "viewer/canvas/DrawingLoader.h"
+#include "viewer/canvas/GeometryReader.h"
+#include "viewer/canvas/HatchLines.h"
+#include "viewer/canvas/ShownEntities.h"
 
 #include <QtTest>
 #include <QtWidgets>
+
+using namespace Tessa;
 
 namespace {
 

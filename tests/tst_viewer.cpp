@@ -1,12 +1,12 @@
 #include "DrawingFiles.h"
 #include "PickerSupport.h"
 
-#include "viewer/Canvas.h"
-#include "viewer/CanvasPanes.h"
-#include "viewer/DrawingFrame.h"
-#include "viewer/LayerBox.h"
-#include "viewer/MainWindow.h"
-#include "viewer/ViewRibbon.h"
+#include "viewer/canvas/Canvas.h"
+#include "viewer/canvas/CanvasPanes.h"
+#include "viewer/window/DrawingFrame.h"
+#include "viewer/window/LayerBox.h"
+#include "viewer/window/MainWindow.h"
+#include "viewer/window/ViewRibbon.h"
 
 #include <OvCustomControl/OvCustomControl.h>
 
@@ -14,6 +14,7 @@
 #include <QtWidgets>
 
 using namespace OvCc;
+using namespace Tessa;
 
 namespace {
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Geometry.h"
+
+namespace Tessa {
+
+struct Drawing;
+
+/// Reads what the drawing's DXF file shows in model space, as the database has read the file, and
+/// measures it.
+///
+/// @param drawing       its layers, and the database
+/// @param[out] warnings one sentence per kind of thing that is not drawn as the file says
+Geometry readGeometry(const Drawing &drawing, QStringList &warnings);
+
+} // namespace Tessa

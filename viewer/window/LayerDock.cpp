@@ -1,0 +1,339 @@
+#include "LayerDock.h"
+
+#include "viewer/canvas/Drawing.h"
+
+#include <KcHost/KcHost.h>
+#include <OvCustomControl/FrozenTableWidget.h>
+#include <OvCustomControl/LayerColumns.h>
+#include <OvCustomControl/LayerManager.h>
+#include <OvCustomControl/LayerTableWidget.h>
+#include <OvCustomControl/OvLayerUtility.h>
+#include <OvCustomControl/SearchLayerEdit.h>
+
+#include <QAction>
+#include <QHeaderView>
+#include <QStyle>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace Tessa {
+
+namespace {
+
+constexpr QSize iconSize(16, 16);
+constexpr int longestQuote = 40;
+constexpr int mostReasons = 5;
+
+/// The column of names, in average characters, and how many names are measured for it.
+constexpr int fewestCharacters = 16;
+constexpr int mostCharacters = 40;
+constexpr int mostMeasured = 1000;
+
+QString quoted(const QString &name)
+{
+    const bool isLong = name.size() > longestQuote;
+    return QLatin1Char('"') + (isLong ? name.left(longestQuote - 1) + QChar(0x2026) : name)
+           + QLatin1Char('"');
+}
+
+/// Why the drawing refuses, to go on after a colon.
+QString reasonFor(Kcore::ErrorStatus status)
+{
+    switch (status) {
+    case Kcore::eInvalidInput:
+        return LayerDock::tr("a name has 1 to 255 characters, and none of <>/\\\":;?*|=");
+    case Kcore::eDuplicateKey:
+        return LayerDock::tr("there is another layer of that name");
+    case Kcore::eCannotBeErasedByCaller:
+        return LayerDock::tr("every drawing has this layer");
+    case Kcore::eLayerIsCurrent:
+        return LayerDock::tr("it is the current layer");
+    case Kcore::eLayerInUse:
+        return LayerDock::tr("there are entities on it");
+    case Kcore::eKeyNotFound:
+        return LayerDock::tr("the drawing has no such layer");
+    default:
+        return LayerDock::tr("it is in use elsewhere");
+    }
+}
+
+} // namespace
+
+LayerDock::LayerDock(QWidget *parent)
+    : QDockWidget(tr("Layer manager"), parent)
+    , m_commands(new QToolBar)
+    , m_panel(new OvCc::LayerManager)
+    , m_table(m_panel->table())
+    , m_names(m_table->frozenView())
+    , m_search(m_panel->searchEdit())
+{
+    setObjectName(QStringLiteral("layerDock"));
+    setWidget(new QWidget);
+    auto *column = new QVBoxLayout(widget());
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    createCommands();
+    column->addWidget(m_panel);
+    widenColumns();
+
+    connect(m_panel, &OvCc::LayerManager::layerAdded, this, &LayerDock::addToDrawing);
+    connect(m_panel, &OvCc::LayerManager::layersRemoved, this, &LayerDock::eraseFromDrawing);
+    connect(m_panel, &OvCc::LayerManager::layerRenamed, this, &LayerDock::renameInDrawing);
+    setDrawing(nullptr);
+}
+
+void LayerDock::createCommands()
+{
+    m_commands->setIconSize(iconSize);
+    m_commands->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    widget()->layout()->addWidget(m_commands);
+    const auto icon = [this](OvCc::LayerManager::LayerIcons which) {
+        return QIcon(m_panel->drawIcon(which, iconSize));
+    };
+    using OvCc::LayerManager;
+    m_commands->addAction(icon(LayerManager::NewLayerIcon), tr("New"), this, &LayerDock::newLayer);
+    m_commands->addAction(icon(LayerManager::DeleteLayerIcon), tr("Delete"), this,
+                          &LayerDock::deleteLayers);
+    m_commands->addAction(icon(LayerManager::CurrentLayerIcon), tr("Set current"), this,
+                          &LayerDock::setCurrent);
+    QAction *rename = m_commands->addAction(tr("Rename"), this, &LayerDock::renameSelected);
+    rename->setShortcut(Qt::Key_F2);
+    m_commands->addAction(icon(LayerManager::RefreshIcon), tr("Refresh"), this,
+                          &LayerDock::reloadAll);
+}
+
+/// The panel's own widths are made for one font, and cut off what other fonts write.
+void LayerDock::widenColumns()
+{
+    const QFontMetrics font = m_table->fontMetrics();
+    const auto widthOf = [&font](const QString &text) {
+        return font.horizontalAdvance(text) + 2 * font.averageCharWidth();
+    };
+    const std::array<std::pair<OvCc::LayerColumn, int>, 5> widths{{
+            {OvCc::OnColumn, widthOf(QStringLiteral("On"))},
+            {OvCc::ThawedColumn, widthOf(QStringLiteral("Freeze"))},
+            {OvCc::UnlockedColumn, widthOf(QStringLiteral("Lock"))},
+            {OvCc::ColorColumn, font.height() + widthOf(QStringLiteral("255,255,255"))},
+            {OvCc::LinetypeColumn, widthOf(QStringLiteral("Continuous"))},
+    }};
+    for (const auto &[column, width] : widths)
+        m_table->setColumnWidth(column, qMax(width, m_table->columnWidth(column)));
+}
+
+/// As wide as the names need, within limits. Of thousands of names only the longest are measured.
+void LayerDock::fitNameColumn()
+{
+    QStringList names;
+    for (int row = 0; row < layerCount(); ++row)
+        names += nameAt(row);
+    const int measured = qMin(names.size(), mostMeasured);
+    std::partial_sort(
+            names.begin(), names.begin() + measured, names.end(),
+            [](const QString &one, const QString &other) { return one.size() > other.size(); });
+    const QFontMetrics font = m_table->fontMetrics();
+    int width = fewestCharacters * font.averageCharWidth();
+    for (int i = 0; i < measured; ++i)
+        width = qMax(width, font.horizontalAdvance(names.at(i)) + 2 * font.averageCharWidth());
+    // Names are shown by the view in front of the table, which may hide its own.
+    m_names->setColumnWidth(OvCc::NameColumn,
+                            qMin(width, mostCharacters * font.averageCharWidth()));
+}
+
+QSize LayerDock::sizeHint() const
+{
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    const int table =
+            m_table->horizontalHeader()->sectionPosition(OvCc::LineWeightColumn) + scrollBar;
+    return {qMax(table + 2 * m_table->frameWidth(), m_commands->sizeHint().width()),
+            QDockWidget::sizeHint().height()};
+}
+
+void LayerDock::setDrawing(Drawing *drawing)
+{
+    m_drawing = drawing;
+    m_nextSelected.clear();
+    reload();
+    fitNameColumn();
+    m_names->scrollTo(m_names->currentIndex(), QAbstractItemView::PositionAtCenter);
+}
+
+int LayerDock::layerCount() const
+{
+    return m_table->model()->rowCount();
+}
+
+void LayerDock::search()
+{
+    show();
+    raise();
+    m_search->setFocus();
+    m_search->selectAll();
+}
+
+void LayerDock::finishEditing()
+{
+    m_table->finishEditing();
+    // What comes next is to find the table as it will stay.
+    refresh();
+}
+
+void LayerDock::noteChange(const QString &name)
+{
+    m_changed.insert(name);
+}
+
+void LayerDock::refresh()
+{
+    const QSet<QString> changed = std::exchange(m_changed, {});
+    if (m_mustReload) {
+        reload();
+        return;
+    }
+    for (const QString &name : changed)
+        showFlags(name);
+}
+
+void LayerDock::newLayer()
+{
+    finishEditing();
+    m_search->clear(); // it could hide the new row
+    m_table->addLayer();
+}
+
+void LayerDock::deleteLayers()
+{
+    finishEditing();
+    m_table->remove();
+}
+
+/// The panel's own signal is no help here: it does not come when the panel takes the row for the one
+/// that was current before, and it comes after every reload. The user's choice counts in any case.
+void LayerDock::setCurrent()
+{
+    finishEditing();
+    const int row = m_table->selectedRow();
+    if (row < 0)
+        return;
+    const QString name = nameAt(row);
+    m_table->setCurrentLayer();
+
+    const Kcore::ErrorStatus status = KcHost::setCurrentLayer(*m_drawing->database, name);
+    finishCommand(name, status == Kcore::eOk ? QString()
+                                             : tr("Layer %1 cannot be made the current one: %2.")
+                                                       .arg(quoted(name), reasonFor(status)));
+}
+
+void LayerDock::renameSelected()
+{
+    finishEditing();
+    const int row = m_table->selectedRow();
+    if (row < 0)
+        return;
+    m_names->setFocus();
+    m_names->edit(m_names->model()->index(row, OvCc::NameColumn));
+}
+
+void LayerDock::reloadAll()
+{
+    finishEditing();
+    m_nextSelected = nameAt(m_table->selectedRow());
+    reload();
+}
+
+void LayerDock::addToDrawing(const QString &name)
+{
+    const Kcore::ErrorStatus status = KcHost::addLayer(*m_drawing->database, name);
+    finishCommand(
+            name,
+            status == Kcore::eOk
+                    ? QString()
+                    : tr("Layer %1 cannot be added: %2.").arg(quoted(name), reasonFor(status)));
+}
+
+void LayerDock::eraseFromDrawing(const QStringList &names)
+{
+    QStringList stayed;
+    QStringList reasons;
+    for (const QString &name : names) {
+        const Kcore::ErrorStatus status = KcHost::eraseLayer(*m_drawing->database, name);
+        if (status == Kcore::eOk)
+            continue;
+        stayed.append(name);
+        if (stayed.size() <= mostReasons)
+            reasons.append(tr("%1 (%2)").arg(quoted(name), reasonFor(status)));
+    }
+    QString refusal;
+    if (stayed.size() > mostReasons)
+        refusal = tr("Not deleted: %1 and %2 more.")
+                          .arg(reasons.join(QLatin1String(", ")))
+                          .arg(stayed.size() - mostReasons);
+    else if (!stayed.isEmpty())
+        refusal = tr("Not deleted: %1.").arg(reasons.join(QLatin1String(", ")));
+    finishCommand(stayed.value(0), refusal);
+}
+
+void LayerDock::renameInDrawing(const QString &from, const QString &to)
+{
+    const Kcore::ErrorStatus status = KcHost::renameLayer(*m_drawing->database, from, to);
+    if (status == Kcore::eOk)
+        m_drawing->layers.rename(from, to);
+    finishCommand(status == Kcore::eOk ? to : from,
+                  status == Kcore::eOk ? QString()
+                                       : tr("Layer %1 cannot be renamed to %2: %3.")
+                                                 .arg(quoted(from), quoted(to), reasonFor(status)));
+}
+
+void LayerDock::finishCommand(const QString &nextSelected, const QString &refusal)
+{
+    m_nextSelected = nextSelected;
+    m_mustReload = true;
+    emit commandDone(refusal);
+}
+
+void LayerDock::reload()
+{
+    m_mustReload = false;
+    m_panel->slotUpLayerModel();
+    const int row = rowOf(m_nextSelected);
+    if (row >= 0)
+        m_names->setCurrentIndex(m_names->model()->index(row, OvCc::NameColumn));
+    m_nextSelected.clear();
+}
+
+/// Puts one row right, if it is not, as a click in the panel does. A reload would also sort it anew
+/// and select the current layer.
+void LayerDock::showFlags(const QString &name)
+{
+    const int row = rowOf(name);
+    KcDbLayerTableRecord *layer = getLayerByName(name);
+    if (!layer)
+        return;
+    const std::array<std::pair<int, bool>, 4> flags{{{OvCc::OnColumn, !layer->isOff()},
+                                                     {OvCc::ThawedColumn, !layer->isFrozen()},
+                                                     {OvCc::UnlockedColumn, !layer->isLocked()},
+                                                     {OvCc::PlotColumn, layer->isPlottable()}}};
+    layer->close();
+    for (const auto &[column, value] : flags) {
+        const QModelIndex cell = m_table->model()->index(row, column);
+        m_table->model()->setData(cell, QVariant(value).toString(), Qt::DisplayRole);
+    }
+}
+
+/// The row of a layer; -1 if it is in none.
+int LayerDock::rowOf(const QString &name) const
+{
+    const QAbstractItemModel &rows = *m_table->model();
+    const QModelIndexList found = rows.match(rows.index(0, OvCc::NameColumn), Qt::DisplayRole, name,
+                                             1, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    return found.isEmpty() ? -1 : found.first().row();
+}
+
+QString LayerDock::nameAt(int row) const
+{
+    return m_table->model()->index(row, OvCc::NameColumn).data().toString();
+}
+
+} // namespace Tessa

@@ -1,0 +1,515 @@
+#include "MainWindow.h"
+
+#include "ChangedFileQuestion.h"
+#include "DrawingFrame.h"
+#include "LayerBox.h"
+#include "LayerDock.h"
+#include "PropertyBar.h"
+#include "PropertyEditor.h"
+#include "RemarksDialog.h"
+#include "StatusBar.h"
+#include "ViewRibbon.h"
+#include "viewer/canvas/Canvas.h"
+#include "viewer/canvas/CanvasPanes.h"
+#include "viewer/canvas/ShownEntities.h"
+
+#include <KcHost/KcHost.h>
+#include <OvCustomControl/LayerControl.h>
+#include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/StackWidget.h>
+#include <OvCustomControl/TextStyleComboBox.h>
+#include <OvCustomControl/VisualStyleComboBox.h>
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLocale>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QScreen>
+#include <QStyle>
+#include <QToolBar>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+namespace Tessa {
+
+namespace {
+
+constexpr QSize initialSize(1280, 800);
+constexpr QSize windowFrame(16, 48); // with the title bar, at most
+constexpr int widestDock = 512;      // to begin with
+constexpr int labelMargin = 6;
+
+/// What the canvas does for each row of the visual style picker. A drawing is shown in one projection
+/// only, so both wireframes look the same.
+constexpr FaceStyle visualStyles[] = {
+        FaceStyle::Wireframe, FaceStyle::Wireframe, FaceStyle::Hidden,       FaceStyle::Flat,
+        FaceStyle::Gouraud,   FaceStyle::FlatEdges, FaceStyle::GouraudEdges,
+};
+static_assert(std::size(visualStyles) == OvCc::GouraudEdgesStyle + 1);
+
+QString fileFilter()
+{
+    return MainWindow::tr("Drawings (*.dxf);;All files (*)");
+}
+
+/// The only file that is dragged; empty if it is anything else.
+QString draggedFile(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 ? urls.first().toLocalFile() : QString();
+}
+
+void printLine(const QString &line)
+{
+    std::fprintf(stderr, "tessa-viewer: %s\n", qUtf8Printable(line));
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , m_loader(new DrawingLoader(this))
+    , m_panes(new CanvasPanes)
+    , m_frame(new DrawingFrame(m_panes))
+    , m_layers(new LayerBox)
+    , m_dock(new LayerDock)
+    , m_ribbon(new ViewRibbon)
+    , m_pickers(new PropertyBar)
+    , m_properties(new PropertyEditor(this))
+    , m_status(new StatusBar)
+{
+    setCentralWidget(m_frame);
+    addDockWidget(Qt::RightDockWidgetArea, m_dock);
+    createActions();
+    createPropertyBar();
+    createRibbon();
+    setStatusBar(m_status);
+    setAcceptDrops(true);
+    resize(initialSize.boundedTo(screen()->availableSize() - windowFrame));
+    resizeDocks({m_dock}, {qMin(m_dock->sizeHint().width(), widestDock)}, Qt::Horizontal);
+
+    connect(m_loader, &DrawingLoader::finished, this, &MainWindow::finishLoading);
+    connectHost();
+    showState();
+    m_panes->setFocus();
+}
+
+MainWindow::~MainWindow()
+{
+    KcHost::setLayerModifiedHandler({});
+    KcHost::setLayerTableChangesHandler({});
+    KcHost::setWorkingDatabase(nullptr);
+    m_panes->setDrawing(nullptr);
+    m_dock->setDrawing(nullptr);
+    m_properties->setDrawing(nullptr);
+}
+
+void MainWindow::createActions()
+{
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    m_open = file->addAction(style()->standardIcon(QStyle::SP_DialogOpenButton), tr("&Open..."),
+                             this, &MainWindow::chooseAndOpen, QKeySequence::Open);
+    m_save = file->addAction(style()->standardIcon(QStyle::SP_DialogSaveButton), tr("&Save"), this,
+                             &MainWindow::save, QKeySequence::Save);
+    m_saveAs = file->addAction(tr("Save &as..."), this, &MainWindow::saveAs, QKeySequence::SaveAs);
+    m_close = file->addAction(tr("&Close"), this, &MainWindow::closeDrawing, QKeySequence::Close);
+    file->addSeparator();
+    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    const auto onCanvas = [this](void (Canvas::*act)()) {
+        return [this, act] { (m_panes->current()->*act)(); };
+    };
+    QAction *fit = view->addAction(tr("&Fit"), this, onCanvas(&Canvas::fit), Qt::Key_Home);
+    view->addAction(tr("Zoom &in"), this, onCanvas(&Canvas::zoomIn), QKeySequence::ZoomIn);
+    view->addAction(tr("Zoom &out"), this, onCanvas(&Canvas::zoomOut), QKeySequence::ZoomOut);
+    view->addSeparator();
+    QAction *hand = view->addAction(tr("&Pan"));
+    hand->setCheckable(true);
+    hand->setToolTip(tr("Drag the drawing with the left button"));
+    connect(hand, &QAction::toggled, m_panes, &CanvasPanes::setHandMode);
+    view->addSeparator();
+    view->addAction(m_dock->toggleViewAction());
+    m_listRemarks = view->addAction(tr("&Remarks..."), this, &MainWindow::listRemarks);
+    m_listRemarks->setEnabled(false);
+
+    QToolBar *tools = addToolBar(tr("Tools"));
+    tools->setMovable(false);
+    tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    tools->addAction(m_open);
+    tools->addAction(m_save);
+    tools->addSeparator();
+    auto *layerLabel = new QLabel(tr("Layer"));
+    layerLabel->setContentsMargins(labelMargin, 0, labelMargin, 0);
+    tools->addWidget(layerLabel);
+    tools->addWidget(m_layers);
+    tools->addSeparator();
+    tools->addAction(fit);
+    tools->addAction(hand);
+}
+
+void MainWindow::createPropertyBar()
+{
+    addToolBarBreak();
+    QToolBar *bar = addToolBar(tr("Properties"));
+    bar->setMovable(false);
+    bar->addWidget(m_pickers);
+    bar->addSeparator();
+
+    m_properties->attach(m_pickers->panel());
+    connect(m_panes, &CanvasPanes::selectionChanged, m_properties, &PropertyEditor::setSelection);
+    connect(m_properties, &PropertyEditor::changed, this, &MainWindow::followEntityChange);
+    connect(m_properties, &PropertyEditor::refused, m_status,
+            [this](const QString &reason) { m_status->showMessage(reason); });
+    connect(m_pickers->visualStyles(), &OvCc::BaseComboBox::rowChosen, this,
+            &MainWindow::showInStyle);
+    connect(m_pickers->textStyles(), &OvCc::BaseComboBox::dialogRequested, this, [this] {
+        m_status->showMessage(tr("All texts are shown in one style: there is none to manage."));
+    });
+}
+
+void MainWindow::createRibbon()
+{
+    QToolBar *bar = addToolBar(tr("Ribbon"));
+    bar->setMovable(false);
+    bar->addWidget(m_ribbon);
+    m_ribbon->attach(m_frame->views());
+    m_properties->attach(m_ribbon->pickers()->propertyManager());
+    prepareFace(*m_ribbon->layerBar()->layerComboBox());
+    prepareFace(*m_frame->layers());
+
+    connect(m_ribbon, &ViewRibbon::viewChosen, this,
+            [this](ViewDirection view) { m_panes->current()->setView(view); });
+    connect(m_ribbon, &ViewRibbon::arrangementChosen, m_panes, &CanvasPanes::setArrangement);
+    connect(m_panes, &CanvasPanes::currentChanged, this, &MainWindow::followCanvas);
+    connect(m_panes, &CanvasPanes::pointerMoved, m_status, &StatusBar::setPosition);
+    connect(m_frame, &DrawingFrame::closeWanted, this, &MainWindow::closeDrawing);
+}
+
+void MainWindow::connectHost()
+{
+    // The drawing tells of every change of a layer, whoever made it. The widgets call
+    // ovSetLayerTableChanges() whenever they send layerComboBoxChanged() or layerManagerChanged():
+    // that comes with each move of a pressed mouse, too, and it need not mean a change; but where the
+    // drawing refused one, the widget that shows it is to go back. Either way the widgets are refreshed
+    // once, when all of the user's event was dealt with.
+    KcHost::setLayerModifiedHandler([this](const QString &name) { followLayerChange(name); });
+    KcHost::setLayerTableChangesHandler([this] { m_refresh.start(); });
+    m_refresh.setSingleShot(true);
+    connect(&m_refresh, &QTimer::timeout, this, &MainWindow::refresh);
+    connect(m_dock, &LayerDock::commandDone, this, &MainWindow::finishCommand);
+    connect(m_layers, &LayerBox::searchWanted, m_dock, &LayerDock::search);
+    connect(m_status, &StatusBar::remarksWanted, this, &MainWindow::listRemarks);
+}
+
+void MainWindow::open(const QString &fileName)
+{
+    if (m_loader->isLoading()) {
+        m_status->showMessage(tr("Another drawing is still being read."));
+        return;
+    }
+    if (confirmLoss())
+        load(fileName);
+}
+
+void MainWindow::load(const QString &fileName)
+{
+    m_loader->load(fileName);
+    m_status->setWork(tr("Reading %1 …").arg(QFileInfo(fileName).fileName()));
+    showState();
+}
+
+void MainWindow::chooseAndOpen()
+{
+    const QString folder = m_drawing ? QFileInfo(m_drawing->fileName).path() : QString();
+    const QString fileName =
+            QFileDialog::getOpenFileName(this, tr("Open a drawing"), folder, fileFilter());
+    if (!fileName.isEmpty())
+        open(fileName);
+}
+
+void MainWindow::finishLoading(const QString &error)
+{
+    m_status->setWork({});
+    m_status->clearMessage();
+    if (std::unique_ptr<Drawing> drawing = m_loader->takeDrawing())
+        showDrawing(std::move(drawing));
+    else
+        showError(error);
+    showState();
+    emit opened(error);
+}
+
+/// @param drawing null for none
+void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
+{
+    // Nothing may look at the drawing before this one any more when it goes.
+    m_properties->setDrawing(nullptr);
+    m_panes->setDrawing(drawing.get());
+    KcHost::setWorkingDatabase(drawing ? drawing->database.get() : nullptr);
+    m_dock->setDrawing(drawing.get());
+    m_drawing = std::move(drawing);
+    m_properties->setDrawing(m_drawing.get());
+    refresh();
+    setWindowModified(false);
+    m_frame->setTitle(m_drawing ? QFileInfo(m_drawing->fileName).fileName() : QString());
+    m_status->clearMessage();
+    m_remarks.clear();
+    addRemarks(m_drawing ? m_drawing->warnings : QStringList());
+}
+
+void MainWindow::closeDrawing()
+{
+    if (m_drawing && !m_loader->isLoading() && confirmLoss())
+        showDrawing(nullptr);
+}
+
+void MainWindow::followLayerChange(const QString &name)
+{
+    if (!m_drawing)
+        return;
+    m_drawing->layers.reload(name);
+    m_panes->refresh();
+    if (!isWindowModified())
+        setWindowModified(true);
+    m_dock->noteChange(name);
+    m_refresh.start();
+}
+
+void MainWindow::followEntityChange()
+{
+    m_panes->refresh();
+    setWindowModified(true);
+}
+
+void MainWindow::showInStyle(int row)
+{
+    m_panes->current()->setFaceStyle(visualStyles[row]);
+    const bool isSmooth =
+            visualStyles[row] == FaceStyle::Gouraud || visualStyles[row] == FaceStyle::GouraudEdges;
+    if (!m_drawing || !m_drawing->geometry.hasFaces())
+        m_status->showMessage(tr("There are no faces here: all visual styles look the same."));
+    else if (isSmooth)
+        m_status->showMessage(tr("The faces are flat, and are shown so."));
+    else
+        m_status->clearMessage();
+}
+
+/// Commands for the view show that of the current canvas.
+void MainWindow::followCanvas()
+{
+    const Canvas &canvas = *m_panes->current();
+    m_ribbon->showView(canvas.view());
+    const auto style =
+            std::find(std::begin(visualStyles), std::end(visualStyles), canvas.faceStyle());
+    m_pickers->visualStyles()->setCurrentIndex(int(style - std::begin(visualStyles)));
+}
+
+void MainWindow::finishCommand(const QString &refusal)
+{
+    m_refresh.start();
+    if (!refusal.isEmpty())
+        showError(refusal);
+}
+
+/// What a layer hides now must not be changed unseen.
+void MainWindow::deselectHidden()
+{
+    const QSet<int> selected = m_panes->current()->selection();
+    if (selected.isEmpty())
+        return;
+    ShownEntities entities(*m_drawing, {});
+    QSet<int> shown;
+    for (const int index : selected) {
+        if (entities.shows(m_drawing->geometry.modelSpace().entities.at(index)))
+            shown.insert(index);
+    }
+    if (shown.size() == selected.size())
+        return;
+    m_panes->setSelection(shown);
+    m_properties->setSelection(shown);
+}
+
+void MainWindow::refresh()
+{
+    deselectHidden();
+    m_dock->refresh();
+    m_layers->refresh(m_dock->layerCount());
+    for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
+        showLayers(*box, m_dock->layerCount());
+    showState();
+}
+
+bool MainWindow::save()
+{
+    return saveTo(m_drawing->fileName);
+}
+
+bool MainWindow::saveAs()
+{
+    const DrawingLoader::Hold hold(*m_loader);
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the drawing as"),
+                                                          m_drawing->fileName, fileFilter());
+    return !fileName.isEmpty() && saveTo(fileName);
+}
+
+/// Asks first where another program has written the drawing's own file. One that is gone is not asked
+/// about: nothing is lost by writing it again.
+bool MainWindow::saveTo(const QString &fileName)
+{
+    const QFileInfo file(fileName);
+    if (file != QFileInfo(m_drawing->fileName) || !file.exists()
+        || !KcHost::isFileChanged(*m_drawing->database))
+        return writeTo(fileName);
+
+    const DrawingLoader::Hold hold(*m_loader);
+    switch (askAboutChangedFile(this, file.fileName(), !m_loader->isLoading())) {
+    case ChangedFileAnswer::Overwrite:
+        return writeTo(fileName);
+    case ChangedFileAnswer::SaveAs:
+        return saveAs();
+    case ChangedFileAnswer::Reload:
+        load(fileName);
+        break;
+    case ChangedFileAnswer::Cancel:
+        break;
+    }
+    return false;
+}
+
+bool MainWindow::writeTo(const QString &fileName)
+{
+    m_dock->finishEditing();
+    QString error;
+    QStringList warnings;
+    if (!KcHost::writeDrawing(*m_drawing->database, fileName, &error, &warnings)) {
+        showError(error);
+        return false;
+    }
+    m_drawing->fileName = fileName;
+    m_frame->setTitle(QFileInfo(fileName).fileName());
+    setWindowModified(false);
+    showState();
+    m_status->showMessage(tr("Saved %1.").arg(QFileInfo(fileName).fileName()));
+    m_remarks = m_drawing->warnings;
+    addRemarks(warnings);
+    return true;
+}
+
+/// Asks what becomes of changes that were not saved, if there are any.
+/// @return whether to go on
+bool MainWindow::confirmLoss()
+{
+    m_dock->finishEditing();
+    if (!isWindowModified())
+        return true;
+    const DrawingLoader::Hold hold(*m_loader);
+    const auto answer = QMessageBox::question(
+            this, tr("Tessa"),
+            tr("%1 was changed. Save the changes?").arg(QFileInfo(m_drawing->fileName).fileName()),
+            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
+}
+
+void MainWindow::showState()
+{
+    const bool isLoading = m_loader->isLoading();
+    m_open->setEnabled(!isLoading);
+    m_save->setEnabled(m_drawing != nullptr);
+    m_saveAs->setEnabled(m_drawing != nullptr);
+    m_close->setEnabled(m_drawing && !isLoading);
+    // A change now would be lost with the drawing that is about to be replaced.
+    const bool isEditable = m_drawing && !isLoading;
+    m_layers->setEnabled(isEditable);
+    for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
+        box->setEnabled(isEditable && box->count() > 0);
+    m_dock->widget()->setEnabled(isEditable);
+    m_properties->setEnabled(isEditable);
+
+    if (!m_drawing) {
+        setWindowTitle(tr("Tessa"));
+        m_status->setCounts({});
+        return;
+    }
+    setWindowTitle(tr("%1[*] – Tessa").arg(QFileInfo(m_drawing->fileName).fileName()));
+    const QLocale locale;
+    m_status->setCounts(
+            tr("Entities: %1, layers: %2")
+                    .arg(locale.toString(int(m_drawing->geometry.modelSpace().entities.size())),
+                         locale.toString(m_dock->layerCount())));
+}
+
+void MainWindow::showError(const QString &error)
+{
+    printLine(error);
+    auto *box = new QMessageBox(QMessageBox::Warning, tr("Tessa"), error, QMessageBox::Ok, this);
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+/// Tells the user of the first remark, and keeps all for the list.
+void MainWindow::addRemarks(const QStringList &remarks)
+{
+    for (const QString &remark : remarks)
+        printLine(remark);
+    if (!remarks.isEmpty())
+        m_status->showMessage(remarks.first());
+    m_remarks += remarks;
+    m_status->setRemarkCount(m_remarks.size());
+    m_listRemarks->setEnabled(!m_remarks.isEmpty());
+}
+
+void MainWindow::listRemarks()
+{
+    const QString title = tr("Remarks on %1").arg(QFileInfo(m_drawing->fileName).fileName());
+    auto *dialog = new RemarksDialog(title, m_remarks, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+/// A minimised window takes its floating pickers with it.
+void MainWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::WindowStateChange)
+        m_ribbon->setPickersShown(!isMinimized());
+    QMainWindow::changeEvent(event);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(confirmLoss());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!m_loader->isLoading() && !draggedFile(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    open(draggedFile(*event->mimeData()));
+}
+
+void MainWindow::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    m_ribbon->followWindow();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    m_ribbon->followWindow();
+}
+
+} // namespace Tessa

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "viewer/canvas/DrawingLoader.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+namespace Tessa {
+
+class CanvasPanes;
+class DrawingFrame;
+class LayerBox;
+class LayerDock;
+class PropertyBar;
+class PropertyEditor;
+class StatusBar;
+class ViewRibbon;
+
+/// A window around one drawing: its layers in the tool bar and in the layer manager, its entities on
+/// one or more canvases, and pickers for the properties of those that are selected there.
+///
+/// It shows how a program takes the widgets in: it makes the drawing the host's working one, hears
+/// from the host which layer changed, whoever changed it, and then has all widgets show the same.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /// Reads a drawing in the background, and shows it when it was read: the one before stays until
+    /// then, and if there is an error. Refused while another one is being read, and when the user
+    /// cancels since there are changes.
+    void open(const QString &fileName);
+
+    /// The drawing on the canvas; null without one.
+    const Drawing *drawing() const { return m_drawing.get(); }
+
+signals:
+    /// The drawing given to open() is shown, or there was an error.
+    void opened(const QString &error);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void createActions();
+    void createPropertyBar();
+    void createRibbon();
+    void connectHost();
+    void chooseAndOpen();
+    bool save();
+    bool saveAs();
+    bool saveTo(const QString &fileName);
+    bool writeTo(const QString &fileName);
+    void load(const QString &fileName);
+    bool confirmLoss();
+
+    void finishLoading(const QString &error);
+    void showDrawing(std::unique_ptr<Drawing> drawing);
+    void closeDrawing();
+    void followLayerChange(const QString &name);
+    void followEntityChange();
+    void showInStyle(int row);
+    void followCanvas();
+    void deselectHidden();
+    void finishCommand(const QString &refusal);
+    void refresh();
+    void showState();
+    void showError(const QString &error);
+    void addRemarks(const QStringList &remarks);
+    void listRemarks();
+
+    std::unique_ptr<Drawing> m_drawing;
+    DrawingLoader *m_loader;
+    CanvasPanes *m_panes;
+    DrawingFrame *m_frame;
+    LayerBox *m_layers;
+    LayerDock *m_dock;
+    ViewRibbon *m_ribbon;
+    PropertyBar *m_pickers;
+    PropertyEditor *m_properties;
+    QTimer m_refresh; ///< runs while the widgets have something to catch up with
+    QAction *m_open = nullptr;
+    QAction *m_save = nullptr;
+    QAction *m_saveAs = nullptr;
+    QAction *m_close = nullptr;
+    QAction *m_listRemarks = nullptr;
+    StatusBar *m_status;
+    QStringList m_remarks; ///< on reading the drawing, and on saving it last
+};
+
+} // namespace Tessa

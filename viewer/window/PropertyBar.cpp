@@ -1,0 +1,60 @@
+#include "PropertyBar.h"
+
+#include <OvCustomControl/ListWidget.h>
+#include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/TextStyleComboBox.h>
+#include <OvCustomControl/VisualStyleComboBox.h>
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QStyle>
+
+namespace Tessa {
+
+namespace {
+
+constexpr int margin = 6;
+constexpr int rowSpacing = 2; // as in the property panel
+constexpr int styleColumns = 3;
+
+/// Widens the cells of a picker with pictures until they cut no name.
+void widenCells(OvCc::BaseComboBox *picker)
+{
+    auto *list = picker->view()->findChild<OvCc::ListWidget *>();
+    const int border = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
+    QSize cell = list->gridSize();
+    for (int row = 0; row < list->count(); ++row) {
+        const int text = list->fontMetrics().horizontalAdvance(list->item(row)->text());
+        cell.setWidth(qMax(cell.width(), text + 4 * border));
+    }
+    list->setGridSize(cell);
+    for (int row = 0; row < list->count(); ++row)
+        list->item(row)->setSizeHint(cell);
+    // The list leaves room for a scroll bar, though it needs none.
+    const int width = styleColumns * cell.width()
+                      + list->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2 * margin;
+    picker->view()->setFixedWidth(qMax(picker->view()->width(), width));
+}
+
+} // namespace
+
+PropertyBar::PropertyBar(QWidget *parent)
+    : QWidget(parent)
+    , m_panel(new OvCc::PropertyManager)
+    , m_textStyles(new OvCc::TextStyleComboBox)
+    , m_visualStyles(new OvCc::VisualStyleComboBox)
+{
+    auto *rows = new QGridLayout(this);
+    rows->setContentsMargins(margin, 0, margin, 0);
+    rows->setVerticalSpacing(rowSpacing);
+    rows->setRowStretch(0, 1);
+    rows->setRowStretch(4, 1);
+    rows->addWidget(m_panel, 1, 0, 3, 1);
+    rows->addWidget(new QLabel(tr("Text style")), 1, 1);
+    rows->addWidget(m_textStyles, 1, 2);
+    rows->addWidget(new QLabel(tr("Visual style")), 2, 1);
+    rows->addWidget(m_visualStyles, 2, 2);
+    widenCells(m_visualStyles);
+}
+
+} // namespace Tessa

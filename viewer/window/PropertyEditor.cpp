@@ -1,0 +1,268 @@
+#include "PropertyEditor.h"
+
+#include "viewer/canvas/Drawing.h"
+
+#include <OvCustomControl/ColorText.h>
+#include <OvCustomControl/LineTypeComboBox.h>
+#include <OvCustomControl/LineWeights.h>
+#include <OvCustomControl/LineWidthComboBox.h>
+#include <OvCustomControl/PropertyManager.h>
+#include <OvCustomControl/QOvColorComboBox.h>
+#include <OvCustomControl/Swatches.h>
+
+#include <QInputDialog>
+#include <QListWidgetItem>
+#include <QPainter>
+
+#include <cmath>
+#include <optional>
+
+namespace Tessa {
+
+namespace {
+
+/// The indexes that a drawing has for colours in the picker.
+constexpr int colorByBlockIndex = 0;
+constexpr int redIndex = 1;
+constexpr int colorByLayerIndex = 256;
+
+constexpr QSize lineSwatchSize(48, 16);
+constexpr double swatchWidth = 40.0;
+
+int rowOfColor(const OvCc::QOvColorComboBox &picker, QRgb color)
+{
+    if (color == colorByLayer)
+        return OvCc::ColorByLayerRow;
+    if (color == colorByBlock)
+        return OvCc::ColorByBlockRow;
+    int row = OvCc::RedRow;
+    while (picker.item(row) && picker.colorOf(row) != QColor(color))
+        ++row;
+    return picker.item(row) ? row : -1;
+}
+
+int rowOfText(const OvCc::BaseComboBox &picker, const QString &text)
+{
+    int row = 0;
+    while (picker.item(row) && picker.item(row)->text().compare(text, Qt::CaseInsensitive) != 0)
+        ++row;
+    return picker.item(row) ? row : -1;
+}
+
+/// One or more periods of the linetype.
+QPixmap lineTypeSwatch(const Linetype &linetype)
+{
+    QPixmap swatch(lineSwatchSize);
+    swatch.fill(Qt::transparent);
+    QPainter painter(&swatch);
+    QPen pen(Qt::black, 1, Qt::SolidLine, Qt::FlatCap);
+    double period = 0;
+    for (const double dash : linetype.dashes)
+        period += std::abs(dash);
+    if (period > 0) {
+        QVector<qreal> pattern;
+        for (const double dash : linetype.dashes)
+            pattern += qMax(1.0, std::abs(dash) / period * swatchWidth / 2);
+        if (pattern.size() % 2 == 1)
+            pattern += 1;
+        pen.setDashPattern(pattern);
+    }
+    painter.setPen(pen);
+    const double edge = (lineSwatchSize.width() - swatchWidth) / 2;
+    painter.drawLine(QPointF(edge, 8.5), QPointF(lineSwatchSize.width() - edge, 8.5));
+    return swatch;
+}
+
+/// What all of them have in common; nothing where they differ.
+template <class T>
+std::optional<T> commonOf(const Drawing &drawing, const QSet<int> &entities, T EntityStyle::*member)
+{
+    const auto &all = drawing.geometry.modelSpace().entities;
+    const T first = all.at(*entities.begin()).style.*member;
+    for (const int entity : entities) {
+        if (all.at(entity).style.*member != first)
+            return std::nullopt;
+    }
+    return first;
+}
+
+void showVaries(OvCc::BaseComboBox *picker)
+{
+    picker->showCurrentItem({}, PropertyEditor::tr("Varies"));
+}
+
+} // namespace
+
+PropertyEditor::PropertyEditor(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void PropertyEditor::attach(OvCc::PropertyManager *panel)
+{
+    using OvCc::PropertyManager;
+    m_panels.push_back(panel);
+    panel->lineWeightPicker()->addRemainingRows();
+    connect(panel, &PropertyManager::colorChosen, this, &PropertyEditor::pickColor);
+    connect(panel, &PropertyManager::lineWeightChosen, this, &PropertyEditor::pickLineWeight);
+    connect(panel, &PropertyManager::lineTypeChosen, this, &PropertyEditor::pickLineType);
+    OvCc::LineTypeComboBox *picker = panel->lineTypePicker();
+    connect(picker, &OvCc::BaseComboBox::dialogRequested, this,
+            [this, picker] { offerLineTypes(picker); });
+    show(*panel);
+}
+
+void PropertyEditor::setDrawing(Drawing *drawing)
+{
+    m_drawing = drawing;
+    setSelection({});
+}
+
+void PropertyEditor::setSelection(const QSet<int> &entities)
+{
+    m_selection = entities;
+    refresh();
+}
+
+void PropertyEditor::setEnabled(bool enabled)
+{
+    for (OvCc::PropertyManager *panel : m_panels)
+        panel->setEnabled(enabled);
+}
+
+void PropertyEditor::refresh()
+{
+    for (const OvCc::PropertyManager *panel : m_panels)
+        show(*panel);
+}
+
+void PropertyEditor::pickColor(int row, const QColor &color)
+{
+    KcHost::EntityChange pick;
+    QRgb shown = color.rgb();
+    if (row == OvCc::ColorByLayerRow) {
+        pick.color = colorByLayerIndex;
+        shown = colorByLayer;
+    } else if (row == OvCc::ColorByBlockRow) {
+        pick.color = colorByBlockIndex;
+        shown = colorByBlock;
+    } else if (row < OvCc::FirstCustomColorRow) {
+        pick.color = row - OvCc::RedRow + redIndex;
+    } else {
+        pick.trueColor = color.rgb();
+    }
+    change(pick, [shown](EntityStyle &style) { style.color = shown; });
+}
+
+void PropertyEditor::pickLineWeight(int lineWeight)
+{
+    KcHost::EntityChange pick;
+    pick.lineWeight = lineWeight;
+    change(pick, [lineWeight](EntityStyle &style) { style.lineWeight = lineWeight; });
+}
+
+void PropertyEditor::pickLineType(const QString &name)
+{
+    const OvCc::LineTypeComboBox &picker = *m_panels.front()->lineTypePicker();
+    KcHost::EntityChange pick;
+    int linetype = 0;
+    if (name == picker.item(OvCc::LineTypeByLayerRow)->text()) {
+        pick.linetype = QStringLiteral("ByLayer");
+        linetype = lineTypeByLayer;
+    } else if (name == picker.item(OvCc::LineTypeByBlockRow)->text()) {
+        pick.linetype = QStringLiteral("ByBlock");
+        linetype = lineTypeByBlock;
+    } else {
+        pick.linetype = name;
+        linetype = m_drawing ? m_drawing->geometry.linetypeOf(name) : 0;
+    }
+    change(pick, [linetype](EntityStyle &style) { style.linetype = linetype; });
+}
+
+/// Answers the button "Others..." with the linetypes of the drawing.
+void PropertyEditor::offerLineTypes(OvCc::LineTypeComboBox *picker)
+{
+    if (!m_drawing)
+        return;
+    bool isAccepted = false;
+    const QString name =
+            QInputDialog::getItem(picker, tr("Linetype"), tr("Linetypes of the drawing:"),
+                                  KcHost::linetypes(*m_drawing->database), 0, false, &isAccepted);
+    if (!isAccepted)
+        return;
+    const Geometry &geometry = m_drawing->geometry;
+    if (rowOfText(*picker, name) < 0)
+        picker->addItem(lineTypeSwatch(geometry.linetypes.at(geometry.linetypeOf(name))), name);
+    pickLineType(name);
+}
+
+void PropertyEditor::change(const KcHost::EntityChange &change,
+                            const std::function<void(EntityStyle &)> &restyle)
+{
+    int locked = 0;
+    int failed = 0;
+    for (const int index : qAsConst(m_selection)) {
+        Entity &entity = m_drawing->geometry.blocks.front().entities.at(index);
+        switch (KcHost::changeEntity(*m_drawing->database, entity.record, change)) {
+        case Kcore::eOk:
+            restyle(entity.style);
+            break;
+        case Kcore::eOnLockedLayer:
+            ++locked;
+            break;
+        default:
+            ++failed;
+        }
+    }
+    if (m_selection.isEmpty())
+        emit refused(tr("Nothing is selected: click on entities of the drawing first."));
+    else if (locked > 0)
+        emit refused(tr("Entities on locked layers stay as they are: %n.", "", locked));
+    else if (failed > 0)
+        emit refused(tr("Entities that the drawing cannot change so: %n.", "", failed));
+    if (locked + failed < m_selection.size())
+        emit changed();
+    refresh();
+}
+
+void PropertyEditor::show(const OvCc::PropertyManager &panel) const
+{
+    if (m_selection.isEmpty()) {
+        panel.colorPicker()->setCurrentIndex(OvCc::ColorByLayerRow);
+        panel.lineWeightPicker()->setCurrentIndex(OvCc::LineWeightByLayerRow);
+        panel.lineTypePicker()->setCurrentIndex(OvCc::LineTypeByLayerRow);
+        return;
+    }
+    if (const auto color = commonOf(*m_drawing, m_selection, &EntityStyle::color); !color) {
+        showVaries(panel.colorPicker());
+    } else if (const int row = rowOfColor(*panel.colorPicker(), *color); row >= 0) {
+        panel.colorPicker()->setCurrentIndex(row);
+    } else {
+        const QColor shown(*color);
+        panel.colorPicker()->showCurrentItem(creatColorPix(shown), OvCc::componentsOf(shown));
+    }
+
+    if (const auto weight = commonOf(*m_drawing, m_selection, &EntityStyle::lineWeight); !weight)
+        showVaries(panel.lineWeightPicker());
+    else if (const int row = OvCc::LineWidthComboBox::rowOf(*weight); row >= 0)
+        panel.lineWeightPicker()->setCurrentIndex(row);
+    else
+        panel.lineWeightPicker()->showCurrentItem(
+                {}, OvCc::fixedLineWeightLabel(*weight, OvCc::LineWeightUnit::Millimetres));
+
+    if (const auto linetype = commonOf(*m_drawing, m_selection, &EntityStyle::linetype);
+        !linetype) {
+        showVaries(panel.lineTypePicker());
+    } else if (*linetype < 0) {
+        panel.lineTypePicker()->setCurrentIndex(
+                *linetype == lineTypeByLayer ? OvCc::LineTypeByLayerRow : OvCc::LineTypeByBlockRow);
+    } else {
+        const Linetype &shown = m_drawing->geometry.linetypes.at(*linetype);
+        if (const int row = rowOfText(*panel.lineTypePicker(), shown.name); row >= 0)
+            panel.lineTypePicker()->setCurrentIndex(row);
+        else
+            panel.lineTypePicker()->showCurrentItem(lineTypeSwatch(shown), shown.name);
+    }
+}
+
+} // namespace Tessa

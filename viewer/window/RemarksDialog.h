@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QDialog>
+
+class QListWidget;
+
+namespace Tessa {
+
+/// Lists remarks, one sentence each, and copies them to the clipboard.
+class RemarksDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    RemarksDialog(const QString &title, const QStringList &remarks, QWidget *parent = nullptr);
+
+private:
+    void copy();
+
+    QListWidget *m_list;
+};
+
+} // namespace Tessa
