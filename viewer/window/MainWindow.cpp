@@ -1,6 +1,6 @@
 #include "MainWindow.h"
 
-#include "ChangedFileQuestion.h"
+#include "Document.h"
 #include "DrawingFrame.h"
 #include "LayerBox.h"
 #include "LayerDock.h"
@@ -22,7 +22,6 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLocale>
@@ -54,11 +53,6 @@ constexpr FaceStyle visualStyles[] = {
 };
 static_assert(std::size(visualStyles) == OvCc::GouraudEdgesStyle + 1);
 
-QString fileFilter()
-{
-    return MainWindow::tr("Drawings (*.dxf);;All files (*)");
-}
-
 /// The only file that is dragged; empty if it is anything else.
 QString draggedFile(const QMimeData &data)
 {
@@ -75,7 +69,7 @@ void printLine(const QString &line)
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
-    , m_loader(new DrawingLoader(this))
+    , m_document(new Document(this))
     , m_panes(new CanvasPanes)
     , m_frame(new DrawingFrame(m_panes))
     , m_layers(new LayerBox)
@@ -95,7 +89,7 @@ MainWindow::MainWindow(QWidget *parent)
     resize(initialSize.boundedTo(screen()->availableSize() - windowFrame));
     resizeDocks({m_dock}, {qMin(m_dock->sizeHint().width(), widestDock)}, Qt::Horizontal);
 
-    connect(m_loader, &DrawingLoader::finished, this, &MainWindow::finishLoading);
+    connectDocument();
     connectHost();
     showState();
     m_panes->setFocus();
@@ -115,11 +109,12 @@ void MainWindow::createActions()
 {
     QMenu *file = menuBar()->addMenu(tr("&File"));
     m_open = file->addAction(style()->standardIcon(QStyle::SP_DialogOpenButton), tr("&Open..."),
-                             this, &MainWindow::chooseAndOpen, QKeySequence::Open);
-    m_save = file->addAction(style()->standardIcon(QStyle::SP_DialogSaveButton), tr("&Save"), this,
-                             &MainWindow::save, QKeySequence::Save);
-    m_saveAs = file->addAction(tr("Save &as..."), this, &MainWindow::saveAs, QKeySequence::SaveAs);
-    m_close = file->addAction(tr("&Close"), this, &MainWindow::closeDrawing, QKeySequence::Close);
+                             m_document, &Document::chooseAndOpen, QKeySequence::Open);
+    m_save = file->addAction(style()->standardIcon(QStyle::SP_DialogSaveButton), tr("&Save"),
+                             m_document, &Document::save, QKeySequence::Save);
+    m_saveAs =
+            file->addAction(tr("Save &as..."), m_document, &Document::saveAs, QKeySequence::SaveAs);
+    m_close = file->addAction(tr("&Close"), m_document, &Document::close, QKeySequence::Close);
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
 
@@ -190,7 +185,19 @@ void MainWindow::createRibbon()
     connect(m_ribbon, &ViewRibbon::arrangementChosen, m_panes, &CanvasPanes::setArrangement);
     connect(m_panes, &CanvasPanes::currentChanged, this, &MainWindow::followCanvas);
     connect(m_panes, &CanvasPanes::pointerMoved, m_status, &StatusBar::setPosition);
-    connect(m_frame, &DrawingFrame::closeWanted, this, &MainWindow::closeDrawing);
+    connect(m_frame, &DrawingFrame::closeWanted, m_document, &Document::close);
+}
+
+void MainWindow::connectDocument()
+{
+    connect(m_document, &Document::opening, this, &MainWindow::followOpening);
+    connect(m_document, &Document::replaced, this, &MainWindow::showDrawing);
+    connect(m_document, &Document::opened, this, &MainWindow::finishOpening);
+    connect(m_document, &Document::aboutToSave, m_dock, &LayerDock::finishEditing);
+    connect(m_document, &Document::saved, this, &MainWindow::followSaving);
+    connect(m_document, &Document::refused, m_status,
+            [this](const QString &reason) { m_status->showMessage(reason); });
+    connect(m_document, &Document::failed, this, &MainWindow::showError);
 }
 
 void MainWindow::connectHost()
@@ -211,71 +218,59 @@ void MainWindow::connectHost()
 
 void MainWindow::open(const QString &fileName)
 {
-    if (m_loader->isLoading()) {
-        m_status->showMessage(tr("Another drawing is still being read."));
-        return;
-    }
-    if (confirmLoss())
-        load(fileName);
+    m_document->open(fileName);
 }
 
-void MainWindow::load(const QString &fileName)
+const Drawing *MainWindow::drawing() const
 {
-    m_loader->load(fileName);
+    return m_document->drawing();
+}
+
+void MainWindow::followOpening(const QString &fileName)
+{
     m_status->setWork(tr("Reading %1 …").arg(QFileInfo(fileName).fileName()));
     showState();
 }
 
-void MainWindow::chooseAndOpen()
-{
-    const QString folder = m_drawing ? QFileInfo(m_drawing->fileName).path() : QString();
-    const QString fileName =
-            QFileDialog::getOpenFileName(this, tr("Open a drawing"), folder, fileFilter());
-    if (!fileName.isEmpty())
-        open(fileName);
-}
-
-void MainWindow::finishLoading(const QString &error)
+void MainWindow::finishOpening(const QString &error)
 {
     m_status->setWork({});
-    m_status->clearMessage();
-    if (std::unique_ptr<Drawing> drawing = m_loader->takeDrawing())
-        showDrawing(std::move(drawing));
-    else
-        showError(error);
+    if (!error.isEmpty())
+        m_status->clearMessage();
     showState();
     emit opened(error);
 }
 
-/// @param drawing null for none
-void MainWindow::showDrawing(std::unique_ptr<Drawing> drawing)
+/// Nothing may look at the drawing before this one any more at the end.
+void MainWindow::showDrawing()
 {
-    // Nothing may look at the drawing before this one any more when it goes.
+    Drawing *drawing = m_document->drawing();
     m_properties->setDrawing(nullptr);
-    m_panes->setDrawing(drawing.get());
+    m_panes->setDrawing(drawing);
     KcHost::setWorkingDatabase(drawing ? drawing->database.get() : nullptr);
-    m_dock->setDrawing(drawing.get());
-    m_drawing = std::move(drawing);
-    m_properties->setDrawing(m_drawing.get());
+    m_dock->setDrawing(drawing);
+    m_properties->setDrawing(drawing);
     refresh();
-    setWindowModified(false);
-    m_frame->setTitle(m_drawing ? QFileInfo(m_drawing->fileName).fileName() : QString());
+    m_frame->setTitle(m_document->title());
     m_status->clearMessage();
     m_remarks.clear();
-    addRemarks(m_drawing ? m_drawing->warnings : QStringList());
+    addRemarks(drawing ? drawing->warnings : QStringList());
 }
 
-void MainWindow::closeDrawing()
+void MainWindow::followSaving(const QStringList &remarks)
 {
-    if (m_drawing && !m_loader->isLoading() && confirmLoss())
-        showDrawing(nullptr);
+    m_frame->setTitle(m_document->title());
+    showState();
+    m_status->showMessage(tr("Saved %1.").arg(m_document->title()));
+    m_remarks = drawing()->warnings;
+    addRemarks(remarks);
 }
 
 void MainWindow::followLayerChange(const QString &name)
 {
-    if (!m_drawing)
+    if (!drawing())
         return;
-    m_drawing->layers.reload(name);
+    m_document->drawing()->layers.reload(name);
     m_panes->refresh();
     if (!isWindowModified())
         setWindowModified(true);
@@ -294,7 +289,7 @@ void MainWindow::showInStyle(int row)
     m_panes->current()->setFaceStyle(visualStyles[row]);
     const bool isSmooth =
             visualStyles[row] == FaceStyle::Gouraud || visualStyles[row] == FaceStyle::GouraudEdges;
-    if (!m_drawing || !m_drawing->geometry.hasFaces())
+    if (!drawing() || !drawing()->geometry.hasFaces())
         m_status->showMessage(tr("There are no faces here: all visual styles look the same."));
     else if (isSmooth)
         m_status->showMessage(tr("The faces are flat, and are shown so."));
@@ -325,10 +320,10 @@ void MainWindow::deselectHidden()
     const QSet<int> selected = m_panes->current()->selection();
     if (selected.isEmpty())
         return;
-    ShownEntities entities(*m_drawing, {});
+    ShownEntities entities(*drawing(), {});
     QSet<int> shown;
     for (const int index : selected) {
-        if (entities.shows(m_drawing->geometry.modelSpace().entities.at(index)))
+        if (entities.shows(drawing()->geometry.modelSpace().entities.at(index)))
             shown.insert(index);
     }
     if (shown.size() == selected.size())
@@ -347,102 +342,32 @@ void MainWindow::refresh()
     showState();
 }
 
-bool MainWindow::save()
-{
-    return saveTo(m_drawing->fileName);
-}
-
-bool MainWindow::saveAs()
-{
-    const DrawingLoader::Hold hold(*m_loader);
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the drawing as"),
-                                                          m_drawing->fileName, fileFilter());
-    return !fileName.isEmpty() && saveTo(fileName);
-}
-
-/// Asks first where another program has written the drawing's own file. One that is gone is not asked
-/// about: nothing is lost by writing it again.
-bool MainWindow::saveTo(const QString &fileName)
-{
-    const QFileInfo file(fileName);
-    if (file != QFileInfo(m_drawing->fileName) || !file.exists()
-        || !KcHost::isFileChanged(*m_drawing->database))
-        return writeTo(fileName);
-
-    const DrawingLoader::Hold hold(*m_loader);
-    switch (askAboutChangedFile(this, file.fileName(), !m_loader->isLoading())) {
-    case ChangedFileAnswer::Overwrite:
-        return writeTo(fileName);
-    case ChangedFileAnswer::SaveAs:
-        return saveAs();
-    case ChangedFileAnswer::Reload:
-        load(fileName);
-        break;
-    case ChangedFileAnswer::Cancel:
-        break;
-    }
-    return false;
-}
-
-bool MainWindow::writeTo(const QString &fileName)
-{
-    m_dock->finishEditing();
-    QString error;
-    QStringList warnings;
-    if (!KcHost::writeDrawing(*m_drawing->database, fileName, &error, &warnings)) {
-        showError(error);
-        return false;
-    }
-    m_drawing->fileName = fileName;
-    m_frame->setTitle(QFileInfo(fileName).fileName());
-    setWindowModified(false);
-    showState();
-    m_status->showMessage(tr("Saved %1.").arg(QFileInfo(fileName).fileName()));
-    m_remarks = m_drawing->warnings;
-    addRemarks(warnings);
-    return true;
-}
-
-/// Asks what becomes of changes that were not saved, if there are any.
-/// @return whether to go on
-bool MainWindow::confirmLoss()
-{
-    m_dock->finishEditing();
-    if (!isWindowModified())
-        return true;
-    const DrawingLoader::Hold hold(*m_loader);
-    const auto answer = QMessageBox::question(
-            this, tr("Tessa"),
-            tr("%1 was changed. Save the changes?").arg(QFileInfo(m_drawing->fileName).fileName()),
-            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
-    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
-}
-
 void MainWindow::showState()
 {
-    const bool isLoading = m_loader->isLoading();
+    const Drawing *drawing = m_document->drawing();
+    const bool isLoading = m_document->isLoading();
     m_open->setEnabled(!isLoading);
-    m_save->setEnabled(m_drawing != nullptr);
-    m_saveAs->setEnabled(m_drawing != nullptr);
-    m_close->setEnabled(m_drawing && !isLoading);
+    m_save->setEnabled(drawing != nullptr);
+    m_saveAs->setEnabled(drawing != nullptr);
+    m_close->setEnabled(drawing && !isLoading);
     // A change now would be lost with the drawing that is about to be replaced.
-    const bool isEditable = m_drawing && !isLoading;
+    const bool isEditable = drawing && !isLoading;
     m_layers->setEnabled(isEditable);
     for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
         box->setEnabled(isEditable && box->count() > 0);
     m_dock->widget()->setEnabled(isEditable);
     m_properties->setEnabled(isEditable);
 
-    if (!m_drawing) {
+    if (!drawing) {
         setWindowTitle(tr("Tessa"));
         m_status->setCounts({});
         return;
     }
-    setWindowTitle(tr("%1[*] – Tessa").arg(QFileInfo(m_drawing->fileName).fileName()));
+    setWindowTitle(tr("%1[*] – Tessa").arg(m_document->title()));
     const QLocale locale;
     m_status->setCounts(
             tr("Entities: %1, layers: %2")
-                    .arg(locale.toString(int(m_drawing->geometry.modelSpace().entities.size())),
+                    .arg(locale.toString(int(drawing->geometry.modelSpace().entities.size())),
                          locale.toString(m_dock->layerCount())));
 }
 
@@ -469,7 +394,7 @@ void MainWindow::addRemarks(const QStringList &remarks)
 
 void MainWindow::listRemarks()
 {
-    const QString title = tr("Remarks on %1").arg(QFileInfo(m_drawing->fileName).fileName());
+    const QString title = tr("Remarks on %1").arg(m_document->title());
     auto *dialog = new RemarksDialog(title, m_remarks, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
@@ -485,12 +410,12 @@ void MainWindow::changeEvent(QEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    event->setAccepted(confirmLoss());
+    event->setAccepted(m_document->confirmLoss());
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!m_loader->isLoading() && !draggedFile(*event->mimeData()).isEmpty())
+    if (!m_document->isLoading() && !draggedFile(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "viewer/canvas/DrawingLoader.h"
-
 #include <QMainWindow>
 #include <QTimer>
 
 namespace Tessa {
 
 class CanvasPanes;
+class Document;
+struct Drawing;
 class DrawingFrame;
 class LayerBox;
 class LayerDock;
@@ -29,13 +29,11 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    /// Reads a drawing in the background, and shows it when it was read: the one before stays until
-    /// then, and if there is an error. Refused while another one is being read, and when the user
-    /// cancels since there are changes.
+    /// Document::open()
     void open(const QString &fileName);
 
     /// The drawing on the canvas; null without one.
-    const Drawing *drawing() const { return m_drawing.get(); }
+    const Drawing *drawing() const;
 
 signals:
     /// The drawing given to open() is shown, or there was an error.
@@ -53,18 +51,13 @@ private:
     void createActions();
     void createPropertyBar();
     void createRibbon();
+    void connectDocument();
     void connectHost();
-    void chooseAndOpen();
-    bool save();
-    bool saveAs();
-    bool saveTo(const QString &fileName);
-    bool writeTo(const QString &fileName);
-    void load(const QString &fileName);
-    bool confirmLoss();
 
-    void finishLoading(const QString &error);
-    void showDrawing(std::unique_ptr<Drawing> drawing);
-    void closeDrawing();
+    void followOpening(const QString &fileName);
+    void finishOpening(const QString &error);
+    void showDrawing();
+    void followSaving(const QStringList &remarks);
     void followLayerChange(const QString &name);
     void followEntityChange();
     void showInStyle(int row);
@@ -77,8 +70,7 @@ private:
     void addRemarks(const QStringList &remarks);
     void listRemarks();
 
-    std::unique_ptr<Drawing> m_drawing;
-    DrawingLoader *m_loader;
+    Document *m_document;
     CanvasPanes *m_panes;
     DrawingFrame *m_frame;
     LayerBox *m_layers;
