@@ -537,7 +537,7 @@ void TestDrawings::hatchLines()
             expected.emplace_back(line[0].toDouble(), line[1].toDouble(), line[2].toDouble(),
                                   line[3].toDouble());
         const QRectF area(-100, -100, 300, 300);
-        const SeenHatch seen = seenHatch(*entities[i].hatching, {}, area, 1e-3, 1e9);
+        const SeenHatch seen = seenHatch(*entities[i].as<Hatching>(), {}, area, 1e-3, 1e9);
         QCOMPARE(seen.tint, 0.0);
         QCOMPARE(seen.lines.elements.size(), 2 * expected.size());
         const auto at = [&seen](std::size_t element) {
@@ -708,7 +708,7 @@ void TestDrawings::onePiece()
     QStringList pieces;
     shown.visitAll({0, 0, 200, 200}, [&pieces](const Entity &entity, const QRectF &bounds,
                                                const BlockView &, const Look &look) {
-        if (entity.insert && bounds.width() == 59)
+        if (entity.as<BlockInsert>() && bounds.width() == 59)
             pieces += look.color.name();
         return true;
     });

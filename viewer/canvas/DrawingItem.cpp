@@ -99,7 +99,7 @@ void DrawingItem::findBounds()
     const Block &model = m_drawing->geometry.modelSpace();
     bool isFirst = true;
     for (const Entity &entity : model.entities) {
-        if (entity.reach != Reach::Finite || entity.bounds.isEmpty())
+        if (entity.reach() != Reach::Finite || entity.bounds.isEmpty())
             continue;
         const QRectF bounds = view.boundsOf(entity.bounds);
         m_bounds = isFirst ? bounds : united(m_bounds, bounds);

@@ -102,7 +102,7 @@ void EntityPainter::paintFilled(FaceStyle style, const QColor &ground)
     const bool hasEdges = style != FaceStyle::Flat && style != FaceStyle::Gouraud;
     m_entities.visitAll(m_area, [this, hasEdges](const Entity &entity, const QRectF &bounds,
                                                  const BlockView &view, const Look &look) {
-        if (!entity.isFilled && (hasEdges || !entity.faces))
+        if (!entity.as<Filling>() && (hasEdges || !entity.as<Faces>()))
             paintShape(entity, bounds, view, look);
         return true;
     });
@@ -130,10 +130,10 @@ void EntityPainter::setDepthPicture(FaceStyle style, const QColor &ground)
     m_entities.visitAll(m_area, [&](const Entity &entity, const QRectF &, const BlockView &view,
                                     const Look &look) {
         const bool isShaded = style != FaceStyle::Hidden;
-        if (entity.isFilled)
+        if (entity.as<Filling>())
             addFilling(entity, view.toPicture, look.color.rgb());
-        else if (entity.faces)
-            addFaces(*entity.faces, view.toPicture, isShaded ? look.color : ground, isShaded);
+        else if (const Faces *faces = entity.as<Faces>())
+            addFaces(*faces, view.toPicture, isShaded ? look.color : ground, isShaded);
         return true;
     });
     m_painter.save();
@@ -243,32 +243,46 @@ void EntityPainter::paintShape(const Entity &entity, const QRectF &bounds, const
                                const Look &look)
 {
     const double size = qMax(bounds.width(), bounds.height()) * m_scale;
+    const PlacedText *text = entity.as<PlacedText>();
+    const bool isPiece = entity.as<BlockInsert>();
     SpacePoint middle = view.toPicture.map(entity.bounds.center());
-    if (entity.insert)
+    if (isPiece)
         middle = {bounds.center().x(), bounds.center().y(), middle.z};
-    const bool isPoint = size < 1 || entity.text || entity.insert;
-    if (isPoint && !isVisible(middle))
+    if ((size < 1 || text || isPiece) && !isVisible(middle))
         return;
-    if (entity.text && m_isHalo) {
-        paintTextHalo(*entity.text, view);
-    } else if (entity.text && size >= leastTextHeight) {
-        paintText(*entity.text, view, look);
-    } else if (size < 1) {
+    if (size < 1 && !(text && m_isHalo)) {
         const double width = entity.isDot() ? dotWidth : 1;
         setPen(look.color, width);
         if (m_isHalo)
             setPen(haloColor, width + 2 * haloReach);
         enterPicture();
         m_painter.drawPoint(bounds.center());
-    } else if (entity.insert) {
-        paintPiece(bounds, size, look);
-    } else if (entity.hatching && !m_isHalo && !view.isEdgeOn) {
-        paintHatching(entity, view, look);
-    } else if (entity.isFilled && !m_isHalo) {
-        m_painter.fillPath(enterShape(entity, view), look.color);
-    } else {
-        paintLines(entity, view, look);
+        return;
     }
+    const auto paintOutline = [&] { paintLines(entity, view, look); };
+    entity.visitKind(Overloaded{
+            [&](const Line &) { paintOutline(); },
+            [&](const Filling &) {
+                if (m_isHalo)
+                    paintOutline();
+                else
+                    m_painter.fillPath(enterShape(entity, view), look.color);
+            },
+            [&](const Hatching &hatching) {
+                if (m_isHalo || view.isEdgeOn)
+                    paintOutline();
+                else
+                    paintHatching(entity, hatching, view, look);
+            },
+            [&](const Faces &) { paintOutline(); },
+            [&](const PlacedText &) {
+                if (m_isHalo)
+                    paintTextHalo(*text, view);
+                else if (size >= leastTextHeight)
+                    paintText(*text, view, look);
+            },
+            [&](const BlockInsert &) { paintPiece(bounds, size, look); },
+    });
 }
 
 /// A copy of a block that is not resolved.
@@ -284,9 +298,9 @@ void EntityPainter::paintPiece(const QRectF &bounds, double size, const Look &lo
         m_painter.drawRect(bounds);
 }
 
-void EntityPainter::paintHatching(const Entity &entity, const BlockView &view, const Look &look)
+void EntityPainter::paintHatching(const Entity &entity, const Hatching &hatching,
+                                  const BlockView &view, const Look &look)
 {
-    const Hatching &hatching = *entity.hatching;
     const SpaceTransform toPicture = hatching.placement * view.toPicture;
     const SeenHatch seen = seenHatch(hatching, toPicture, m_area, 1 / m_scale, m_strokes);
     if (seen.tint > 0 && isVisible(view.toPicture.map(entity.bounds.center()))) {
@@ -310,7 +324,7 @@ void EntityPainter::paintLines(const Entity &entity, const BlockView &view, cons
         setPen(haloColor, width + 2 * haloReach);
     else
         setPen(look.color, width, isDashed ? Qt::FlatCap : Qt::RoundCap);
-    if (isDashed || m_depths || entity.reach != Reach::Finite) {
+    if (isDashed || m_depths || entity.reach() != Reach::Finite) {
         drawLines(seenLines(entity, view, isDashed ? &pattern : nullptr));
         return;
     }
@@ -327,7 +341,7 @@ SpacePath EntityPainter::seenLines(const Entity &entity, const BlockView &view,
 {
     SpacePath lines;
     const std::vector<Outline> outlines =
-            entity.reach == Reach::Finite
+            entity.reach() == Reach::Finite
                     ? outlinesOf(entity, view.toPicture, chordTolerance / m_scale)
                     : std::vector<Outline>{endlessOutline(entity, view.toPicture, m_area, pattern)};
     for (const Outline &outline : outlines) {

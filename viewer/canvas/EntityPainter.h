@@ -37,7 +37,8 @@ private:
     void paintShape(const Entity &entity, const QRectF &bounds, const BlockView &view,
                     const Look &look);
     void paintPiece(const QRectF &bounds, double size, const Look &look);
-    void paintHatching(const Entity &entity, const BlockView &view, const Look &look);
+    void paintHatching(const Entity &entity, const Hatching &hatching, const BlockView &view,
+                       const Look &look);
     void paintLines(const Entity &entity, const BlockView &view, const Look &look);
     SpacePath seenLines(const Entity &entity, const BlockView &view, const DashPattern *pattern);
     void drawLines(const SpacePath &lines);

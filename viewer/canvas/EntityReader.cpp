@@ -50,10 +50,11 @@ Geometry EntityReader::takeGeometry()
     // An insert may come before its block, so only now the base points of all blocks are known.
     for (Block &block : m_geometry.blocks) {
         for (Entity &entity : block.entities) {
-            if (!entity.insert)
+            auto *insert = std::get_if<std::unique_ptr<BlockInsert>>(&entity.kind);
+            if (!insert)
                 continue;
-            const SpacePoint base = m_bases.at(entity.insert->block);
-            SpaceTransform &placement = entity.insert->placement;
+            const SpacePoint base = m_bases.at((*insert)->block);
+            SpaceTransform &placement = (*insert)->placement;
             placement = SpaceTransform::fromTranslate(base * -1) * placement;
         }
     }
@@ -220,13 +221,13 @@ void EntityReader::add(Entity entity)
     m_geometry.blocks.at(m_block).entities.push_back(std::move(entity));
 }
 
-void EntityReader::addPath(SpacePath &&path, bool isFilled)
+void EntityReader::addPath(SpacePath &&path, Entity::Kind kind)
 {
     if (path.elements.empty())
         return;
     Entity entity;
     entity.setPath(std::move(path));
-    entity.isFilled = isFilled;
+    entity.kind = std::move(kind);
     add(std::move(entity));
 }
 
@@ -241,24 +242,22 @@ void EntityReader::addInsert(const DL_InsertData &data)
     const SpaceTransform turn = SpaceTransform::fromPlane(QTransform().rotate(data.angle))
                                 * SpaceTransform::fromTranslate({data.ipx, data.ipy, data.ipz})
                                 * system();
-    Entity entity;
-    entity.insert = std::make_unique<BlockInsert>();
-    entity.insert->block = blockIndex(data.name);
-    entity.insert->placement =
+    BlockInsert insert;
+    insert.block = blockIndex(data.name);
+    insert.placement =
             SpaceTransform::fromAxes({data.sx, 0, 0}, {0, data.sy, 0}, {0, 0, data.sz}) * turn;
-    entity.insert->columns = qBound(1, data.cols, mostCopies);
-    entity.insert->rows = qBound(1, data.rows, mostCopies);
-    entity.insert->columnStep = turn.map(SpacePoint{data.colSp, 0, 0}) - turn.map(SpacePoint());
-    entity.insert->rowStep = turn.map(SpacePoint{0, data.rowSp, 0}) - turn.map(SpacePoint());
-    add(std::move(entity));
+    insert.columns = qBound(1, data.cols, mostCopies);
+    insert.rows = qBound(1, data.rows, mostCopies);
+    insert.columnStep = turn.map(SpacePoint{data.colSp, 0, 0}) - turn.map(SpacePoint());
+    insert.rowStep = turn.map(SpacePoint{0, data.rowSp, 0}) - turn.map(SpacePoint());
+    add(std::move(insert));
 }
 
 void EntityReader::addDimension()
 {
-    Entity entity;
-    entity.insert = std::make_unique<BlockInsert>();
-    entity.insert->block = blockIndex(m_finished.name);
-    add(std::move(entity));
+    BlockInsert insert;
+    insert.block = blockIndex(m_finished.name);
+    add(std::move(insert));
 }
 
 void EntityReader::addPoint(const DL_PointData &data)
@@ -298,7 +297,7 @@ void EntityReader::addEndless(const SpacePoint &from, const SpacePoint &way, Rea
     path.lineTo(from + way * (1 / length(way)));
     Entity entity;
     entity.setPath(std::move(path));
-    entity.reach = reach;
+    entity.kind = Line{reach};
     add(std::move(entity));
 }
 
@@ -338,7 +337,7 @@ void EntityReader::addSolid(const DL_SolidData &data)
     QPainterPath path;
     path.addPolygon(corners);
     path.closeSubpath();
-    addPath(SpacePath::placed(path, system(), data.z[0]), true);
+    addPath(SpacePath::placed(path, system(), data.z[0]), Filling{});
 }
 
 void EntityReader::add3dFace(const DL_3dFaceData &data)
@@ -396,9 +395,10 @@ void EntityReader::addHatch(const DL_HatchData &)
     }
     Entity entity;
     entity.setPath(std::move(path));
-    entity.isFilled = hatch.isSolid;
-    if (!hatch.isSolid && !hatch.families.empty())
-        entity.hatching = std::make_unique<Hatching>(
+    if (hatch.isSolid)
+        entity.kind = Filling{};
+    else if (!hatch.families.empty())
+        entity.kind = std::make_unique<Hatching>(
                 Hatching{std::move(hatch.area), std::move(hatch.families),
                          SpaceTransform::fromTranslate({0, 0, hatch.height}) * system()});
     add(std::move(entity));
@@ -421,13 +421,12 @@ void EntityReader::addAsBlock(std::vector<Entity> &&parts)
     inherited.linetype = lineTypeByBlock;
     for (Entity &part : parts)
         part.style = inherited;
-    Entity entity;
-    entity.insert = std::make_unique<BlockInsert>();
-    entity.insert->block = int(m_geometry.blocks.size());
+    BlockInsert insert;
+    insert.block = int(m_geometry.blocks.size());
     m_geometry.blocks.emplace_back();
     m_geometry.blocks.back().entities = std::move(parts);
     m_bases.emplace_back();
-    add(std::move(entity));
+    add(std::move(insert));
 }
 
 void EntityReader::addSpline(const DL_SplineData &data)
@@ -487,7 +486,14 @@ void EntityReader::add(PlacedText &&text)
     if (text.lines.bounds.isNull())
         return;
     Entity entity;
-    entity.text = std::make_unique<PlacedText>(std::move(text));
+    entity.kind = std::make_unique<PlacedText>(std::move(text));
+    add(std::move(entity));
+}
+
+void EntityReader::add(BlockInsert &&insert)
+{
+    Entity entity;
+    entity.kind = std::make_unique<BlockInsert>(insert);
     add(std::move(entity));
 }
 

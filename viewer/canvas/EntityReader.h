@@ -99,8 +99,9 @@ private:
     int linetypeIndex(const std::string &name);
 
     void add(Entity entity);
-    void addPath(SpacePath &&path, bool isFilled = false);
+    void addPath(SpacePath &&path, Entity::Kind kind = Line{});
     void add(PlacedText &&text);
+    void add(BlockInsert &&insert);
     void addDimension();
     void addEndless(const SpacePoint &from, const SpacePoint &way, Reach reach);
     void addAsBlock(std::vector<Entity> &&parts);

@@ -40,10 +40,12 @@ SpaceBox boundsOf(const Entity &entity)
     } else if (entity.path.elementCount() > 0) {
         bounds = levelBox(entity.path.boundingRect(), entity.height);
     }
-    if (entity.faces) {
-        for (const SpacePoint &point : entity.faces->points)
+    if (const Faces *faces = entity.as<Faces>()) {
+        for (const SpacePoint &point : faces->points)
             bounds.add(point);
     }
+    if (const PlacedText *text = entity.as<PlacedText>())
+        bounds = text->placement.map(levelBox(text->lines.bounds, 0));
     return bounds;
 }
 
@@ -53,12 +55,10 @@ bool isNear(const Entity &entity)
 {
     const auto isNearElement = [](const SpacePath::Element &element) { return isNear(element.at); };
     const auto isNearPoint = [](const SpacePoint &point) { return isNear(point); };
-    return (!entity.spacePath
-            || std::all_of(entity.spacePath->elements.begin(), entity.spacePath->elements.end(),
-                           isNearElement))
-           && (!entity.faces
-               || std::all_of(entity.faces->points.begin(), entity.faces->points.end(),
-                              isNearPoint));
+    const SpacePath *path = entity.spacePath.get();
+    const Faces *faces = entity.as<Faces>();
+    return (!path || std::all_of(path->elements.begin(), path->elements.end(), isNearElement))
+           && (!faces || std::all_of(faces->points.begin(), faces->points.end(), isNearPoint));
 }
 
 /// About what it takes to paint the entity.
@@ -67,9 +67,10 @@ double strokesOf(const Entity &entity)
     double elements = entity.path.elementCount();
     if (entity.spacePath)
         elements += double(entity.spacePath->elements.size());
-    if (entity.faces)
-        elements += double(entity.faces->corners.size());
-    const double lines = entity.text ? entity.text->lines.lines.size() : 0;
+    if (const Faces *faces = entity.as<Faces>())
+        elements += double(faces->corners.size());
+    const PlacedText *text = entity.as<PlacedText>();
+    const double lines = text ? text->lines.lines.size() : 0;
     return 1 + elements / elementsPerStroke + lines * strokesPerLine;
 }
 
@@ -78,10 +79,16 @@ double fillingsOf(const Entity &entity)
 {
     constexpr double fillingsPerLine = 2;
     constexpr double fillingsPerFamily = 8;
-    if (entity.text)
-        return fillingsPerLine * entity.text->lines.lines.size();
-    return entity.hatching ? fillingsPerFamily * double(entity.hatching->families.size())
-                           : double(entity.isFilled);
+    return entity.visitKind(Overloaded{
+            [](const Line &) { return 0.0; },
+            [](const Filling &) { return 1.0; },
+            [](const Hatching &hatching) {
+                return fillingsPerFamily * double(hatching.families.size());
+            },
+            [](const Faces &) { return 0.0; },
+            [](const PlacedText &text) { return fillingsPerLine * text.lines.lines.size(); },
+            [](const BlockInsert &) { return 0.0; },
+    });
 }
 
 SpaceBox boundsOf(const BlockInsert &insert, const SpaceBox &block)
@@ -116,7 +123,7 @@ private:
 
     void visit(int block, int depth);
     bool keep(Entity &entity, Visit &parent, int depth);
-    bool keepInsert(Entity &entity, Visit &parent, int depth);
+    bool keepInsert(Entity &entity, const BlockInsert &insert, Visit &parent, int depth);
     void note(const Entity &entity, Block &block) const;
 
     std::vector<Block> &m_blocks;
@@ -158,11 +165,10 @@ void Measurer::visit(int block, int depth)
 
 bool Measurer::keep(Entity &entity, Visit &parent, int depth)
 {
-    if (entity.insert)
-        return keepInsert(entity, parent, depth);
-    entity.isEndless = entity.reach != Reach::Finite;
-    entity.bounds = entity.text ? entity.text->placement.map(levelBox(entity.text->lines.bounds, 0))
-                                : boundsOf(entity);
+    if (const BlockInsert *insert = entity.as<BlockInsert>())
+        return keepInsert(entity, *insert, parent, depth);
+    entity.isEndless = entity.reach() != Reach::Finite;
+    entity.bounds = boundsOf(entity);
     // A QPainterPath leaves out what is far beyond.
     if (!entity.bounds.isEmpty() && isNear(entity) && isNear(entity.bounds))
         return true;
@@ -170,9 +176,8 @@ bool Measurer::keep(Entity &entity, Visit &parent, int depth)
     return false;
 }
 
-bool Measurer::keepInsert(Entity &entity, Visit &parent, int depth)
+bool Measurer::keepInsert(Entity &entity, const BlockInsert &insert, Visit &parent, int depth)
 {
-    const BlockInsert &insert = *entity.insert;
     const Block &block = m_blocks.at(insert.block);
     Visit &child = m_visits.at(insert.block);
     if (!child.isDone && !child.isOpen && depth < deepestNesting)
@@ -196,11 +201,10 @@ bool Measurer::keepInsert(Entity &entity, Visit &parent, int depth)
 /// Counts an entity among those of its block.
 void Measurer::note(const Entity &entity, Block &block) const
 {
-    if (entity.insert) {
+    if (const BlockInsert *insert = entity.as<BlockInsert>()) {
         block.inserts.push_back(int(&entity - block.entities.data()));
         block.bounds.add(entity.bounds);
-        block.endlessFrom.add(
-                boundsOf(*entity.insert, m_blocks.at(entity.insert->block).endlessFrom));
+        block.endlessFrom.add(boundsOf(*insert, m_blocks.at(insert->block).endlessFrom));
     } else {
         (entity.isEndless ? block.endlessFrom : block.bounds).add(entity.bounds);
     }
@@ -238,7 +242,7 @@ bool Geometry::hasFaces() const
 {
     return std::any_of(blocks.begin(), blocks.end(), [](const Block &block) {
         return std::any_of(block.entities.begin(), block.entities.end(),
-                           [](const Entity &entity) { return entity.faces != nullptr; });
+                           [](const Entity &entity) { return entity.as<Faces>() != nullptr; });
     });
 }
 

@@ -12,6 +12,8 @@
 
 #include <array>
 #include <memory>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace Tessa {
@@ -93,29 +95,81 @@ struct Faces
 /// Where a line of two points ends.
 enum class Reach { Finite, Ray, EndlessLine };
 
-/// One entity: a path to stroke or to fill, a text or an insert. A path without length is a
-/// dot. What has faces has their edges as its path, what is hatched its outline.
+/// A path that is drawn as a line; one without length is a dot.
+struct Line
+{
+    Reach reach = Reach::Finite;
+};
+
+/// A path that is filled.
+struct Filling
+{
+};
+
+/// One entity. A text and an insert have no path; that of faces are their edges, that of a hatching is
+/// its outline. Kinds that few entities are of lie elsewhere.
 struct Entity
 {
+    using Kind = std::variant<Line, Filling, std::unique_ptr<Hatching>, std::unique_ptr<Faces>,
+                              std::unique_ptr<PlacedText>, std::unique_ptr<BlockInsert>>;
+
     SpaceBox bounds; ///< first, since most entities are looked at for them only; of what has ends
     EntityStyle style;
     bool isEndless = false; ///< something in it has no ends
-    Reach reach = Reach::Finite;
     /// The number of its record in the file, which is how many begin before it; -1 without one.
     int record = -1;
     QPainterPath path;
     double height = 0;                    ///< of the whole path
     std::unique_ptr<SpacePath> spacePath; ///< instead, if it is not level
-    bool isFilled = false;
-    std::unique_ptr<Hatching> hatching;
-    std::unique_ptr<Faces> faces;
-    std::unique_ptr<PlacedText> text;
-    std::unique_ptr<BlockInsert> insert;
+    Kind kind;
 
+    /// What it is if it is of that kind; else null.
+    template <class T>
+    const T *as() const;
+
+    /// Calls the visitor with what it is. A visitor that forgets a kind does not compile.
+    template <class Visitor>
+    auto visitKind(Visitor &&visitor) const;
+
+    Reach reach() const { return as<Line>() ? as<Line>()->reach : Reach::Finite; }
     void setPath(SpacePath &&path);
     SpacePath pathInSpace() const;
     bool isDot() const { return !spacePath && path.elementCount() == 1; }
 };
+
+/// Functions of one argument each as one visitor.
+template <class... Functions>
+struct Overloaded : Functions...
+{
+    using Functions::operator()...;
+};
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+template <class T>
+const T *Entity::as() const
+{
+    if constexpr (std::is_same_v<T, Line> || std::is_same_v<T, Filling>) {
+        return std::get_if<T>(&kind);
+    } else {
+        const auto *owned = std::get_if<std::unique_ptr<T>>(&kind);
+        return owned ? owned->get() : nullptr;
+    }
+}
+
+template <class Visitor>
+auto Entity::visitKind(Visitor &&visitor) const
+{
+    return std::visit(
+            [&visitor](const auto &kind) {
+                using Held = std::decay_t<decltype(kind)>;
+                if constexpr (std::is_same_v<Held, Line> || std::is_same_v<Held, Filling>)
+                    return visitor(kind);
+                else
+                    return visitor(*kind);
+            },
+            kind);
+}
 
 /// The entities of a block in their drawing order, and what measure() finds.
 struct Block

@@ -51,7 +51,8 @@ Entity shapeOf(const QVector<SpacePoint> &points, bool isFilled)
         path.close();
     Entity entity;
     entity.setPath(std::move(path));
-    entity.isFilled = isFilled;
+    if (isFilled)
+        entity.kind = Filling{};
     return entity;
 }
 

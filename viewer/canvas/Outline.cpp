@@ -222,7 +222,7 @@ Outline endlessOutline(const Entity &entity, const SpaceTransform &toPicture, co
     const SpacePoint seenStart = toPicture.map(start);
     const SpacePoint seenWay = toPicture.map(end) - seenStart;
     constexpr double endless = std::numeric_limits<double>::infinity();
-    double from = entity.reach == Reach::Ray ? 0 : -endless;
+    double from = entity.reach() == Reach::Ray ? 0 : -endless;
     double to = endless;
     if (!clip(seenStart, seenStart + seenWay, area, from, to))
         return {};

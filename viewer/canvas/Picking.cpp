@@ -52,28 +52,45 @@ Outline seenRect(const QRectF &rect, const SpaceTransform &toPicture)
                        toPicture);
 }
 
+/// A wireframe has none.
+std::vector<Area> areasOf(const Faces &faces, const SpaceTransform &toPicture, FaceStyle style)
+{
+    std::vector<Area> areas;
+    if (style == FaceStyle::Wireframe)
+        return areas;
+    for (const std::array<int, 4> &corners : faces.corners) {
+        const auto at = [&](int i) { return faces.points[std::size_t(corners[i])]; };
+        areas.push_back({seenPolygon({at(0), at(1), at(2), at(3)}, toPicture)});
+    }
+    return areas;
+}
+
 Shape shapeOf(const Entity &entity, const QRectF &bounds, const BlockView &view, const Probe &probe)
 {
-    if (entity.insert) {
-        const double depth = view.toPicture.map(entity.bounds.center()).z;
-        return {{}, {{seenRect(bounds, SpaceTransform::fromTranslate({0, 0, depth}))}}};
-    }
-    if (entity.text)
-        return {{},
-                {{seenRect(entity.text->lines.bounds, entity.text->placement * view.toPicture)}}};
-    if (entity.reach != Reach::Finite)
-        return {{endlessOutline(entity, view.toPicture, probe.area)}, {}};
-    Shape shape;
-    shape.lines = outlinesOf(entity, view.toPicture, probe.tolerance);
-    if (entity.isFilled || entity.hatching)
-        shape.areas = {std::exchange(shape.lines, {})};
-    if (!entity.faces || probe.style == FaceStyle::Wireframe)
-        return shape;
-    for (const std::array<int, 4> &corners : entity.faces->corners) {
-        const auto at = [&](int i) { return entity.faces->points[std::size_t(corners[i])]; };
-        shape.areas.push_back({seenPolygon({at(0), at(1), at(2), at(3)}, view.toPicture)});
-    }
-    return shape;
+    const auto outlines = [&] { return outlinesOf(entity, view.toPicture, probe.tolerance); };
+    return entity.visitKind(Overloaded{
+            [&](const Line &line) -> Shape {
+                if (line.reach == Reach::Finite)
+                    return {outlines(), {}};
+                return {{endlessOutline(entity, view.toPicture, probe.area)}, {}};
+            },
+            [&](const Filling &) -> Shape {
+                return {{}, {outlines()}};
+            },
+            [&](const Hatching &) -> Shape {
+                return {{}, {outlines()}};
+            },
+            [&](const Faces &faces) -> Shape {
+                return {outlines(), areasOf(faces, view.toPicture, probe.style)};
+            },
+            [&](const PlacedText &text) -> Shape {
+                return {{}, {{seenRect(text.lines.bounds, text.placement * view.toPicture)}}};
+            },
+            [&](const BlockInsert &) -> Shape {
+                const double depth = view.toPicture.map(entity.bounds.center()).z;
+                return {{}, {{seenRect(bounds, SpaceTransform::fromTranslate({0, 0, depth}))}}};
+            },
+    });
 }
 
 /// The depth of a line where it is nearest to the position; nothing if that is not near enough.

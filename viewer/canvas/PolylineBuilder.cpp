@@ -86,7 +86,7 @@ void setFaces(Entity &entity, Faces &&faces, const Edges &edges)
         last = to;
     }
     entity.setPath(std::move(path));
-    entity.faces = std::make_unique<Faces>(std::move(faces));
+    entity.kind = std::make_unique<Faces>(std::move(faces));
 }
 
 PolylineBuilder::PolylineBuilder(Entity &&entity, const DxfRecord &record, int flags,

@@ -58,7 +58,7 @@ bool ShownEntities::findEndlessBounds(const Entity &entity, const BlockView &vie
                                       const QRectF &area, QRectF &bounds)
 {
     bounds = area;
-    if (entity.insert)
+    if (entity.as<BlockInsert>())
         return true;
     const Outline line = endlessOutline(entity, view.toPicture, area);
     if (line.empty())
@@ -68,9 +68,22 @@ bool ShownEntities::findEndlessBounds(const Entity &entity, const BlockView &vie
     return true;
 }
 
-const Block &ShownEntities::blockOf(const Entity &insert) const
+const Block &ShownEntities::blockOf(const BlockInsert &insert) const
 {
-    return m_drawing.geometry.blocks[std::size_t(insert.insert->block)];
+    return m_drawing.geometry.blocks[std::size_t(insert.block)];
+}
+
+/// The rule of visibility: what a frozen layer has does not show, and beside that an insert goes by
+/// what is in it, all else by whether its layer is on.
+bool ShownEntities::mayShow(const Entity &entity, const LayerLook &layer)
+{
+    return !layer.isFrozen && (layer.isOn || entity.as<BlockInsert>());
+}
+
+/// In a block, layer "0" stands for the layer of the insert.
+int ShownEntities::layerOf(const EntityStyle &style, int insertLayer) const
+{
+    return style.layer == m_zeroLayer ? insertLayer : style.layer;
 }
 
 /// What the entities of a block take that shows in these bounds, inserts aside.
@@ -94,16 +107,17 @@ bool ShownEntities::spendOnInserts(const Block &block, const BlockView &view, co
         if (!findBounds(entity, view, area, bounds))
             return true;
         const Look inner = lookOf(entity.style, look);
-        return m_drawing.layers.at(inner.layer).isFrozen
-               || spendOnCopies(entity, view, area, inner, strokes);
+        return !mayShow(entity, m_drawing.layers.at(inner.layer))
+               || spendOnCopies(entity, *entity.as<BlockInsert>(), view, area, inner, strokes);
     });
 }
 
-bool ShownEntities::spendOnCopies(const Entity &entity, const BlockView &view, const QRectF &area,
-                                  const Look &look, double &strokes)
+bool ShownEntities::spendOnCopies(const Entity &entity, const BlockInsert &insert,
+                                  const BlockView &view, const QRectF &area, const Look &look,
+                                  double &strokes)
 {
-    const Block &block = blockOf(entity);
-    const InsertCopies copies(*entity.insert, block, view, area, m_detail);
+    const Block &block = blockOf(insert);
+    const InsertCopies copies(insert, block, view, area, m_detail);
     strokes -= 1 + copies.rowCount() / rowsPerStroke;
     m_coarser = qMin(m_coarser, copies.coarserDetail());
     return copies.forEach([&](int column, int row, const QRectF &bounds) {
@@ -111,7 +125,7 @@ bool ShownEntities::spendOnCopies(const Entity &entity, const BlockView &view, c
         if (strokes < 0 || copies.areOnePiece())
             return strokes >= 0;
         strokes -= strokesOf(block, entity.isEndless ? area : bounds, area);
-        const BlockView inner(entity.insert->placementOf(column, row) * view.toPicture);
+        const BlockView inner(insert.placementOf(column, row) * view.toPicture);
         return strokes >= 0 && spendOnInserts(block, inner, area, look, strokes);
     });
 }
@@ -119,8 +133,7 @@ bool ShownEntities::spendOnCopies(const Entity &entity, const BlockView &view, c
 Look ShownEntities::lookOf(const EntityStyle &style, const Look &insert)
 {
     Look look = insert;
-    if (style.layer != m_zeroLayer)
-        look.layer = style.layer;
+    look.layer = layerOf(style, insert.layer);
     const LayerLook &layer = m_drawing.layers.at(look.layer);
     if (style.color == colorByLayer)
         look.color = layer.color;
@@ -141,11 +154,10 @@ Look ShownEntities::lookOf(const EntityStyle &style, const Look &insert)
 /// Whether an entity in an insert on that layer shows any of itself.
 bool ShownEntities::shows(const Entity &entity, int insertLayer)
 {
-    const int index = entity.style.layer == m_zeroLayer ? insertLayer : entity.style.layer;
-    const LayerLook &layer = m_drawing.layers.at(index);
-    if (layer.isFrozen)
-        return false;
-    return entity.insert ? firstShown(entity.insert->block, index) >= 0 : layer.isOn;
+    const int layer = layerOf(entity.style, insertLayer);
+    const BlockInsert *insert = entity.as<BlockInsert>();
+    return mayShow(entity, m_drawing.layers.at(layer))
+           && (!insert || firstShown(insert->block, layer) >= 0);
 }
 
 /// The number of the first entity that a block shows when its insert is on that layer; -1 if it shows
@@ -165,14 +177,15 @@ int ShownEntities::firstShown(int block, int insertLayer)
 }
 
 /// The look of the first entity that an insert shows; nothing if it shows none.
-std::optional<Look> ShownEntities::lookInside(const Entity &insert, const Look &look)
+std::optional<Look> ShownEntities::lookInside(const BlockInsert &insert, const Look &look)
 {
-    const int index = firstShown(insert.insert->block, look.layer);
+    const int index = firstShown(insert.block, look.layer);
     if (index < 0)
         return std::nullopt;
     const Entity &entity = blockOf(insert).entities[std::size_t(index)];
     const Look inner = lookOf(entity.style, look);
-    return entity.insert ? lookInside(entity, inner) : inner;
+    const BlockInsert *nested = entity.as<BlockInsert>();
+    return nested ? lookInside(*nested, inner) : inner;
 }
 
 int ShownEntities::linetypeOfLayer(int layer)

@@ -74,24 +74,26 @@ private:
     bool visit(const Entity &entity, const BlockView &view, const QRectF &area, const Look &insert,
                Visitor &&visitor);
     template <class Visitor>
-    bool visitInsert(const Entity &entity, const BlockView &view, const QRectF &area,
-                     const Look &look, Visitor &&visitor);
+    bool visitInsert(const Entity &entity, const BlockInsert &insert, const BlockView &view,
+                     const QRectF &area, const Look &look, Visitor &&visitor);
 
     bool findBounds(const Entity &entity, const BlockView &view, const QRectF &area,
                     QRectF &bounds) const;
     static bool findEndlessBounds(const Entity &entity, const BlockView &view, const QRectF &area,
                                   QRectF &bounds);
-    const Block &blockOf(const Entity &insert) const;
+    const Block &blockOf(const BlockInsert &insert) const;
+    static bool mayShow(const Entity &entity, const LayerLook &layer);
+    int layerOf(const EntityStyle &style, int insertLayer) const;
     double strokesOf(const Block &block, const QRectF &bounds, const QRectF &area) const;
     bool spendOnInserts(const Block &block, const BlockView &view, const QRectF &area,
                         const Look &look, double &strokes);
-    bool spendOnCopies(const Entity &entity, const BlockView &view, const QRectF &area,
-                       const Look &look, double &strokes);
+    bool spendOnCopies(const Entity &entity, const BlockInsert &insert, const BlockView &view,
+                       const QRectF &area, const Look &look, double &strokes);
 
     Look lookOf(const EntityStyle &style, const Look &insert);
     bool shows(const Entity &entity, int insertLayer);
     int firstShown(int block, int insertLayer);
-    std::optional<Look> lookInside(const Entity &insert, const Look &look);
+    std::optional<Look> lookInside(const BlockInsert &insert, const Look &look);
     int linetypeOfLayer(int layer);
 
     const Drawing &m_drawing;
@@ -134,29 +136,28 @@ bool ShownEntities::visit(const Entity &entity, const BlockView &view, const QRe
     if (!findBounds(entity, view, area, bounds))
         return true;
     const Look look = lookOf(entity.style, insert);
-    const LayerLook &layer = m_drawing.layers.at(look.layer);
-    if (layer.isFrozen)
+    if (!mayShow(entity, m_drawing.layers.at(look.layer)))
         return true;
-    if (entity.insert)
-        return visitInsert(entity, view, area, look, visitor);
-    return !layer.isOn || visitor(entity, bounds, view, look);
+    if (const BlockInsert *insert = entity.as<BlockInsert>())
+        return visitInsert(entity, *insert, view, area, look, visitor);
+    return visitor(entity, bounds, view, look);
 }
 
 template <class Visitor>
-bool ShownEntities::visitInsert(const Entity &entity, const BlockView &view, const QRectF &area,
-                                const Look &look, Visitor &&visitor)
+bool ShownEntities::visitInsert(const Entity &entity, const BlockInsert &insert,
+                                const BlockView &view, const QRectF &area, const Look &look,
+                                Visitor &&visitor)
 {
-    const BlockInsert &insert = *entity.insert;
-    const InsertCopies copies(insert, blockOf(entity), view, area, m_detail);
+    const InsertCopies copies(insert, blockOf(insert), view, area, m_detail);
     if (copies.areOnePiece()) {
-        const std::optional<Look> inside = lookInside(entity, look);
+        const std::optional<Look> inside = lookInside(insert, look);
         return !inside || copies.forEach([&](int, int, const QRectF &bounds) {
             return visitor(entity, bounds, view, *inside);
         });
     }
     return copies.forEach([&](int column, int row, const QRectF &) {
         const BlockView inner(insert.placementOf(column, row) * view.toPicture);
-        return visitBlock(blockOf(entity), inner, area, look, visitor);
+        return visitBlock(blockOf(insert), inner, area, look, visitor);
     });
 }
 

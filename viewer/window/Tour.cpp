@@ -6,6 +6,7 @@
 #include "ViewRibbon.h"
 #include "viewer/canvas/Canvas.h"
 #include "viewer/canvas/CanvasPanes.h"
+#include "viewer/canvas/ShownEntities.h"
 
 #include <OvCustomControl/BaseGallery.h>
 #include <OvCustomControl/FrozenTableWidget.h>
@@ -235,9 +236,9 @@ int Tour::busiestLayer() const
 {
     const Drawing &drawing = *m_window.drawing();
     std::vector<int> entities(drawing.layers.count() + 1, 0);
+    ShownEntities shown(drawing, {});
     for (const Entity &entity : drawing.geometry.modelSpace().entities) {
-        const LayerLook &look = drawing.layers.at(entity.style.layer);
-        if (!entity.insert && look.isOn && !look.isFrozen)
+        if (!entity.as<BlockInsert>() && shown.shows(entity))
             ++entities[entity.style.layer];
     }
     const auto busiest = std::max_element(entities.begin(), entities.end() - 1);
