@@ -15,7 +15,6 @@ using Embedded::Drawing;
 using Embedded::DxfReader;
 using Embedded::DxfWriter;
 using Embedded::EntityProperties;
-using Embedded::Layer;
 
 namespace KcHost {
 
@@ -42,6 +41,21 @@ bool isValidName(const QString &name)
     };
     return !name.trimmed().isEmpty() && name.size() <= kLongestName && name.isValidUtf16()
            && std::none_of(name.begin(), name.end(), isForbidden);
+}
+
+/// Finds a layer that may go or take another name, which "0" may not.
+ErrorStatus findOwnLayer(const Drawing &data, const QString &name, int &index)
+{
+    index = data.findLayer(name);
+    if (index < 0)
+        return eKeyNotFound;
+    return data.layers[index].name == L"0" ? eCannotBeErasedByCaller : eOk;
+}
+
+/// Whether nobody has the layer's record open.
+ErrorStatus checkUnopened(KcDbDatabase &drawing, int index)
+{
+    return KcDbObjectAccess::check(KcDbObjectAccess::layerRecord(drawing, index), KcDb::kForWrite);
 }
 
 bool isInRange(const EntityChange &change)
@@ -169,39 +183,31 @@ ErrorStatus addLayer(KcDbDatabase &drawing, const QString &name)
 ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name)
 {
     Drawing &data = KcDbObjectAccess::drawing(drawing);
-    const int index = data.findLayer(name);
-    if (index < 0)
-        return eKeyNotFound;
-    Layer &layer = data.layers[index];
-    if (layer.name == L"0")
-        return eCannotBeErasedByCaller;
+    int index = -1;
+    if (const ErrorStatus status = findOwnLayer(data, name, index); status != eOk)
+        return status;
     if (index == data.currentLayer)
         return eLayerIsCurrent;
-    if (layer.isUsed)
+    if (data.layers[index].isUsed)
         return eLayerInUse;
-    const ErrorStatus status =
-            KcDbObjectAccess::check(KcDbObjectAccess::layerRecord(drawing, index), KcDb::kForWrite);
-    if (status != eOk)
+    if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
         return status;
     data.eraseLayer(index);
-    Embedded::announceChange(layer.name);
+    Embedded::announceChange(data.layers[index].name);
     return eOk;
 }
 
 ErrorStatus renameLayer(KcDbDatabase &drawing, const QString &name, const QString &newName)
 {
     Drawing &data = KcDbObjectAccess::drawing(drawing);
-    const int index = data.findLayer(name);
-    if (index < 0)
-        return eKeyNotFound;
-    if (data.layers[index].name == L"0")
-        return eCannotBeErasedByCaller;
+    int index = -1;
+    if (const ErrorStatus status = findOwnLayer(data, name, index); status != eOk)
+        return status;
     if (!isValidName(newName))
         return eInvalidInput;
     if (const int namesake = data.findLayer(newName); namesake >= 0 && namesake != index)
         return eDuplicateKey;
-    const ErrorStatus status =
-            KcDbObjectAccess::check(KcDbObjectAccess::layerRecord(drawing, index), KcDb::kForWrite);
+    const ErrorStatus status = checkUnopened(drawing, index);
     const std::wstring newText = newName.toStdWString();
     if (status != eOk || data.layers[index].name == newText)
         return status;
