@@ -1,5 +1,7 @@
 #include "OvLayerUtility.h"
 
+#include "layer/data/HostRecords.h"
+
 #include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LineWeights.h>
@@ -16,34 +18,6 @@ using namespace OvCc;
 namespace {
 
 KcDbDatabase *currentDb = nullptr;
-
-/// A string that the host lent.
-QString hostText(const KTCHAR *text)
-{
-    return text ? QString::fromWCharArray(text) : QString();
-}
-
-/// A string that the host gave away: it is freed here.
-QString hostText(KTCHAR *text)
-{
-    const QString result = hostText(static_cast<const KTCHAR *>(text));
-    kcutDelString(text);
-    return result;
-}
-
-QString layerName(const KcDbLayerTableRecord &layer)
-{
-    KTCHAR *name = nullptr;
-    layer.getName(name);
-    return hostText(name);
-}
-
-QString symbolName(KcDbObjectId id)
-{
-    KTCHAR *name = nullptr;
-    KcDbSymbolUtilities::getSymbolName(name, id);
-    return hostText(name);
-}
 
 QString flagText(bool flag)
 {
@@ -114,36 +88,6 @@ QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
     return {std::begin(texts), std::end(texts)};
 }
 
-std::unique_ptr<KcDbLayerTableIterator> layerIterator()
-{
-    KcDbLayerTable *table = nullptr;
-    if (!getCurrentDb() || currentDb->getLayerTable(table, KcDb::kForRead) != Kcore::eOk || !table)
-        return nullptr;
-    KcDbLayerTableIterator *iterator = nullptr;
-    table->newIterator(iterator, true, true);
-    table->close();
-    return std::unique_ptr<KcDbLayerTableIterator>(iterator);
-}
-
-/// Walks the layer table and closes each record behind @p visit, which takes it by reference. Where
-/// @p visit returns false the walk ends, and that record is returned, still open.
-template <class Visitor>
-KcDbLayerTableRecord *walkLayers(Visitor visit)
-{
-    const auto iterator = layerIterator();
-    if (!iterator)
-        return nullptr;
-    for (iterator->start(true, true); !iterator->done(); iterator->step(true, true)) {
-        KcDbLayerTableRecord *layer = nullptr;
-        if (iterator->getRecord(layer, KcDb::kForRead, false) != Kcore::eOk || !layer)
-            continue;
-        if (!visit(*layer))
-            return layer;
-        layer->close();
-    }
-    return nullptr;
-}
-
 /// Sets one flag of a layer. Refusals of the database go by unseen: who must not ask for the
 /// impossible finds out before.
 void setFlag(const QString &name, Kcore::ErrorStatus (KcDbLayerTableRecord::*setter)(bool),
@@ -167,7 +111,7 @@ OvLayerUtility::~OvLayerUtility() = default;
 QList<LayerItemData> *OvLayerUtility::getAllLayer()
 {
     auto layers = std::make_unique<QList<LayerItemData>>();
-    walkLayers([&layers](const KcDbLayerTableRecord &layer) {
+    walkLayers(getCurrentDb(), [&layers](const KcDbLayerTableRecord &layer) {
         layers->append(layerData(layer));
         return true;
     });
@@ -214,7 +158,7 @@ int OvLayerUtility::getAllLayerDate(QList<QStringList> &rows)
 {
     const int present = rows.size();
     SharedStrings strings;
-    walkLayers([&](const KcDbLayerTableRecord &layer) {
+    walkLayers(getCurrentDb(), [&](const KcDbLayerTableRecord &layer) {
         rows.append(layerRow(layer, strings));
         return true;
     });
@@ -238,7 +182,7 @@ KcDbDatabase *getCurrentDb()
 KcDbLayerTableRecord *getLayerByName(QString name)
 {
     const std::wstring wanted = name.toStdWString();
-    return walkLayers([&wanted](const KcDbLayerTableRecord &layer) {
+    return walkLayers(getCurrentDb(), [&wanted](const KcDbLayerTableRecord &layer) {
         KTCHAR *text = nullptr;
         layer.getName(text);
         const bool isWanted = text && wanted == text;
