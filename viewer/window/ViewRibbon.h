@@ -48,7 +48,7 @@ public:
     void setPickersShown(bool shown);
 
 signals:
-    void viewChosen(ViewDirection view);
+    void viewChosen(Tessa::ViewDirection view);
 
     /// @param index for CanvasPanes::setArrangement()
     void arrangementChosen(int index);
