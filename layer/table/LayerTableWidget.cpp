@@ -1,38 +1,21 @@
 #include "LayerTableWidget.h"
 
-#include "layer/table/ColumnTable.h"
 #include "layer/table/LayerNumbers.h"
-#include "layer/table/LayerRows.h"
-#include "layer/table/LayoutSettings.h"
+#include "layer/table/LayerTablePrivate.h"
 #include "layer/table/NamePattern.h"
-#include "layer/table/TableEditing.h"
-#include "layer/table/ViewAccess.h"
 
-#include <OvCustomControl/FrozenTableWidget.h>
-#include <OvCustomControl/LayerAction.h>
-#include <OvCustomControl/LayerDelegate.h>
 #include <OvCustomControl/OvLayerTableWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
 
-#include <QCursor>
 #include <QHeaderView>
-#include <QMenu>
 #include <QPointer>
 #include <QScrollBar>
 
 #include <algorithm>
-#include <array>
 
 namespace OvCc {
 
 namespace {
-
-constexpr int layerRowHeight = 22;
-constexpr int narrowestColumn = 30;
-
-/// What names that are fitted to their texts leave of the view: enough for the columns "On",
-/// "Freeze" and "Lock", and for the border of the names.
-constexpr int roomBesideNames = 115;
 
 /// What setCurrentLayer() writes into the row of the current layer.
 QString currentMarker()
@@ -48,46 +31,15 @@ QStringList columnTexts(const char *ColumnTraits::*text)
     return texts;
 }
 
-/// As the user reads it. The column of the marker has none.
-QString shownTitle(const ColumnTraits &column)
-{
-    return *column.title ? LayerTableWidget::tr(column.title) : QString();
-}
-
-bool isFrozenColumn(int column)
-{
-    return column <= NameColumn;
-}
-
 } // namespace
 
-struct LayerTableWidget::Private
+LayerTableWidget::Private::Private(LayerTableWidget *table)
+    : q(table)
+    , frozen(new FrozenTableWidget(table))
+    , rows(new LayerRows(LayerColumnCount, table))
+    , rowTemplate(columnTexts(&ColumnTraits::defaultText))
 {
-    explicit Private(LayerTableWidget *table)
-        : q(table)
-        , frozen(new FrozenTableWidget(table))
-        , rows(new LayerRows(LayerColumnCount, table))
-        , rowTemplate(columnTexts(&ColumnTraits::defaultText))
-    {
-    }
-
-    std::array<QTableView *, 2> views() const { return {q, frozen}; }
-    QVector<int> selectedRows() const;
-    QString showRows(const QList<QStringList> &read);
-
-    void setUp(QTableView &view);
-    void setUpFrozenView();
-    void placeFrozenView();
-    void connectViews();
-
-    LayerTableWidget *const q;
-    FrozenTableWidget *const frozen;
-    LayerRows *const rows;
-    TableEditing *editing = nullptr;
-    QMenu *menu = nullptr;
-    QStringList rowTemplate;
-    bool isLoading = false;
-};
+}
 
 LayerTableWidget::LayerTableWidget(QWidget *parent)
     : QTableView(parent)
@@ -95,7 +47,7 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
 {
     headerList += columnTexts(&ColumnTraits::title);
     for (const ColumnTraits &column : columnTable)
-        m_d->rows->setHeaderData(column.column, Qt::Horizontal, shownTitle(column));
+        m_d->rows->setHeaderData(column.column, Qt::Horizontal, Private::shownTitle(column));
     for (QTableView *view : m_d->views())
         m_d->setUp(*view);
     m_d->editing = new TableEditing(*this, *m_d->frozen);
@@ -174,35 +126,6 @@ bool LayerTableWidget::insertRowData(int row)
     for (int column = 0; column < LayerColumnCount; ++column)
         m_d->rows->item(row, column)->setText(m_d->rowTemplate.at(column));
     return true;
-}
-
-void LayerTableWidget::creatActions()
-{
-    m_d->menu = new QMenu(tr("layerManager"), horizontalHeader());
-    const LayoutSettings settings;
-    for (const ColumnTraits &column : columnTable) {
-        if (column.hiding == Hiding::Never)
-            continue;
-        auto *action = new LayerAction(shownTitle(column), this);
-        action->setObjectName(QLatin1String(column.title));
-        settings.restore(*action);
-        m_d->menu->addAction(action);
-        if (column.hiding == Hiding::OnceSaved)
-            action->setEnabled(settings.wasCheckable(*action));
-        if (!action->isChecked())
-            setColumnHidden(column.column, true);
-        connect(action, &LayerAction::layerTriggered, this, &LayerTableWidget::layerColumnVisiable);
-    }
-}
-
-void LayerTableWidget::writeSettings()
-{
-    if (!m_d->menu)
-        return;
-    LayoutSettings settings;
-    const QList<QAction *> actions = m_d->menu->actions();
-    for (const QAction *action : actions)
-        settings.save(*action);
 }
 
 FrozenTableWidget *LayerTableWidget::frozenView() const
@@ -305,178 +228,6 @@ void LayerTableWidget::slotSearchLayer(const QString &text)
 void LayerTableWidget::slotLayerChanged()
 {
     emit updateLayerCombo();
-}
-
-void LayerTableWidget::resizeEvent(QResizeEvent *event)
-{
-    QTableView::resizeEvent(event);
-    m_d->placeFrozenView();
-}
-
-void LayerTableWidget::updateGeometries()
-{
-    // The frozen view must have something to lie on.
-    setColumnHidden(CurrentColumn, false);
-    QTableView::updateGeometries();
-}
-
-int LayerTableWidget::sizeHintForColumn(int column) const
-{
-    const bool standsForBoth = isColumnHidden(NameColumn);
-    if (column != (standsForBoth ? CurrentColumn : NameColumn))
-        return QTableView::sizeHintForColumn(column);
-    const int markers = m_d->frozen->columnWidth(CurrentColumn);
-    const int room = viewport()->width() - markers - roomBesideNames;
-    const int names = qMin(QTableView::sizeHintForColumn(NameColumn), room);
-    return qMax(names, narrowestColumn) + (standsForBoth ? markers : 0);
-}
-
-QModelIndex LayerTableWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
-{
-    QModelIndex current = QTableView::moveCursor(action, modifiers);
-    // This view knows no way out of a column that it hides.
-    if (!current.isValid())
-        current = (m_d->frozen->*&ViewAccess::moveCursor)(action, modifiers);
-    const int frozenWidth = m_d->frozen->width();
-    const int left = visualRect(current).left();
-    if (action == MoveLeft && !isFrozenColumn(current.column()) && left < frozenWidth)
-        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + left - frozenWidth);
-    return current;
-}
-
-void LayerTableWidget::scrollTo(const QModelIndex &index, ScrollHint hint)
-{
-    if (!isFrozenColumn(index.column()))
-        QTableView::scrollTo(index, hint);
-}
-
-void LayerTableWidget::slotSortIndexChanged(int column, Qt::SortOrder order)
-{
-    QTableView *other = isFrozenColumn(column) ? this : static_cast<QTableView *>(m_d->frozen);
-    other->horizontalHeader()->setSortIndicator(column, order);
-}
-
-void LayerTableWidget::updateSectionWidth(int logicalIndex, int oldSize, int newSize)
-{
-    if (!isFrozenColumn(logicalIndex))
-        return;
-    // A column that is hidden or shown again does not change what the frozen view shows.
-    if (oldSize > 0 && newSize > 0) {
-        const int markers = m_d->frozen->columnWidth(CurrentColumn);
-        if (logicalIndex == CurrentColumn && columnWidth(NameColumn) == 0)
-            m_d->frozen->setColumnWidth(NameColumn, qMax(newSize - markers, narrowestColumn));
-        else
-            m_d->frozen->setColumnWidth(logicalIndex, newSize);
-    }
-    m_d->placeFrozenView();
-}
-
-void LayerTableWidget::updateSectionHeight(int logicalIndex, int, int newSize)
-{
-    m_d->frozen->setRowHeight(logicalIndex, newSize);
-}
-
-void LayerTableWidget::show_contextMenu(const QPoint &)
-{
-    if (m_d->menu)
-        m_d->menu->exec(QCursor::pos());
-}
-
-void LayerTableWidget::layerColumnVisiable(int column, bool visible)
-{
-    setColumnHidden(column, !visible);
-}
-
-void LayerTableWidget::Private::setUp(QTableView &view)
-{
-    QHeaderView *header = view.horizontalHeader();
-    header->setSectionsMovable(false);
-    header->setHighlightSections(false);
-    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    header->setMinimumSectionSize(narrowestColumn);
-    header->setSortIndicator(NameColumn, Qt::AscendingOrder);
-
-    QHeaderView *side = view.verticalHeader();
-    side->setMinimumSectionSize(layerRowHeight);
-    side->setDefaultSectionSize(layerRowHeight);
-    side->hide();
-
-    view.setModel(rows);
-    view.setSortingEnabled(true);
-    view.setShowGrid(false);
-    view.setSelectionBehavior(SelectRows);
-    view.setEditTriggers(NoEditTriggers);
-    view.setVerticalScrollMode(ScrollPerPixel);
-
-    // When rows move, a header puts its hidden rows right one by one and would measure all rows
-    // anew after each.
-    connect(rows, &QAbstractItemModel::layoutAboutToBeChanged, side,
-            [side] { side->setUpdatesEnabled(false); });
-    connect(rows, &QAbstractItemModel::layoutChanged, side,
-            [side] { side->setUpdatesEnabled(true); });
-}
-
-void LayerTableWidget::Private::setUpFrozenView()
-{
-    q->setHorizontalScrollMode(ScrollPerPixel);
-    q->viewport()->stackUnder(frozen);
-
-    frozen->setObjectName(QStringLiteral("frozenTable"));
-    frozen->setFrameShape(QFrame::NoFrame);
-    frozen->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    frozen->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    frozen->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    for (int column = 0; column < LayerColumnCount; ++column) {
-        if (isFrozenColumn(column))
-            frozen->setColumnWidth(column, q->columnWidth(column));
-        else
-            frozen->setColumnHidden(column, true);
-    }
-    connect(q->horizontalHeader(), &QHeaderView::sectionResized, q,
-            &LayerTableWidget::updateSectionWidth);
-    connect(frozen->horizontalHeader(), &QHeaderView::sectionResized, q,
-            [this] { placeFrozenView(); });
-    frozen->show();
-    placeFrozenView();
-    frozen->setFocus();
-    frozen->setCurrentIndex(rows->index(0, NameColumn));
-}
-
-void LayerTableWidget::Private::connectViews()
-{
-    for (QTableView *view : views()) {
-        QHeaderView *header = view->horizontalHeader();
-        header->setContextMenuPolicy(Qt::CustomContextMenu);
-        connect(header, &QWidget::customContextMenuRequested, q,
-                &LayerTableWidget::show_contextMenu);
-        connect(header, &QHeaderView::sortIndicatorChanged, q,
-                &LayerTableWidget::slotSortIndexChanged);
-    }
-    QScrollBar *bar = q->verticalScrollBar();
-    QScrollBar *frozenBar = frozen->verticalScrollBar();
-    connect(bar, &QScrollBar::valueChanged, frozenBar, &QScrollBar::setValue);
-    connect(frozenBar, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
-    connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
-    connect(editing, &TableEditing::renamed, q, &LayerTableWidget::layerRenamed);
-    connect(editing->delegate(), &LayerDelegate::updateCurretnLayer, q,
-            &LayerTableWidget::updateCurretnLayer);
-    connect(editing->delegate(), &LayerDelegate::layerDataChanged, q,
-            &LayerTableWidget::slotLayerChanged);
-}
-
-/// The columns under the frozen view are as wide as it is: without the names, the markers stand for
-/// both. So everything else begins right of it, and the border of the names can be dragged.
-void LayerTableWidget::Private::placeFrozenView()
-{
-    const int markers = frozen->columnWidth(CurrentColumn);
-    const int names = frozen->columnWidth(NameColumn);
-    const bool hasNames = q->columnWidth(NameColumn) > 0;
-    if (hasNames)
-        q->setColumnWidth(NameColumn, names);
-    if (q->columnWidth(CurrentColumn) > 0)
-        q->setColumnWidth(CurrentColumn, hasNames ? markers : markers + names);
-    frozen->setGeometry(q->verticalHeader()->width() + q->frameWidth(), q->frameWidth(),
-                        markers + names, q->viewport()->height() + q->horizontalHeader()->height());
 }
 
 /// All selected rows that are shown, ascending.
