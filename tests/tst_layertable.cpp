@@ -501,7 +501,7 @@ void tst_LayerTable::editedNames()
     };
     const auto rename = [&](const char *name, Qt::Key key = Qt::Key_End) {
         m_frozen->setCurrentIndex(m_model->index(0, NameColumn));
-        m_frozen->edit(m_model->index(0, NameColumn));
+        m_panel->renameLayer();
         type(name, key);
     };
     for (const bool isActive : {true, false, false}) {
@@ -627,10 +627,12 @@ void tst_LayerTable::removal()
 
 void tst_LayerTable::setCurrent()
 {
-    QSignalSpy current(m_table, &LayerTableWidget::updateCurretnLayer);
+    QSignalSpy current(m_panel.get(), &LayerManager::updateCurretnLayer);
+    QSignalSpy requests(m_panel.get(), &LayerManager::currentLayerRequested);
+    m_panel->makeCurrent();
     for (const int row : {3, 3, 1}) {
         m_table->selectRow(row);
-        m_table->setCurrentLayer();
+        call("slotCurrentLayer");
         for (int other = 0; other < 4; ++other)
             QCOMPARE(text(other, CurrentColumn) == marker, other == row);
     }
@@ -640,7 +642,9 @@ void tst_LayerTable::setCurrent()
         m_table->slotSearchLayer(text);
         m_table->setCurrentLayer();
     }
-    QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}}));
+    m_panel->slotUpLayerModel();
+    QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}, {"0"}}));
+    QCOMPARE(requests, (Calls{{"0"}, {"wall-1"}, {"wall-1"}, {"Doors"}, {"Walls"}}));
 
     // A name leaves the panel its width and the search field a part of it.
     const QSize narrowest = m_panel->minimumSizeHint();

@@ -63,6 +63,10 @@ LayerManager::LayerManager(QWidget *parent)
     connect(m_d->table, &LayerTableWidget::layerAdded, this, &LayerManager::layerAdded);
     connect(m_d->table, &LayerTableWidget::layersRemoved, this, &LayerManager::layersRemoved);
     connect(m_d->table, &LayerTableWidget::layerRenamed, this, &LayerManager::layerRenamed);
+    connect(m_d->table, &LayerTableWidget::updateCurretnLayer, this,
+            &LayerManager::updateCurretnLayer);
+    connect(m_d->table, &LayerTableWidget::currentLayerRequested, this,
+            &LayerManager::currentLayerRequested);
 }
 
 LayerManager::~LayerManager()
@@ -110,22 +114,43 @@ void LayerManager::slotLayerChanged()
     emit layerManagerChanged();
 }
 
-void LayerManager::slotNewLayer()
+void LayerManager::newLayer()
 {
     if (m_d->table)
         m_d->table->addLayer();
 }
 
-void LayerManager::slotDeleteLayer()
+void LayerManager::deleteLayers()
 {
     if (m_d->table)
         m_d->table->remove();
 }
 
-void LayerManager::slotCurrentLayer()
+void LayerManager::makeCurrent()
 {
     if (m_d->table)
         m_d->table->setCurrentLayer();
+}
+
+void LayerManager::renameLayer()
+{
+    if (m_d->table)
+        m_d->table->renameLayer();
+}
+
+void LayerManager::slotNewLayer()
+{
+    newLayer();
+}
+
+void LayerManager::slotDeleteLayer()
+{
+    deleteLayers();
+}
+
+void LayerManager::slotCurrentLayer()
+{
+    makeCurrent();
 }
 
 void LayerManager::slotUpdateLineEdit(QString name)

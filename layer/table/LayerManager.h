@@ -18,11 +18,9 @@ class SearchLayerEdit;
 /// the panel is cut, and has a tool tip; it never widens the panel.
 ///
 /// The host calls slotUpLayerModel() whenever layers changed elsewhere, and listens to
-/// layerManagerChanged(). Its commands for new, deleted and current layers call addLayer(), remove()
-/// and setCurrentLayer() of the table(), or slotNewLayer(), slotDeleteLayer() and slotCurrentLayer()
-/// through the meta-object system; these change the panel only. The signals that follow tell what to
-/// do to the drawing; then the host reloads. To delete the panel from inside a signal, use
-/// deleteLater().
+/// layerManagerChanged(). Its commands call newLayer(), deleteLayers(), makeCurrent() and
+/// renameLayer(); these change the panel only. The signals that follow tell what to do to the
+/// drawing; then the host reloads. To delete the panel from inside a signal, use deleteLater().
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT
@@ -55,6 +53,12 @@ public Q_SLOTS:
     /// Sends layerManagerChanged().
     void slotLayerChanged();
 
+    /// The commands of the table(): addLayer(), remove(), setCurrentLayer() and renameLayer().
+    void newLayer();
+    void deleteLayers();
+    void makeCurrent();
+    void renameLayer();
+
 Q_SIGNALS:
     /// The user changed layers in the drawing by clicks in the table.
     void layerManagerChanged();
@@ -67,6 +71,12 @@ Q_SIGNALS:
 
     /// A row's name was changed; see LayerTableWidget::layerRenamed().
     void layerRenamed(QString from, QString to);
+
+    /// The current layer, as the panel shows it; see LayerTableWidget::updateCurretnLayer().
+    void updateCurretnLayer(QString name);
+
+    /// The user made a layer the current one; see LayerTableWidget::currentLayerRequested().
+    void currentLayerRequested(QString name);
 
 private Q_SLOTS:
     void slotNewLayer();

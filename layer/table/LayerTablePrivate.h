@@ -27,6 +27,8 @@ struct LayerTableWidget::Private
     std::array<QTableView *, 2> views() const { return {q, frozen}; }
     QVector<int> selectedRows() const;
     QString showRows(const QList<QStringList> &read);
+    bool moveMarkerTo(int row);
+    void editName(int row);
 
     /// As the user reads it; empty for the column of the marker.
     static QString shownTitle(const ColumnTraits &column);

@@ -162,11 +162,25 @@ void LayerTableWidget::addLayer()
     m_d->rowTemplate[NameColumn] = QStringLiteral("Layer%1").arg(number);
     insertRowData(row);
 
-    const QModelIndex name = m_d->rows->index(row, NameColumn);
-    m_d->editing->expectNew(name);
-    m_d->frozen->setFocus();
-    m_d->frozen->setCurrentIndex(name);
-    m_d->frozen->edit(name);
+    m_d->editing->expectNew(m_d->rows->index(row, NameColumn));
+    m_d->editName(row);
+}
+
+void LayerTableWidget::renameLayer()
+{
+    const QPointer<LayerTableWidget> self(this);
+    m_d->editing->finish();
+    const int row = self ? selectedRow() : -1;
+    if (row >= 0)
+        m_d->editName(row);
+}
+
+void LayerTableWidget::Private::editName(int row)
+{
+    const QModelIndex name = rows->index(row, NameColumn);
+    frozen->setFocus();
+    frozen->setCurrentIndex(name);
+    frozen->edit(name);
 }
 
 void LayerTableWidget::remove()
@@ -190,21 +204,31 @@ void LayerTableWidget::remove()
 
 void LayerTableWidget::setCurrentLayer()
 {
-    const int row = selectedRow();
+    const QPointer<LayerTableWidget> self(this);
+    m_d->editing->finish();
+    const int row = self ? selectedRow() : -1;
     if (row < 0)
         return;
-    const QVector<QStringList> &rows = m_d->rows->rows();
-    const auto marked = std::find_if(rows.cbegin(), rows.cend(), [](const QStringList &texts) {
-        return texts.at(CurrentColumn) == currentMarker();
-    });
-    const int oldRow = marked == rows.cend() ? 0 : static_cast<int>(marked - rows.cbegin());
-    if (row == oldRow)
-        return;
+    const QString name = m_d->rows->rows().at(row).at(NameColumn);
+    if (m_d->moveMarkerTo(row))
+        emit updateCurretnLayer(name);
+    if (self)
+        emit currentLayerRequested(name);
+}
 
-    const QString name = rows.at(row).at(NameColumn);
-    m_d->rows->setData(m_d->rows->index(row, CurrentColumn), currentMarker(), Qt::EditRole);
-    m_d->rows->setData(m_d->rows->index(oldRow, CurrentColumn), QString(), Qt::EditRole);
-    emit updateCurretnLayer(name);
+/// @return false if the row counts as that of the current layer already
+bool LayerTableWidget::Private::moveMarkerTo(int row)
+{
+    const QVector<QStringList> &texts = rows->rows();
+    const auto marked = std::find_if(texts.cbegin(), texts.cend(), [](const QStringList &each) {
+        return each.at(CurrentColumn) == currentMarker();
+    });
+    const int oldRow = marked == texts.cend() ? 0 : static_cast<int>(marked - texts.cbegin());
+    if (row == oldRow)
+        return false;
+    rows->setData(rows->index(row, CurrentColumn), currentMarker(), Qt::EditRole);
+    rows->setData(rows->index(oldRow, CurrentColumn), QString(), Qt::EditRole);
+    return true;
 }
 
 void LayerTableWidget::slotSearchLayer(const QString &text)

@@ -72,13 +72,19 @@ public Q_SLOTS:
     /// and opens its editor. When that closes, layerAdded() follows.
     void addLayer();
 
+    /// Takes over what is being edited and opens the editor of the selectedRow()'s name; layerRenamed()
+    /// follows if the user makes another one of it. Nothing without such a row.
+    void renameLayer();
+
     /// Removes the selected rows that are shown; layersRemoved() follows if there are any. What is
     /// being edited is taken over before, and told of before.
     void remove();
 
     /// Moves the marker of the current layer to the selectedRow(), if there is one, and sends
     /// updateCurretnLayer(). The row that carries the marker of an earlier call, or else the first
-    /// row, counts as the old current one: choosing it again does nothing.
+    /// row, counts as the old current one: choosing it again moves nothing and does not send that
+    /// signal. currentLayerRequested() follows in any case. What is being edited is taken over, and
+    /// told of, before.
     void setCurrentLayer();
 
     /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
@@ -91,6 +97,11 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// A layer became the current one here, or is found to be after a reload; empty if none is.
     void updateCurretnLayer(QString name);
+
+    /// The user made the layer of a row the current one; never sent by a reload. Other than
+    /// updateCurretnLayer(), which comes before it, it tells of every choice, that of the first row
+    /// and of the current layer included.
+    void currentLayerRequested(QString name);
 
     /// The user changed layers through this table.
     void updateLayerCombo();
