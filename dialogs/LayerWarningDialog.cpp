@@ -52,6 +52,7 @@ void LayerWarningDialog::setLayerName(QString name)
 
 void LayerWarningDialog::slotAccepted()
 {
+    emit aboutToSwitch();
     OvLayerUtility().setLayerOff(m_d->layerName, !m_d->isOn);
     accept();
 }

@@ -37,6 +37,10 @@ public:
     /// The layer that "Yes" switches.
     void setLayerName(QString name);
 
+Q_SIGNALS:
+    /// "Yes" was chosen: the layer is switched next.
+    void aboutToSwitch();
+
 private Q_SLOTS:
     void slotAccepted();
     void slotCancel();

@@ -53,6 +53,7 @@ private slots:
         m_drawing = std::make_unique<OpenDrawing>(drawingWithLayers({"Walls", "Doors", "wall-1"}));
         openPanel();
         m_hostCalls = 0;
+        m_gestures.clear();
         KcHost::setLayerTableChangesHandler([this] { ++m_hostCalls; });
     }
     void cleanup()
@@ -92,6 +93,13 @@ private:
         m_frozen = m_table->frozenView();
         m_model = qobject_cast<QStandardItemModel *>(m_table->model());
         m_search = m_panel->searchEdit();
+        connect(m_panel.get(), &LayerManager::changesBegin, this,
+                [this](const QString &text) { m_gestures += text; });
+        connect(m_panel.get(), &LayerManager::changesEnd, this, [this](int changed, int refused) {
+            m_gestures.last() += QString(" %1/%2").arg(changed).arg(refused);
+        });
+        connect(m_panel.get(), &LayerManager::layersToggled, this,
+                [this](const QStringList &names) { m_gestures.last() += ' ' + names.join(','); });
         m_panel->resize(900, 400);
         m_panel->show();
         m_window.resize(m_panel->size());
@@ -194,6 +202,7 @@ private:
     QStandardItemModel *m_model = nullptr;
     SearchLayerEdit *m_search = nullptr;
     int m_hostCalls = 0;
+    QStringList m_gestures; ///< of each its text, how many changed, were refused, and the names
 };
 
 void tst_LayerTable::model()
@@ -314,6 +323,8 @@ void tst_LayerTable::hiddenNames()
 void tst_LayerTable::clicksOnCells()
 {
     QSignalSpy changes(m_table, &LayerTableWidget::updateLayerCombo);
+    connect(m_table, &LayerTableWidget::layersToggled, this,
+            [this] { QCOMPARE(rows(), layerRows()); });
     const Rows before = rows();
     const int row = rowOf("Walls");
     for (const int column : {OnColumn, ThawedColumn, UnlockedColumn, PlotColumn}) {
@@ -335,6 +346,19 @@ void tst_LayerTable::clicksOnCells()
                        m_table->visualRect(m_model->index(row, DescriptionColumn)).center());
     QVERIFY(!m_table->findChild<QLineEdit *>());
     QCOMPARE(rows(), before);
+
+    KcDbLayerTableRecord *open = getLayerByName("Walls");
+    click(row, UnlockedColumn);
+    open->close();
+    OvLayerUtility().setLayerOff("Doors", false);
+    click(rowOf("Doors"), OnColumn);
+    KcHost::eraseLayer(**m_drawing, "wall-1");
+    click(rowOf("wall-1"), PlotColumn);
+    QCOMPARE(m_gestures.join('|'),
+             QString("Switch layer off 1/0 Walls|Switch layer on 1/0 Walls|Freeze layer 1/0 Walls|"
+                     "Thaw layer 1/0 Walls|Lock layer 1/0 Walls|Unlock layer 1/0 Walls|"
+                     "Do not plot layer 1/0 Walls|Plot layer 1/0 Walls|Lock layer 0/1|"
+                     "Switch layer off 0/0|Do not plot layer 0/1"));
 }
 
 void tst_LayerTable::currentLayerIsGuarded()
@@ -351,6 +375,11 @@ void tst_LayerTable::currentLayerIsGuarded()
         QCOMPARE(text(row, column), QLatin1String(flag));
         QCOMPARE(rows(), layerRows());
     }
+    KcDbLayerTableRecord *open = getLayerByName("0");
+    pressAndAnswer(OnColumn, "okBtn");
+    open->close();
+    QCOMPARE(m_gestures.join('|'), QString("Switch layer off 1/0 0|Switch layer on 1/0 0|"
+                                           "Freeze layer 0/1|Switch layer off 0/1"));
 }
 
 void tst_LayerTable::cellPixels()
@@ -567,6 +596,11 @@ void tst_LayerTable::hostActsFromInside()
             {[&] { KcHost::setLayerTableChangesHandler(act); }, onWalls},
             {[&] { KcHost::setLayerModifiedHandler([=](const QString &) { act(); }); }, onWalls},
             {inside(&LayerTableWidget::updateLayerCombo), onWalls},
+            {inside(&LayerTableWidget::changesBegin), onWalls},
+            {inside(&LayerTableWidget::changesEnd), onWalls},
+            {inside(&LayerTableWidget::layersToggled), onWalls},
+            {inside(&LayerTableWidget::changesBegin), [&] { pressAndAnswer(OnColumn, "okBtn"); }},
+            {inside(&LayerTableWidget::currentLayerRequested), command("makeCurrent")},
             {inside(&LayerTableWidget::layersRemoved), command("slotDeleteLayer")},
             {inside(&LayerTableWidget::updateCurretnLayer), command("slotUpLayerModel")},
             {[&] { m_table->selectRow(2), inside (&LayerTableWidget::updateCurretnLayer)(); },

@@ -1,6 +1,7 @@
 #include "OvLayerUtility.h"
 
 #include "layer/data/HostRecords.h"
+#include "layer/data/LayerFlags.h"
 
 #include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerColumns.h>
@@ -88,20 +89,6 @@ QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
     return {std::begin(texts), std::end(texts)};
 }
 
-/// Sets one flag of a layer. Refusals of the database go by unseen: who must not ask for the
-/// impossible finds out before.
-void setFlag(const QString &name, Kcore::ErrorStatus (KcDbLayerTableRecord::*setter)(bool),
-             bool value)
-{
-    KcDbLayerTableRecord *layer = getLayerByName(name);
-    if (!layer)
-        return;
-    layer->upgradeOpen();
-    (layer->*setter)(value);
-    layer->downgradeOpen();
-    layer->close();
-}
-
 } // namespace
 
 OvLayerUtility::OvLayerUtility() = default;
@@ -136,22 +123,22 @@ void OvLayerUtility::setLayerByData(LayerItemData) {}
 
 void OvLayerUtility::setLayerOff(QString name, bool on)
 {
-    setFlag(name, &KcDbLayerTableRecord::setIsOff, !on);
+    setLayerFlag(name, OnColumn, on);
 }
 
 void OvLayerUtility::setLayerLock(QString name, bool lock)
 {
-    setFlag(name, &KcDbLayerTableRecord::setIsLocked, lock);
+    setLayerFlag(name, UnlockedColumn, !lock);
 }
 
 void OvLayerUtility::setLayerFrozen(QString name, bool frozen)
 {
-    setFlag(name, &KcDbLayerTableRecord::setIsFrozen, frozen);
+    setLayerFlag(name, ThawedColumn, !frozen);
 }
 
 void OvLayerUtility::setLayerPlot(QString name, bool plot)
 {
-    setFlag(name, &KcDbLayerTableRecord::setIsPlottable, plot);
+    setLayerFlag(name, PlotColumn, plot);
 }
 
 int OvLayerUtility::getAllLayerDate(QList<QStringList> &rows)

@@ -1,5 +1,6 @@
 #include "LayerDelegate.h"
 
+#include "layer/data/LayerFlags.h"
 #include "layer/data/LineWeightRows.h"
 #include "layer/table/ColumnTable.h"
 
@@ -20,6 +21,9 @@
 #include <QPointer>
 #include <QSet>
 
+#include <algorithm>
+#include <optional>
+
 namespace OvCc {
 
 namespace {
@@ -27,6 +31,43 @@ namespace {
 constexpr int swatchMargin = 2;
 constexpr int swatchSpacing = 4;
 constexpr int textMargin = 3;
+
+/// A flag that a click changes, and what the change is called.
+struct Toggle
+{
+    LayerColumn column;
+    const char *toTrue;
+    const char *toFalse;
+};
+
+constexpr std::array<Toggle, 4> toggles{{
+        {OnColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Switch layer on"),
+         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Switch layer off")},
+        {ThawedColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Thaw layer"),
+         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Freeze layer")},
+        {UnlockedColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Unlock layer"),
+         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Lock layer")},
+        {PlotColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Plot layer"),
+         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Do not plot layer")},
+}};
+
+/// Null for a column that clicks leave alone.
+const Toggle *toggleOf(LayerColumn column)
+{
+    const auto *found =
+            std::find_if(toggles.begin(), toggles.end(),
+                         [column](const Toggle &toggle) { return toggle.column == column; });
+    return found == toggles.end() ? nullptr : found;
+}
+
+/// @return false if there is nobody any more to go on
+bool beginChange(const QPointer<LayerDelegate> &delegate, LayerColumn column, bool value)
+{
+    const Toggle &toggle = *toggleOf(column);
+    if (delegate)
+        emit delegate->changesBegin(LayerDelegate::tr(value ? toggle.toTrue : toggle.toFalse));
+    return delegate;
+}
 
 QString textOf(const QModelIndex &index)
 {
@@ -154,10 +195,16 @@ LayerWarningDialog *createWarningDialog()
 
 struct LayerDelegate::Private
 {
-    bool toggle(QAbstractItemModel *model, const QModelIndex &index);
-    bool confirmSwitchingOff(const QString &name);
-    bool refuseFreezing();
+    explicit Private(LayerDelegate *delegate)
+        : q(delegate)
+    {
+    }
 
+    bool toggle(QAbstractItemModel *model, const QModelIndex &index);
+    bool confirmSwitchingOff(const QString &name, std::optional<FlagChange> &change);
+    bool refuseFreezing(std::optional<FlagChange> &change);
+
+    LayerDelegate *const q;
     LayerLineTypeDialog lineTypeDialog{nullptr};
     LayerLineWeightDialog lineWeightDialog{nullptr};
     LayerWarningDialog *const warningDialog = createWarningDialog();
@@ -166,7 +213,7 @@ struct LayerDelegate::Private
 
 LayerDelegate::LayerDelegate(QObject *parent)
     : QStyledItemDelegate(parent)
-    , m_d(new Private)
+    , m_d(new Private(this))
 {
     connect(&m_d->lineWeightDialog, &LayerLineWeightDialog::layerLineWeightChanged, this,
             &LayerDelegate::slotLWeightChanged);
@@ -280,56 +327,69 @@ void LayerDelegate::slotLWeightChanged(int row)
 }
 
 /// Changes the layer, then the cell, if it is a flag that can be clicked.
-/// @return false if the change was refused
+/// @return false if the user would not, or must not
 bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex &index)
 {
-    const QPersistentModelIndex cell(index); // the host may reload or delete the model on the way
-    const QString name = textOf(index.sibling(index.row(), NameColumn));
-    const bool isCurrent = flagOf(index.sibling(index.row(), CurrentColumn));
-    const bool isSet = flagOf(index);
-    OvLayerUtility layers;
-    switch (index.column()) {
-    case OnColumn:
-        if (!isCurrent || !isSet)
-            layers.setLayerOff(name, !isSet);
-        else if (!confirmSwitchingOff(name))
-            return false;
-        break;
-    case ThawedColumn:
-        if (!isCurrent || !isSet)
-            layers.setLayerFrozen(name, isSet);
-        else if (!refuseFreezing())
-            return false;
-        break;
-    case UnlockedColumn:
-        layers.setLayerLock(name, isSet);
-        break;
-    case PlotColumn:
-        layers.setLayerPlot(name, !isSet);
-        break;
-    default:
+    const auto column = static_cast<LayerColumn>(index.column());
+    if (!toggleOf(column))
         return true;
-    }
-    if (cell.isValid())
+    // The host may reload or delete all this on the way.
+    const QPersistentModelIndex cell(index);
+    const QPointer<LayerDelegate> delegate(q);
+    const QString name = textOf(index.sibling(index.row(), NameColumn));
+    const bool isSet = flagOf(index);
+    const bool isGuarded = isSet && flagOf(index.sibling(index.row(), CurrentColumn));
+
+    bool isAccepted = true;
+    std::optional<FlagChange> change;
+    if (isGuarded && column == OnColumn)
+        isAccepted = confirmSwitchingOff(name, change);
+    else if (isGuarded && column == ThawedColumn)
+        isAccepted = refuseFreezing(change);
+    else if (beginChange(delegate, column, !isSet))
+        change = setLayerFlag(name, column, !isSet);
+
+    if (isAccepted && cell.isValid())
         model->setData(cell, QVariant(!isSet).toString(), Qt::DisplayRole);
-    return true;
+    if (delegate && change)
+        emit delegate->changesEnd(change == FlagChange::Made, change == FlagChange::Refused);
+    if (delegate && change == FlagChange::Made)
+        emit delegate->layersToggled({name});
+    return isAccepted;
 }
 
 /// Asks the user; the dialog switches the layer itself.
-bool LayerDelegate::Private::confirmSwitchingOff(const QString &name)
+/// @param[out] change left alone if nothing was attempted
+bool LayerDelegate::Private::confirmSwitchingOff(const QString &name,
+                                                 std::optional<FlagChange> &change)
 {
+    std::optional<bool> before;
+    const auto begun = connect(warningDialog, &LayerWarningDialog::aboutToSwitch,
+                               [&, delegate = QPointer<LayerDelegate>(q)] {
+                                   change = FlagChange::Refused;
+                                   beginChange(delegate, OnColumn, false);
+                                   before = layerFlag(name, OnColumn);
+                               });
     warningDialog->setButtonStatus(true);
     warningDialog->setIsOn(true);
     warningDialog->setLayerName(name);
     warningDialog->setTipsText(tr("The current layer is turned off."));
-    return warningDialog->exec() == QDialog::Accepted;
+    const bool isAccepted = warningDialog->exec() == QDialog::Accepted;
+    disconnect(begun);
+    if (before && layerFlag(name, OnColumn) == false)
+        change = *before ? FlagChange::Made : FlagChange::Needless;
+    return isAccepted;
 }
 
-bool LayerDelegate::Private::refuseFreezing()
+bool LayerDelegate::Private::refuseFreezing(std::optional<FlagChange> &change)
 {
+    const QPointer<LayerDelegate> delegate(q);
     warningDialog->setButtonStatus(false);
     warningDialog->setTipsText(tr("The current layer can't be frozen!"));
-    return warningDialog->exec() == QDialog::Accepted;
+    const bool isAccepted = warningDialog->exec() == QDialog::Accepted;
+    if (beginChange(delegate, ThawedColumn, false))
+        change = FlagChange::Refused;
+    return isAccepted;
 }
 
 } // namespace OvCc

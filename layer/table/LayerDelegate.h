@@ -2,6 +2,7 @@
 
 #include <OvCustomControl/OvccExport.h>
 
+#include <QStringList>
 #include <QStyledItemDelegate>
 
 #include <memory>
@@ -14,11 +15,13 @@ namespace OvCc {
 /// written as texts of the display role. One delegate may serve several views of such a model.
 ///
 /// A left click on the cells "On", "Freeze", "Lock" and "Plot" changes the layer, then the cell;
-/// before the current layer is switched off the user is asked, and freezing it is refused. After
+/// before the current layer is switched off the user is asked, and freezing it is refused. Each such
+/// click stands between changesBegin() and changesEnd(), a question that is declined excepted. After
 /// that, and after every other event that reaches a cell, a click on the first column and a double
 /// click excepted, the host is told by ovSetLayerTableChanges(), and layerDataChanged() is sent. The
-/// host may reload the model from inside either. It may delete view, model and delegate together in
-/// a mouse press, or while the user is asked; otherwise with deleteLater(), since Qt is not done yet.
+/// host may reload the model from inside all of these. It may delete view, model and delegate
+/// together in a mouse press, or while the user is asked; otherwise with deleteLater(), since Qt is
+/// not done yet.
 ///
 /// The linetype and lineweight dialogs are there for a host that reaches them by its own means; no
 /// click opens them.
@@ -61,6 +64,20 @@ Q_SIGNALS:
 
     /// Something may have changed in the layers; see the class.
     void layerDataChanged();
+
+    /// A click is about to change the drawing: the time to open a transaction or an undo step.
+    /// @param text a short sentence for a list of these, translated: "Switch layer off"
+    void changesBegin(QString text);
+
+    /// What began with changesBegin() is done; the cell says what the click asked for, taken or not.
+    /// @param changed how many layers have another flag now
+    /// @param refused how many the drawing did not change though they were to be; freezing the current
+    ///                layer counts here
+    void changesEnd(int changed, int refused);
+
+    /// These layers were changed by one click; it follows changesEnd(), and does not come where
+    /// nothing was changed.
+    void layersToggled(QStringList names);
 
 private:
     struct Private;

@@ -67,6 +67,9 @@ LayerManager::LayerManager(QWidget *parent)
             &LayerManager::updateCurretnLayer);
     connect(m_d->table, &LayerTableWidget::currentLayerRequested, this,
             &LayerManager::currentLayerRequested);
+    connect(m_d->table, &LayerTableWidget::changesBegin, this, &LayerManager::changesBegin);
+    connect(m_d->table, &LayerTableWidget::changesEnd, this, &LayerManager::changesEnd);
+    connect(m_d->table, &LayerTableWidget::layersToggled, this, &LayerManager::layersToggled);
 }
 
 LayerManager::~LayerManager()

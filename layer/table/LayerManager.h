@@ -63,6 +63,12 @@ Q_SIGNALS:
     /// The user changed layers in the drawing by clicks in the table.
     void layerManagerChanged();
 
+    /// A click is about to change the drawing, or has changed it, or changed these layers in it; see
+    /// LayerDelegate.
+    void changesBegin(QString text);
+    void changesEnd(int changed, int refused);
+    void layersToggled(QStringList names);
+
     /// A new row's name was settled; see LayerTableWidget::layerAdded().
     void layerAdded(QString name);
 

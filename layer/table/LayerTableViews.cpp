@@ -168,6 +168,10 @@ void LayerTableWidget::Private::connectViews()
             &LayerTableWidget::updateCurretnLayer);
     connect(editing->delegate(), &LayerDelegate::layerDataChanged, q,
             &LayerTableWidget::slotLayerChanged);
+    connect(editing->delegate(), &LayerDelegate::changesBegin, q, &LayerTableWidget::changesBegin);
+    connect(editing->delegate(), &LayerDelegate::changesEnd, q, &LayerTableWidget::changesEnd);
+    connect(editing->delegate(), &LayerDelegate::layersToggled, q,
+            &LayerTableWidget::layersToggled);
 }
 
 /// The columns under the frozen view are as wide as it is: without the names, the markers stand for

@@ -106,6 +106,12 @@ Q_SIGNALS:
     /// The user changed layers through this table.
     void updateLayerCombo();
 
+    /// A click is about to change the drawing, or has changed it, or changed these layers in it; see
+    /// LayerDelegate.
+    void changesBegin(QString text);
+    void changesEnd(int changed, int refused);
+    void layersToggled(QStringList names);
+
     /// The editor that addLayer() opened was closed, whoever closed it. After a reload that took the
     /// row away there is nothing to tell.
     /// @param name what the user made of the proposed name
