@@ -32,7 +32,7 @@ QJsonObject measured(const Work &work, int n)
 
 void printLine(const QJsonObject &result)
 {
-    std::printf("%-16s %8d %12.3f %12.3f %8.3f\n",
+    std::printf("%-18s %8d %12.3f %12.3f %8.3f\n",
                 qPrintable(result.value(QLatin1String("work")).toString()),
                 result.value(QLatin1String("n")).toInt(),
                 result.value(QLatin1String("ours_ms")).toDouble(),

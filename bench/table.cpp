@@ -131,6 +131,38 @@ Times tableReload(int n)
     return {ours, baseline};
 }
 
+/// Refreshing a shown table after each @p change of the drawing, against reading the rows.
+Times refreshAfter(int n, const std::function<void()> &change)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const double ours = medianTime(
+            [&] {
+                table->refresh();
+                QApplication::processEvents();
+            },
+            change);
+    QList<QStringList> rows;
+    const double baseline =
+            medianTime([&] { OvLayerUtility().getAllLayerDate(rows); }, [&] { rows.clear(); });
+    return {ours, baseline};
+}
+
+Times tableRefresh(int n)
+{
+    return refreshAfter(n, [] {});
+}
+
+/// The layer is one in sight.
+Times tableRefreshOne(int n)
+{
+    bool isLocked = false;
+    return refreshAfter(n, [&isLocked] {
+        isLocked = !isLocked;
+        OvLayerUtility().setLayerLock(QStringLiteral("Layer 1"), isLocked);
+    });
+}
+
 /// Destroying a table that is sorted by another column, against a plain model that never was.
 Times tableClose(int n)
 {
@@ -310,6 +342,8 @@ QList<Work> tableWorks()
     return {
             {QStringLiteral("table_load"), sizes, tableLoad},
             {QStringLiteral("table_reload"), sizes, tableReload},
+            {QStringLiteral("table_refresh"), sizes, tableRefresh},
+            {QStringLiteral("table_refresh_one"), sizes, tableRefreshOne},
             {QStringLiteral("table_close"), sizes, tableClose},
             {QStringLiteral("table_search"), sizes, tableSearch},
             {QStringLiteral("table_toggle"), sizes, tableToggle},

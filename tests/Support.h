@@ -58,14 +58,19 @@ inline void addNumberedLayers(KcDbDatabase &drawing, int count)
         KcHost::addLayer(drawing, QStringLiteral("Layer%1").arg(number, 3, 10, QChar('0')));
 }
 
+inline void sortByName(QList<QStringList> &rows)
+{
+    std::sort(rows.begin(), rows.end(), [](const QStringList &one, const QStringList &other) {
+        return one[OvCc::NameColumn] < other[OvCc::NameColumn];
+    });
+}
+
 /// The layers of the working drawing as the rows of the layer table, sorted by name.
 inline QList<QStringList> layerRows()
 {
     QList<QStringList> rows;
     OvLayerUtility().getAllLayerDate(rows);
-    std::sort(rows.begin(), rows.end(), [](const QStringList &one, const QStringList &other) {
-        return one[OvCc::NameColumn] < other[OvCc::NameColumn];
-    });
+    sortByName(rows);
     return rows;
 }
 

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSettings>
 #include <QSignalSpy>
@@ -39,6 +40,20 @@ void clickHeader(const QTableView &view, int column)
     QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                       {header->sectionViewportPosition(column) + 5, header->height() / 2});
 }
+
+/// Where the widgets that it watches are painted.
+class Paints : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            places.append({watched, static_cast<QPaintEvent *>(event)->region().boundingRect()});
+        return false;
+    }
+
+    QList<QPair<QObject *, QRect>> places;
+};
 
 } // namespace
 
@@ -77,6 +92,9 @@ private slots:
     void hostActsFromInside();
     void removal();
     void setCurrent();
+    void refreshFollowsTheDrawing();
+    void refreshTouchesWhatDiffers();
+    void refreshWaitsForEditors();
     void scrollPositionStays();
     void columnLayoutIsKept();
     void searchField();
@@ -614,7 +632,12 @@ void tst_LayerTable::hostActsFromInside()
             {rename, [&] { QTest::keyClick(editor(), Qt::Key_Tab); }},
             {rename, [&] { QCOMPARE((act(), count), 1); }},
     };
-    const Work acts[]{command("slotUpLayerModel"), [&] { delete m_table; },
+    const Work refresh = [&] {
+        KcHost::eraseLayer(**m_drawing, "Doors");
+        KcHost::addLayer(**m_drawing, QString("Attic %1").arg(count));
+        m_panel->refresh();
+    };
+    const Work acts[]{refresh, command("slotUpLayerModel"), [&] { delete m_table; },
                       [&] { m_panel.reset(); }};
     for (const Work &one : acts) {
         act = [&] { ++count, one(); };
@@ -627,7 +650,7 @@ void tst_LayerTable::hostActsFromInside()
             const QPointer<QObject> table = m_table;
             prepare();
             work();
-            QVERIFY(count > 0 && !table == (&one != acts));
+            QVERIFY(count > 0 && !table == (&one > acts + 1));
             for (const char *slot :
                  {"slotNewLayer", "slotDeleteLayer", "slotCurrentLayer", "slotUpLayerModel"})
                 call(slot);
@@ -691,6 +714,145 @@ void tst_LayerTable::setCurrent()
         QCOMPARE(label->text(), "Current layer: " + name);
         QCOMPARE(label->width(), qMin(label->sizeHint().width(), 300 - 4 - 20 - 80));
     }
+}
+
+void tst_LayerTable::refreshFollowsTheDrawing()
+{
+    addNumberedLayers(**m_drawing, 60);
+    m_panel->refresh();
+    const QAbstractItemModelTester tester(m_model);
+    const auto *label = m_panel->findChild<QLabel *>();
+    QRandomGenerator random(20261122);
+    const auto anyRow = [&] { return random.bounded(m_model->rowCount()); };
+    const auto anyName = [&] { return text(anyRow(), NameColumn); };
+    const Texts searches[]{{"", ""}, {"", ""}, {"l*", "^l"}, {"*1", "1$"}};
+    QRegularExpression found;
+    const std::function<void()> works[]{
+            [&] { clickHeader(*m_table, OnColumn + random.bounded(3)); },
+            [&] { clickHeader(*m_frozen, NameColumn); },
+            [&] {
+                const Texts &search = searches[random.bounded(4)];
+                m_search->setText(search.first);
+                found = QRegularExpression(search.second,
+                                           QRegularExpression::CaseInsensitiveOption);
+            },
+            [&] { m_table->selectRow(anyRow()), m_panel->makeCurrent(); },
+            [&] {
+                m_table->selectionModel()->select(m_model->index(anyRow(), 0),
+                                                  QItemSelectionModel::Toggle
+                                                          | QItemSelectionModel::Rows);
+            },
+            [&] { m_frozen->verticalScrollBar()->setValue(random.bounded(1000)); },
+            [&] { KcHost::addLayer(**m_drawing, QString("Layer%1").arg(random.bounded(999))); },
+            [&] { KcHost::eraseLayer(**m_drawing, anyName()); },
+            [&] { KcHost::setCurrentLayer(**m_drawing, anyName()); },
+            [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
+    };
+    const auto selected = [&] {
+        QSet<QString> names;
+        for (const QModelIndex &index : m_table->selectionModel()->selectedRows(NameColumn))
+            names.insert(index.data().toString());
+        return names;
+    };
+    for (int step = 0; step < 200; ++step) {
+        for (int count = random.bounded(6); count > 0; --count)
+            works[random.bounded(int(std::size(works)))]();
+        const QSet<QString> before = selected();
+        const int position = m_table->verticalScrollBar()->value();
+        const QString shown = label->text();
+        QSignalSpy current(m_panel.get(), &LayerManager::updateCurretnLayer);
+        m_panel->refresh();
+
+        Rows present = rows();
+        const auto [column, order] = indicatorOf(*m_table);
+        const auto precedes = [column = column, order = order](const auto &one, const auto &other) {
+            return order == Qt::AscendingOrder ? one[column] < other[column]
+                                               : other[column] < one[column];
+        };
+        QVERIFY(std::is_sorted(present.begin(), present.end(), precedes));
+        const QStringList all = names();
+        QCOMPARE(shownNames(), all.filter(found));
+        QCOMPARE(selected(), before & QSet<QString>(all.begin(), all.end()));
+        QCOMPARE(m_table->verticalScrollBar()->value(),
+                 qMin(position, m_table->verticalScrollBar()->maximum()));
+        sortByName(present);
+        QCOMPARE(present, layerRows());
+        LayerItemData layer;
+        OvLayerUtility().getCurrentLayer(layer);
+        QCOMPARE(label->text(), "Current layer: " + layer.name);
+        QCOMPARE(current.count(), int(label->text() != shown));
+    }
+}
+
+void tst_LayerTable::refreshTouchesWhatDiffers()
+{
+    KcHost::setCurrentLayer(**m_drawing, "Walls");
+    addNumberedLayers(**m_drawing, 300);
+    openPanel();
+    QSignalSpy current(m_table, &LayerTableWidget::updateCurretnLayer);
+    clickHeader(*m_frozen, NameColumn);
+    m_search->setText("l");
+    m_frozen->setCurrentIndex(m_model->index(5, NameColumn));
+    m_frozen->verticalScrollBar()->setValue(2000);
+    m_panel->refresh();
+    QCOMPARE(m_panel->findChild<QLabel *>()->text(), QString("Current layer: Walls"));
+    Paints paints;
+    for (QWidget *each : m_panel->findChildren<QWidget *>())
+        each->installEventFilter(&paints);
+    QTRY_VERIFY((paints.places.clear(), QApplication::processEvents(), paints.places.isEmpty()));
+    const int top = m_table->rowAt(10);
+    for (const auto &[row, isSeen] : {std::pair(-1, false), {top + 3, true}, {top - 3, false}}) {
+        if (row >= 0)
+            OvLayerUtility().setLayerLock(text(row, NameColumn), true);
+        paints.places.clear();
+        m_panel->refresh();
+        QApplication::processEvents();
+        QCOMPARE(paints.places.size(), int(isSeen));
+        if (isSeen)
+            QCOMPARE(paints.places.at(0),
+                     qMakePair(static_cast<QObject *>(m_table->viewport()),
+                               m_table->visualRect(m_model->index(row, UnlockedColumn))));
+    }
+
+    const QStringList before = names();
+    for (const int row : {5, 6, 100})
+        KcHost::eraseLayer(**m_drawing, before.at(row));
+    for (const char *name : {"Layer0", "Layer100a", "Zoo"})
+        KcHost::addLayer(**m_drawing, name);
+    int changes = 0;
+    const auto count = [&changes] { ++changes; };
+    connect(m_model, &QStandardItemModel::rowsInserted, this, count);
+    connect(m_model, &QStandardItemModel::layoutChanged, this, count);
+    connect(m_model, &QStandardItemModel::rowsRemoved, this, count);
+    m_panel->refresh();
+    QCOMPARE(changes, 3);
+    QCOMPARE(m_frozen->currentIndex().data().toString(), before.at(7));
+    QCOMPARE(m_frozen->verticalScrollBar()->value(), 2000);
+    QCOMPARE(current.count(), 0);
+}
+
+/// A row that is edited stays as long as its editor does.
+void tst_LayerTable::refreshWaitsForEditors()
+{
+    m_panel->newLayer();
+    for (const char *name : {"Attic", "Zoo"})
+        KcHost::addLayer(**m_drawing, name);
+    m_panel->refresh();
+    QTest::keyClicks(editor(), "Hall");
+    QCOMPARE(names(), (QStringList{"0", "Attic", "Doors", "Walls", "Layer1", "Zoo", "wall-1"}));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(rows(), layerRows());
+
+    m_table->selectRow(rowOf("Doors"));
+    m_panel->renameLayer();
+    KcHost::eraseLayer(**m_drawing, "Doors");
+    OvLayerUtility().setLayerLock("Walls", true);
+    m_panel->refresh();
+    QCOMPARE(text(rowOf("Walls"), UnlockedColumn), QString("false"));
+    QCOMPARE(editor()->text(), QString("Doors"));
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    QTRY_COMPARE(rows(), layerRows());
+    QVERIFY(!names().contains("Doors"));
 }
 
 void tst_LayerTable::scrollPositionStays()

@@ -3,12 +3,13 @@
 #include <KcDb.h>
 #include <KcEd.h>
 
+#include <QColor>
 #include <QString>
 
 #include <memory>
 
 /// @file
-/// How texts and layers are taken from the host.
+/// How texts, colours and layers are taken from the host.
 
 namespace OvCc {
 
@@ -24,6 +25,11 @@ inline QString hostText(KTCHAR *text)
     const QString result = hostText(static_cast<const KTCHAR *>(text));
     kcutDelString(text);
     return result;
+}
+
+inline QColor rgbOf(const KcCmColor &color)
+{
+    return QColor(color.red(), color.green(), color.blue());
 }
 
 inline QString layerName(const KcDbLayerTableRecord &layer)

@@ -2,15 +2,12 @@
 
 #include "layer/data/HostRecords.h"
 #include "layer/data/LayerFlags.h"
+#include "layer/data/LayerRowReading.h"
 
-#include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerColumns.h>
-#include <OvCustomControl/LineWeights.h>
 
 #include <KcDb.h>
 #include <KcEd.h>
-
-#include <QSet>
 
 #include <memory>
 
@@ -20,73 +17,15 @@ namespace {
 
 KcDbDatabase *currentDb = nullptr;
 
-QString flagText(bool flag)
-{
-    return flag ? QStringLiteral("true") : QStringLiteral("false");
-}
-
-QColor rgb(const KcCmColor &color)
-{
-    return QColor(color.red(), color.green(), color.blue());
-}
-
-QString textOf(const KcCmColor &color)
-{
-    return colorText({hostText(color.colorNameForDisplay()), rgb(color)});
-}
-
-bool isFrozenInCurrentViewport(KcDbObjectId layer)
-{
-    KcDbViewport *viewport = nullptr;
-    const KcDbObjectId id = kcdbGetCurVportId(currentDb);
-    if (kcdbOpenObject(viewport, id, KcDb::kForRead, false) != Kcore::eOk || !viewport)
-        return false;
-    const bool isFrozen = viewport->isLayerFrozenInViewport(layer);
-    viewport->close();
-    return isFrozen;
-}
-
 LayerItemData layerData(const KcDbLayerTableRecord &layer)
 {
     LayerItemData data;
     data.isOn = !layer.isOff();
     data.isLocked = layer.isLocked();
     data.isFrozen = layer.isFrozen();
-    data.color = rgb(layer.color());
+    data.color = rgbOf(layer.color());
     data.name = layerName(layer);
     return data;
-}
-
-/// Few drawings have more than a handful of linetypes or colours but many layers, so rows share the
-/// strings that repeat.
-class SharedStrings
-{
-public:
-    QString shared(const QString &text) { return *m_strings.insert(text); }
-
-private:
-    QSet<QString> m_strings;
-};
-
-QStringList layerRow(const KcDbLayerTableRecord &layer, SharedStrings &strings)
-{
-    const QString texts[] = {
-            flagText(layer.objectId() == currentDb->clayer()),
-            layerName(layer),
-            flagText(!layer.isOff()),
-            flagText(!layer.isFrozen()),
-            flagText(!layer.isLocked()),
-            strings.shared(textOf(layer.color())),
-            strings.shared(symbolName(layer.linetypeObjectId())),
-            strings.shared(StringByLineWeight(layer.lineWeight(), false)),
-            strings.shared(hostText(layer.plotStyleName())),
-            flagText(layer.isPlottable()),
-            flagText(layer.VPDFLT()),
-            flagText(isFrozenInCurrentViewport(layer.objectId())),
-            hostText(layer.description()),
-    };
-    static_assert(std::size(texts) == LayerColumnCount);
-    return {std::begin(texts), std::end(texts)};
 }
 
 } // namespace
@@ -144,11 +83,7 @@ void OvLayerUtility::setLayerPlot(QString name, bool plot)
 int OvLayerUtility::getAllLayerDate(QList<QStringList> &rows)
 {
     const int present = rows.size();
-    SharedStrings strings;
-    walkLayers(getCurrentDb(), [&](const KcDbLayerTableRecord &layer) {
-        rows.append(layerRow(layer, strings));
-        return true;
-    });
+    readLayerRows([&rows](const QStringList &row) { rows.append(row); });
     return rows.size() - present;
 }
 

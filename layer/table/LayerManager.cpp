@@ -112,6 +112,16 @@ void LayerManager::slotUpLayerModel()
         m_d->table->slotSearchLayer(m_d->searchEdit->text());
 }
 
+void LayerManager::refresh()
+{
+    const QPointer<LayerManager> self(this);
+    if (m_d->table)
+        m_d->table->refresh();
+    // The table told its first current layer before there was a label.
+    if (self && m_d->table)
+        slotUpdateLineEdit(m_d->table->currentLayer());
+}
+
 void LayerManager::slotLayerChanged()
 {
     emit layerManagerChanged();

@@ -17,10 +17,10 @@ class SearchLayerEdit;
 /// search field over a LayerTableWidget. It fills itself when it is made. A name that is too long for
 /// the panel is cut, and has a tool tip; it never widens the panel.
 ///
-/// The host calls slotUpLayerModel() whenever layers changed elsewhere, and listens to
+/// The host calls refresh() or slotUpLayerModel() whenever layers changed elsewhere, and listens to
 /// layerManagerChanged(). Its commands call newLayer(), deleteLayers(), makeCurrent() and
 /// renameLayer(); these change the panel only. The signals that follow tell what to do to the
-/// drawing; then the host reloads. To delete the panel from inside a signal, use deleteLater().
+/// drawing; then the host refreshes the panel. To delete the panel from inside a signal, use deleteLater().
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT
@@ -49,6 +49,10 @@ public Q_SLOTS:
     /// Reloads the table from the drawing and applies the search again. It may be called from
     /// inside any signal of the panel.
     void slotUpLayerModel();
+
+    /// Shows what changed in the drawing and leaves everything else as it is; see
+    /// LayerTableWidget::refresh(). It may be called from inside any signal of the panel.
+    void refresh();
 
     /// Sends layerManagerChanged().
     void slotLayerChanged();

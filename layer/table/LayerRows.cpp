@@ -35,6 +35,12 @@ private:
     LayerRows &rows() const { return *static_cast<LayerRows *>(model()); }
 };
 
+bool RowOrder::operator()(const QStringList &row, const QStringList &other) const
+{
+    const int comparison = row.at(column).compare(other.at(column));
+    return order == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
+}
+
 LayerRows::LayerRows(int columns, QObject *parent)
     : QStandardItemModel(0, columns, parent)
 {
@@ -68,34 +74,32 @@ void LayerRows::setRows(const QVector<QStringList> &rows)
     endResetModel();
 }
 
-void LayerRows::removeRowsAt(const QVector<int> &places)
+void LayerRows::arrange(QVector<int> order, const QVector<QStringList> &added)
 {
-    if (places.isEmpty())
-        return;
-
+    append(added);
     // The rows that go are brought to the end first: there no other item has to move up.
-    QVector<int> order;
-    order.reserve(m_rows.size());
-    for (int row = 0; row < m_rows.size(); ++row) {
-        if (!std::binary_search(places.begin(), places.end(), row))
+    const int kept = order.size();
+    QVector<bool> isKept(m_rows.size(), false);
+    for (const int row : qAsConst(order))
+        isKept[row] = true;
+    for (int row = 0; row < isKept.size(); ++row) {
+        if (!isKept.at(row))
             order.append(row);
     }
-    const int kept = order.size();
-    order += places;
-    if (places.constFirst() < kept)
+    if (!std::is_sorted(order.cbegin(), order.cend()))
         reorder(order);
-
-    QStandardItemModel::removeRows(kept, places.size());
-    m_rows.resize(kept);
+    if (kept < order.size()) {
+        QStandardItemModel::removeRows(kept, order.size() - kept);
+        m_rows.resize(kept);
+    }
 }
 
 void LayerRows::sort(int column, Qt::SortOrder order)
 {
     if (column < 0 || column >= columnCount())
         return;
-    const auto precedes = [this, column, order](int left, int right) {
-        const int comparison = m_rows.at(left).at(column).compare(m_rows.at(right).at(column));
-        return order == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
+    const auto precedes = [this, isBefore = RowOrder{column, order}](int row, int other) {
+        return isBefore(m_rows.at(row), m_rows.at(other));
     };
     QVector<int> places(m_rows.size());
     std::iota(places.begin(), places.end(), 0);
@@ -112,18 +116,11 @@ bool LayerRows::insertRows(int row, int count, const QModelIndex &parent)
     if (parent.isValid() || row < 0 || row > present || count < 1)
         return false;
 
-    m_rows.insert(present, count, QVector<QString>(columnCount()).toList());
-    QStandardItemModel::insertRows(present, count, parent);
-    {
-        const QSignalBlocker blocker(this);
-        addItems(present, m_rows.size());
-    }
-    if (row < present) {
-        QVector<int> order(m_rows.size());
-        std::iota(order.begin(), order.end(), 0);
-        std::rotate(order.begin() + row, order.begin() + present, order.end());
-        reorder(order);
-    }
+    QVector<int> order(present + count);
+    std::iota(order.begin(), order.end(), 0);
+    std::rotate(order.begin() + row, order.begin() + present, order.end());
+    const QStringList blank = QVector<QString>(columnCount()).toList();
+    arrange(order, QVector<QStringList>(count, blank));
     return true;
 }
 
@@ -131,10 +128,25 @@ bool LayerRows::removeRows(int row, int count, const QModelIndex &parent)
 {
     if (parent.isValid() || row < 0 || count < 1 || row + count > m_rows.size())
         return false;
-    QVector<int> places(count);
-    std::iota(places.begin(), places.end(), row);
-    removeRowsAt(places);
+    QVector<int> order(m_rows.size());
+    std::iota(order.begin(), order.end(), 0);
+    order.remove(row, count);
+    arrange(order);
     return true;
+}
+
+void LayerRows::append(const QVector<QStringList> &added)
+{
+    if (added.isEmpty())
+        return;
+    const int present = m_rows.size();
+    m_rows += added;
+    QStandardItemModel::insertRows(present, added.size());
+    {
+        const QSignalBlocker blocker(this);
+        addItems(present, m_rows.size());
+    }
+    emit dataChanged(index(present, 0), index(m_rows.size() - 1, columnCount() - 1));
 }
 
 void LayerRows::addItems(int firstRow, int endRow)

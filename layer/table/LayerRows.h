@@ -6,6 +6,15 @@
 
 namespace OvCc {
 
+/// How rows are sorted: by the texts of a column.
+struct RowOrder
+{
+    int column;
+    Qt::SortOrder order;
+
+    bool operator()(const QStringList &row, const QStringList &other) const;
+};
+
 /// The rows of the layer table: texts, one item per cell.
 ///
 /// An item never moves. Each is a window onto the text at its own place, and sorting and removing
@@ -27,8 +36,10 @@ public:
 
     const QVector<QStringList> &rows() const { return m_rows; }
 
-    /// Removes the rows at the given places, ascending and without repeats, all at once.
-    void removeRowsAt(const QVector<int> &places);
+    /// Adds rows and puts all in @p order, which numbers the added ones behind those that are there:
+    /// the row that is order[i] now stands at place i then, and rows that are not in it are removed.
+    /// One change for the views, however many rows it moves.
+    void arrange(QVector<int> order, const QVector<QStringList> &added = {});
 
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     bool insertRows(int row, int count, const QModelIndex &parent = {}) override;
@@ -37,6 +48,7 @@ public:
 private:
     friend class LayerCell;
 
+    void append(const QVector<QStringList> &added);
     void addItems(int firstRow, int endRow);
     void reorder(const QVector<int> &order);
 

@@ -11,12 +11,14 @@
 #include <QVector>
 
 #include <array>
+#include <optional>
 
 class QMenu;
 
 /// @file
 /// What the sources of the layer table share: LayerTableWidget.cpp with its rows and commands,
-/// LayerTableViews.cpp with the two views, LayerTableLayout.cpp with the columns that are shown.
+/// LayerTableRefresh.cpp with what follows changes of the drawing, LayerTableViews.cpp with the two
+/// views, LayerTableLayout.cpp with the columns that are shown.
 
 namespace OvCc {
 
@@ -28,6 +30,14 @@ struct LayerTableWidget::Private
     QVector<int> selectedRows() const;
     QString showRows(const QList<QStringList> &read);
     bool moveMarkerTo(int row);
+    void takeOver(const QStringList &lastRead);
+    void hideUnfound(const QVector<int> &exceptions = {});
+
+    void arrange(const QVector<int> &order, const QVector<QStringList> &added = {});
+    void leaveRowsBeside(const QVector<int> &staying);
+    std::optional<QString> followDrawing();
+    void followEditor();
+
     void editName(int row);
 
     /// As the user reads it; empty for the column of the marker.
@@ -44,7 +54,11 @@ struct LayerTableWidget::Private
     TableEditing *editing = nullptr;
     QMenu *menu = nullptr;
     QStringList rowTemplate;
-    bool isLoading = false;
+    QString currentLayer = QStringLiteral("0"); ///< as told last
+    QString search;
+    bool isLoading = false;    ///< till all have heard of it
+    bool isChanging = false;   ///< the rows
+    bool isRefreshDue = false; ///< when the editors are closed
 };
 
 } // namespace OvCc

@@ -162,6 +162,9 @@ void LayerTableWidget::Private::connectViews()
     QScrollBar *frozenBar = frozen->verticalScrollBar();
     connect(bar, &QScrollBar::valueChanged, frozenBar, &QScrollBar::setValue);
     connect(frozenBar, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+    connect(
+            editing, &TableEditing::editorClosed, q, [this] { followEditor(); },
+            Qt::QueuedConnection);
     connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
     connect(editing, &TableEditing::renamed, q, &LayerTableWidget::layerRenamed);
     connect(editing->delegate(), &LayerDelegate::updateCurretnLayer, q,

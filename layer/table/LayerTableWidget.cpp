@@ -51,6 +51,8 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
     for (QTableView *view : m_d->views())
         m_d->setUp(*view);
     m_d->editing = new TableEditing(*this, *m_d->frozen);
+    connect(this, &LayerTableWidget::updateCurretnLayer, this,
+            [this](const QString &name) { m_d->currentLayer = name; });
     InitLayerModel();
 
     for (const ColumnTraits &column : columnTable) {
@@ -72,16 +74,19 @@ LayerTableWidget::~LayerTableWidget()
 
 void LayerTableWidget::InitLayerModel()
 {
-    if (m_d->isLoading)
+    if (m_d->isLoading || m_d->isChanging)
         return;
     const QPointer<LayerTableWidget> self(this);
     m_d->isLoading = true;
+    m_d->isChanging = true;
+    m_d->isRefreshDue = false;
+    m_d->search.clear();
     QList<QStringList> rows;
     OvLayerUtility().getAllLayerDate(rows);
-    if (rows.isEmpty())
-        m_d->rows->setRows({});
-    else
-        emit updateCurretnLayer(m_d->showRows(rows));
+    const QString current = m_d->showRows(rows);
+    m_d->isChanging = false;
+    if (!rows.isEmpty())
+        emit updateCurretnLayer(current);
     if (self)
         m_d->isLoading = false;
 }
@@ -89,10 +94,11 @@ void LayerTableWidget::InitLayerModel()
 /// Returns the name of the current layer; empty if none is.
 QString LayerTableWidget::Private::showRows(const QList<QStringList> &read)
 {
-    if (OvLayerUtility().isModelSpace())
-        q->setColumnHidden(ViewportFreezeColumn, true);
-    rowTemplate = read.constLast();
-    rowTemplate[CurrentColumn] = QStringLiteral("false");
+    if (read.isEmpty()) {
+        rows->setRows({});
+        return QString();
+    }
+    takeOver(read.constLast());
     headerList[0] = QStringLiteral("status");
 
     QVector<QStringList> sorted = read.toVector();
@@ -119,6 +125,15 @@ QString LayerTableWidget::Private::showRows(const QList<QStringList> &read)
     return hasCurrent ? sorted.at(currentRow).at(NameColumn) : QString();
 }
 
+/// What is not in the rows themselves.
+void LayerTableWidget::Private::takeOver(const QStringList &lastRead)
+{
+    if (OvLayerUtility().isModelSpace())
+        q->setColumnHidden(ViewportFreezeColumn, true);
+    rowTemplate = lastRead;
+    rowTemplate[CurrentColumn] = QStringLiteral("false");
+}
+
 bool LayerTableWidget::insertRowData(int row)
 {
     if (!m_d->rows->insertRow(row))
@@ -131,6 +146,11 @@ bool LayerTableWidget::insertRowData(int row)
 FrozenTableWidget *LayerTableWidget::frozenView() const
 {
     return m_d->frozen;
+}
+
+QString LayerTableWidget::currentLayer() const
+{
+    return m_d->currentLayer;
 }
 
 void LayerTableWidget::finishEditing()
@@ -194,9 +214,14 @@ void LayerTableWidget::remove()
         // Who hears of a name that is settled by this is not to come between.
         const TableEditing::Hold hold(*m_d->editing);
         m_d->editing->finish();
-        for (const int row : places)
-            names.append(m_d->rows->rows().at(row).at(NameColumn));
-        m_d->rows->removeRowsAt(places);
+        QVector<int> order;
+        for (int row = 0; row < m_d->rows->rowCount(); ++row) {
+            if (std::binary_search(places.begin(), places.end(), row))
+                names.append(m_d->rows->rows().at(row).at(NameColumn));
+            else
+                order.append(row);
+        }
+        m_d->arrange(order);
     }
     if (self)
         emit layersRemoved(names);
@@ -233,19 +258,27 @@ bool LayerTableWidget::Private::moveMarkerTo(int row)
 
 void LayerTableWidget::slotSearchLayer(const QString &text)
 {
-    const NamePattern pattern(text);
-    const std::array<QTableView *, 2> views = m_d->views();
+    m_d->search = text;
+    m_d->hideUnfound();
+}
+
+/// @param exceptions rows that stay as they are
+void LayerTableWidget::Private::hideUnfound(const QVector<int> &exceptions)
+{
+    const NamePattern pattern(search);
     // Each row would otherwise make the headers measure all rows anew.
-    for (QTableView *view : views)
+    for (QTableView *view : views())
         view->verticalHeader()->setUpdatesEnabled(false);
-    for (int row = 0; row < m_d->rows->rowCount(); ++row) {
-        const bool isHidden = !pattern.matches(m_d->rows->rows().at(row).at(NameColumn));
-        for (QTableView *view : views) {
+    for (int row = 0; row < rows->rowCount(); ++row) {
+        if (exceptions.contains(row))
+            continue;
+        const bool isHidden = !pattern.matches(rows->rows().at(row).at(NameColumn));
+        for (QTableView *view : views()) {
             if (view->isRowHidden(row) != isHidden)
                 view->setRowHidden(row, isHidden);
         }
     }
-    for (QTableView *view : views)
+    for (QTableView *view : views())
         view->verticalHeader()->setUpdatesEnabled(true);
 }
 

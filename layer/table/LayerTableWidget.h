@@ -19,7 +19,7 @@ class FrozenTableWidget;
 ///
 /// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
 /// and making current change the table only: the host follows the signals, changes the drawing and
-/// calls InitLayerModel(), which it may do from inside any of them. To delete the table there, use
+/// calls refresh() or InitLayerModel(), which it may do from inside any of them. To delete the table there, use
 /// deleteLater(): with some events Qt is not done yet. While a dialog is up that a press on a cell
 /// has opened, here or in the host, the table may go at any time.
 ///
@@ -45,6 +45,9 @@ public:
     /// call that comes while another one is running is ignored.
     void InitLayerModel();
 
+    /// The current layer as updateCurretnLayer() told it last; "0" before that.
+    QString currentLayer() const;
+
     /// Inserts a row like the last one that was loaded or added.
     /// @param row the place; from 0 to the number of rows
     bool insertRowData(int row);
@@ -68,6 +71,18 @@ public:
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 public Q_SLOTS:
+    /// Brings the rows in step with the drawing, as a reload would show them, and touches only what
+    /// differs: selection, sort order, search and scroll position stay, and nothing is painted that
+    /// is as it was. Rows that came stand where the table is sorted to have them, and so do rows that
+    /// changed in that column; hidden are those that the search does not find. If the current row
+    /// goes, the next one that stays is the current one.
+    ///
+    /// Sends updateCurretnLayer() if the current layer is another one than that signal told last. A
+    /// row with an open editor stays in its place until that is closed, and is put right soon after,
+    /// when the host had time to answer. O(N), in one walk over the layer table; O(N log N) where rows
+    /// in many places change their order.
+    void refresh();
+
     /// Takes over what is being edited, appends a row with the first free name of the form "Layer1"
     /// and opens its editor. When that closes, layerAdded() follows.
     void addLayer();

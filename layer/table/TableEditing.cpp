@@ -7,6 +7,7 @@
 
 #include <QItemSelectionModel>
 
+#include <algorithm>
 #include <memory>
 
 namespace OvCc {
@@ -140,6 +141,24 @@ void TableEditing::finish()
     }
 }
 
+QVector<int> TableEditing::rows() const
+{
+    QVector<int> rows;
+    for (const Edit &edit : m_open) {
+        if (edit.cell.isValid())
+            rows.append(edit.cell.row());
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+bool TableEditing::isOpen(const QModelIndex &cell) const
+{
+    return std::any_of(m_open.cbegin(), m_open.cend(),
+                       [&cell](const Edit &edit) { return edit.cell == cell; });
+}
+
 void TableEditing::opened(QWidget *editor, const QModelIndex &index)
 {
     m_open.insert(editor, {index, index.data().toString()});
@@ -150,7 +169,8 @@ void TableEditing::closed(QWidget *editor)
 {
     const Hold hold(*this);
     note(editor);
-    m_open.remove(editor);
+    if (m_open.remove(editor) > 0)
+        emit editorClosed();
 }
 
 void TableEditing::commit(QWidget *editor)

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QPersistentModelIndex>
 #include <QPointer>
+#include <QVector>
 #include <QWidget>
 
 class QTableView;
@@ -49,6 +50,10 @@ public:
     /// Takes over what is being edited.
     void finish();
 
+    /// The rows in which an editor is open, ascending.
+    QVector<int> rows() const;
+    bool isOpen(const QModelIndex &cell) const;
+
     /// For the delegate: an editor was opened, or closed.
     void opened(QWidget *editor, const QModelIndex &index);
     void closed(QWidget *editor);
@@ -56,6 +61,9 @@ public:
 Q_SIGNALS:
     void added(QString name);
     void renamed(QString from, QString to);
+
+    /// An editor was closed. Its view is not done with that yet.
+    void editorClosed();
 
 private:
     struct Edit

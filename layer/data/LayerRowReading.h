@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QStringList>
+
+#include <functional>
+
+namespace OvCc {
+
+/// Walks the layers of the working drawing once, in the order of its layer table, and hands each on as
+/// the row of texts that LayerColumn describes. A layer is open meanwhile: @p visit only looks and
+/// remembers.
+void readLayerRows(const std::function<void(const QStringList &row)> &visit);
+
+} // namespace OvCc
