@@ -97,6 +97,7 @@ private slots:
     void refreshWaitsForEditors();
     void scrollPositionStays();
     void columnLayoutIsKept();
+    void layoutState();
     void searchField();
     void icons();
     void namesAreData();
@@ -898,6 +899,54 @@ void tst_LayerTable::columnLayoutIsKept()
     QCOMPARE(settings.value("Name/isChecked").toBool(), false);
     QCOMPARE(settings.value("Color/isEnabled").toBool(), true);
     QCOMPARE(settings.childGroups().size(), 11);
+}
+
+void tst_LayerTable::layoutState()
+{
+    const auto widths = [this] {
+        return QList<int>{m_frozen->columnWidth(CurrentColumn), m_frozen->columnWidth(NameColumn),
+                          m_table->columnWidth(ColorColumn), m_table->columnWidth(PlotColumn)};
+    };
+    m_frozen->setColumnWidth(CurrentColumn, 40);
+    m_frozen->setColumnWidth(NameColumn, 140);
+    m_table->setColumnWidth(PlotColumn, 99);
+    m_table->sortByColumn(NameColumn, Qt::DescendingOrder);
+    for (const int column : {NameColumn, ColorColumn})
+        m_table->hideColumn(column);
+    m_table->setColumnWidth(ColorColumn, 77);
+    const QByteArray state = m_table->saveState();
+    openPanel();
+    const QByteArray plain = m_table->saveState();
+
+    QByteArrayList bad{{}, state + 'x', "x" + state};
+    for (int place = 1; place < state.size(); ++place)
+        bad.append(state.left(place));
+    // The version, a width, a flag, the column that is sorted by.
+    for (const auto &[place, value] :
+         {std::pair(3, 2), {4, -1}, {4, 1}, {8, 2}, {state.size() - 2, 13}}) {
+        bad.append(state);
+        bad.last()[place] = char(value);
+    }
+    for (const QByteArray &bytes : qAsConst(bad))
+        QVERIFY(!m_table->restoreState(bytes) && m_table->saveState() == plain);
+
+    QVERIFY(m_table->restoreState(state));
+    QCOMPARE(m_table->saveState(), state);
+    QCOMPARE(widths(), (QList<int>{40, 140, 0, 99}));
+    QCOMPARE(m_table->columnViewportPosition(OnColumn), m_frozen->width());
+    QCOMPARE(text(0, NameColumn), QString("wall-1"));
+    for (const char *title : {"Name", "Color"})
+        m_table->findChild<LayerAction *>(title)->trigger();
+    QCOMPARE(widths(), (QList<int>{40, 140, 77, 99}));
+    QCOMPARE(m_table->columnWidth(NameColumn), 140);
+
+    LayerTableWidget::setSettingsScope("Elsewhere", "Host");
+    openPanel();
+    m_table->findChild<LayerAction *>("Plot")->trigger();
+    openPanel();
+    LayerTableWidget::setSettingsScope("Brevik", "TessaViewer");
+    QVERIFY(m_table->isColumnHidden(PlotColumn));
+    QCOMPARE(QSettings("Elsewhere", "Host").value("Plot/isChecked"), QVariant("false"));
 }
 
 void tst_LayerTable::searchField()

@@ -2,6 +2,7 @@
 
 #include <OvCustomControl/OvccExport.h>
 
+#include <QByteArray>
 #include <QStringList>
 #include <QTableView>
 
@@ -24,8 +25,9 @@ class FrozenTableWidget;
 /// has opened, here or in the host, the table may go at any time.
 ///
 /// A context menu on the column titles shows and hides columns. The choice is kept in the user's
-/// settings, organisation "Brevik", application "TessaViewer": it is read when a table is made and
-/// written when it is destroyed.
+/// settings, organisation "Brevik", application "TessaViewer" unless setSettingsScope() says
+/// otherwise: it is read when a table is made and written when it is destroyed. Widths and the sort
+/// order are not; a host that wants them kept has saveState() and restoreState().
 ///
 /// Costs, N being the number of layers: loading and sorting are O(N log N), a click is O(N) for the
 /// walk to the layer's record, everything else is O(N) or better.
@@ -34,6 +36,10 @@ class OVCC_EXPORT LayerTableWidget : public QTableView
     Q_OBJECT
 
 public:
+    /// Where in the user's settings the shown columns are kept. To be called before the first table
+    /// is made: each reads them there as it is made, and writes them there as it goes.
+    static void setSettingsScope(const QString &organisation, const QString &application);
+
     explicit LayerTableWidget(QWidget *parent = nullptr);
 
     /// Saves the column layout.
@@ -57,6 +63,15 @@ public:
 
     /// Saves which columns are shown; the destructor calls it.
     void writeSettings();
+
+    /// The widths of all columns, hidden ones included, which of those that the user may hide are
+    /// hidden, and the sort order, for the host's own settings.
+    QByteArray saveState() const;
+
+    /// Lays the table out as it was when saveState() returned @p state; the column menu follows. The
+    /// next reload sorts by name again, refresh() does not.
+    /// @return false, and nothing is changed, if @p state is no such thing, or one of another version
+    bool restoreState(const QByteArray &state);
 
     /// The view of the markers and names, the child "frozenTable"; never null. Names are edited there.
     FrozenTableWidget *frozenView() const;

@@ -6,6 +6,18 @@ namespace OvCc {
 
 namespace {
 
+struct Scope
+{
+    QString organisation;
+    QString application;
+};
+
+Scope &scope()
+{
+    static Scope scope{QStringLiteral("Brevik"), QStringLiteral("TessaViewer")};
+    return scope;
+}
+
 QString checkableKey(const QAction &action)
 {
     return action.objectName() + QLatin1String("/isCheckable");
@@ -18,8 +30,13 @@ QString checkedKey(const QAction &action)
 
 } // namespace
 
+void LayoutSettings::setScope(const QString &organisation, const QString &application)
+{
+    scope() = {organisation, application};
+}
+
 LayoutSettings::LayoutSettings()
-    : m_settings(QStringLiteral("Brevik"), QStringLiteral("TessaViewer"))
+    : m_settings(scope().organisation, scope().application)
 {
 }
 

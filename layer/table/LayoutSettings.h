@@ -11,6 +11,9 @@ namespace OvCc {
 class LayoutSettings
 {
 public:
+    /// Where all that are made from now on keep the layout.
+    static void setScope(const QString &organisation, const QString &application);
+
     LayoutSettings();
 
     /// Checks @p action as it was saved. One that never was can be checked, and is.
