@@ -7,7 +7,6 @@
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerManager.h>
 #include <OvCustomControl/LayerTableWidget.h>
-#include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/SearchLayerEdit.h>
 
 #include <QAction>
@@ -18,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace Tessa {
 
@@ -82,6 +82,8 @@ LayerDock::LayerDock(QWidget *parent)
     connect(m_panel, &OvCc::LayerManager::layerAdded, this, &LayerDock::addToDrawing);
     connect(m_panel, &OvCc::LayerManager::layersRemoved, this, &LayerDock::eraseFromDrawing);
     connect(m_panel, &OvCc::LayerManager::layerRenamed, this, &LayerDock::renameInDrawing);
+    connect(m_panel, &OvCc::LayerManager::currentLayerRequested, this,
+            &LayerDock::makeCurrentInDrawing);
     setDrawing(nullptr);
 }
 
@@ -95,11 +97,16 @@ void LayerDock::createCommands()
     };
     using OvCc::LayerManager;
     m_commands->addAction(icon(LayerManager::NewLayerIcon), tr("New"), this, &LayerDock::newLayer);
-    m_commands->addAction(icon(LayerManager::DeleteLayerIcon), tr("Delete"), this,
-                          &LayerDock::deleteLayers);
-    m_commands->addAction(icon(LayerManager::CurrentLayerIcon), tr("Set current"), this,
-                          &LayerDock::setCurrent);
-    QAction *rename = m_commands->addAction(tr("Rename"), this, &LayerDock::renameSelected);
+    const auto add = [this](const QIcon &picture, const QString &text,
+                            void (LayerManager::*command)()) {
+        return m_commands->addAction(picture, text, this, [this, command] {
+            finishEditing();
+            (m_panel->*command)();
+        });
+    };
+    add(icon(LayerManager::DeleteLayerIcon), tr("Delete"), &LayerManager::deleteLayers);
+    add(icon(LayerManager::CurrentLayerIcon), tr("Set current"), &LayerManager::makeCurrent);
+    QAction *rename = add(QIcon(), tr("Rename"), &LayerManager::renameLayer);
     rename->setShortcut(Qt::Key_F2);
     m_commands->addAction(icon(LayerManager::RefreshIcon), tr("Refresh"), this,
                           &LayerDock::reloadAll);
@@ -180,60 +187,24 @@ void LayerDock::finishEditing()
     refresh();
 }
 
-void LayerDock::noteChange(const QString &name)
+void LayerDock::noteChange()
 {
-    m_changed.insert(name);
+    m_isRefreshDue = true;
 }
 
 void LayerDock::refresh()
 {
-    const QSet<QString> changed = std::exchange(m_changed, {});
-    if (m_mustReload) {
-        reload();
+    if (!std::exchange(m_isRefreshDue, false))
         return;
-    }
-    for (const QString &name : changed)
-        showFlags(name);
+    m_panel->refresh();
+    selectNext();
 }
 
 void LayerDock::newLayer()
 {
     finishEditing();
     m_search->clear(); // it could hide the new row
-    m_table->addLayer();
-}
-
-void LayerDock::deleteLayers()
-{
-    finishEditing();
-    m_table->remove();
-}
-
-/// The panel's own signal is no help here: it does not come when the panel takes the row for the one
-/// that was current before, and it comes after every reload. The user's choice counts in any case.
-void LayerDock::setCurrent()
-{
-    finishEditing();
-    const int row = m_table->selectedRow();
-    if (row < 0)
-        return;
-    const QString name = nameAt(row);
-    m_table->setCurrentLayer();
-
-    const Kcore::ErrorStatus status = KcHost::setCurrentLayer(*m_drawing->database, name);
-    finishCommand(name, status == Kcore::eOk ? QString()
-                                             : tr("Layer %1 cannot be made the current one: %2.")
-                                                       .arg(quoted(name), reasonFor(status)));
-}
-
-void LayerDock::renameSelected()
-{
-    finishEditing();
-    const int row = m_table->selectedRow();
-    if (row < 0)
-        return;
-    m_names->setFocus();
-    m_names->edit(m_names->model()->index(row, OvCc::NameColumn));
+    m_panel->newLayer();
 }
 
 void LayerDock::reloadAll()
@@ -251,6 +222,14 @@ void LayerDock::addToDrawing(const QString &name)
             status == Kcore::eOk
                     ? QString()
                     : tr("Layer %1 cannot be added: %2.").arg(quoted(name), reasonFor(status)));
+}
+
+void LayerDock::makeCurrentInDrawing(const QString &name)
+{
+    const Kcore::ErrorStatus status = KcHost::setCurrentLayer(*m_drawing->database, name);
+    finishCommand(name, status == Kcore::eOk ? QString()
+                                             : tr("Layer %1 cannot be made the current one: %2.")
+                                                       .arg(quoted(name), reasonFor(status)));
 }
 
 void LayerDock::eraseFromDrawing(const QStringList &names)
@@ -289,37 +268,22 @@ void LayerDock::renameInDrawing(const QString &from, const QString &to)
 void LayerDock::finishCommand(const QString &nextSelected, const QString &refusal)
 {
     m_nextSelected = nextSelected;
-    m_mustReload = true;
+    m_isRefreshDue = true;
     emit commandDone(refusal);
 }
 
 void LayerDock::reload()
 {
-    m_mustReload = false;
+    m_isRefreshDue = false;
     m_panel->slotUpLayerModel();
-    const int row = rowOf(m_nextSelected);
-    if (row >= 0)
-        m_names->setCurrentIndex(m_names->model()->index(row, OvCc::NameColumn));
-    m_nextSelected.clear();
+    selectNext();
 }
 
-/// Puts one row right, if it is not, as a click in the panel does. A reload would also sort it anew
-/// and select the current layer.
-void LayerDock::showFlags(const QString &name)
+void LayerDock::selectNext()
 {
-    const int row = rowOf(name);
-    KcDbLayerTableRecord *layer = getLayerByName(name);
-    if (!layer)
-        return;
-    const std::array<std::pair<int, bool>, 4> flags{{{OvCc::OnColumn, !layer->isOff()},
-                                                     {OvCc::ThawedColumn, !layer->isFrozen()},
-                                                     {OvCc::UnlockedColumn, !layer->isLocked()},
-                                                     {OvCc::PlotColumn, layer->isPlottable()}}};
-    layer->close();
-    for (const auto &[column, value] : flags) {
-        const QModelIndex cell = m_table->model()->index(row, column);
-        m_table->model()->setData(cell, QVariant(value).toString(), Qt::DisplayRole);
-    }
+    const int row = rowOf(std::exchange(m_nextSelected, {}));
+    if (row >= 0)
+        m_names->setCurrentIndex(m_names->model()->index(row, OvCc::NameColumn));
 }
 
 /// The row of a layer; -1 if it is in none.

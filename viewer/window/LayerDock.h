@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDockWidget>
-#include <QSet>
 
 namespace OvCc {
 class FrozenTableWidget;
@@ -42,7 +41,7 @@ public:
     void finishEditing();
 
     /// A layer of the drawing is another one now; refresh() shows it.
-    void noteChange(const QString &name);
+    void noteChange();
 
     /// Shows what changed since the last refresh, whoever changed it.
     void refresh();
@@ -57,18 +56,16 @@ private:
     void widenColumns();
     void fitNameColumn();
     void newLayer();
-    void deleteLayers();
-    void setCurrent();
-    void renameSelected();
     void reloadAll();
 
     void addToDrawing(const QString &name);
+    void makeCurrentInDrawing(const QString &name);
     void eraseFromDrawing(const QStringList &names);
     void renameInDrawing(const QString &from, const QString &to);
     void finishCommand(const QString &nextSelected, const QString &refusal);
 
     void reload();
-    void showFlags(const QString &name);
+    void selectNext();
     int rowOf(const QString &name) const;
     QString nameAt(int row) const;
 
@@ -78,9 +75,8 @@ private:
     OvCc::LayerTableWidget *m_table;
     OvCc::FrozenTableWidget *m_names; ///< the part of the table with the names
     OvCc::SearchLayerEdit *m_search;
-    QSet<QString> m_changed;
-    bool m_mustReload = false;
-    QString m_nextSelected; ///< by the next reload; empty for the current layer
+    bool m_isRefreshDue = false;
+    QString m_nextSelected; ///< once the panel is in step again; empty where nothing is to be
 };
 
 } // namespace Tessa

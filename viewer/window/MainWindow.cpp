@@ -274,7 +274,7 @@ void MainWindow::followLayerChange(const QString &name)
     m_panes->refresh();
     if (!isWindowModified())
         setWindowModified(true);
-    m_dock->noteChange(name);
+    m_dock->noteChange();
     m_refresh.start();
 }
 
