@@ -87,6 +87,10 @@ void tst_Interface::strings()
     const Marks marks;
     QVERIFY(layers.grab().toImage() != plain); // a lineweight is translated where it is painted
     QCOMPARE(layers.model()->index(0, LineWeightColumn).data().toString(), QString("Default"));
+    QSignalSpy begun(&layers, &LayerTableWidget::changesBegin);
+    QTest::mousePress(layers.viewport(), Qt::LeftButton, {},
+                      layers.visualRect(layers.model()->index(0, UnlockedColumn)).center());
+    QCOMPARE(begun.value(0).value(0), QVariant("OvCc::LayerDelegate|Lock layer"));
 
     KcHost::setWorkingDatabase(nullptr);
     QWidget owner;

@@ -719,7 +719,7 @@ void tst_LayerTable::setCurrent()
 
 void tst_LayerTable::refreshFollowsTheDrawing()
 {
-    addNumberedLayers(**m_drawing, 60);
+    addNumberedLayers(**m_drawing, 40);
     m_panel->refresh();
     const QAbstractItemModelTester tester(m_model);
     const auto *label = m_panel->findChild<QLabel *>();
@@ -755,7 +755,7 @@ void tst_LayerTable::refreshFollowsTheDrawing()
             names.insert(index.data().toString());
         return names;
     };
-    for (int step = 0; step < 200; ++step) {
+    for (int step = 0; step < 60; ++step) {
         for (int count = random.bounded(6); count > 0; --count)
             works[random.bounded(int(std::size(works)))]();
         const QSet<QString> before = selected();

@@ -20,7 +20,8 @@ class SearchLayerEdit;
 /// The host calls refresh() or slotUpLayerModel() whenever layers changed elsewhere, and listens to
 /// layerManagerChanged(). Its commands call newLayer(), deleteLayers(), makeCurrent() and
 /// renameLayer(); these change the panel only. The signals that follow tell what to do to the
-/// drawing; then the host refreshes the panel. To delete the panel from inside a signal, use deleteLater().
+/// drawing; then the host refreshes the panel. To delete the panel from inside a signal, use
+/// deleteLater().
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT

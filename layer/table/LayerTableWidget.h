@@ -20,9 +20,9 @@ class FrozenTableWidget;
 ///
 /// Clicks on flag cells change the drawing at once (see LayerDelegate). Adding, removing, renaming
 /// and making current change the table only: the host follows the signals, changes the drawing and
-/// calls refresh() or InitLayerModel(), which it may do from inside any of them. To delete the table there, use
-/// deleteLater(): with some events Qt is not done yet. While a dialog is up that a press on a cell
-/// has opened, here or in the host, the table may go at any time.
+/// calls refresh() or InitLayerModel(), which it may do from inside any of them. To delete the table
+/// there, use deleteLater(): with some events Qt is not done yet. While a dialog is up that a press
+/// on a cell has opened, here or in the host, the table may go at any time.
 ///
 /// A context menu on the column titles shows and hides columns. The choice is kept in the user's
 /// settings, organisation "Brevik", application "TessaViewer" unless setSettingsScope() says
