@@ -700,9 +700,12 @@ void tst_LayerTable::setCurrent()
         m_table->slotSearchLayer(text);
         m_table->setCurrentLayer();
     }
+    m_panel->newLayer();
+    editor()->setText("Attic");
+    m_panel->makeCurrent();
     m_panel->slotUpLayerModel();
-    QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}, {"0"}}));
-    QCOMPARE(requests, (Calls{{"0"}, {"wall-1"}, {"wall-1"}, {"Doors"}, {"Walls"}}));
+    QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}, {"Attic"}, {"0"}}));
+    QCOMPARE(requests, (Calls{{"0"}, {"wall-1"}, {"wall-1"}, {"Doors"}, {"Walls"}, {"Attic"}}));
 
     // A name leaves the panel its width and the search field a part of it.
     const QSize narrowest = m_panel->minimumSizeHint();
@@ -854,6 +857,13 @@ void tst_LayerTable::refreshWaitsForEditors()
     QTest::keyClick(editor(), Qt::Key_Escape);
     QTRY_COMPARE(rows(), layerRows());
     QVERIFY(!names().contains("Doors"));
+
+    m_table->openPersistentEditor(m_model->index(0, DescriptionColumn));
+    m_model->item(0, DescriptionColumn)->setText("typed");
+    m_panel->refresh();
+    QCOMPARE(text(0, DescriptionColumn), QString("typed"));
+    m_table->closePersistentEditor(m_model->index(0, DescriptionColumn));
+    QTRY_COMPARE(rows(), layerRows());
 }
 
 void tst_LayerTable::scrollPositionStays()
@@ -890,9 +900,11 @@ void tst_LayerTable::columnLayoutIsKept()
     }
     for (const int isModelSpace : {0, 1}) {
         KcHost::setVariable("TILEMODE", isModelSpace);
-        m_table->showColumn(ViewportFreezeColumn);
-        m_table->InitLayerModel();
-        QCOMPARE(m_table->isColumnHidden(ViewportFreezeColumn), isModelSpace == 1);
+        for (const auto reload : {&LayerManager::slotUpLayerModel, &LayerManager::refresh}) {
+            m_table->showColumn(ViewportFreezeColumn);
+            (m_panel.get()->*reload)();
+            QCOMPARE(m_table->isColumnHidden(ViewportFreezeColumn), isModelSpace == 1);
+        }
     }
     QSettings settings(QStringLiteral("Brevik"), QStringLiteral("TessaViewer"));
     QCOMPARE(settings.value("Plot Style/isChecked").toBool(), false);
