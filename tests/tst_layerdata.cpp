@@ -137,15 +137,17 @@ void tst_LayerData::magentaIsTransparent()
     image.setPixel(0, 0, qRgb(255, 0, 255));
     image.setPixel(1, 0, qRgb(255, 0, 254));
     image.setPixel(2, 0, qRgb(0, 128, 0));
-    QVERIFY(loadImage(path).isNull());
     QVERIFY(image.save(path));
-
     const QPixmap loaded = loadImage(path);
     const QImage shown = loaded.toImage();
     QCOMPARE(qAlpha(shown.pixel(0, 0)), 0);
     QCOMPARE(shown.pixel(1, 0), qRgb(255, 0, 254));
     QCOMPARE(shown.pixel(2, 0), qRgb(0, 128, 0));
     QCOMPARE(loadImage(path).cacheKey(), loaded.cacheKey());
+
+    const QString late = dir.filePath(QStringLiteral("late.bmp"));
+    QVERIFY(loadImage(late).isNull() && image.save(late));
+    QVERIFY(loadImage(late).isNull());
 }
 
 void tst_LayerData::resourceImages()

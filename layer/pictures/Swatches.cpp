@@ -80,14 +80,10 @@ QPixmap OvCc::loadImage(QString path)
     if (known != images.constEnd())
         return *known;
 
-    const QPixmap image = decodeImage(path);
-    if (!image.isNull()) {
-        // Pictures must not outlive the application that can show them.
-        if (images.isEmpty())
-            qAddPostRoutine([] { loadedImages().clear(); });
-        images.insert(path, image);
-    }
-    return image;
+    // Pictures must not outlive the application that can show them.
+    if (images.isEmpty())
+        qAddPostRoutine([] { loadedImages().clear(); });
+    return *images.insert(path, decodeImage(path));
 }
 
 QPushButton *OvCc::createLayerItemButton(QPixmap pixmap)

@@ -26,7 +26,8 @@ namespace OvCc {
 OVCC_EXPORT QPixmap creatTextStyleIcon(QString text);
 
 /// The picture at @p path with its pure magenta (255, 0, 255) made transparent; null if there is
-/// none. A path is decoded once and its picture shared until the application ends.
+/// none. A path is looked for and decoded once, and what was found there, a picture or none, is
+/// shared until the application ends: a host registers its resources before it makes widgets.
 OVCC_EXPORT QPixmap loadImage(QString path);
 
 /// A button as large as @p pixmap, which is its icon, so without room for a border. Its object name
