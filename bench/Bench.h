@@ -9,7 +9,7 @@
 class KcDbDatabase;
 
 /// One piece of work at one size: the time that this library takes, and the time of the plain
-/// baseline, measured in the same run. In milliseconds.
+/// baseline, measured in the same run. In milliseconds, where the work names no other unit.
 struct Times
 {
     double ours;
@@ -22,6 +22,7 @@ struct Work
     QString name;
     QList<int> sizes;
     std::function<Times(int n)> measure;
+    const char *unit = "ms";
 };
 
 /// The works of each family.

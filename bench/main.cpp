@@ -2,7 +2,8 @@
 ///
 ///     ovcc-bench [--json] [WORK...]
 ///
-/// prints one line per work and size: the times in milliseconds and their ratio.
+/// prints one line per work and size: the times in milliseconds, or what else is measured, and their
+/// ratio.
 
 #include "Bench.h"
 
@@ -21,22 +22,23 @@ namespace {
 QJsonObject measured(const Work &work, int n)
 {
     const Times times = work.measure(n);
+    const QLatin1String unit(work.unit);
     return {
             {QStringLiteral("work"), work.name},
             {QStringLiteral("n"), n},
-            {QStringLiteral("ours_ms"), times.ours},
-            {QStringLiteral("baseline_ms"), times.baseline},
+            {QLatin1String("ours_") + unit, times.ours},
+            {QLatin1String("baseline_") + unit, times.baseline},
             {QStringLiteral("ratio"), times.ours / times.baseline},
     };
 }
 
-void printLine(const QJsonObject &result)
+void printLine(const Work &work, const QJsonObject &result)
 {
-    std::printf("%-18s %8d %12.3f %12.3f %8.3f\n",
-                qPrintable(result.value(QLatin1String("work")).toString()),
+    const QLatin1String unit(work.unit);
+    std::printf("%-18s %8d %12.3f %12.3f %-5s %8.3f\n", qPrintable(work.name),
                 result.value(QLatin1String("n")).toInt(),
-                result.value(QLatin1String("ours_ms")).toDouble(),
-                result.value(QLatin1String("baseline_ms")).toDouble(),
+                result.value(QLatin1String("ours_") + unit).toDouble(),
+                result.value(QLatin1String("baseline_") + unit).toDouble(), work.unit,
                 result.value(QLatin1String("ratio")).toDouble());
     std::fflush(stdout);
 }
@@ -78,7 +80,7 @@ int main(int argc, char *argv[])
     }
 
     if (!parser.isSet(json))
-        std::printf("%-16s %8s %12s %12s %8s\n", "work", "N", "ours ms", "baseline ms", "ratio");
+        std::printf("%-16s %8s %12s %12s %-5s %8s\n", "work", "N", "ours", "baseline", "", "ratio");
     QJsonArray results;
     for (const Work &work : works) {
         if (!wanted.isEmpty() && !wanted.contains(work.name))
@@ -86,7 +88,7 @@ int main(int argc, char *argv[])
         for (const int n : work.sizes) {
             results.append(measured(work, n));
             if (!parser.isSet(json))
-                printLine(results.last().toObject());
+                printLine(work, results.last().toObject());
         }
     }
     if (parser.isSet(json))

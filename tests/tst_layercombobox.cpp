@@ -85,7 +85,9 @@ private slots:
     void faceParts();
     void longNameOnTheFace();
     void rowsAndFaceFollowTheDrawing();
+    void dropDownOnTheCurrentLayer_data();
     void dropDownOnTheCurrentLayer();
+    void rowsOutOfSight();
     void clicksInThePopup();
     void popupClosesAsItOpened();
     void rowsStayWherePossible_data();
@@ -120,7 +122,7 @@ private:
     {
         QStringList names;
         for (int row = 0; row < m_list->count(); ++row)
-            names.append(rowAt(row)->layerName());
+            names.append(m_combo->layerItem(row)->layerName());
         return names;
     }
 
@@ -246,11 +248,19 @@ void tst_LayerComboBox::rowsAndFaceFollowTheDrawing()
         QCOMPARE(m_list->visualItemRect(m_list->item(row)).height(), 25);
 }
 
+void tst_LayerComboBox::dropDownOnTheCurrentLayer_data()
+{
+    QTest::addColumn<int>("layers");
+    QTest::newRow("few") << 40;
+    QTest::newRow("many") << 2000;
+}
+
 void tst_LayerComboBox::dropDownOnTheCurrentLayer()
 {
+    QFETCH(int, layers);
     const QString longest(99, 'x');
     KcHost::addLayer(**m_drawing, longest);
-    addNumberedLayers(**m_drawing, 40);
+    addNumberedLayers(**m_drawing, layers);
     KcHost::setCurrentLayer(**m_drawing, "Layer033");
     m_combo->slotUpdate();
     for (const int chosen : {0, 40}) {
@@ -275,6 +285,67 @@ void tst_LayerComboBox::dropDownOnTheCurrentLayer()
     m_combo->slotUpdate();
     QCOMPARE(m_list->currentRow(), 8);
     QCOMPARE(m_list->verticalScrollBar()->value(), position);
+}
+
+void tst_LayerComboBox::rowsOutOfSight()
+{
+    addNumberedLayers(**m_drawing, 2000);
+    KcHost::setCurrentLayer(**m_drawing, "Layer1500");
+    m_combo->slotUpdate();
+    QCOMPARE(m_combo->getDisplayItem(), 1503);
+    QVERIFY(m_combo->lineEdit()->text().isEmpty());
+    const QListWidgetItem *current = m_list->item(1503);
+    QVERIFY(!rowAt(1503) && current->text() == "Layer1500" && current->sizeHint().height() == 25);
+    QSignalSpy changes(m_combo.get(), &LayerComboBox::layerComboBoxChanged);
+    m_combo->slotLabelChange(OnStatus, layerNamed("Layer1499"));
+    QCOMPARE(changes.count(), 0);
+    m_combo->slotLabelChange(OnStatus, layerNamed("Layer1500"));
+    QCOMPARE(changes.count(), 1);
+    QVERIFY(!m_combo->layerItem(-1) && !m_combo->layerItem(2003));
+    QPointer<LayerItem> asked = m_combo->layerItem(9);
+    QVERIFY(asked == rowAt(9) && asked->currentLayerData().name == "Layer006");
+
+    openPopup();
+    const auto isSightFull = [this] {
+        const int last = m_list->indexAt(m_list->viewport()->rect().bottomLeft()).row();
+        for (int row = m_list->indexAt({0, 0}).row(); row <= last; ++row) {
+            const LayerItem *item = rowAt(row);
+            if (!item || !item->isVisible() || item->layerName() != m_list->item(row)->text()
+                || item->geometry() != m_list->visualItemRect(m_list->item(row)))
+                return false;
+        }
+        return last > 0 && m_list->findChildren<LayerItem *>().size() <= 200;
+    };
+    QVERIFY(isSightFull());
+    clickInPopup(0, Lock);
+    clickInPopup(1503, Freeze);
+    for (int row = 0; row <= 2000; row += 5) {
+        m_list->scrollToItem(m_list->item(row));
+        QVERIFY(isSightFull());
+    }
+    // The current layer was not frozen; a row shows the wish until it is reloaded, even so.
+    QVERIFY(!asked && !rowAt(0) && !rowAt(1503) && layerNamed("0").isLocked);
+    QVERIFY(m_combo->layerItem(0)->currentLayerData().isLocked);
+    QVERIFY(m_combo->layerItem(1503)->currentLayerData().isFrozen);
+    m_combo->slotUpdate();
+    QVERIFY(!rowAt(1503)->currentLayerData().isFrozen);
+
+    m_list->setCurrentRow(1000);
+    typeKeys(m_list, {Qt::Key_End});
+    QVERIFY(isSightFull());
+    for (int number = 0; number < 1500; ++number)
+        KcHost::eraseLayer(**m_drawing, QString("Layer%1").arg(number, 3, 10, QChar('0')));
+    m_combo->slotUpdate();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(isSightFull() && !rowAt(0));
+    for (int number = 1501; number < 1803; ++number)
+        KcHost::eraseLayer(**m_drawing, QString("Layer%1").arg(number));
+    m_combo->slotUpdate();
+    QVERIFY(m_list->count() == 201 && !rowAt(100));
+    KcHost::eraseLayer(**m_drawing, "Layer1999");
+    m_combo->slotUpdate();
+    for (int row = 0; row < 200; ++row)
+        QCOMPARE(rowAt(row)->layerName(), m_list->item(row)->text());
 }
 
 void tst_LayerComboBox::clicksInThePopup()

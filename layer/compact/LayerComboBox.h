@@ -9,6 +9,8 @@
 
 namespace OvCc {
 
+class LayerItem;
+
 /// A compact layer picker for a tool bar, 150 × 20 pixels: its face shows the current layer, its
 /// drop-down has a LayerItem row for each layer, whose buttons change the layer in the drawing at
 /// once. A press anywhere on the face opens the drop-down, which is as wide as its longest name
@@ -24,8 +26,14 @@ namespace OvCc {
 /// away, by setEditable() or setLineEdit(), gets a new one by the next slotUpdate(); one that sets
 /// another view gets no rows any more.
 ///
-/// Costs, N being the number of layers: the first slotUpdate() builds N rows; later ones read N
-/// layers, but touch only the rows that differ. Opening looks for the current one among N.
+/// Up to 200 layers every row has its LayerItem. With more of them a row gets it when it comes into
+/// sight, or from layerItem(); at most 200 rows keep one, besides those in sight: the ones that got it
+/// last. QListWidget::itemWidget() is null for the others, while their list items have names and
+/// heights as all have.
+///
+/// Costs, N being the number of layers: slotUpdate() reads N layers, and touches only the rows that
+/// differ. Opening costs what is in sight, but for the first time after rows came or went, which
+/// lays out N rows, and looking for a current layer that changed since the last update.
 class OVCC_EXPORT LayerComboBox : public QComboBox
 {
     Q_OBJECT
@@ -36,6 +44,10 @@ public:
 
     /// The row of the drawing's current layer; 0 when there is none or it cannot be opened.
     int getDisplayItem();
+
+    /// What shows the layer in @p row; null if there is no such row. It belongs to the list: beyond 200
+    /// layers it goes when 200 others were seen or asked for, and comes back as it was.
+    LayerItem *layerItem(int row);
 
     /// Removes all rows.
     void clearListWidget();
