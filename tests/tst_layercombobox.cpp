@@ -88,6 +88,7 @@ private slots:
     void dropDownOnTheCurrentLayer_data();
     void dropDownOnTheCurrentLayer();
     void rowsOutOfSight();
+    void choosing();
     void clicksInThePopup();
     void popupClosesAsItOpened();
     void rowsStayWherePossible_data();
@@ -346,6 +347,48 @@ void tst_LayerComboBox::rowsOutOfSight()
     m_combo->slotUpdate();
     for (int row = 0; row < 200; ++row)
         QCOMPARE(rowAt(row)->layerName(), m_list->item(row)->text());
+}
+
+void tst_LayerComboBox::choosing()
+{
+    QSignalSpy chosen(m_combo.get(), &LayerComboBox::layerChosen);
+    // The name is that of the row, even if its choice reloads the list.
+    connect(m_combo.get(), QOverload<int>::of(&QComboBox::currentIndexChanged), m_combo.get(),
+            &LayerComboBox::slotUpdate);
+    for (const auto &[row, byMouse] : {std::pair(2, true), {0, true}, {1, false}, {0, false}}) {
+        openPopup();
+        m_list->setCurrentRow(row);
+        if (byMouse)
+            click(rowAt(row)->findChild<QLabel *>());
+        else
+            typeKeys(m_list, {Qt::Key_Return});
+        QTRY_VERIFY(!m_list->isVisible());
+        QCOMPARE(chosen.count(), 1);
+        QCOMPARE(chosen.takeFirst().at(0).toString(), drawingNames().at(row));
+    }
+
+    openPopup();
+    typeKeys(m_list, {Qt::Key_Down, Qt::Key_Escape});
+    m_combo->disconnect(SIGNAL(currentIndexChanged(int)));
+    m_combo->setCurrentIndex(2);
+    m_combo->slotUpdate();
+    m_combo->setCurrentIndex(1);
+    for (const bool isEditable : {true, false}) {
+        m_combo->setEditable(isEditable);
+        for (const auto key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_End, Qt::Key_W}) {
+            QKeyEvent press(QEvent::KeyPress, key, {}, key == Qt::Key_W ? "w" : "");
+            QApplication::sendEvent(m_combo.get(), &press);
+            QVERIFY(!press.isAccepted());
+        }
+        const QPoint center = m_combo->rect().center();
+        QWheelEvent turn(center, center, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(m_combo.get(), &turn);
+        QVERIFY(!turn.isAccepted());
+    }
+    QCOMPARE(m_combo->currentIndex(), 1);
+    QVERIFY(chosen.isEmpty() && !m_list->isVisible());
+    typeKeys(m_combo.get(), {Qt::Key_F4});
+    QVERIFY(m_list->isVisible());
 }
 
 void tst_LayerComboBox::clicksInThePopup()

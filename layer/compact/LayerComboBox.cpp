@@ -8,6 +8,7 @@
 
 #include <OvHost.h>
 
+#include <QKeyEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
 
@@ -24,6 +25,7 @@ struct LayerComboBox::Private
     QPointer<LayerList> list = new LayerList(q);
     QPointer<LayerEdit> face = new LayerEdit(nullptr);
     bool isUpdating = false;
+    QString nameAtClosing{}; ///< of the row that was current in the drop-down
 };
 
 LayerComboBox::LayerComboBox(QWidget *parent)
@@ -36,6 +38,11 @@ LayerComboBox::LayerComboBox(QWidget *parent)
     setView(m_d->list);
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &LayerComboBox::slotRowChanged);
+    // Hosts may have reloaded the rows since the drop-down closed.
+    connect(this, QOverload<int>::of(&QComboBox::activated), this, [this] {
+        if (!m_d->nameAtClosing.isNull())
+            emit layerChosen(m_d->nameAtClosing);
+    });
     view()->setMouseTracking(false);
 }
 
@@ -63,6 +70,14 @@ void LayerComboBox::clearListWidget()
 {
     if (m_d->list)
         m_d->list->clear();
+}
+
+/// Qt calls it first when a row is chosen.
+void LayerComboBox::hidePopup()
+{
+    if (m_d->list)
+        m_d->nameAtClosing = m_d->list->nameAt(m_d->list->currentRow());
+    QComboBox::hidePopup();
 }
 
 void LayerComboBox::slotUpdate()
@@ -112,6 +127,22 @@ void LayerComboBox::slotLabelChange(int index, LayerItemData data)
     ovSetLayerTableChanges();
     if (guard)
         emit layerComboBoxChanged();
+}
+
+/// Nothing is typed or chosen at the closed box: only the keys that open it are its own.
+void LayerComboBox::keyPressEvent(QKeyEvent *event)
+{
+    const bool isAltDown =
+            event->key() == Qt::Key_Down && event->modifiers().testFlag(Qt::AltModifier);
+    if (isAltDown || event->key() == Qt::Key_F4)
+        QComboBox::keyPressEvent(event);
+    else
+        event->ignore();
+}
+
+void LayerComboBox::wheelEvent(QWheelEvent *event)
+{
+    event->ignore();
 }
 
 /// A face that the host took away is gone, or still there with a parent, for Qt to delete it later.

@@ -19,10 +19,11 @@ class LayerItem;
 ///
 /// It is empty until the host calls slotUpdate(), which it does whenever the drawing or its layers
 /// changed. Choosing a row does not make that layer current: the face always goes back to the
-/// drawing's current layer.
+/// drawing's current layer. While the drop-down is closed, the wheel and all keys but F4 and Alt with
+/// Down, which open it, are the parent's.
 ///
 /// The host may delete the combo box inside layerComboBoxChanged() and ovSetLayerTableChanges(). Qt
-/// goes on with it after the signals of QComboBox: use deleteLater() there. A host that takes the face
+/// goes on with it after the signals of QComboBox and layerChosen(): use deleteLater() there. A host that takes the face
 /// away, by setEditable() or setLineEdit(), gets a new one by the next slotUpdate(); one that sets
 /// another view gets no rows any more.
 ///
@@ -52,6 +53,8 @@ public:
     /// Removes all rows.
     void clearListWidget();
 
+    void hidePopup() override;
+
 public Q_SLOTS:
     /// Brings rows and face in step with the drawing: one row per layer in the drawing's order, the
     /// list's current row on the current layer, the combo box's own current index on the first row.
@@ -73,6 +76,14 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// The user changed the layer that the face shows.
     void layerComboBoxChanged();
+
+    /// The user chose the row of that layer in the open drop-down, by the mouse or by Return, and be
+    /// it the current one. The drop-down is closed by now. A host may make the layer current here.
+    void layerChosen(QString name);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     struct Private;
