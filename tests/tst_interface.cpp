@@ -91,6 +91,11 @@ void tst_Interface::strings()
     QTest::mousePress(layers.viewport(), Qt::LeftButton, {},
                       layers.visualRect(layers.model()->index(0, UnlockedColumn)).center());
     QCOMPARE(begun.value(0).value(0), QVariant("OvCc::LayerDelegate|Lock layer"));
+    LayerComboBox box;
+    box.slotUpdate();
+    QSignalSpy clicks(&box, &LayerComboBox::changesBegin);
+    box.layerItem(0)->slotLightChange();
+    QCOMPARE(clicks.at(0).at(0), QString("OvCc::LayerComboBox|Switch layer off"));
 
     KcHost::setWorkingDatabase(nullptr);
     QWidget owner;

@@ -90,6 +90,7 @@ private slots:
     void rowsOutOfSight();
     void choosing();
     void clicksInThePopup();
+    void gestures();
     void popupClosesAsItOpened();
     void rowsStayWherePossible_data();
     void rowsStayWherePossible();
@@ -424,6 +425,50 @@ void tst_LayerComboBox::clicksInThePopup()
     QCOMPARE(m_hostCalls, 2);
 }
 
+/// All that a host hears of a click, with the state of the layer at the time of each.
+void tst_LayerComboBox::gestures()
+{
+    QStringList heard;
+    const auto hear = [&heard](const QString &what) {
+        const LayerItemData walls = layerNamed("Walls");
+        heard += what + (walls.isOn ? "" : " off") + (walls.isFrozen ? " frozen" : "")
+                 + (walls.isLocked ? " locked" : "");
+    };
+    connect(m_combo.get(), &LayerComboBox::changesBegin, this, hear);
+    connect(m_combo.get(), &LayerComboBox::changesEnd, this, [&hear](int changed, int refused) {
+        hear(QString("%1+%2").arg(changed).arg(refused));
+    });
+    connect(m_combo.get(), &LayerComboBox::layersToggled, this,
+            [&hear](const QStringList &names) { hear(names.join('+')); });
+    connect(m_combo.get(), &LayerComboBox::layerComboBoxChanged, this, [&] { hear("face"); });
+    openPopup();
+    const auto heardOf = [&](int row, std::initializer_list<Button> buttons) {
+        heard.clear();
+        for (const Button button : buttons)
+            clickInPopup(row, button);
+        return heard.join(", ");
+    };
+    QCOMPARE(heardOf(2, {Light, Freeze, Lock}),
+             "Switch layer off, 1+0 off, Walls off, Freeze layer off, 1+0 off frozen, "
+             "Walls off frozen, Lock layer off frozen, 1+0 off frozen locked, "
+             "Walls off frozen locked");
+    QCOMPARE(heardOf(2, {Lock, Freeze, Light, Color}),
+             "Unlock layer off frozen locked, 1+0 off frozen, Walls off frozen, "
+             "Thaw layer off frozen, 1+0 off, Walls off, Switch layer on off, 1+0, Walls");
+    QCOMPARE(heardOf(0, {Lock, Freeze}),
+             "Lock layer, 1+0, 0, face, Freeze layer, 0+1, face"); // it is the current one
+
+    OvLayerUtility().setLayerOff("Doors", false);
+    QCOMPARE(heardOf(1, {Light}), "Switch layer off, 0+0"); // as it was already
+    KcDbLayerTableRecord *doors = getLayerByName("Doors");
+    QCOMPARE(heardOf(1, {Lock}), "Lock layer, 0+1");
+    QCOMPARE(doors->upgradeOpen(), Kcore::eOk);
+    QCOMPARE(heardOf(1, {Lock}), "Unlock layer, 0+1");
+    doors->close();
+    KcHost::eraseLayer(**m_drawing, "Doors");
+    QCOMPARE(heardOf(1, {Light}), "Switch layer on, 0+1");
+}
+
 void tst_LayerComboBox::popupClosesAsItOpened()
 {
     openPopup();
@@ -504,13 +549,18 @@ void tst_LayerComboBox::hostReloadsFromInside()
     for (const Button button : {Light, Freeze, Lock})
         clickInPopup(2, button);
     QCOMPARE(m_hostCalls, 9);
+    connect(m_combo.get(), &LayerComboBox::changesBegin, this, rebuild);
+    QSignalSpy toggled(m_combo.get(), &LayerComboBox::layersToggled);
+    clickInPopup(2, Lock);
+    QCOMPARE(m_hostCalls, 11);
+    QVERIFY(toggled.count() == 1 && !layerNamed("Walls").isLocked);
     QCOMPARE(names(), drawingNames());
 }
 
 void tst_LayerComboBox::hostDeletesFromInside()
 {
     const auto remove = [this] { m_combo.reset(); };
-    for (const int place : {0, 1, 2}) {
+    for (const int place : {0, 1, 2, 3, 4, 5}) {
         cleanup();
         init();
         openPopup();
@@ -518,10 +568,17 @@ void tst_LayerComboBox::hostDeletesFromInside()
             KcHost::setLayerTableChangesHandler(remove);
         else if (place == 1)
             connect(m_combo.get(), &LayerComboBox::layerComboBoxChanged, this, remove);
+        else if (place == 2)
+            connect(m_combo.get(), &LayerComboBox::changesBegin, this, remove);
+        else if (place == 3)
+            connect(m_combo.get(), &LayerComboBox::changesEnd, this, remove);
+        else if (place == 4)
+            connect(m_combo.get(), &LayerComboBox::layersToggled, this, remove);
         else
             KcHost::setLayerModifiedHandler([remove](const QString &) { remove(); });
         clickInPopup(0, Light);
         QVERIFY(!m_combo);
+        QCOMPARE(layerNamed("0").isOn, place == 2);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "LayerComboBox.h"
 
+#include "layer/compact/LayerFlags.h"
 #include "layer/compact/LayerList.h"
 #include "property/FacePress.h"
 
@@ -13,16 +14,32 @@
 #include <QScopedValueRollback>
 
 #include <memory>
+#include <optional>
 
 namespace OvCc {
+
+namespace {
+
+/// A flag of the layer in the drawing; none if the layer cannot be read.
+std::optional<bool> flagInDrawing(const LayerFlag &flag, const QString &name)
+{
+    LayerItemData layer;
+    if (!OvLayerUtility().getLayer(name, layer))
+        return std::nullopt;
+    return layer.*flag.value;
+}
+
+} // namespace
 
 /// List and face may have been deleted by the host.
 struct LayerComboBox::Private
 {
     void installFace();
+    void setFlag(int index, const QString &name, bool value);
 
     LayerComboBox *const q;
-    QPointer<LayerList> list = new LayerList(q);
+    QPointer<LayerList> list = new LayerList(
+            q, [this](int index, const QString &name, bool value) { setFlag(index, name, value); });
     QPointer<LayerEdit> face = new LayerEdit(nullptr);
     bool isUpdating = false;
     QString nameAtClosing{}; ///< of the row that was current in the drop-down
@@ -157,6 +174,26 @@ void LayerComboBox::Private::installFace()
     new FacePress(q);
     // Where popups are like menus, Qt takes the scroll bar from those of combo boxes without an edit.
     q->view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+}
+
+/// One click, from the host's leave to what became of it. The row may be gone at any time, and the
+/// combo box with it.
+void LayerComboBox::Private::setFlag(int index, const QString &name, bool value)
+{
+    const LayerFlag &flag = layerFlags.at(size_t(index));
+    const QPointer<LayerComboBox> box(q);
+    emit box->changesBegin(tr(value ? flag.whenTrue : flag.whenFalse));
+    if (!box)
+        return;
+    const std::optional<bool> before = flagInDrawing(flag, name);
+    (OvLayerUtility().*flag.set)(name, value);
+    if (!box)
+        return;
+    const std::optional<bool> after = flagInDrawing(flag, name);
+    const bool isChanged = before && after && *before != *after;
+    emit box->changesEnd(isChanged ? 1 : 0, after == value ? 0 : 1);
+    if (box && isChanged)
+        emit box->layersToggled({name});
 }
 
 } // namespace OvCc

@@ -22,7 +22,8 @@ class LayerItem;
 /// drawing's current layer. While the drop-down is closed, the wheel and all keys but F4 and Alt with
 /// Down, which open it, are the parent's.
 ///
-/// The host may delete the combo box inside layerComboBoxChanged() and ovSetLayerTableChanges(). Qt
+/// The host may delete the combo box inside layerComboBoxChanged() and ovSetLayerTableChanges(), and
+/// inside changesBegin(), changesEnd() and layersToggled(). Qt
 /// goes on with it after the signals of QComboBox and layerChosen(): use deleteLater() there. A host that takes the face
 /// away, by setEditable() or setLineEdit(), gets a new one by the next slotUpdate(); one that sets
 /// another view gets no rows any more.
@@ -33,7 +34,7 @@ class LayerItem;
 /// heights as all have.
 ///
 /// Costs, N being the number of layers: slotUpdate() reads N layers, and touches only the rows that
-/// differ. Opening costs what is in sight, but for the first time after rows came or went, which
+/// differ. A click looks for its layer in the drawing three times among N. Opening costs what is in sight, but for the first time after rows came or went, which
 /// lays out N rows, and looking for a current layer that changed since the last update.
 class OVCC_EXPORT LayerComboBox : public QComboBox
 {
@@ -80,6 +81,22 @@ Q_SIGNALS:
     /// The user chose the row of that layer in the open drop-down, by the mouse or by Return, and be
     /// it the current one. The drop-down is closed by now. A host may make the layer current here.
     void layerChosen(QString name);
+
+    /// A click in the drop-down is about to change a layer in the drawing: a host opens its
+    /// transaction or its undo step here. Rows may go here; if the combo box does, nothing is changed.
+    /// @param text what the user does, for a list of undo steps, such as "Switch layer off"
+    void changesBegin(const QString &text);
+
+    /// The click has changed what it could; it comes once after each changesBegin(), unless the combo
+    /// box was deleted meanwhile, and before the other signals of the click.
+    /// @param changed the number of layers that are different now
+    /// @param refused the number of layers that the drawing did not change as asked: it refused, or
+    ///                somebody else has them open
+    void changesEnd(int changed, int refused);
+
+    /// A click in the drop-down has changed these layers in the drawing, and be one the current one.
+    /// It comes once a click, and not where nothing is different.
+    void layersToggled(QStringList names);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

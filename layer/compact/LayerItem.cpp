@@ -1,8 +1,8 @@
 #include "LayerItem.h"
 
+#include "layer/compact/LayerFlags.h"
 #include "layer/pictures/StatusImages.h"
 
-#include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/Swatches.h>
 
 #include <QHBoxLayout>
@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTextBoundaryFinder>
+
+#include <utility>
 
 namespace OvCc {
 
@@ -47,7 +49,7 @@ int endOfCharacters(const QString &text, int count)
 struct LayerItem::Private
 {
     void showStatus();
-    void change(int index, void (OvLayerUtility::*set)(QString, bool), bool value);
+    void toggle(int index);
 
     LayerItem *const q;
     LayerItemData layer = initialLayer();
@@ -56,6 +58,9 @@ struct LayerItem::Private
     QPushButton *freezeButton = createLayerItemButton(freezeImage(layer.isFrozen));
     QPushButton *lockButton = createLayerItemButton(lockImage(layer.isLocked));
     QPushButton *colorButton = createLayerItemButton(creatColorPix(layer.color));
+    Setter setter = [](int index, const QString &name, bool value) {
+        (OvLayerUtility().*layerFlags.at(size_t(index)).set)(name, value);
+    };
 };
 
 LayerItem::LayerItem(QWidget *parent)
@@ -116,23 +121,25 @@ void LayerItem::setLayerName(QString name)
 
 void LayerItem::slotLightChange()
 {
-    m_d->layer.isOn = !m_d->layer.isOn;
-    m_d->change(OnStatus, &OvLayerUtility::setLayerOff, m_d->layer.isOn);
+    m_d->toggle(OnStatus);
 }
 
 void LayerItem::slotFreezeStatus()
 {
-    m_d->layer.isFrozen = !m_d->layer.isFrozen;
-    m_d->change(FreezeStatus, &OvLayerUtility::setLayerFrozen, m_d->layer.isFrozen);
+    m_d->toggle(FreezeStatus);
 }
 
 void LayerItem::slotLockChange()
 {
-    m_d->layer.isLocked = !m_d->layer.isLocked;
-    m_d->change(LockStatus, &OvLayerUtility::setLayerLock, m_d->layer.isLocked);
+    m_d->toggle(LockStatus);
 }
 
 void LayerItem::slotColorChanged() {}
+
+void LayerItem::setSetter(Setter setter)
+{
+    m_d->setter = std::move(setter);
+}
 
 void LayerItem::Private::showStatus()
 {
@@ -141,12 +148,15 @@ void LayerItem::Private::showStatus()
     lockButton->setIcon(lockImage(layer.isLocked));
 }
 
-/// Brings buttons and drawing in step with the record, by @p set with @p value, and reports @p index.
-void LayerItem::Private::change(int index, void (OvLayerUtility::*set)(QString, bool), bool value)
+/// Changes the record, the buttons and the drawing, and reports @p index.
+void LayerItem::Private::toggle(int index)
 {
+    const bool value = !(layer.*layerFlags.at(size_t(index)).value);
+    layer.*layerFlags.at(size_t(index)).value = value;
     showStatus();
     const QPointer<LayerItem> guard(q);
-    (OvLayerUtility().*set)(layer.name, value);
+    const Setter lasting = setter; // in case that the row goes
+    lasting(index, QString(layer.name), value);
     if (guard)
         emit q->statusChanged(index, layer);
 }

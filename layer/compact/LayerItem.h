@@ -6,6 +6,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace OvCc {
@@ -54,6 +55,13 @@ Q_SIGNALS:
     void statusChanged(int index, LayerItemData layerStatus);
 
 private:
+    friend class LayerList;
+    using Setter = std::function<void(int index, const QString &name, bool value)>;
+
+    /// Has @p setter change the drawing on a click, instead of OvLayerUtility alone. The row may be
+    /// deleted meanwhile.
+    void setSetter(Setter setter);
+
     struct Private;
     const std::unique_ptr<Private> m_d;
 };

@@ -121,8 +121,9 @@ private:
 
 } // namespace
 
-LayerList::LayerList(LayerComboBox *combo)
+LayerList::LayerList(LayerComboBox *combo, Setter setter)
     : m_combo(combo)
+    , m_setter(std::move(setter))
 {
     setItemDelegate(new RowDelegate(this));
     setUniformItemSizes(true);
@@ -171,6 +172,7 @@ LayerItem *LayerList::layerItem(int row)
 
     auto *item = new LayerItem(this);
     item->setCurrentLayer(place->layer());
+    item->setSetter(m_setter);
     connect(item, &LayerItem::statusChanged, m_combo, &LayerComboBox::slotLabelChange);
     putItem(place, item);
     m_rowsWithItems.append(indexFromItem(place));

@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QPersistentModelIndex>
 
+#include <functional>
 #include <utility>
 
 namespace OvCc {
@@ -26,7 +27,10 @@ class LayerList : public QListWidget
 public:
     static constexpr int mostItems = 200;
 
-    explicit LayerList(LayerComboBox *combo);
+    /// Sets a flag of a layer in the drawing, as the user asked for; see layerFlags.
+    using Setter = std::function<void(int index, const QString &name, bool value)>;
+
+    LayerList(LayerComboBox *combo, Setter setter);
 
     /// Shows @p layers. Rows whose layer is still there stay, with their items; the list becomes as
     /// wide as the longest name needs. O(N), but touches only the rows that differ.
@@ -63,6 +67,7 @@ private:
     void dropSpareItems();
 
     LayerComboBox *m_combo;
+    const Setter m_setter;
     QList<QPersistentModelIndex> m_rowsWithItems; ///< in the order in which they got them
     int m_lastFound = -1;
     bool m_isPuttingItem = false;

@@ -56,6 +56,16 @@ bool OvLayerUtility::getCurrentLayer(LayerItemData &out)
     return true;
 }
 
+bool OvLayerUtility::getLayer(QString name, LayerItemData &out)
+{
+    KcDbLayerTableRecord *layer = getLayerByName(name);
+    if (!layer)
+        return false;
+    out = layerData(*layer);
+    layer->close();
+    return true;
+}
+
 void OvLayerUtility::setCurrenLayer(LayerItemData) {}
 
 void OvLayerUtility::setLayerByData(LayerItemData) {}
