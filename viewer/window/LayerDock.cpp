@@ -172,14 +172,6 @@ int LayerDock::layerCount() const
     return m_table->model()->rowCount();
 }
 
-void LayerDock::search()
-{
-    show();
-    raise();
-    m_search->setFocus();
-    m_search->selectAll();
-}
-
 void LayerDock::finishEditing()
 {
     m_table->finishEditing();

@@ -34,9 +34,6 @@ public:
     /// The layers of the drawing, as of the last refresh.
     int layerCount() const;
 
-    /// Opens the panel, ready to search.
-    void search();
-
     /// Takes over a name that is still being typed.
     void finishEditing();
 

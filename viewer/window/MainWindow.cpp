@@ -2,7 +2,6 @@
 
 #include "Document.h"
 #include "DrawingFrame.h"
-#include "LayerBox.h"
 #include "LayerDock.h"
 #include "PropertyBar.h"
 #include "PropertyEditor.h"
@@ -14,6 +13,7 @@
 #include "viewer/canvas/ShownEntities.h"
 
 #include <KcHost/KcHost.h>
+#include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerControl.h>
 #include <OvCustomControl/PropertyManager.h>
 #include <OvCustomControl/StackWidget.h>
@@ -72,7 +72,7 @@ MainWindow::MainWindow(QWidget *parent)
     , m_document(new Document(this))
     , m_panes(new CanvasPanes)
     , m_frame(new DrawingFrame(m_panes))
-    , m_layers(new LayerBox)
+    , m_layers(new OvCc::LayerComboBox)
     , m_dock(new LayerDock)
     , m_ribbon(new ViewRibbon)
     , m_pickers(new PropertyBar)
@@ -144,6 +144,7 @@ void MainWindow::createActions()
     auto *layerLabel = new QLabel(tr("Layer"));
     layerLabel->setContentsMargins(labelMargin, 0, labelMargin, 0);
     tools->addWidget(layerLabel);
+    m_layers->setObjectName(QStringLiteral("layers"));
     tools->addWidget(m_layers);
     tools->addSeparator();
     tools->addAction(fit);
@@ -177,8 +178,6 @@ void MainWindow::createRibbon()
     bar->addWidget(m_ribbon);
     m_ribbon->attach(m_frame->views());
     m_properties->attach(m_ribbon->pickers()->propertyManager());
-    prepareFace(*m_ribbon->layerBar()->layerComboBox());
-    prepareFace(*m_frame->layers());
 
     connect(m_ribbon, &ViewRibbon::viewChosen, this,
             [this](ViewDirection view) { m_panes->current()->setView(view); });
@@ -212,7 +211,6 @@ void MainWindow::connectHost()
     m_refresh.setSingleShot(true);
     connect(&m_refresh, &QTimer::timeout, this, &MainWindow::refresh);
     connect(m_dock, &LayerDock::commandDone, this, &MainWindow::finishCommand);
-    connect(m_layers, &LayerBox::searchWanted, m_dock, &LayerDock::search);
     connect(m_status, &StatusBar::remarksWanted, this, &MainWindow::listRemarks);
 }
 
@@ -336,9 +334,9 @@ void MainWindow::refresh()
 {
     deselectHidden();
     m_dock->refresh();
-    m_layers->refresh(m_dock->layerCount());
-    for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
-        showLayers(*box, m_dock->layerCount());
+    const QList<OvCc::LayerComboBox *> boxes = layerBoxes();
+    for (OvCc::LayerComboBox *box : boxes)
+        box->slotUpdate();
     showState();
 }
 
@@ -352,9 +350,9 @@ void MainWindow::showState()
     m_close->setEnabled(drawing && !isLoading);
     // A change now would be lost with the drawing that is about to be replaced.
     const bool isEditable = drawing && !isLoading;
-    m_layers->setEnabled(isEditable);
-    for (OvCc::LayerComboBox *box : {m_ribbon->layerBar()->layerComboBox(), m_frame->layers()})
-        box->setEnabled(isEditable && box->count() > 0);
+    const QList<OvCc::LayerComboBox *> boxes = layerBoxes();
+    for (OvCc::LayerComboBox *box : boxes)
+        box->setEnabled(isEditable);
     m_dock->widget()->setEnabled(isEditable);
     m_properties->setEnabled(isEditable);
 
@@ -435,6 +433,11 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     m_ribbon->followWindow();
+}
+
+QList<OvCc::LayerComboBox *> MainWindow::layerBoxes() const
+{
+    return {m_layers, m_ribbon->layerBar()->layerComboBox(), m_frame->layers()};
 }
 
 } // namespace Tessa

@@ -3,13 +3,16 @@
 #include <QMainWindow>
 #include <QTimer>
 
+namespace OvCc {
+class LayerComboBox;
+}
+
 namespace Tessa {
 
 class CanvasPanes;
 class Document;
 struct Drawing;
 class DrawingFrame;
-class LayerBox;
 class LayerDock;
 class PropertyBar;
 class PropertyEditor;
@@ -69,11 +72,12 @@ private:
     void showError(const QString &error);
     void addRemarks(const QStringList &remarks);
     void listRemarks();
+    QList<OvCc::LayerComboBox *> layerBoxes() const;
 
     Document *m_document;
     CanvasPanes *m_panes;
     DrawingFrame *m_frame;
-    LayerBox *m_layers;
+    OvCc::LayerComboBox *m_layers;
     LayerDock *m_dock;
     ViewRibbon *m_ribbon;
     PropertyBar *m_pickers;

@@ -1,6 +1,5 @@
 #include "Tour.h"
 
-#include "LayerBox.h"
 #include "LayerDock.h"
 #include "MainWindow.h"
 #include "ViewRibbon.h"
@@ -105,7 +104,7 @@ OvCc::LayerItemData currentLayer()
 Tour::Tour(MainWindow &window, const QString &folder)
     : m_window(window)
     , m_canvas(*window.findChild<Canvas *>())
-    , m_layers(*window.findChild<LayerBox *>())
+    , m_layers(*window.findChild<OvCc::LayerComboBox *>(QStringLiteral("layers")))
     , m_dock(*window.findChild<LayerDock *>())
     , m_table(*window.findChild<OvCc::LayerManager *>()->table())
     , m_names(*m_table.frozenView())
@@ -122,9 +121,7 @@ bool Tour::play(const QString &fileName)
         require(QDir().mkpath(m_folder), "the folder for the pictures cannot be made");
         openDrawing(fileName);
         save(QStringLiteral("01-drawing.png"));
-        // A drawing with thousands of layers has them in the panel only.
-        if (list().count() > 0)
-            visitLayerBox();
+        visitLayerBox();
         visitPanel();
         visitProperties();
         visitViews();
@@ -145,8 +142,7 @@ void Tour::openDrawing(const QString &fileName)
             "the drawing takes too long to read");
     require(m_window.drawing() != nullptr, "there is no drawing");
     const int count = m_window.drawing()->layers.count();
-    require(list().count() == count || list().count() == 0,
-            "the layer box does not show the layers of the drawing");
+    require(list().count() == count, "the layer box does not show the layers of the drawing");
     require(m_dock.isVisible() && m_table.model()->rowCount() == count,
             "the layer manager does not show the layers of the drawing");
 }
@@ -248,9 +244,8 @@ int Tour::busiestLayer() const
 
 void Tour::clickLight(int row)
 {
-    QListWidgetItem *place = list().item(row);
-    list().scrollToItem(place);
-    auto *layer = static_cast<OvCc::LayerItem *>(list().itemWidget(place));
+    list().scrollToItem(list().item(row));
+    const OvCc::LayerItem *layer = m_layers.layerItem(row);
     const bool wasOn = layer->currentLayerData().isOn;
     click(*layer->findChild<QPushButton *>());
     require(m_window.drawing()->layers.at(row).isOn != wasOn,
