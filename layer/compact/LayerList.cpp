@@ -193,6 +193,12 @@ void LayerList::doItemsLayout()
         QListWidget::doItemsLayout();
 }
 
+void LayerList::rowsInserted(const QModelIndex &parent, int start, int end)
+{
+    if (!m_isInserting)
+        QListWidget::rowsInserted(parent, start, end);
+}
+
 void LayerList::scrollContentsBy(int dx, int dy)
 {
     QListWidget::scrollContentsBy(dx, dy);
@@ -238,8 +244,20 @@ void LayerList::matchRows(const QList<LayerItemData> &layers)
     }
     while (count() > head + tail)
         delete takeItem(head);
-    for (int row = head; row < wanted - tail; ++row)
-        insertItem(row, new LayerRow(layers.at(row)));
+    insertRows(head, wanted - tail, layers);
+}
+
+/// The view hears of all rows at once.
+void LayerList::insertRows(int begin, int end, const QList<LayerItemData> &layers)
+{
+    if (begin == end)
+        return;
+    {
+        const QScopedValueRollback<bool> inserting(m_isInserting, true);
+        for (int row = begin; row < end; ++row)
+            insertItem(row, new LayerRow(layers.at(row)));
+    }
+    rowsInserted({}, begin, end - 1);
 }
 
 void LayerList::showChanges(const QList<LayerItemData> &layers)
@@ -277,7 +295,7 @@ void LayerList::fitWidth()
 /// the like make of them.
 int LayerList::widestRow() const
 {
-    constexpr int mostShaped = 16;
+    constexpr int mostShaped = 8;
     RoughWidth roughWidth(font());
     std::vector<std::pair<double, int>> rows;
     rows.reserve(size_t(count()));
@@ -287,11 +305,9 @@ int LayerList::widestRow() const
     std::nth_element(rows.begin(), end, rows.end(), std::greater<>());
 
     const QFontMetricsF metrics(font());
-    const auto isNarrower = [&](const auto &one, const auto &other) {
-        return metrics.horizontalAdvance(nameAt(one.second))
-               < metrics.horizontalAdvance(nameAt(other.second));
-    };
-    return std::max_element(rows.begin(), end, isNarrower)->second;
+    for (auto it = rows.begin(); it != end; ++it)
+        it->first = metrics.horizontalAdvance(nameAt(it->second));
+    return std::max_element(rows.begin(), end)->second;
 }
 
 /// A view asks for a new layout of all rows for each widget that it gets; here that is done at once,

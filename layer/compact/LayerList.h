@@ -51,12 +51,14 @@ public:
     void doItemsLayout() override;
 
 protected:
+    void rowsInserted(const QModelIndex &parent, int start, int end) override;
     void scrollContentsBy(int dx, int dy) override;
     void showEvent(QShowEvent *event) override;
     void updateGeometries() override;
 
 private:
     void matchRows(const QList<LayerItemData> &layers);
+    void insertRows(int begin, int end, const QList<LayerItemData> &layers);
     void showChanges(const QList<LayerItemData> &layers);
     void fitWidth();
     int widestRow() const;
@@ -70,6 +72,7 @@ private:
     const Setter m_setter;
     QList<QPersistentModelIndex> m_rowsWithItems; ///< in the order in which they got them
     int m_lastFound = -1;
+    bool m_isInserting = false;
     bool m_isPuttingItem = false;
 };
 
