@@ -170,7 +170,6 @@ void LayerComboBox::Private::installFace()
     if (!face || face->parent())
         face = new LayerEdit(nullptr);
     q->setLineEdit(face);
-    face->clear(); // of the name in the first row
     new FacePress(q);
     // Where popups are like menus, Qt takes the scroll bar from those of combo boxes without an edit.
     q->view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
