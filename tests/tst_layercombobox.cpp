@@ -369,7 +369,9 @@ void tst_LayerComboBox::choosing()
     }
 
     openPopup();
-    typeKeys(m_list, {Qt::Key_Down, Qt::Key_Escape});
+    typeKeys(m_list, {Qt::Key_W});
+    QCOMPARE(m_list->currentRow(), 2);
+    typeKeys(m_list, {Qt::Key_Escape});
     m_combo->disconnect(SIGNAL(currentIndexChanged(int)));
     m_combo->setCurrentIndex(2);
     m_combo->slotUpdate();
@@ -395,15 +397,10 @@ void tst_LayerComboBox::choosing()
 void tst_LayerComboBox::clicksInThePopup()
 {
     QSignalSpy changes(m_combo.get(), &LayerComboBox::layerComboBoxChanged);
-    QSignalSpy rowChanges(rowAt(0), &LayerItem::statusChanged);
     openPopup();
-    for (const Button button : {Light, Freeze, Lock})
-        clickInPopup(2, button);
+    clickInPopup(2, Light);
     clickInPopup(0, Color);
-    const LayerItemData walls = layerNamed("Walls");
-    QVERIFY(!walls.isOn && walls.isFrozen && walls.isLocked);
-    QVERIFY(m_list->isVisible());
-    QCOMPARE(rowChanges.count(), 0);
+    QVERIFY(!layerNamed("Walls").isOn && m_list->isVisible());
     QCOMPARE(changes.count(), 0);
     QCOMPARE(m_hostCalls, 0);
 
@@ -560,25 +557,23 @@ void tst_LayerComboBox::hostReloadsFromInside()
 void tst_LayerComboBox::hostDeletesFromInside()
 {
     const auto remove = [this] { m_combo.reset(); };
-    for (const int place : {0, 1, 2, 3, 4, 5}) {
+    using Box = LayerComboBox;
+    const std::function<void()> places[] = {
+            [&] { connect(m_combo.get(), &Box::changesBegin, this, remove); },
+            [&] { connect(m_combo.get(), &Box::changesEnd, this, remove); },
+            [&] { connect(m_combo.get(), &Box::layersToggled, this, remove); },
+            [&] { connect(m_combo.get(), &Box::layerComboBoxChanged, this, remove); },
+            [&] { KcHost::setLayerTableChangesHandler(remove); },
+            [&] { KcHost::setLayerModifiedHandler([&](const QString &) { remove(); }); },
+    };
+    for (const auto &place : places) {
         cleanup();
         init();
         openPopup();
-        if (place == 0)
-            KcHost::setLayerTableChangesHandler(remove);
-        else if (place == 1)
-            connect(m_combo.get(), &LayerComboBox::layerComboBoxChanged, this, remove);
-        else if (place == 2)
-            connect(m_combo.get(), &LayerComboBox::changesBegin, this, remove);
-        else if (place == 3)
-            connect(m_combo.get(), &LayerComboBox::changesEnd, this, remove);
-        else if (place == 4)
-            connect(m_combo.get(), &LayerComboBox::layersToggled, this, remove);
-        else
-            KcHost::setLayerModifiedHandler([remove](const QString &) { remove(); });
+        place();
         clickInPopup(0, Light);
         QVERIFY(!m_combo);
-        QCOMPARE(layerNamed("0").isOn, place == 2);
+        QCOMPARE(layerNamed("0").isOn, &place == places);
     }
 }
 

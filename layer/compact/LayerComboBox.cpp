@@ -92,8 +92,7 @@ void LayerComboBox::clearListWidget()
 /// Qt calls it first when a row is chosen.
 void LayerComboBox::hidePopup()
 {
-    if (m_d->list)
-        m_d->nameAtClosing = m_d->list->nameAt(m_d->list->currentRow());
+    m_d->nameAtClosing = m_d->list ? m_d->list->nameAt(m_d->list->currentRow()) : QString();
     QComboBox::hidePopup();
 }
 

@@ -22,20 +22,19 @@ class LayerItem;
 /// drawing's current layer. While the drop-down is closed, the wheel and all keys but F4 and Alt with
 /// Down, which open it, are the parent's.
 ///
-/// The host may delete the combo box inside layerComboBoxChanged() and ovSetLayerTableChanges(), and
-/// inside changesBegin(), changesEnd() and layersToggled(). Qt
-/// goes on with it after the signals of QComboBox and layerChosen(): use deleteLater() there. A host that takes the face
-/// away, by setEditable() or setLineEdit(), gets a new one by the next slotUpdate(); one that sets
-/// another view gets no rows any more.
+/// The host may delete the combo box inside layerComboBoxChanged(), ovSetLayerTableChanges() and the
+/// signals of a click. Qt goes on with it after layerChosen() and the signals of QComboBox: use
+/// deleteLater() there. A host that takes the face away, by setEditable() or setLineEdit(), gets a new
+/// one by the next slotUpdate(); one that sets another view gets no rows any more.
 ///
 /// Up to 200 layers every row has its LayerItem. With more of them a row gets it when it comes into
 /// sight, or from layerItem(); at most 200 rows keep one, besides those in sight: the ones that got it
-/// last. QListWidget::itemWidget() is null for the others, while their list items have names and
-/// heights as all have.
+/// last. QListWidget::itemWidget() is null for the others, while all list items have their names and
+/// heights. The first letters of a name, typed into the open drop-down, lead to its row.
 ///
 /// Costs, N being the number of layers: slotUpdate() reads N layers, and touches only the rows that
-/// differ. A click looks for its layer in the drawing three times among N. Opening costs what is in sight, but for the first time after rows came or went, which
-/// lays out N rows, and looking for a current layer that changed since the last update.
+/// differ. A click looks for its layer in the drawing three times among N. Opening costs what is in
+/// sight; only where the current layer is another one than at the last update, it is looked for.
 class OVCC_EXPORT LayerComboBox : public QComboBox
 {
     Q_OBJECT
@@ -78,8 +77,8 @@ Q_SIGNALS:
     /// The user changed the layer that the face shows.
     void layerComboBoxChanged();
 
-    /// The user chose the row of that layer in the open drop-down, by the mouse or by Return, and be
-    /// it the current one. The drop-down is closed by now. A host may make the layer current here.
+    /// The user chose the row of that layer in the open drop-down, by the mouse or by Return; it may
+    /// be the current one. The drop-down is closed by now. A host may make the layer current here.
     void layerChosen(QString name);
 
     /// A click in the drop-down is about to change a layer in the drawing: a host opens its
@@ -94,8 +93,8 @@ Q_SIGNALS:
     ///                somebody else has them open
     void changesEnd(int changed, int refused);
 
-    /// A click in the drop-down has changed these layers in the drawing, and be one the current one.
-    /// It comes once a click, and not where nothing is different.
+    /// A click in the drop-down has changed these layers in the drawing, the current one included. It
+    /// comes once a click, and not where nothing is different.
     void layersToggled(QStringList names);
 
 protected:

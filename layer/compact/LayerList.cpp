@@ -138,6 +138,7 @@ void LayerList::setLayers(const QList<LayerItemData> &layers)
             layerItem(row);
     }
     fitWidth();
+    executeDelayedItemsLayout(); // which opening the list would wait for
     makeItemsInSight();
 }
 
