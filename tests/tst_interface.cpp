@@ -90,12 +90,12 @@ void tst_Interface::strings()
     QSignalSpy begun(&layers, &LayerTableWidget::changesBegin);
     QTest::mousePress(layers.viewport(), Qt::LeftButton, {},
                       layers.visualRect(layers.model()->index(0, UnlockedColumn)).center());
-    QCOMPARE(begun.value(0).value(0), QVariant("OvCc::LayerDelegate|Lock layer"));
+    QCOMPARE(begun.value(0).value(0), QVariant("OvCc::LayerFlags|Lock layer"));
     LayerComboBox box;
     box.slotUpdate();
     QSignalSpy clicks(&box, &LayerComboBox::changesBegin);
     box.layerItem(0)->slotLightChange();
-    QCOMPARE(clicks.at(0).at(0), QString("OvCc::LayerComboBox|Switch layer off"));
+    QCOMPARE(clicks.at(0).at(0), QString("OvCc::LayerFlags|Switch layer off"));
 
     KcHost::setWorkingDatabase(nullptr);
     QWidget owner;

@@ -1,7 +1,7 @@
 #include "LayerComboBox.h"
 
-#include "layer/compact/LayerFlags.h"
 #include "layer/compact/LayerList.h"
+#include "layer/data/LayerFlags.h"
 #include "property/FacePress.h"
 
 #include <OvCustomControl/LayerEdit.h>
@@ -14,22 +14,8 @@
 #include <QScopedValueRollback>
 
 #include <memory>
-#include <optional>
 
 namespace OvCc {
-
-namespace {
-
-/// A flag of the layer in the drawing; none if the layer cannot be read.
-std::optional<bool> flagInDrawing(const LayerFlag &flag, const QString &name)
-{
-    LayerItemData layer;
-    if (!OvLayerUtility().getLayer(name, layer))
-        return std::nullopt;
-    return layer.*flag.value;
-}
-
-} // namespace
 
 /// List and face may have been deleted by the host.
 struct LayerComboBox::Private
@@ -178,19 +164,17 @@ void LayerComboBox::Private::installFace()
 /// combo box with it.
 void LayerComboBox::Private::setFlag(int index, const QString &name, bool value)
 {
-    const LayerFlag &flag = layerFlags.at(size_t(index));
+    const StatusFlag &flag = statusFlags.at(size_t(index));
+    const bool isShown = value != flag.isInverted;
     const QPointer<LayerComboBox> box(q);
-    emit box->changesBegin(tr(value ? flag.whenTrue : flag.whenFalse));
+    emit box->changesBegin(flagChangeText(flag.column, isShown));
     if (!box)
         return;
-    const std::optional<bool> before = flagInDrawing(flag, name);
-    (OvLayerUtility().*flag.set)(name, value);
+    const FlagChange change = setLayerFlag(name, flag.column, isShown);
     if (!box)
         return;
-    const std::optional<bool> after = flagInDrawing(flag, name);
-    const bool isChanged = before && after && *before != *after;
-    emit box->changesEnd(isChanged ? 1 : 0, after == value ? 0 : 1);
-    if (box && isChanged)
+    emit box->changesEnd(change == FlagChange::Made, change == FlagChange::Refused);
+    if (box && change == FlagChange::Made)
         emit box->layersToggled({name});
 }
 

@@ -33,7 +33,7 @@ class LayerItem;
 /// heights. The first letters of a name, typed into the open drop-down, lead to its row.
 ///
 /// Costs, N being the number of layers: slotUpdate() reads N layers, and touches only the rows that
-/// differ. A click looks for its layer in the drawing three times among N. Opening costs what is in
+/// differ. A click looks for its layer among N in the drawing. Opening costs what is in
 /// sight; only where the current layer is another one than at the last update, it is looked for.
 class OVCC_EXPORT LayerComboBox : public QComboBox
 {

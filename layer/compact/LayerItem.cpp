@@ -1,6 +1,6 @@
 #include "LayerItem.h"
 
-#include "layer/compact/LayerFlags.h"
+#include "layer/data/LayerFlags.h"
 #include "layer/pictures/StatusImages.h"
 
 #include <OvCustomControl/Swatches.h>
@@ -59,7 +59,8 @@ struct LayerItem::Private
     QPushButton *lockButton = createLayerItemButton(lockImage(layer.isLocked));
     QPushButton *colorButton = createLayerItemButton(creatColorPix(layer.color));
     Setter setter = [](int index, const QString &name, bool value) {
-        (OvLayerUtility().*layerFlags.at(size_t(index)).set)(name, value);
+        const StatusFlag &flag = statusFlags.at(size_t(index));
+        setLayerFlag(name, flag.column, value != flag.isInverted);
     };
 };
 
@@ -151,8 +152,8 @@ void LayerItem::Private::showStatus()
 /// Changes the record, the buttons and the drawing, and reports @p index.
 void LayerItem::Private::toggle(int index)
 {
-    const bool value = !(layer.*layerFlags.at(size_t(index)).value);
-    layer.*layerFlags.at(size_t(index)).value = value;
+    const bool value = !(layer.*statusFlags.at(size_t(index)).value);
+    layer.*statusFlags.at(size_t(index)).value = value;
     showStatus();
     const QPointer<LayerItem> guard(q);
     const Setter lasting = setter; // in case that the row goes

@@ -27,7 +27,7 @@ class LayerList : public QListWidget
 public:
     static constexpr int mostItems = 200;
 
-    /// Sets a flag of a layer in the drawing, as the user asked for; see layerFlags.
+    /// Sets a flag of a layer in the drawing, as the user asked for; see statusFlags.
     using Setter = std::function<void(int index, const QString &name, bool value)>;
 
     LayerList(LayerComboBox *combo, Setter setter);

@@ -21,7 +21,6 @@
 #include <QPointer>
 #include <QSet>
 
-#include <algorithm>
 #include <optional>
 
 namespace OvCc {
@@ -32,40 +31,11 @@ constexpr int swatchMargin = 2;
 constexpr int swatchSpacing = 4;
 constexpr int textMargin = 3;
 
-/// A flag that a click changes, and what the change is called.
-struct Toggle
-{
-    LayerColumn column;
-    const char *toTrue;
-    const char *toFalse;
-};
-
-constexpr std::array<Toggle, 4> toggles{{
-        {OnColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Switch layer on"),
-         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Switch layer off")},
-        {ThawedColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Thaw layer"),
-         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Freeze layer")},
-        {UnlockedColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Unlock layer"),
-         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Lock layer")},
-        {PlotColumn, QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Plot layer"),
-         QT_TRANSLATE_NOOP("OvCc::LayerDelegate", "Do not plot layer")},
-}};
-
-/// Null for a column that clicks leave alone.
-const Toggle *toggleOf(LayerColumn column)
-{
-    const auto *found =
-            std::find_if(toggles.begin(), toggles.end(),
-                         [column](const Toggle &toggle) { return toggle.column == column; });
-    return found == toggles.end() ? nullptr : found;
-}
-
 /// @return false if there is nobody any more to go on
 bool beginChange(const QPointer<LayerDelegate> &delegate, LayerColumn column, bool value)
 {
-    const Toggle &toggle = *toggleOf(column);
     if (delegate)
-        emit delegate->changesBegin(LayerDelegate::tr(value ? toggle.toTrue : toggle.toFalse));
+        emit delegate->changesBegin(flagChangeText(column, value));
     return delegate;
 }
 
@@ -331,7 +301,7 @@ void LayerDelegate::slotLWeightChanged(int row)
 bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex &index)
 {
     const auto column = static_cast<LayerColumn>(index.column());
-    if (!toggleOf(column))
+    if (!isFlagColumn(column))
         return true;
     // The host may reload or delete all this on the way.
     const QPersistentModelIndex cell(index);
