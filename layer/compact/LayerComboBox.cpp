@@ -1,25 +1,29 @@
 #include "LayerComboBox.h"
 
 #include "layer/compact/LayerList.h"
+#include "layer/data/HostNotice.h"
+#include "layer/data/HostRecords.h"
 #include "layer/data/LayerFlags.h"
+#include "layer/data/LayerSearch.h"
 #include "property/FacePress.h"
 
 #include <OvCustomControl/LayerEdit.h>
 #include <OvCustomControl/OvLayerUtility.h>
-
-#include <OvHost.h>
 
 #include <QKeyEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
 
 #include <memory>
+#include <optional>
 
 namespace OvCc {
 
 /// List and face may have been deleted by the host.
 struct LayerComboBox::Private
 {
+    std::optional<bool> followLayer(const QString &name);
+    bool showCurrentLayer();
     void installFace();
     void setFlag(int index, const QString &name, bool value);
 
@@ -27,6 +31,7 @@ struct LayerComboBox::Private
     QPointer<LayerList> list = new LayerList(
             q, [this](int index, const QString &name, bool value) { setFlag(index, name, value); });
     QPointer<LayerEdit> face = new LayerEdit(nullptr);
+    LayerItemData onFace{};
     bool isUpdating = false;
     QString nameAtClosing{}; ///< of the row that was current in the drop-down
 };
@@ -84,37 +89,80 @@ void LayerComboBox::hidePopup()
 
 void LayerComboBox::slotUpdate()
 {
+    refresh();
+}
+
+bool LayerComboBox::refresh()
+{
     if (m_d->isUpdating)
-        return;
+        return false;
     const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
 
     const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    if (m_d->list)
-        m_d->list->setLayers(*layers);
+    const bool areRowsOther = m_d->list && m_d->list->setLayers(*layers);
     if (layers->isEmpty()) {
         if (m_d->face)
             m_d->face->hide();
-        return;
+        return areRowsOther;
     }
+    return m_d->showCurrentLayer() || areRowsOther;
+}
 
-    m_d->installFace();
-    const int row = getDisplayItem();
-    if (m_d->list) {
-        // The user may have scrolled to the very row that asked for this update.
-        m_d->list->setAutoScroll(!m_d->list->isVisible());
-        m_d->list->setCurrentRow(row);
-        m_d->list->setAutoScroll(true);
-        m_d->list->setMouseTracking(false);
+bool LayerComboBox::refreshLayers(const QStringList &names)
+{
+    if (m_d->isUpdating)
+        return false;
+    bool isAnyOther = false;
+    for (const QString &name : names) {
+        const std::optional<bool> isOther =
+                names.size() > mostSearches ? std::nullopt : m_d->followLayer(name);
+        if (!isOther)
+            return refresh() || isAnyOther;
+        isAnyOther |= *isOther;
     }
-    setCurrentIndex(0);
-    slotRowChanged(row);
-    m_d->face->show();
+    const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
+    return m_d->showCurrentLayer() || isAnyOther;
+}
+
+/// @return whether its row is another one now; nothing if the layer came or went
+std::optional<bool> LayerComboBox::Private::followLayer(const QString &name)
+{
+    const std::optional<FoundLayer> found = findLayer(name);
+    if (!found)
+        return std::nullopt;
+    const LayerItemData layer = layerRecord(*found->record);
+    found->record->close();
+    if (!list || list->nameAt(found->position) != name)
+        return std::nullopt;
+    return list->setLayer(found->position, layer);
+}
+
+/// @return whether the face is another one now
+bool LayerComboBox::Private::showCurrentLayer()
+{
+    installFace();
+    const int row = q->getDisplayItem();
+    if (list) {
+        // The user may have scrolled to the very row that asked for this update.
+        list->setAutoScroll(!list->isVisible());
+        list->setCurrentRow(row);
+        list->setAutoScroll(true);
+        list->setMouseTracking(false);
+    }
+    q->setCurrentIndex(0);
+    const LayerItemData before = onFace;
+    q->slotRowChanged(row);
+    face->show();
+    return !isSame(onFace, before);
 }
 
 void LayerComboBox::slotRowChanged(int)
 {
     LayerItemData current;
-    if (m_d->face && OvLayerUtility().getCurrentLayer(current))
+    if (!OvLayerUtility().getCurrentLayer(current))
+        return;
+    m_d->onFace = current;
+    if (m_d->face)
         m_d->face->setCurrentLayer(current);
 }
 
@@ -123,10 +171,11 @@ void LayerComboBox::slotLabelChange(int index, LayerItemData data)
     const int row = getDisplayItem();
     if (!m_d->list || row >= m_d->list->count() || m_d->list->nameAt(row) != data.name)
         return;
+    m_d->onFace = data;
     if (m_d->face)
         m_d->face->setLabelChange(index, data);
     const QPointer<LayerComboBox> guard(this);
-    ovSetLayerTableChanges();
+    tellHost({data.name});
     if (guard)
         emit layerComboBoxChanged();
 }
@@ -170,7 +219,7 @@ void LayerComboBox::Private::setFlag(int index, const QString &name, bool value)
     emit box->changesBegin(flagChangeText(flag.column, isShown));
     if (!box)
         return;
-    const FlagChange change = setLayerFlag(name, flag.column, isShown);
+    const FlagChange change = setLayerFlag(findLayer(name), flag.column, isShown);
     if (!box)
         return;
     emit box->changesEnd(change == FlagChange::Made, change == FlagChange::Refused);

@@ -65,6 +65,15 @@ public Q_SLOTS:
     /// call that comes while another one is running is ignored.
     void slotUpdate();
 
+    /// Does what slotUpdate() does.
+    /// @return whether rows or face show anything else than before
+    bool refresh();
+
+    /// As refresh(), where no other layers than these have changed, and perhaps which one is current.
+    /// A few layers are looked for among N, and their rows are painted; with many names, and with that
+    /// of a layer that came or went, it is a refresh().
+    bool refreshLayers(const QStringList &names);
+
     /// Shows the drawing's current layer on the face, whatever @p row is.
     void slotRowChanged(int row);
 

@@ -60,7 +60,7 @@ struct LayerItem::Private
     QPushButton *colorButton = createLayerItemButton(creatColorPix(layer.color));
     Setter setter = [](int index, const QString &name, bool value) {
         const StatusFlag &flag = statusFlags.at(size_t(index));
-        setLayerFlag(name, flag.column, value != flag.isInverted);
+        setLayerFlag(findLayer(name), flag.column, value != flag.isInverted);
     };
 };
 

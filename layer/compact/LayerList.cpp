@@ -23,12 +23,6 @@ constexpr int widestList = 400;
 /// it is cheaper to build the list anew.
 constexpr int mostPatches = 32;
 
-bool isSame(const LayerItemData &one, const LayerItemData &other)
-{
-    return one.isOn == other.isOn && one.isLocked == other.isLocked
-           && one.isFrozen == other.isFrozen && one.color == other.color && one.name == other.name;
-}
-
 /// A row and the layer that it shows, or will show once it has an item. A combo box takes the text of
 /// its edit from Qt::EditRole, where there is none: the face shows more than a text.
 class LayerRow : public QListWidgetItem
@@ -129,10 +123,10 @@ LayerList::LayerList(LayerComboBox *combo, Setter setter)
     setUniformItemSizes(true);
 }
 
-void LayerList::setLayers(const QList<LayerItemData> &layers)
+bool LayerList::setLayers(const QList<LayerItemData> &layers)
 {
-    matchRows(layers);
-    showChanges(layers);
+    const bool areRowsOther = matchRows(layers);
+    const bool isAnyOther = showChanges(layers) || areRowsOther;
     if (count() <= mostItems) {
         for (int row = 0; row < count(); ++row)
             layerItem(row);
@@ -140,6 +134,18 @@ void LayerList::setLayers(const QList<LayerItemData> &layers)
     fitWidth();
     executeDelayedItemsLayout(); // which opening the list would wait for
     makeItemsInSight();
+    return isAnyOther;
+}
+
+bool LayerList::setLayer(int row, const LayerItemData &layer)
+{
+    LayerRow *place = rowAt(*this, row);
+    auto *item = qobject_cast<LayerItem *>(itemWidget(place));
+    const bool isOther = !isSame(item ? item->currentLayerData() : place->layer(), layer);
+    place->setLayer(layer);
+    if (item && isOther)
+        item->setCurrentLayer(layer);
+    return isOther;
 }
 
 int LayerList::rowOf(const QString &name)
@@ -222,7 +228,8 @@ void LayerList::updateGeometries()
 }
 
 /// Keeps the rows at both ends whose layers are still there, and replaces what lies between them.
-void LayerList::matchRows(const QList<LayerItemData> &layers)
+/// @return whether there was anything to replace
+bool LayerList::matchRows(const QList<LayerItemData> &layers)
 {
     const auto isRowOf = [this](int row, const LayerItemData &layer) {
         const LayerRow *place = rowAt(*this, row);
@@ -246,6 +253,7 @@ void LayerList::matchRows(const QList<LayerItemData> &layers)
     while (count() > head + tail)
         delete takeItem(head);
     insertRows(head, wanted - tail, layers);
+    return head + tail < present || head + tail < wanted;
 }
 
 /// The view hears of all rows at once.
@@ -261,23 +269,24 @@ void LayerList::insertRows(int begin, int end, const QList<LayerItemData> &layer
     rowsInserted({}, begin, end - 1);
 }
 
-void LayerList::showChanges(const QList<LayerItemData> &layers)
+/// What an item shows may be news to its row, which its buttons pass by.
+bool LayerList::showChanges(const QList<LayerItemData> &layers)
 {
-    for (int row = 0; row < layers.size(); ++row) {
-        LayerRow *place = rowAt(*this, row);
-        if (!isSame(place->layer(), layers.at(row)))
-            place->setLayer(layers.at(row));
-    }
-
     const auto isGone = [](const QPersistentModelIndex &row) { return !row.isValid(); };
     m_rowsWithItems.erase(std::remove_if(m_rowsWithItems.begin(), m_rowsWithItems.end(), isGone),
                           m_rowsWithItems.end());
-    for (const QPersistentModelIndex &index : qAsConst(m_rowsWithItems)) {
-        auto *item = qobject_cast<LayerItem *>(indexWidget(index));
-        const LayerItemData &layer = layers.at(index.row());
-        if (item && !isSame(item->currentLayerData(), layer))
-            item->setCurrentLayer(layer);
+    bool isAnyOther = false;
+    for (const QPersistentModelIndex &index : qAsConst(m_rowsWithItems))
+        isAnyOther |= setLayer(index.row(), layers.at(index.row()));
+
+    for (int row = 0; row < layers.size(); ++row) {
+        LayerRow *place = rowAt(*this, row);
+        if (isSame(place->layer(), layers.at(row)))
+            continue;
+        place->setLayer(layers.at(row));
+        isAnyOther = true;
     }
+    return isAnyOther;
 }
 
 void LayerList::fitWidth()

@@ -13,6 +13,12 @@ namespace OvCc {
 class LayerComboBox;
 class LayerItem;
 
+inline bool isSame(const LayerItemData &one, const LayerItemData &other)
+{
+    return one.isOn == other.isOn && one.isLocked == other.isLocked
+           && one.isFrozen == other.isFrozen && one.color == other.color && one.name == other.name;
+}
+
 /// The drop-down of a layer combo box: one row per layer, shown by a LayerItem.
 ///
 /// Up to mostItems layers all rows have their items. Beyond, a row gets its item when it comes into
@@ -34,7 +40,12 @@ public:
 
     /// Shows @p layers. Rows whose layer is still there stay, with their items; the list becomes as
     /// wide as the longest name needs. O(N), but touches only the rows that differ.
-    void setLayers(const QList<LayerItemData> &layers);
+    /// @return whether there are any
+    bool setLayers(const QList<LayerItemData> &layers);
+
+    /// Shows what became of the layer that stands in @p row.
+    /// @return whether that is anything else than before
+    bool setLayer(int row, const LayerItemData &layer);
 
     /// The row of the layer with that name; -1 if there is none above the first row that is none of
     /// this list's own. O(1) for the name that was asked for last.
@@ -57,9 +68,9 @@ protected:
     void updateGeometries() override;
 
 private:
-    void matchRows(const QList<LayerItemData> &layers);
+    bool matchRows(const QList<LayerItemData> &layers);
     void insertRows(int begin, int end, const QList<LayerItemData> &layers);
-    void showChanges(const QList<LayerItemData> &layers);
+    bool showChanges(const QList<LayerItemData> &layers);
     void fitWidth();
     int widestRow() const;
 

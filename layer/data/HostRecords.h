@@ -1,5 +1,7 @@
 #pragma once
 
+#include <OvCustomControl/LayerItemData.h>
+
 #include <KcDb.h>
 #include <KcEd.h>
 
@@ -37,6 +39,18 @@ inline QString layerName(const KcDbLayerTableRecord &layer)
     KTCHAR *name = nullptr;
     layer.getName(name);
     return hostText(name);
+}
+
+/// What the compact layer controls show.
+inline LayerItemData layerRecord(const KcDbLayerTableRecord &layer)
+{
+    LayerItemData data;
+    data.isOn = !layer.isOff();
+    data.isLocked = layer.isLocked();
+    data.isFrozen = layer.isFrozen();
+    data.color = rgbOf(layer.color());
+    data.name = layerName(layer);
+    return data;
 }
 
 inline QString symbolName(KcDbObjectId id)

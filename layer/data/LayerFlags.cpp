@@ -1,7 +1,5 @@
 #include "LayerFlags.h"
 
-#include <OvCustomControl/OvLayerUtility.h>
-
 #include <KcDb.h>
 
 #include <QCoreApplication>
@@ -61,11 +59,11 @@ bool isFlagColumn(LayerColumn column)
     return flagOf(column) != flags.end();
 }
 
-FlagChange setLayerFlag(const QString &name, LayerColumn column, bool value)
+FlagChange setLayerFlag(const std::optional<FoundLayer> &found, LayerColumn column, bool value)
 {
-    KcDbLayerTableRecord *layer = getLayerByName(name);
-    if (!layer)
+    if (!found)
         return FlagChange::Refused;
+    KcDbLayerTableRecord *layer = found->record;
     const Flag &flag = *flagOf(column);
     const bool before = flag.isShown(*layer);
     // Whether each of these succeeds shows in the end.
@@ -81,11 +79,11 @@ FlagChange setLayerFlag(const QString &name, LayerColumn column, bool value)
 
 std::optional<bool> layerFlag(const QString &name, LayerColumn column)
 {
-    KcDbLayerTableRecord *layer = getLayerByName(name);
-    if (!layer)
+    const std::optional<FoundLayer> found = findLayer(name);
+    if (!found)
         return std::nullopt;
-    const bool isShown = flagOf(column)->isShown(*layer);
-    layer->close();
+    const bool isShown = flagOf(column)->isShown(*found->record);
+    found->record->close();
     return isShown;
 }
 

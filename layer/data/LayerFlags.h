@@ -1,5 +1,7 @@
 #pragma once
 
+#include "layer/data/LayerSearch.h"
+
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerItemData.h>
 
@@ -24,7 +26,8 @@ enum class FlagChange {
 /// Whether @p column shows one of these flags. The functions below take no other.
 bool isFlagColumn(LayerColumn column);
 
-FlagChange setLayerFlag(const QString &name, LayerColumn column, bool value);
+/// @param found is closed here; nothing for one that was not found
+FlagChange setLayerFlag(const std::optional<FoundLayer> &found, LayerColumn column, bool value);
 
 /// Nothing where the layer cannot be opened.
 std::optional<bool> layerFlag(const QString &name, LayerColumn column);

@@ -1,6 +1,7 @@
 #include "LayerRowReading.h"
 
 #include "layer/data/HostRecords.h"
+#include "layer/data/LayerSearch.h"
 
 #include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerColumns.h>
@@ -77,6 +78,17 @@ void readLayerRows(const std::function<void(const QStringList &)> &visit)
         visit(layerRow(drawing, layer, strings));
         return true;
     });
+}
+
+std::optional<QStringList> readLayerRow(const QString &name)
+{
+    const std::optional<FoundLayer> found = findLayer(name);
+    if (!found)
+        return std::nullopt;
+    SharedStrings strings;
+    const QStringList row = layerRow(getCurrentDb(), *found->record, strings);
+    found->record->close();
+    return row;
 }
 
 } // namespace OvCc

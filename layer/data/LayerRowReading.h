@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace OvCc {
 
@@ -10,5 +11,8 @@ namespace OvCc {
 /// the row of texts that LayerColumn describes. A layer is open meanwhile: @p visit only looks and
 /// remembers.
 void readLayerRows(const std::function<void(const QStringList &row)> &visit);
+
+/// The row of one layer; nothing if it cannot be opened.
+std::optional<QStringList> readLayerRow(const QString &name);
 
 } // namespace OvCc

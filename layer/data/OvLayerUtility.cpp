@@ -3,6 +3,7 @@
 #include "layer/data/HostRecords.h"
 #include "layer/data/LayerFlags.h"
 #include "layer/data/LayerRowReading.h"
+#include "layer/data/LayerSearch.h"
 
 #include <OvCustomControl/LayerColumns.h>
 
@@ -17,17 +18,6 @@ namespace {
 
 KcDbDatabase *currentDb = nullptr;
 
-LayerItemData layerData(const KcDbLayerTableRecord &layer)
-{
-    LayerItemData data;
-    data.isOn = !layer.isOff();
-    data.isLocked = layer.isLocked();
-    data.isFrozen = layer.isFrozen();
-    data.color = rgbOf(layer.color());
-    data.name = layerName(layer);
-    return data;
-}
-
 } // namespace
 
 OvLayerUtility::OvLayerUtility() = default;
@@ -38,7 +28,7 @@ QList<LayerItemData> *OvLayerUtility::getAllLayer()
 {
     auto layers = std::make_unique<QList<LayerItemData>>();
     walkLayers(getCurrentDb(), [&layers](const KcDbLayerTableRecord &layer) {
-        layers->append(layerData(layer));
+        layers->append(layerRecord(layer));
         return true;
     });
     return layers.release();
@@ -51,17 +41,7 @@ bool OvLayerUtility::getCurrentLayer(LayerItemData &out)
         || kcdbOpenObject(layer, currentDb->clayer(), KcDb::kForRead, false) != Kcore::eOk
         || !layer)
         return false;
-    out = layerData(*layer);
-    layer->close();
-    return true;
-}
-
-bool OvLayerUtility::getLayer(QString name, LayerItemData &out)
-{
-    KcDbLayerTableRecord *layer = getLayerByName(name);
-    if (!layer)
-        return false;
-    out = layerData(*layer);
+    out = layerRecord(*layer);
     layer->close();
     return true;
 }
@@ -72,22 +52,22 @@ void OvLayerUtility::setLayerByData(LayerItemData) {}
 
 void OvLayerUtility::setLayerOff(QString name, bool on)
 {
-    setLayerFlag(name, OnColumn, on);
+    setLayerFlag(searchLayer(name), OnColumn, on);
 }
 
 void OvLayerUtility::setLayerLock(QString name, bool lock)
 {
-    setLayerFlag(name, UnlockedColumn, !lock);
+    setLayerFlag(searchLayer(name), UnlockedColumn, !lock);
 }
 
 void OvLayerUtility::setLayerFrozen(QString name, bool frozen)
 {
-    setLayerFlag(name, ThawedColumn, !frozen);
+    setLayerFlag(searchLayer(name), ThawedColumn, !frozen);
 }
 
 void OvLayerUtility::setLayerPlot(QString name, bool plot)
 {
-    setLayerFlag(name, PlotColumn, plot);
+    setLayerFlag(searchLayer(name), PlotColumn, plot);
 }
 
 int OvLayerUtility::getAllLayerDate(QList<QStringList> &rows)
@@ -113,12 +93,6 @@ KcDbDatabase *getCurrentDb()
 
 KcDbLayerTableRecord *getLayerByName(QString name)
 {
-    const std::wstring wanted = name.toStdWString();
-    return walkLayers(getCurrentDb(), [&wanted](const KcDbLayerTableRecord &layer) {
-        KTCHAR *text = nullptr;
-        layer.getName(text);
-        const bool isWanted = text && wanted == text;
-        kcutDelString(text);
-        return !isWanted;
-    });
+    const std::optional<FoundLayer> found = searchLayer(name);
+    return found ? found->record : nullptr;
 }

@@ -32,11 +32,6 @@ public:
     /// @return false when there is no database or the layer cannot be opened
     bool getCurrentLayer(OvCc::LayerItemData &out);
 
-    /// Reads the layer of exactly that name.
-    /// @param[out] out untouched on failure
-    /// @return false when there is no database or no such layer can be opened
-    bool getLayer(QString name, OvCc::LayerItemData &out);
-
     /// Does nothing; making a layer current is the host's work.
     void setCurrenLayer(OvCc::LayerItemData data);
 

@@ -1,5 +1,6 @@
 #include "LayerDelegate.h"
 
+#include "layer/data/HostNotice.h"
 #include "layer/data/LayerFlags.h"
 #include "layer/data/LineWeightRows.h"
 #include "layer/table/ColumnTable.h"
@@ -10,8 +11,6 @@
 #include <OvCustomControl/LayerWarningDialog.h>
 #include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/Swatches.h>
-
-#include <OvHost.h>
 
 #include <QApplication>
 #include <QCompleter>
@@ -170,7 +169,7 @@ struct LayerDelegate::Private
     {
     }
 
-    bool toggle(QAbstractItemModel *model, const QModelIndex &index);
+    bool toggle(QAbstractItemModel *model, const QModelIndex &index, QStringList &touched);
     bool confirmSwitchingOff(const QString &name, std::optional<FlagChange> &change);
     bool refuseFreezing(std::optional<FlagChange> &change);
 
@@ -252,6 +251,7 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
                                 const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     const QPointer<LayerDelegate> self(this);
+    QStringList touched;
     const bool isPress = event->type() == QEvent::MouseButtonPress;
     const bool isDoubleClick = event->type() == QEvent::MouseButtonDblClick;
     if (isPress || isDoubleClick) {
@@ -262,11 +262,11 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
         if (isInside && mouse->button() == Qt::LeftButton) {
             if (index.column() == CurrentColumn)
                 return true;
-            if (!m_d->toggle(model, index))
+            if (!m_d->toggle(model, index, touched))
                 return !self;
         }
     }
-    ovSetLayerTableChanges();
+    tellHost(touched);
     if (self)
         emit layerDataChanged();
     // A view that is gone, too, is left alone by Qt if the event is used up.
@@ -297,8 +297,10 @@ void LayerDelegate::slotLWeightChanged(int row)
 }
 
 /// Changes the layer, then the cell, if it is a flag that can be clicked.
+/// @param[out] touched gets the name of the layer if its change was attempted
 /// @return false if the user would not, or must not
-bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex &index)
+bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex &index,
+                                    QStringList &touched)
 {
     const auto column = static_cast<LayerColumn>(index.column());
     if (!isFlagColumn(column))
@@ -317,8 +319,10 @@ bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex
     else if (isGuarded && column == ThawedColumn)
         isAccepted = refuseFreezing(change);
     else if (beginChange(delegate, column, !isSet))
-        change = setLayerFlag(name, column, !isSet);
+        change = setLayerFlag(findLayer(name), column, !isSet);
 
+    if (change)
+        touched.append(name);
     if (isAccepted && cell.isValid())
         model->setData(cell, QVariant(!isSet).toString(), Qt::DisplayRole);
     if (delegate && change)

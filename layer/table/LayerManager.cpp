@@ -10,6 +10,8 @@
 #include <QPainter>
 #include <QPointer>
 
+#include <functional>
+
 namespace OvCc {
 
 namespace {
@@ -22,7 +24,10 @@ constexpr QSize tileSize(16, 16);
 
 struct LayerManager::Private
 {
-    QPixmap iconStrip;
+    bool refresh(const std::function<bool(LayerTableWidget &)> &refreshTable);
+
+    LayerManager *const q;
+    QPixmap iconStrip{};
     const QPointer<LayerTableWidget> table = new LayerTableWidget;
     QLabel *const label = new ElidedLabel;
     SearchLayerEdit *const searchEdit = new SearchLayerEdit;
@@ -30,7 +35,7 @@ struct LayerManager::Private
 
 LayerManager::LayerManager(QWidget *parent)
     : QWidget(parent)
-    , m_d(new Private)
+    , m_d(new Private{this})
 {
     setObjectName(QStringLiteral("Layer Manager"));
     setWindowTitle(tr("Layer Manager"));
@@ -112,14 +117,34 @@ void LayerManager::slotUpLayerModel()
         m_d->table->slotSearchLayer(m_d->searchEdit->text());
 }
 
-void LayerManager::refresh()
+bool LayerManager::refresh()
 {
-    const QPointer<LayerManager> self(this);
-    if (m_d->table)
-        m_d->table->refresh();
+    return m_d->refresh([](LayerTableWidget &table) { return table.refresh(); });
+}
+
+bool LayerManager::refreshLayers(const QStringList &names)
+{
+    return m_d->refresh([&names](LayerTableWidget &table) { return table.refreshLayers(names); });
+}
+
+bool LayerManager::showOtherDrawing()
+{
+    return m_d->refresh([](LayerTableWidget &table) { return table.showOtherDrawing(); });
+}
+
+/// The panel may be gone at the end.
+bool LayerManager::Private::refresh(const std::function<bool(LayerTableWidget &)> &refreshTable)
+{
+    if (!table)
+        return false;
+    const QPointer<LayerManager> panel(q);
+    const bool isTableOther = refreshTable(*table);
+    if (!panel || !table)
+        return isTableOther;
     // The table told its first current layer before there was a label.
-    if (self && m_d->table)
-        slotUpdateLineEdit(m_d->table->currentLayer());
+    const QString before = label->text();
+    q->slotUpdateLineEdit(table->currentLayer());
+    return isTableOther || label->text() != before;
 }
 
 void LayerManager::slotLayerChanged()

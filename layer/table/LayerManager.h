@@ -53,7 +53,12 @@ public Q_SLOTS:
 
     /// Shows what changed in the drawing and leaves everything else as it is; see
     /// LayerTableWidget::refresh(). It may be called from inside any signal of the panel.
-    void refresh();
+    /// @return whether anything in the panel was different
+    bool refresh();
+
+    /// LayerTableWidget::refreshLayers() and LayerTableWidget::showOtherDrawing()
+    bool refreshLayers(const QStringList &names);
+    bool showOtherDrawing();
 
     /// Sends layerManagerChanged().
     void slotLayerChanged();

@@ -7,10 +7,13 @@
 #include <OvCustomControl/FrozenTableWidget.h>
 #include <OvCustomControl/LayerTableWidget.h>
 
+#include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <QVector>
 
 #include <array>
+#include <functional>
 #include <optional>
 
 class QMenu;
@@ -33,9 +36,21 @@ struct LayerTableWidget::Private
     void takeOver(const QStringList &lastRead);
     void hideUnfound(const QVector<int> &exceptions = {});
 
+    struct Followed
+    {
+        bool isAnyOther = false;        ///< in the table than before
+        std::optional<QString> current; ///< layer, empty if none is; nothing without layers
+    };
+    bool follow(const std::function<Followed()> &bringInStep);
+    Followed followDrawing();
+    Followed followLayers(const QStringList &changedNames);
+    void showTexts(int row, const QStringList &texts);
+    bool isInItsPlace(int row) const;
+    int rowNamed(const QString &name) const;
+    void selectAgain(const QSet<QString> &removed);
+    void selectRow(int row);
     void arrange(const QVector<int> &order, const QVector<QStringList> &added = {});
     void leaveRowsBeside(const QVector<int> &staying);
-    std::optional<QString> followDrawing();
     void followEditor();
 
     void editName(int row);
@@ -55,10 +70,21 @@ struct LayerTableWidget::Private
     QMenu *menu = nullptr;
     QStringList rowTemplate;
     QString currentLayer = QStringLiteral("0"); ///< as told last
+    QString currentRow;                         ///< the name in the row that was read as current
     QString search;
     bool isLoading = false;    ///< till all have heard of it
     bool isChanging = false;   ///< the rows
     bool isRefreshDue = false; ///< when the editors are closed
+
+    /// What the user did here since the last refresh of all rows. The drawing need not follow.
+    struct AheadOfDrawing
+    {
+        QHash<QString, QString> renamed; ///< names in the drawing, by those in the table
+        QSet<QString> removed;
+        QStringList marked; ///< rows that got the marker of the current layer, or lost it
+    };
+    AheadOfDrawing aheadOfDrawing;
+    void noteRenamed(const QString &from, const QString &to);
 };
 
 } // namespace OvCc

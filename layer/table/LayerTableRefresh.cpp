@@ -1,4 +1,5 @@
 #include "layer/data/LayerRowReading.h"
+#include "layer/data/LayerSearch.h"
 #include "layer/table/LayerTablePrivate.h"
 
 #include <OvCustomControl/OvLayerUtility.h>
@@ -48,7 +49,16 @@ private:
 /// behind those that are there.
 struct Difference
 {
-    explicit Difference(const QVector<QStringList> &present);
+    /// None, so far.
+    explicit Difference(const QVector<QStringList> &present)
+        : rows(present)
+        , isLayer(present.size(), true)
+    {
+    }
+
+    /// Reads all layers. A row that was renamed here and not there has its name from there.
+    /// @param renamed the names in the drawing by those in the table
+    Difference(const QVector<QStringList> &present, const QHash<QString, QString> &renamed);
 
     const QStringList &textsOf(int row) const
     {
@@ -63,24 +73,36 @@ struct Difference
     QStringList last; ///< of those that were read; empty if none was
 };
 
-Difference::Difference(const QVector<QStringList> &present)
+Difference::Difference(const QVector<QStringList> &present, const QHash<QString, QString> &renamed)
     : rows(present)
     , isLayer(present.size(), false)
 {
     RowsByName byName(present);
-    readLayerRows([this, &byName](const QStringList &read) {
+    const auto match = [this](int row, const QStringList &read) {
+        isLayer[row] = true;
+        if (rows.at(row) != read)
+            changed.append({row, read});
+    };
+    readLayerRows([&](const QStringList &read) {
         const int row = byName.take(read.at(NameColumn));
-        if (row < 0) {
+        if (row < 0)
             added.append(read);
-        } else {
-            isLayer[row] = true;
-            if (rows.at(row) != read)
-                changed.append({row, read});
-        }
+        else
+            match(row, read);
         if (current.isEmpty() && read.at(CurrentColumn) == QLatin1String("true"))
             current = read.at(NameColumn);
         last = read;
     });
+    for (auto name = renamed.cbegin(); name != renamed.cend(); ++name) {
+        const auto read = std::find_if(added.begin(), added.end(), [name](const QStringList &each) {
+            return each.at(NameColumn) == *name;
+        });
+        const int row = read == added.end() ? -1 : byName.take(name.key());
+        if (row >= 0) {
+            match(row, *read);
+            added.erase(read);
+        }
+    }
 }
 
 /// Brings rows into order with few moves: those between their like stay as they stand, and the others
@@ -150,49 +172,175 @@ QVector<int> orderOf(const Difference &difference, RowOrder isBefore, const QVec
 
 } // namespace
 
-void LayerTableWidget::refresh()
+bool LayerTableWidget::refresh()
 {
-    if (m_d->isChanging)
-        return;
-    const QPointer<LayerTableWidget> self(this);
-    std::optional<QString> current;
-    {
-        const TableEditing::Hold hold(*m_d->editing);
-        m_d->isChanging = true;
-        current = m_d->followDrawing();
-        m_d->isChanging = false;
-    }
-    if (self && current && *current != m_d->currentLayer)
-        emit updateCurretnLayer(*current);
+    return m_d->follow([this] { return m_d->followDrawing(); });
 }
 
-/// Returns the name of the current layer, empty if none is; nothing without layers.
-std::optional<QString> LayerTableWidget::Private::followDrawing()
+bool LayerTableWidget::refreshLayers(const QStringList &names)
 {
-    const Difference difference(rows->rows());
+    return m_d->follow([this, &names] { return m_d->followLayers(names); });
+}
+
+bool LayerTableWidget::showOtherDrawing()
+{
+    if (m_d->isChanging)
+        return false;
+    m_d->editing->drop();
+    m_d->aheadOfDrawing = {};
+    const QPointer<LayerTableWidget> self(this);
+    const bool isAnyOther = refresh();
+    if (self && !selectionModel()->hasSelection())
+        m_d->selectRow(m_d->rowNamed(m_d->currentLayer));
+    return isAnyOther;
+}
+
+/// @param bringInStep what makes the rows those of the drawing
+/// @return whether anything is different
+bool LayerTableWidget::Private::follow(const std::function<Followed()> &bringInStep)
+{
+    if (isChanging)
+        return false;
+    const QPointer<LayerTableWidget> self(q);
+    Followed followed;
+    {
+        const TableEditing::Hold hold(*editing);
+        isChanging = true;
+        followed = bringInStep();
+        isChanging = false;
+    }
+    if (self && followed.current && *followed.current != currentLayer)
+        emit q->updateCurretnLayer(*followed.current);
+    return followed.isAnyOther;
+}
+
+LayerTableWidget::Private::Followed LayerTableWidget::Private::followDrawing()
+{
+    const AheadOfDrawing ahead = std::exchange(aheadOfDrawing, {});
+    const Difference difference(rows->rows(), ahead.renamed);
     const QVector<int> edited = editing->rows();
     isRefreshDue = !edited.isEmpty();
 
-    for (const auto &[row, texts] : difference.changed) {
-        for (int column = 0; column < LayerColumnCount; ++column) {
-            const QModelIndex cell = rows->index(row, column);
-            if (!editing->isOpen(cell))
-                rows->setData(cell, texts.at(column), Qt::EditRole);
-        }
-    }
+    for (const auto &[row, texts] : difference.changed)
+        showTexts(row, texts);
     const QHeaderView &header = *q->horizontalHeader();
     const QVector<int> order = orderOf(
             difference, {header.sortIndicatorSection(), header.sortIndicatorOrder()}, edited);
-    const bool hasOtherRows = !difference.added.isEmpty() || order.size() < rows->rowCount();
-    if (hasOtherRows || !std::is_sorted(order.cbegin(), order.cend()))
+    const bool isArranged = difference.added.isEmpty() && order.size() == rows->rowCount()
+                            && std::is_sorted(order.cbegin(), order.cend());
+    if (!isArranged)
         arrange(order, difference.added);
     if (!search.isEmpty())
         hideUnfound(editing->rows());
+    selectAgain(ahead.removed);
 
+    currentRow = difference.current;
+    const bool isAnyOther = !isArranged || !difference.changed.isEmpty();
     if (difference.last.isEmpty())
-        return std::nullopt;
+        return {isAnyOther, std::nullopt};
     takeOver(difference.last);
-    return difference.current;
+    return {isAnyOther, difference.current};
+}
+
+/// Nothing but these layers is read. Where that is not enough, all are.
+LayerTableWidget::Private::Followed
+LayerTableWidget::Private::followLayers(const QStringList &changedNames)
+{
+    LayerItemData current;
+    if (!OvLayerUtility().getCurrentLayer(current) || !editing->rows().isEmpty())
+        return followDrawing();
+    QStringList names = changedNames + std::exchange(aheadOfDrawing.marked, {});
+    if (current.name != currentRow)
+        names << currentRow << current.name;
+    names.removeDuplicates();
+    if (names.size() > mostSearches)
+        return followDrawing();
+
+    currentRow = current.name;
+    Followed followed{false, current.name};
+    bool isArranged = true;
+    for (const QString &name : qAsConst(names)) {
+        const std::optional<QStringList> texts = readLayerRow(name);
+        const int row = rowNamed(name);
+        if (!texts && row < 0)
+            continue;
+        if (!texts || row < 0)
+            return followDrawing();
+        if (rows->rows().at(row) != *texts) {
+            followed.isAnyOther = true;
+            showTexts(row, *texts);
+        }
+        if (name == rowTemplate.at(NameColumn))
+            takeOver(*texts);
+        isArranged = isArranged && isInItsPlace(row);
+    }
+    if (isArranged)
+        return followed;
+    const QHeaderView &header = *q->horizontalHeader();
+    arrange(orderOf(Difference(rows->rows()),
+                    {header.sortIndicatorSection(), header.sortIndicatorOrder()}, {}));
+    return {true, current.name};
+}
+
+void LayerTableWidget::Private::showTexts(int row, const QStringList &texts)
+{
+    for (int column = 0; column < LayerColumnCount; ++column) {
+        const QModelIndex cell = rows->index(row, column);
+        if (!editing->isOpen(cell))
+            rows->setData(cell, texts.at(column), Qt::EditRole);
+    }
+}
+
+/// Whether the row stands between its neighbours as the table is sorted.
+bool LayerTableWidget::Private::isInItsPlace(int row) const
+{
+    const QHeaderView &header = *q->horizontalHeader();
+    const RowOrder isBefore{header.sortIndicatorSection(), header.sortIndicatorOrder()};
+    if (isBefore.column < 0 || isBefore.column >= LayerColumnCount)
+        return true;
+    const QVector<QStringList> &texts = rows->rows();
+    return (row == 0 || !isBefore(texts.at(row), texts.at(row - 1)))
+           && (row + 1 == texts.size() || !isBefore(texts.at(row + 1), texts.at(row)));
+}
+
+/// The row with that name, if there is one; -1 otherwise. O(1) for the current row.
+int LayerTableWidget::Private::rowNamed(const QString &name) const
+{
+    const QVector<QStringList> &texts = rows->rows();
+    const auto isNamed = [&name](const QStringList &row) { return row.at(NameColumn) == name; };
+    const int current = q->currentIndex().row();
+    if (current >= 0 && isNamed(texts.at(current)))
+        return current;
+    const auto found = std::find_if(texts.cbegin(), texts.cend(), isNamed);
+    return found == texts.cend() ? -1 : static_cast<int>(found - texts.cbegin());
+}
+
+/// The rows that the user removed, where the drawing still has their layers.
+void LayerTableWidget::Private::selectAgain(const QSet<QString> &removed)
+{
+    QItemSelectionModel &selection = *q->selectionModel();
+    if (removed.isEmpty() || selection.hasSelection())
+        return;
+    QItemSelection back;
+    for (int row = 0; row < rows->rowCount(); ++row) {
+        if (removed.contains(rows->rows().at(row).at(NameColumn)))
+            back.select(rows->index(row, NameColumn), rows->index(row, NameColumn));
+    }
+    if (back.isEmpty())
+        return;
+    selection.setCurrentIndex(back.first().topLeft(), QItemSelectionModel::NoUpdate);
+    selection.select(back, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+/// Selects one row, if there is one, and brings it into sight.
+void LayerTableWidget::Private::selectRow(int row)
+{
+    if (row < 0)
+        return;
+    const QModelIndex name = rows->index(row, NameColumn);
+    q->selectionModel()->setCurrentIndex(name, QItemSelectionModel::ClearAndSelect
+                                                       | QItemSelectionModel::Rows);
+    frozen->scrollTo(name, PositionAtCenter);
 }
 
 /// Neither the scroll position nor the place of the current row is lost.

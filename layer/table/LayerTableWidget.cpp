@@ -80,6 +80,7 @@ void LayerTableWidget::InitLayerModel()
     m_d->isLoading = true;
     m_d->isChanging = true;
     m_d->isRefreshDue = false;
+    m_d->aheadOfDrawing = {};
     m_d->search.clear();
     QList<QStringList> rows;
     OvLayerUtility().getAllLayerDate(rows);
@@ -110,11 +111,11 @@ QString LayerTableWidget::Private::showRows(const QList<QStringList> &read)
         return row.at(CurrentColumn) == QLatin1String("true");
     });
     const bool hasCurrent = current != sorted.cend();
-    const int currentRow = hasCurrent ? static_cast<int>(current - sorted.cbegin()) : 0;
+    const int place = hasCurrent ? static_cast<int>(current - sorted.cbegin()) : 0;
 
     const int position = q->verticalScrollBar()->value();
     rows->setRows(sorted);
-    q->selectionModel()->setCurrentIndex(rows->index(currentRow, NameColumn),
+    q->selectionModel()->setCurrentIndex(rows->index(place, NameColumn),
                                          QItemSelectionModel::ClearAndSelect
                                                  | QItemSelectionModel::Rows);
     for (QTableView *view : views()) {
@@ -122,7 +123,8 @@ QString LayerTableWidget::Private::showRows(const QList<QStringList> &read)
         view->doItemsLayout();
         view->verticalScrollBar()->setValue(position);
     }
-    return hasCurrent ? sorted.at(currentRow).at(NameColumn) : QString();
+    currentRow = hasCurrent ? sorted.at(place).at(NameColumn) : QString();
+    return currentRow;
 }
 
 /// What is not in the rows themselves.
@@ -195,6 +197,14 @@ void LayerTableWidget::renameLayer()
         m_d->editName(row);
 }
 
+void LayerTableWidget::Private::noteRenamed(const QString &from, const QString &to)
+{
+    const QString inDrawing = aheadOfDrawing.renamed.value(from, from);
+    aheadOfDrawing.renamed.remove(from);
+    if (inDrawing != to)
+        aheadOfDrawing.renamed.insert(to, inDrawing);
+}
+
 void LayerTableWidget::Private::editName(int row)
 {
     const QModelIndex name = rows->index(row, NameColumn);
@@ -222,6 +232,8 @@ void LayerTableWidget::remove()
                 order.append(row);
         }
         m_d->arrange(order);
+        for (const QString &name : qAsConst(names))
+            m_d->aheadOfDrawing.removed.insert(m_d->aheadOfDrawing.renamed.value(name, name));
     }
     if (self)
         emit layersRemoved(names);
@@ -253,6 +265,7 @@ bool LayerTableWidget::Private::moveMarkerTo(int row)
         return false;
     rows->setData(rows->index(row, CurrentColumn), currentMarker(), Qt::EditRole);
     rows->setData(rows->index(oldRow, CurrentColumn), QString(), Qt::EditRole);
+    aheadOfDrawing.marked << texts.at(row).at(NameColumn) << texts.at(oldRow).at(NameColumn);
     return true;
 }
 

@@ -94,9 +94,22 @@ public Q_SLOTS:
     ///
     /// Sends updateCurretnLayer() if the current layer is another one than that signal told last. A
     /// row with an open editor stays in its place until that is closed, and is put right soon after,
-    /// when the host had time to answer. O(N), in one walk over the layer table; O(N log N) where rows
-    /// in many places change their order.
-    void refresh();
+    /// when the host had time to answer. What the user did here and the drawing did not follow is taken
+    /// back: a row that was renamed has its old name, rows that were removed are selected again if
+    /// nothing else is. O(N), in one walk over the layer table; O(N log N) where rows in many places
+    /// change their order.
+    /// @return whether anything in the table was different
+    bool refresh();
+
+    /// As refresh(), where no other layers than these have changed, and perhaps which one is current.
+    /// A few layers are looked for among N and their rows put right; with many names, and with that of
+    /// a layer that came or went, it is a refresh().
+    bool refreshLayers(const QStringList &names);
+
+    /// As refresh(), for another working drawing than before. What is being edited is dropped: it was
+    /// about the other drawing. Selected stays what bears a name that was selected; otherwise the
+    /// current layer is selected and brought into sight.
+    bool showOtherDrawing();
 
     /// Takes over what is being edited, appends a row with the first free name of the form "Layer1"
     /// and opens its editor. When that closes, layerAdded() follows.

@@ -141,6 +141,20 @@ void TableEditing::finish()
     }
 }
 
+void TableEditing::drop()
+{
+    m_newCell = QModelIndex();
+    m_outcomes.clear();
+    const QList<QWidget *> editors = m_open.keys();
+    for (QWidget *editor : editors) {
+        QTableView &view = viewOf(*editor);
+        const Edit edit = m_open.take(editor);
+        (view.*&ViewAccess::closeEditor)(editor, QAbstractItemDelegate::NoHint);
+        if (view.indexWidget(edit.cell) == editor)
+            m_open.insert(editor, edit);
+    }
+}
+
 QVector<int> TableEditing::rows() const
 {
     QVector<int> rows;

@@ -50,6 +50,9 @@ public:
     /// Takes over what is being edited.
     void finish();
 
+    /// Closes all editors but persistent ones, and forgets what was typed; nothing is told of that.
+    void drop();
+
     /// The rows in which an editor is open, ascending.
     QVector<int> rows() const;
     bool isOpen(const QModelIndex &cell) const;
