@@ -1,0 +1,315 @@
+#include "LayerLink.h"
+
+#include "layer/data/HostNotice.h"
+#include "layer/data/LayerSearch.h"
+
+#include <OvCustomControl/LayerComboBox.h>
+#include <OvCustomControl/LayerManager.h>
+#include <OvCustomControl/LayerTableWidget.h>
+#include <OvCustomControl/OvLayerUtility.h>
+
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace OvCc {
+
+namespace {
+
+/// What has to be put right in a widget.
+struct Due
+{
+    QStringList layers;     ///< these, and which one is current
+    bool isAll = false;     ///< all layers
+    bool isDrawing = false; ///< all layers, of another drawing
+
+    bool isNone() const { return layers.isEmpty() && !isAll && !isDrawing; }
+};
+
+/// The three kinds of widgets as one.
+class Linked
+{
+public:
+    explicit Linked(LayerComboBox *box)
+        : m_box(box)
+    {
+    }
+
+    explicit Linked(LayerTableWidget *table, LayerManager *panel = nullptr)
+        : m_table(table)
+        , m_panel(panel)
+    {
+    }
+
+    bool isGone() const { return !m_box && !m_table; }
+    bool shows(const QWidget *widget) const { return m_box == widget || m_table == widget; }
+    void setPanel(LayerManager *panel) { m_panel = panel; }
+
+    /// @return whether the widget shows anything else than before
+    bool update(const Due &what) const
+    {
+        if (m_box)
+            return what.isAll || what.isDrawing ? m_box->refresh()
+                                                : m_box->refreshLayers(what.layers);
+        if (m_panel)
+            return updateTable(*m_panel, what);
+        return m_table && updateTable(*m_table, what);
+    }
+
+    Due due;
+
+private:
+    template <class Table>
+    static bool updateTable(Table &table, const Due &what)
+    {
+        if (what.isDrawing)
+            return table.showOtherDrawing();
+        return what.isAll ? table.refresh() : table.refreshLayers(what.layers);
+    }
+
+    QPointer<LayerComboBox> m_box;
+    QPointer<LayerTableWidget> m_table;
+    QPointer<LayerManager> m_panel;
+};
+
+} // namespace
+
+struct LayerLink::Private
+{
+    Linked *find(const QWidget *widget);
+    void take(const Linked &linked);
+    template <class Widget>
+    void listenToChanges(Widget *widget);
+    void listenToCommands(LayerTableWidget *table);
+    void requestCurrent(const QString &name);
+    template <class Signal, class... Arguments>
+    void passWish(const QWidget *from, Signal signal, const Arguments &...arguments);
+
+    void note(const QString &layer);
+    void note(const QStringList &layers);
+    void noteAll(const QWidget *widget);
+    void schedule();
+
+    LayerLink *const q;
+    std::vector<Linked> widgets{};
+    KcDbDatabase *drawing = nullptr; ///< that is shown
+    bool doesChoiceMakeCurrent = true;
+    bool isScheduled = false;
+    bool isUpdating = false;
+    LayerMemory memory{};
+};
+
+LayerLink::LayerLink(QObject *parent)
+    : QObject(parent)
+    , m_d(new Private{this})
+{
+}
+
+LayerLink::~LayerLink() = default;
+
+void LayerLink::add(LayerComboBox *box)
+{
+    if (!box || m_d->find(box))
+        return;
+    m_d->take(Linked(box));
+    m_d->listenToChanges(box);
+    connect(box, &LayerComboBox::layerChosen, this, [this](const QString &name) {
+        const QPointer<LayerLink> self(this);
+        emit layerChosen(name);
+        if (self && m_d->doesChoiceMakeCurrent)
+            m_d->requestCurrent(name);
+    });
+}
+
+void LayerLink::add(LayerManager *panel)
+{
+    if (!panel || !panel->table())
+        return;
+    add(panel->table());
+    m_d->find(panel->table())->setPanel(panel);
+}
+
+void LayerLink::add(LayerTableWidget *table)
+{
+    if (!table || m_d->find(table))
+        return;
+    m_d->take(Linked(table));
+    m_d->listenToChanges(table);
+    m_d->listenToCommands(table);
+}
+
+bool LayerLink::choiceMakesCurrent() const
+{
+    return m_d->doesChoiceMakeCurrent;
+}
+
+void LayerLink::setChoiceMakesCurrent(bool makesCurrent)
+{
+    m_d->doesChoiceMakeCurrent = makesCurrent;
+}
+
+void LayerLink::layerChanged(const QString &name)
+{
+    m_d->note(name);
+}
+
+void LayerLink::layersChanged()
+{
+    if (const auto told = layersBeingTold())
+        m_d->note(*told);
+    else
+        m_d->noteAll(nullptr);
+}
+
+void LayerLink::drawingChanged()
+{
+    LayerMemory::clear();
+    for (Linked &linked : m_d->widgets)
+        linked.due.isDrawing = true;
+    m_d->schedule();
+}
+
+void LayerLink::flush()
+{
+    if (m_d->isUpdating)
+        return;
+    const QPointer<LayerLink> self(this);
+    // A host may have forgotten to say so.
+    KcDbDatabase *drawing = getCurrentDb();
+    if (std::exchange(m_d->drawing, drawing) != drawing)
+        drawingChanged();
+    m_d->isScheduled = false;
+    m_d->isUpdating = true;
+    bool isAnyOther = false;
+    // Those who hear of an update may take more widgets in, or delete some.
+    for (size_t place = 0; self && place < m_d->widgets.size(); ++place) {
+        const Linked linked = m_d->widgets[place];
+        m_d->widgets[place].due = {};
+        if (!linked.due.isNone())
+            isAnyOther |= linked.update(linked.due);
+    }
+    if (!self)
+        return;
+    m_d->isUpdating = false;
+    LayerMemory::clear();
+    if (isAnyOther)
+        emit updated();
+}
+
+Linked *LayerLink::Private::find(const QWidget *widget)
+{
+    const auto found = std::find_if(widgets.begin(), widgets.end(), [widget](const Linked &linked) {
+        return linked.shows(widget);
+    });
+    return found == widgets.end() ? nullptr : &*found;
+}
+
+void LayerLink::Private::take(const Linked &linked)
+{
+    if (!isUpdating)
+        widgets.erase(std::remove_if(widgets.begin(), widgets.end(),
+                                     [](const Linked &each) { return each.isGone(); }),
+                      widgets.end());
+    if (widgets.empty())
+        drawing = getCurrentDb();
+    widgets.push_back(linked);
+    widgets.back().due.isAll = true;
+    schedule();
+}
+
+template <class Widget>
+void LayerLink::Private::listenToChanges(Widget *widget)
+{
+    connect(widget, &Widget::changesBegin, q, &LayerLink::changesBegin);
+    connect(widget, &Widget::changesEnd, q, [this, widget](int changed, int refused) {
+        // The widget shows the user's click, taken or not.
+        if (refused > 0)
+            noteAll(widget);
+        schedule(); // and be it to clear the memory
+        emit q->changesEnd(changed, refused);
+    });
+    connect(widget, &Widget::layersToggled, q, [this](const QStringList &names) {
+        note(names);
+        emit q->layersToggled(names);
+    });
+}
+
+void LayerLink::Private::listenToCommands(LayerTableWidget *table)
+{
+    connect(table, &LayerTableWidget::currentLayerRequested, q,
+            [this](const QString &name) { requestCurrent(name); });
+    connect(table, &LayerTableWidget::layerAdded, q, [this, table](const QString &name) {
+        passWish(table, &LayerLink::addRequested, name);
+    });
+    connect(table, &LayerTableWidget::layersRemoved, q, [this, table](const QStringList &names) {
+        passWish(table, &LayerLink::removeRequested, names);
+    });
+    connect(table, &LayerTableWidget::layerRenamed, q,
+            [this, table](const QString &from, const QString &to) {
+                passWish(table, &LayerLink::renameRequested, from, to);
+            });
+}
+
+void LayerLink::Private::requestCurrent(const QString &name)
+{
+    const QPointer<LayerLink> self(q);
+    emit q->currentLayerRequested(name);
+    if (self)
+        note(name);
+}
+
+/// The widget that a wish comes from shows it as fulfilled. Whether it was shows in the others, too, by
+/// the names.
+template <class Signal, class... Arguments>
+void LayerLink::Private::passWish(const QWidget *from, Signal signal, const Arguments &...arguments)
+{
+    const QPointer<LayerLink> self(q);
+    emit(q->*signal)(arguments...);
+    if (!self)
+        return;
+    noteAll(from);
+    (note(arguments), ...);
+}
+
+void LayerLink::Private::note(const QString &layer)
+{
+    for (Linked &linked : widgets) {
+        QStringList &layers = linked.due.layers;
+        // So many that all are read, whatever their names.
+        if (layers.size() <= mostSearches && !layers.contains(layer))
+            layers.append(layer);
+    }
+    schedule();
+}
+
+void LayerLink::Private::note(const QStringList &layers)
+{
+    for (const QString &layer : layers)
+        note(layer);
+}
+
+/// @param widget the one that may differ in all layers; null for all of them
+void LayerLink::Private::noteAll(const QWidget *widget)
+{
+    for (Linked &linked : widgets)
+        linked.due.isAll = linked.due.isAll || !widget || linked.shows(widget);
+    schedule();
+}
+
+/// A queued call comes before the event loop turns to what the user does next.
+void LayerLink::Private::schedule()
+{
+    if (std::exchange(isScheduled, true))
+        return;
+    QMetaObject::invokeMethod(
+            q,
+            [this] {
+                if (isScheduled)
+                    q->flush();
+            },
+            Qt::QueuedConnection);
+}
+
+} // namespace OvCc
