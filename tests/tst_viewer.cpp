@@ -257,7 +257,7 @@ void TestViewer::commands()
         viewer.clickCell(row.toInt(), NameColumn, Qt::ControlModifier);
     viewer.manager->searchEdit()->setText(fields.value(6));
     viewer.command(fields.at(2), fields.at(3));
-    const QString message = viewer.takeMessage();
+    const QString message = viewer.statusBar()->currentMessage();
     QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);
     QVERIFY(message.contains(fields.at(5)) && message.isEmpty() == fields.at(5).isEmpty());
     QTRY_COMPARE(viewer.layers().join(' '), fields.at(4));

@@ -5,6 +5,7 @@
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/FrozenTableWidget.h>
 #include <OvCustomControl/LayerColumns.h>
+#include <OvCustomControl/LayerLink.h>
 #include <OvCustomControl/LayerManager.h>
 #include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/SearchLayerEdit.h>
@@ -62,8 +63,9 @@ QString reasonFor(Kcore::ErrorStatus status)
 
 } // namespace
 
-LayerDock::LayerDock(QWidget *parent)
+LayerDock::LayerDock(OvCc::LayerLink &link, QWidget *parent)
     : QDockWidget(tr("Layer manager"), parent)
+    , m_link(link)
     , m_commands(new QToolBar)
     , m_panel(new OvCc::LayerManager)
     , m_table(m_panel->table())
@@ -79,12 +81,24 @@ LayerDock::LayerDock(QWidget *parent)
     column->addWidget(m_panel);
     widenColumns();
 
-    connect(m_panel, &OvCc::LayerManager::layerAdded, this, &LayerDock::addToDrawing);
-    connect(m_panel, &OvCc::LayerManager::layersRemoved, this, &LayerDock::eraseFromDrawing);
-    connect(m_panel, &OvCc::LayerManager::layerRenamed, this, &LayerDock::renameInDrawing);
-    connect(m_panel, &OvCc::LayerManager::currentLayerRequested, this,
-            &LayerDock::makeCurrentInDrawing);
+    listenTo(link);
+    link.add(m_panel);
     setDrawing(nullptr);
+}
+
+void LayerDock::listenTo(const OvCc::LayerLink &link)
+{
+    using OvCc::LayerLink;
+    connect(&link, &LayerLink::addRequested, this, &LayerDock::addToDrawing);
+    connect(&link, &LayerLink::removeRequested, this, &LayerDock::eraseFromDrawing);
+    connect(&link, &LayerLink::renameRequested, this, &LayerDock::renameInDrawing);
+    connect(&link, &LayerLink::currentLayerRequested, this, &LayerDock::makeCurrentInDrawing);
+    connect(&link, &LayerLink::changesBegin, this,
+            [this](const QString &text) { m_change = text; });
+    connect(&link, &LayerLink::changesEnd, this, [this](int, int refusedLayers) {
+        if (refusedLayers > 0)
+            emit refused(tr("%1: the drawing refused.").arg(m_change));
+    });
 }
 
 void LayerDock::createCommands()
@@ -109,7 +123,7 @@ void LayerDock::createCommands()
     QAction *rename = add(QIcon(), tr("Rename"), &LayerManager::renameLayer);
     rename->setShortcut(Qt::Key_F2);
     m_commands->addAction(icon(LayerManager::RefreshIcon), tr("Refresh"), this,
-                          &LayerDock::reloadAll);
+                          &LayerDock::refresh);
 }
 
 /// The panel's own widths are made for one font, and cut off what other fonts write.
@@ -134,8 +148,9 @@ void LayerDock::widenColumns()
 void LayerDock::fitNameColumn()
 {
     QStringList names;
+    const QAbstractItemModel &rows = *m_table->model();
     for (int row = 0; row < layerCount(); ++row)
-        names += nameAt(row);
+        names += rows.index(row, OvCc::NameColumn).data().toString();
     const int measured = qMin(names.size(), mostMeasured);
     std::partial_sort(
             names.begin(), names.begin() + measured, names.end(),
@@ -161,8 +176,8 @@ QSize LayerDock::sizeHint() const
 void LayerDock::setDrawing(Drawing *drawing)
 {
     m_drawing = drawing;
-    m_nextSelected.clear();
-    reload();
+    m_link.drawingChanged();
+    m_link.flush();
     fitNameColumn();
     m_names->scrollTo(m_names->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
@@ -176,20 +191,7 @@ void LayerDock::finishEditing()
 {
     m_table->finishEditing();
     // What comes next is to find the table as it will stay.
-    refresh();
-}
-
-void LayerDock::noteChange()
-{
-    m_isRefreshDue = true;
-}
-
-void LayerDock::refresh()
-{
-    if (!std::exchange(m_isRefreshDue, false))
-        return;
-    m_panel->refresh();
-    selectNext();
+    m_link.flush();
 }
 
 void LayerDock::newLayer()
@@ -199,51 +201,39 @@ void LayerDock::newLayer()
     m_panel->newLayer();
 }
 
-void LayerDock::reloadAll()
+void LayerDock::refresh()
 {
     finishEditing();
-    m_nextSelected = nameAt(m_table->selectedRow());
-    reload();
+    m_link.layersChanged();
 }
 
 void LayerDock::addToDrawing(const QString &name)
 {
-    const Kcore::ErrorStatus status = KcHost::addLayer(*m_drawing->database, name);
-    finishCommand(
-            name,
-            status == Kcore::eOk
-                    ? QString()
-                    : tr("Layer %1 cannot be added: %2.").arg(quoted(name), reasonFor(status)));
+    tellRefusal(KcHost::addLayer(*m_drawing->database, name),
+                tr("Layer %1 cannot be added").arg(quoted(name)));
 }
 
 void LayerDock::makeCurrentInDrawing(const QString &name)
 {
-    const Kcore::ErrorStatus status = KcHost::setCurrentLayer(*m_drawing->database, name);
-    finishCommand(name, status == Kcore::eOk ? QString()
-                                             : tr("Layer %1 cannot be made the current one: %2.")
-                                                       .arg(quoted(name), reasonFor(status)));
+    tellRefusal(KcHost::setCurrentLayer(*m_drawing->database, name),
+                tr("Layer %1 cannot be made the current one").arg(quoted(name)));
 }
 
 void LayerDock::eraseFromDrawing(const QStringList &names)
 {
-    QStringList stayed;
+    int stayed = 0;
     QStringList reasons;
     for (const QString &name : names) {
         const Kcore::ErrorStatus status = KcHost::eraseLayer(*m_drawing->database, name);
-        if (status == Kcore::eOk)
-            continue;
-        stayed.append(name);
-        if (stayed.size() <= mostReasons)
+        if (status != Kcore::eOk && ++stayed <= mostReasons)
             reasons.append(tr("%1 (%2)").arg(quoted(name), reasonFor(status)));
     }
-    QString refusal;
-    if (stayed.size() > mostReasons)
-        refusal = tr("Not deleted: %1 and %2 more.")
-                          .arg(reasons.join(QLatin1String(", ")))
-                          .arg(stayed.size() - mostReasons);
-    else if (!stayed.isEmpty())
-        refusal = tr("Not deleted: %1.").arg(reasons.join(QLatin1String(", ")));
-    finishCommand(stayed.value(0), refusal);
+    if (stayed > mostReasons)
+        emit refused(tr("Not deleted: %1 and %2 more.")
+                             .arg(reasons.join(QLatin1String(", ")))
+                             .arg(stayed - mostReasons));
+    else if (stayed > 0)
+        emit refused(tr("Not deleted: %1.").arg(reasons.join(QLatin1String(", "))));
 }
 
 void LayerDock::renameInDrawing(const QString &from, const QString &to)
@@ -251,45 +241,14 @@ void LayerDock::renameInDrawing(const QString &from, const QString &to)
     const Kcore::ErrorStatus status = KcHost::renameLayer(*m_drawing->database, from, to);
     if (status == Kcore::eOk)
         m_drawing->layers.rename(from, to);
-    finishCommand(status == Kcore::eOk ? to : from,
-                  status == Kcore::eOk ? QString()
-                                       : tr("Layer %1 cannot be renamed to %2: %3.")
-                                                 .arg(quoted(from), quoted(to), reasonFor(status)));
+    tellRefusal(status, tr("Layer %1 cannot be renamed to %2").arg(quoted(from), quoted(to)));
 }
 
-void LayerDock::finishCommand(const QString &nextSelected, const QString &refusal)
+/// @param sentence is completed by the reason
+void LayerDock::tellRefusal(Kcore::ErrorStatus status, const QString &sentence)
 {
-    m_nextSelected = nextSelected;
-    m_isRefreshDue = true;
-    emit commandDone(refusal);
-}
-
-void LayerDock::reload()
-{
-    m_isRefreshDue = false;
-    m_panel->slotUpLayerModel();
-    selectNext();
-}
-
-void LayerDock::selectNext()
-{
-    const int row = rowOf(std::exchange(m_nextSelected, {}));
-    if (row >= 0)
-        m_names->setCurrentIndex(m_names->model()->index(row, OvCc::NameColumn));
-}
-
-/// The row of a layer; -1 if it is in none.
-int LayerDock::rowOf(const QString &name) const
-{
-    const QAbstractItemModel &rows = *m_table->model();
-    const QModelIndexList found = rows.match(rows.index(0, OvCc::NameColumn), Qt::DisplayRole, name,
-                                             1, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    return found.isEmpty() ? -1 : found.first().row();
-}
-
-QString LayerDock::nameAt(int row) const
-{
-    return m_table->model()->index(row, OvCc::NameColumn).data().toString();
+    if (status != Kcore::eOk)
+        emit refused(tr("%1: %2.").arg(sentence, reasonFor(status)));
 }
 
 } // namespace Tessa

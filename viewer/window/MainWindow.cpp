@@ -15,6 +15,7 @@
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerControl.h>
+#include <OvCustomControl/LayerLink.h>
 #include <OvCustomControl/PropertyManager.h>
 #include <OvCustomControl/StackWidget.h>
 #include <OvCustomControl/TextStyleComboBox.h>
@@ -72,8 +73,9 @@ MainWindow::MainWindow(QWidget *parent)
     , m_document(new Document(this))
     , m_panes(new CanvasPanes)
     , m_frame(new DrawingFrame(m_panes))
+    , m_link(new OvCc::LayerLink(this))
     , m_layers(new OvCc::LayerComboBox)
-    , m_dock(new LayerDock)
+    , m_dock(new LayerDock(*m_link))
     , m_ribbon(new ViewRibbon)
     , m_pickers(new PropertyBar)
     , m_properties(new PropertyEditor(this))
@@ -98,7 +100,6 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     KcHost::setLayerModifiedHandler({});
-    KcHost::setLayerTableChangesHandler({});
     KcHost::setWorkingDatabase(nullptr);
     m_panes->setDrawing(nullptr);
     m_dock->setDrawing(nullptr);
@@ -162,8 +163,7 @@ void MainWindow::createPropertyBar()
     m_properties->attach(m_pickers->panel());
     connect(m_panes, &CanvasPanes::selectionChanged, m_properties, &PropertyEditor::setSelection);
     connect(m_properties, &PropertyEditor::changed, this, &MainWindow::followEntityChange);
-    connect(m_properties, &PropertyEditor::refused, m_status,
-            [this](const QString &reason) { m_status->showMessage(reason); });
+    connect(m_properties, &PropertyEditor::refused, this, &MainWindow::tellRefusal);
     connect(m_pickers->visualStyles(), &OvCc::BaseComboBox::rowChosen, this,
             &MainWindow::showInStyle);
     connect(m_pickers->textStyles(), &OvCc::BaseComboBox::dialogRequested, this, [this] {
@@ -194,23 +194,17 @@ void MainWindow::connectDocument()
     connect(m_document, &Document::opened, this, &MainWindow::finishOpening);
     connect(m_document, &Document::aboutToSave, m_dock, &LayerDock::finishEditing);
     connect(m_document, &Document::saved, this, &MainWindow::followSaving);
-    connect(m_document, &Document::refused, m_status,
-            [this](const QString &reason) { m_status->showMessage(reason); });
+    connect(m_document, &Document::refused, this, &MainWindow::tellRefusal);
     connect(m_document, &Document::failed, this, &MainWindow::showError);
 }
 
 void MainWindow::connectHost()
 {
-    // The drawing tells of every change of a layer, whoever made it. The widgets call
-    // ovSetLayerTableChanges() whenever they send layerComboBoxChanged() or layerManagerChanged():
-    // that comes with each move of a pressed mouse, too, and it need not mean a change; but where the
-    // drawing refused one, the widget that shows it is to go back. Either way the widgets are refreshed
-    // once, when all of the user's event was dealt with.
+    for (OvCc::LayerComboBox *box : layerBoxes())
+        m_link->add(box);
     KcHost::setLayerModifiedHandler([this](const QString &name) { followLayerChange(name); });
-    KcHost::setLayerTableChangesHandler([this] { m_refresh.start(); });
-    m_refresh.setSingleShot(true);
-    connect(&m_refresh, &QTimer::timeout, this, &MainWindow::refresh);
-    connect(m_dock, &LayerDock::commandDone, this, &MainWindow::finishCommand);
+    connect(m_link, &OvCc::LayerLink::updated, this, &MainWindow::followUpdate);
+    connect(m_dock, &LayerDock::refused, this, &MainWindow::tellRefusal);
     connect(m_status, &StatusBar::remarksWanted, this, &MainWindow::listRemarks);
 }
 
@@ -248,7 +242,7 @@ void MainWindow::showDrawing()
     KcHost::setWorkingDatabase(drawing ? drawing->database.get() : nullptr);
     m_dock->setDrawing(drawing);
     m_properties->setDrawing(drawing);
-    refresh();
+    followUpdate();
     m_frame->setTitle(m_document->title());
     m_status->clearMessage();
     m_remarks.clear();
@@ -272,8 +266,7 @@ void MainWindow::followLayerChange(const QString &name)
     m_panes->refresh();
     if (!isWindowModified())
         setWindowModified(true);
-    m_dock->noteChange();
-    m_refresh.start();
+    m_link->layerChanged(name);
 }
 
 void MainWindow::followEntityChange()
@@ -305,13 +298,6 @@ void MainWindow::followCanvas()
     m_pickers->visualStyles()->setCurrentIndex(int(style - std::begin(visualStyles)));
 }
 
-void MainWindow::finishCommand(const QString &refusal)
-{
-    m_refresh.start();
-    if (!refusal.isEmpty())
-        showError(refusal);
-}
-
 /// What a layer hides now must not be changed unseen.
 void MainWindow::deselectHidden()
 {
@@ -330,13 +316,9 @@ void MainWindow::deselectHidden()
     m_properties->setSelection(shown);
 }
 
-void MainWindow::refresh()
+void MainWindow::followUpdate()
 {
     deselectHidden();
-    m_dock->refresh();
-    const QList<OvCc::LayerComboBox *> boxes = layerBoxes();
-    for (OvCc::LayerComboBox *box : boxes)
-        box->slotUpdate();
     showState();
 }
 
@@ -350,8 +332,7 @@ void MainWindow::showState()
     m_close->setEnabled(drawing && !isLoading);
     // A change now would be lost with the drawing that is about to be replaced.
     const bool isEditable = drawing && !isLoading;
-    const QList<OvCc::LayerComboBox *> boxes = layerBoxes();
-    for (OvCc::LayerComboBox *box : boxes)
+    for (OvCc::LayerComboBox *box : layerBoxes())
         box->setEnabled(isEditable);
     m_dock->widget()->setEnabled(isEditable);
     m_properties->setEnabled(isEditable);
@@ -367,6 +348,11 @@ void MainWindow::showState()
             tr("Entities: %1, layers: %2")
                     .arg(locale.toString(int(drawing->geometry.modelSpace().entities.size())),
                          locale.toString(m_dock->layerCount())));
+}
+
+void MainWindow::tellRefusal(const QString &reason)
+{
+    m_status->showMessage(reason);
 }
 
 void MainWindow::showError(const QString &error)
@@ -435,7 +421,7 @@ void MainWindow::resizeEvent(QResizeEvent *event)
     m_ribbon->followWindow();
 }
 
-QList<OvCc::LayerComboBox *> MainWindow::layerBoxes() const
+std::array<OvCc::LayerComboBox *, 3> MainWindow::layerBoxes() const
 {
     return {m_layers, m_ribbon->layerBar()->layerComboBox(), m_frame->layers()};
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QTimer>
+
+#include <array>
 
 namespace OvCc {
 class LayerComboBox;
-}
+class LayerLink;
+} // namespace OvCc
 
 namespace Tessa {
 
@@ -23,7 +25,7 @@ class ViewRibbon;
 /// one or more canvases, and pickers for the properties of those that are selected there.
 ///
 /// It shows how a program takes the widgets in: it makes the drawing the host's working one, hears
-/// from the host which layer changed, whoever changed it, and then has all widgets show the same.
+/// from the host which layer changed, whoever changed it, and tells the link between the widgets.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -37,6 +39,13 @@ public:
 
     /// The drawing on the canvas; null without one.
     const Drawing *drawing() const;
+
+    /// The parts of the window. They are its own, and go with it.
+    CanvasPanes *panes() const { return m_panes; }
+    OvCc::LayerComboBox *layers() const { return m_layers; }
+    LayerDock *layerDock() const { return m_dock; }
+    ViewRibbon *ribbon() const { return m_ribbon; }
+    PropertyBar *pickers() const { return m_pickers; }
 
 signals:
     /// The drawing given to open() is shown, or there was an error.
@@ -66,23 +75,23 @@ private:
     void showInStyle(int row);
     void followCanvas();
     void deselectHidden();
-    void finishCommand(const QString &refusal);
-    void refresh();
+    void followUpdate();
     void showState();
+    void tellRefusal(const QString &reason);
     void showError(const QString &error);
     void addRemarks(const QStringList &remarks);
     void listRemarks();
-    QList<OvCc::LayerComboBox *> layerBoxes() const;
+    std::array<OvCc::LayerComboBox *, 3> layerBoxes() const;
 
     Document *m_document;
     CanvasPanes *m_panes;
     DrawingFrame *m_frame;
+    OvCc::LayerLink *m_link;
     OvCc::LayerComboBox *m_layers;
     LayerDock *m_dock;
     ViewRibbon *m_ribbon;
     PropertyBar *m_pickers;
     PropertyEditor *m_properties;
-    QTimer m_refresh; ///< runs while the widgets have something to catch up with
     QAction *m_open = nullptr;
     QAction *m_save = nullptr;
     QAction *m_saveAs = nullptr;

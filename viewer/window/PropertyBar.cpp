@@ -1,12 +1,12 @@
 #include "PropertyBar.h"
 
-#include <OvCustomControl/ListWidget.h>
 #include <OvCustomControl/PropertyManager.h>
 #include <OvCustomControl/TextStyleComboBox.h>
 #include <OvCustomControl/VisualStyleComboBox.h>
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QListWidget>
 #include <QStyle>
 
 namespace Tessa {
@@ -20,7 +20,7 @@ constexpr int styleColumns = 3;
 /// Widens the cells of a picker with pictures until they cut no name.
 void widenCells(OvCc::BaseComboBox *picker)
 {
-    auto *list = picker->view()->findChild<OvCc::ListWidget *>();
+    QListWidget *list = picker->item(0)->listWidget();
     const int border = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
     QSize cell = list->gridSize();
     for (int row = 0; row < list->count(); ++row) {

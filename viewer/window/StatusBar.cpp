@@ -66,11 +66,11 @@ void StatusBar::setCounts(const QString &counts)
     m_counts->setText(counts);
 }
 
-/// Presses begin a command. Those of a shortcut come as its override only.
+/// Presses begin a command. A key is offered as a shortcut's override before anybody answers it; its
+/// press may come to several widgets, and after the answer.
 bool StatusBar::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
-    case QEvent::KeyPress:
     case QEvent::MouseButtonPress:
     case QEvent::ShortcutOverride:
         clearMessage();

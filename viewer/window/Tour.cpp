@@ -2,6 +2,7 @@
 
 #include "LayerDock.h"
 #include "MainWindow.h"
+#include "PropertyBar.h"
 #include "ViewRibbon.h"
 #include "viewer/canvas/Canvas.h"
 #include "viewer/canvas/CanvasPanes.h"
@@ -15,7 +16,6 @@
 #include <OvCustomControl/LayerItem.h>
 #include <OvCustomControl/LayerManager.h>
 #include <OvCustomControl/LayerTableWidget.h>
-#include <OvCustomControl/ListWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/PropertyManager.h>
 #include <OvCustomControl/QOvColorComboBox.h>
@@ -103,14 +103,14 @@ OvCc::LayerItemData currentLayer()
 
 Tour::Tour(MainWindow &window, const QString &folder)
     : m_window(window)
-    , m_canvas(*window.findChild<Canvas *>())
-    , m_layers(*window.findChild<OvCc::LayerComboBox *>(QStringLiteral("layers")))
-    , m_dock(*window.findChild<LayerDock *>())
-    , m_table(*window.findChild<OvCc::LayerManager *>()->table())
+    , m_canvas(*window.panes()->current())
+    , m_layers(*window.layers())
+    , m_dock(*window.layerDock())
+    , m_table(*m_dock.panel()->table())
     , m_names(*m_table.frozenView())
-    , m_search(*window.findChild<OvCc::LayerManager *>()->searchEdit())
-    , m_ribbon(*window.findChild<ViewRibbon *>())
-    , m_properties(*window.findChild<OvCc::PropertyManager *>())
+    , m_search(*m_dock.panel()->searchEdit())
+    , m_ribbon(*window.ribbon())
+    , m_properties(*window.pickers()->panel())
     , m_folder(folder)
 {
 }
@@ -204,8 +204,7 @@ void Tour::visitViews()
     const OvCc::BaseGallery &arrangements = *m_ribbon.arrangements();
     openGallery(arrangements);
     pressItem(arrangements, OvCc::TwoVerticalViewports);
-    require(m_window.findChild<CanvasPanes *>()->shown().size() == 2,
-            "the window is not split as chosen");
+    require(m_window.panes()->shown().size() == 2, "the window is not split as chosen");
     save(QStringLiteral("14-panes.png"));
 
     const QLayout &bar = *m_ribbon.layerBar()->layout();
@@ -348,7 +347,7 @@ void Tour::pickColor()
     require(QTest::qWaitFor([&] { return picker.view()->isVisible(); }),
             "the colour picker does not open");
     save(QStringLiteral("11-colors.png"));
-    const auto &rows = *picker.view()->findChild<OvCc::ListWidget *>();
+    const QListWidget &rows = *picker.item(0)->listWidget();
     click(*rows.viewport(), rows.visualItemRect(rows.item(OvCc::CyanRow)).center());
     require(!picker.view()->isVisible(), "the colour picker stays open");
 }
