@@ -1,0 +1,540 @@
+#include "Support.h"
+
+#define main embedMain
+#include "examples/embed/main.cpp"
+#undef main
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include <functional>
+
+using namespace OvCc;
+
+namespace {
+
+constexpr int currentButton = 3;
+
+QAbstractButton *buttonOf(LayerItem *item, int index)
+{
+    return item->findChildren<QPushButton *>().at(index);
+}
+
+/// A user in front of the window of examples/embed.
+class Host : public QMainWindow
+{
+public:
+    explicit Host(const QStringList &layers)
+        : drawing(drawingWithLayers(layers))
+    {
+        showLayers(*this, *drawing);
+        box = findChild<LayerComboBox *>();
+        panel = findChild<LayerManager *>();
+        table = panel->table();
+        link = findChild<LayerLink *>();
+        resize(900, 500);
+        showOnScreen(*this);
+        QApplication::setActiveWindow(this);
+        link->flush();
+    }
+
+    QAbstractItemModel &rows() const { return *table->model(); }
+    QString text(int row, int column) const { return rows().index(row, column).data().toString(); }
+    int rowOf(const QString &name) const { return names().indexOf(name); }
+    QListWidget *list() const { return qobject_cast<QListWidget *>(box->view()); }
+
+    QStringList names() const
+    {
+        QStringList names;
+        for (int row = 0; row < rows().rowCount(); ++row)
+            names += text(row, NameColumn);
+        return names;
+    }
+
+    QStringList selected() const
+    {
+        QStringList names;
+        const QModelIndexList indexes = table->selectionModel()->selectedRows(NameColumn);
+        for (const QModelIndex &index : indexes)
+            names += index.data().toString();
+        names.sort();
+        return names;
+    }
+
+    /// Of the current name; null if it is closed.
+    QWidget *editor() const
+    {
+        return table->frozenView()->indexWidget(table->frozenView()->currentIndex());
+    }
+
+    void clickCell(const QString &name, int column, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTableView *view = table;
+        if (column == NameColumn)
+            view = table->frozenView();
+        const QModelIndex cell = rows().index(rowOf(name), column);
+        view->scrollTo(cell);
+        const QPoint place = view->visualRect(cell).center();
+        mouse(QEvent::MouseButtonPress, view->viewport(), place, Qt::LeftButton, modifiers);
+        mouse(QEvent::MouseButtonRelease, view->viewport(), place, Qt::LeftButton, modifiers);
+    }
+
+    void openBox()
+    {
+        click(box->lineEdit());
+        QVERIFY(QTest::qWaitForWindowExposed(list()->window()));
+    }
+
+    LayerItem *item(const QString &name) const
+    {
+        const auto found = list()->findItems(name, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        return found.isEmpty() ? nullptr : box->layerItem(list()->row(found.first()));
+    }
+
+    void clickInBox(const QString &name, int button)
+    {
+        openBox();
+        list()->scrollToItem(list()->item(list()->row(
+                list()->findItems(name, Qt::MatchExactly | Qt::MatchCaseSensitive).first())));
+        click(buttonOf(item(name), button));
+        box->hidePopup();
+    }
+
+    void choose(const QString &name)
+    {
+        openBox();
+        QListWidgetItem *row = list()->findItems(name, Qt::MatchExactly).first();
+        list()->scrollToItem(row);
+        const QRect place = list()->visualItemRect(row);
+        click(list()->viewport(), {place.right() - 5, place.center().y()});
+    }
+
+    void command(const QString &text, const QString &typed = {})
+    {
+        QToolBar *bar = findChild<QToolBar *>();
+        for (QAction *action : bar->actions()) {
+            if (action->text() == text)
+                click(bar->widgetForAction(action));
+        }
+        if (!typed.isEmpty())
+            QTest::keyClicks(editor(), typed);
+        if (QWidget *completions = QApplication::activePopupWidget())
+            completions->close();
+    }
+
+    /// What is not as in the drawing; empty if all is.
+    QString difference() const
+    {
+        QList<QStringList> shown;
+        for (int row = 0; row < rows().rowCount(); ++row) {
+            QStringList texts;
+            for (int column = 0; column < LayerColumnCount; ++column)
+                texts += text(row, column);
+            shown += texts;
+        }
+        sortByName(shown);
+        if (shown != layerRows())
+            return QStringLiteral("table");
+        const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
+        if (list()->count() != layers->size())
+            return QStringLiteral("rows of the box");
+        for (int row = 0; row < layers->size(); ++row) {
+            const LayerItemData &layer = layers->at(row);
+            const LayerItemData seen = box->layerItem(row)->currentLayerData();
+            if (list()->item(row)->text() != layer.name || seen.name != layer.name
+                || seen.isOn != layer.isOn || seen.isFrozen != layer.isFrozen
+                || seen.isLocked != layer.isLocked)
+                return QStringLiteral("box at ") + layer.name;
+        }
+        LayerItemData current;
+        OvLayerUtility().getCurrentLayer(current);
+        if (!layers->isEmpty()
+            && box->lineEdit()->findChildren<QLabel *>().last()->text() != current.name)
+            return QStringLiteral("face");
+        return {};
+    }
+
+    OpenDrawing drawing;
+    LayerComboBox *box;
+    LayerManager *panel;
+    LayerTableWidget *table;
+    LayerLink *link;
+};
+
+using Answer = std::function<void(Host &)>;
+
+/// What a host may do with each notification, besides what examples/embed does. The first two leave
+/// the updates to the link.
+const std::pair<const char *, Answer> answers[]{
+        {"nothing", [](Host &) {}},
+        {"tells", [](Host &host) { host.link->layersChanged(); }},
+        {"updates",
+         [](Host &host) {
+             host.link->layersChanged();
+             host.link->flush();
+         }},
+        {"refreshes", [](Host &host) { host.panel->refresh(); }},
+};
+
+} // namespace
+
+class tst_LayerLink : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void clicksAndCommands_data();
+    void clicksAndCommands();
+    void wishes();
+    void refusals();
+    void otherDrawing();
+    void hostsThatDoOddThings();
+    void widgetsComeAndGo();
+    void randomWork();
+};
+
+void tst_LayerLink::clicksAndCommands_data()
+{
+    QTest::addColumn<int>("answer");
+    for (int answer = 0; answer < int(std::size(answers)); ++answer)
+        QTest::newRow(answers[answer].first) << answer;
+}
+
+void tst_LayerLink::clicksAndCommands()
+{
+    QFETCH(int, answer);
+    Host host({"Doors", "Stairs", "Walls"});
+    const auto answering = [&] { answers[answer].second(host); };
+    KcHost::setLayerTableChangesHandler(answering);
+    connect(host.link, &LayerLink::changesBegin, this, answering);
+    connect(host.link, &LayerLink::changesEnd, this, answering);
+    connect(host.link, &LayerLink::layersToggled, this, answering);
+    connect(host.panel, &LayerManager::layerManagerChanged, this, answering);
+    QSignalSpy updated(host.link, &LayerLink::updated);
+    const bool isLeftToLink = answer < 2;
+    const auto isInStepAfter = [&](int updates, const std::function<void()> &act) {
+        updated.clear();
+        act();
+        QCoreApplication::processEvents();
+        return host.difference().isEmpty() && (!isLeftToLink || updated.count() == updates);
+    };
+    const QList<int> flags{OnColumn, ThawedColumn, UnlockedColumn};
+
+    for (const QString name : {"Stairs", "Doors"}) {
+        for (const int column : flags)
+            QVERIFY(isInStepAfter(1, [&] { host.clickCell(name, column); }));
+        QCOMPARE(host.selected(), QStringList{name});
+        for (const int column : {ColorColumn, NameColumn, LinetypeColumn, CurrentColumn})
+            QVERIFY(isInStepAfter(0, [&] { host.clickCell(name, column); }));
+        QCOMPARE(host.selected(), QStringList{name});
+    }
+    for (int button = 0; button < 3; ++button) {
+        QVERIFY(isInStepAfter(1, [&] { host.clickInBox("Walls", button); }));
+        QVERIFY(isInStepAfter(1, [&] { host.clickInBox("Walls", button); }));
+    }
+    QVERIFY(isInStepAfter(1, [&] { host.clickInBox("0", 2); }));
+    QVERIFY(isInStepAfter(0, [&] { host.clickInBox("Walls", currentButton); }));
+    QCOMPARE(host.selected(), QStringList{"Doors"});
+
+    host.clickCell("Walls", NameColumn);
+    QVERIFY(isInStepAfter(1, [&] { host.command("Set current"); }));
+    QVERIFY(isInStepAfter(1, [&] { host.choose("Stairs"); }));
+    QVERIFY(isInStepAfter(0, [&] { host.choose("Stairs"); }));
+    QCOMPARE(host.text(host.rowOf("Stairs"), CurrentColumn), QString("true"));
+    QCOMPARE(host.selected(), QStringList{"Walls"});
+    QVERIFY(isInStepAfter(1, [&] { host.command("Rename", "Beams\r"); }));
+    QCOMPARE(host.selected(), QStringList{"Beams"});
+    QVERIFY(isInStepAfter(1, [&] { host.command("New", "Zinc\r"); }));
+    QCOMPARE(host.names(), QStringList({"0", "Beams", "Doors", "Stairs", "Zinc"}));
+    QVERIFY(isInStepAfter(1, [&] { host.command("Delete"); }));
+    QCOMPARE(host.names(), QStringList({"0", "Beams", "Doors", "Stairs"}));
+
+    host.clickCell("Beams", NameColumn);
+    QVERIFY(isInStepAfter(1, [&] { OvLayerUtility().setLayerLock("Beams", true); }));
+    QVERIFY(isInStepAfter(1, [&] { KcHost::addLayer(*host.drawing, "A"); }));
+    QVERIFY(isInStepAfter(1, [&] { KcHost::renameLayer(*host.drawing, "A", "Z"); }));
+    QVERIFY(isInStepAfter(1, [&] { KcHost::setCurrentLayer(*host.drawing, "Z"); }));
+    QVERIFY(isInStepAfter(1, [&] { KcHost::eraseLayer(*host.drawing, "Doors"); }));
+    QCOMPARE(host.selected(), QStringList{"Beams"});
+}
+
+/// What the host hears of the user's wishes, from whatever widget. That it fulfils them it need not say.
+void tst_LayerLink::wishes()
+{
+    Host host({"Doors", "Walls"});
+    KcHost::setLayerModifiedHandler({});
+    QStringList heard;
+    const auto hear = [&heard](const QString &what) {
+        return [&heard, what](const QString &name) { heard += what + name; };
+    };
+    connect(host.link, &LayerLink::layerChosen, this, hear("chosen "));
+    connect(host.link, &LayerLink::currentLayerRequested, this, hear("current "));
+    connect(host.link, &LayerLink::addRequested, this, hear("add "));
+    connect(host.link, &LayerLink::changesBegin, this, hear("begin "));
+    connect(host.link, &LayerLink::changesEnd, this, [&](int changed, int refused) {
+        heard += QString("end %1 %2").arg(changed).arg(refused);
+    });
+    connect(host.link, &LayerLink::layersToggled, this,
+            [&](const QStringList &names) { heard += "toggled " + names.join('+'); });
+    connect(host.link, &LayerLink::removeRequested, this,
+            [&](const QStringList &names) { heard += "remove " + names.join('+'); });
+    connect(host.link, &LayerLink::renameRequested, this,
+            [&](const QString &from, const QString &to) { heard += "rename " + from + to; });
+    const auto heardOf = [&](const std::function<void()> &act) {
+        heard.clear();
+        act();
+        QCoreApplication::processEvents();
+        return heard.join(", ") + host.difference();
+    };
+    host.link->add(host.box); // both are in already
+    host.link->add(host.panel);
+    host.link->add(host.table);
+
+    QCOMPARE(heardOf([&] { host.choose("Walls"); }), "chosen Walls, current Walls");
+    host.link->setChoiceMakesCurrent(false);
+    QCOMPARE(heardOf([&] { host.choose("Doors"); }), "chosen Doors");
+    QCOMPARE(heardOf([&] { host.clickCell("Doors", PlotColumn); }),
+             "begin Do not plot layer, end 1 0, toggled Doors");
+    QCOMPARE(heardOf([&] { host.clickInBox("0", 0); }),
+             "begin Switch layer off, end 1 0, toggled 0");
+    QCOMPARE(heardOf([&] { host.command("Set current"); }), "current Doors");
+    QCOMPARE(heardOf([&] { host.command("New", "Zinc\r"); }), "add Zinc");
+    QCOMPARE(heardOf([&] { host.command("Rename", "Beams\r"); }), "rename ZincBeams");
+    host.link->flush();
+    host.clickCell("Walls", NameColumn, Qt::ControlModifier);
+    QCOMPARE(heardOf([&] { host.command("Delete"); }), "remove Beams+Walls");
+}
+
+/// All shows what the drawing says again, after one update, and what was selected is.
+void tst_LayerLink::refusals()
+{
+    Host host({"Doors", "Walls"});
+    KcHost::setCurrentLayer(*host.drawing, "Walls");
+    host.link->flush();
+    QSignalSpy updated(host.link, &LayerLink::updated);
+    const auto isTakenBack = [&](const QString &name, const std::function<void()> &act) {
+        host.clickCell(name, NameColumn);
+        updated.clear();
+        host.statusBar()->clearMessage();
+        act();
+        QCoreApplication::processEvents();
+        return host.difference().isEmpty() && host.names() == QStringList({"0", "Doors", "Walls"})
+               && host.selected() == QStringList{name} && updated.count() == 1;
+    };
+    const auto command = [&](const QString &text, const QString &typed = {}) {
+        return [&host, text, typed] { host.command(text, typed); };
+    };
+    QVERIFY(isTakenBack("Walls", command("Delete")));
+    QVERIFY(!host.statusBar()->currentMessage().isEmpty());
+    QVERIFY(isTakenBack("0", command("Delete")));
+    QVERIFY(isTakenBack("Walls", command("Rename", "0\r")));
+    QVERIFY(isTakenBack("0", command("Rename", "Zinc\r")));
+
+    KcDbLayerTableRecord *doors = getLayerByName("Doors");
+    QVERIFY(isTakenBack("Doors", [&] { host.clickCell("Doors", UnlockedColumn); }));
+    QVERIFY(isTakenBack("Doors", [&] { host.clickInBox("Doors", 2); }));
+    doors->close();
+    QVERIFY(isTakenBack("Doors", [&] { host.clickInBox("Walls", 1); })); // freezes the current one
+
+    host.command("New", "a/b\r");
+    QCoreApplication::processEvents();
+    QCOMPARE(host.difference(), QString());
+}
+
+void tst_LayerLink::otherDrawing()
+{
+    Host host({"Doors", "Walls"});
+    const auto other = drawingWithLayers({"Stairs", "Walls"});
+    OvLayerUtility().setLayerOff("Walls", false);
+    host.table->sortByColumn(OnColumn, Qt::DescendingOrder);
+    host.link->flush();
+    host.clickCell("Walls", NameColumn);
+    host.command("Rename", "Beams"); // and still being typed
+    QVERIFY(host.editor());
+    QSignalSpy renamed(host.link, &LayerLink::renameRequested);
+
+    KcHost::setWorkingDatabase(other.get());
+    host.link->drawingChanged();
+    host.link->flush();
+    QCOMPARE(host.difference(), QString());
+    QVERIFY(renamed.isEmpty() && !host.editor());
+    QCOMPARE(host.table->horizontalHeader()->sortIndicatorSection(), int(OnColumn));
+    QCOMPARE(host.selected(), QStringList{"Walls"});
+
+    host.clickCell("Stairs", NameColumn);
+    KcHost::setWorkingDatabase(&*host.drawing);
+    host.link->layersChanged(); // all that a forgetful host says
+    host.link->flush();
+    QCOMPARE(host.difference(), QString());
+    QCOMPARE(host.selected(), QStringList{"0"});
+    QCOMPARE(host.names().last(), QString("Walls")); // which is off
+
+    KcHost::setWorkingDatabase(nullptr);
+    host.link->drawingChanged();
+    host.link->flush();
+    QCOMPARE(host.rows().rowCount() + host.list()->count(), 0);
+    QVERIFY(host.box->lineEdit()->isHidden());
+    KcHost::setWorkingDatabase(&*host.drawing);
+    host.link->drawingChanged();
+    QTRY_COMPARE(host.difference(), QString());
+}
+
+void tst_LayerLink::hostsThatDoOddThings()
+{
+    const auto other = drawingWithLayers({"Doors", "Walls", "Zinc"});
+    const Answer deeds[]{
+            [](Host &host) { host.panel->slotUpLayerModel(); },
+            [](Host &host) {
+                host.link->drawingChanged();
+                host.link->flush();
+            },
+            [&](Host &) { KcHost::setWorkingDatabase(other.get()); },
+            [&](Host &host) {
+                KcHost::setWorkingDatabase(other.get());
+                host.link->drawingChanged();
+            },
+            [](Host &host) { host.link->add(new LayerTableWidget(&host)); },
+            [](Host &host) { host.panel->deleteLater(); },
+            [](Host &host) { host.box->deleteLater(); },
+            [](Host &host) {
+                KcHost::setLayerModifiedHandler({});
+                delete host.link;
+            },
+    };
+    for (const Answer &deed : deeds) {
+        Host host({"Doors", "Walls"});
+        const QPointer<LayerLink> link = host.link;
+        const QPointer<LayerManager> panel = host.panel;
+        const QPointer<LayerComboBox> box = host.box;
+        int rounds = 0;
+        const auto act = [&] {
+            if (++rounds < 100 && link && panel && box)
+                deed(host);
+        };
+        for (const auto signal : {&LayerLink::currentLayerRequested, &LayerLink::addRequested,
+                                  &LayerLink::changesBegin, &LayerLink::layerChosen})
+            connect(host.link, signal, this, act);
+        for (const auto signal : {&LayerLink::removeRequested, &LayerLink::layersToggled})
+            connect(host.link, signal, this, act);
+        connect(host.link, &LayerLink::updated, this, act);
+        const std::function<void()> works[]{
+                [&] { host.clickCell("Doors", OnColumn); },
+                [&] { host.clickInBox("Walls", 2); },
+                [&] { host.choose("Walls"); },
+                [&] { host.command("New", "A\r"); },
+                [&] { host.command("Delete"); },
+        };
+        for (const auto &work : works) {
+            if (panel && box)
+                work();
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        QVERIFY(rounds > 0 && rounds < 50);
+        if (link && panel && box)
+            QCOMPARE(host.difference(), QString());
+    }
+}
+
+void tst_LayerLink::widgetsComeAndGo()
+{
+    LayerLink link;
+    link.add(static_cast<LayerComboBox *>(nullptr));
+    link.add(static_cast<LayerManager *>(nullptr));
+    link.drawingChanged();
+    link.flush();
+
+    OpenDrawing drawing(drawingWithLayers({"Doors"}));
+    LayerManager panel;
+    auto table = std::make_unique<LayerTableWidget>();
+    auto box = std::make_unique<LayerComboBox>();
+    link.add(panel.table());
+    link.add(&panel); // whose label is to follow, too
+    link.add(table.get());
+    link.add(box.get());
+    QSignalSpy updated(&link, &LayerLink::updated);
+    QTRY_COMPARE(updated.count(), 1);
+    QCOMPARE(box->count(), 2);
+    KcHost::setCurrentLayer(*drawing, "Doors");
+    link.layerChanged("Doors");
+    QTRY_COMPARE(updated.count(), 2);
+    QVERIFY(panel.findChild<QLabel *>()->text().endsWith("Doors"));
+
+    table.reset();
+    connect(&link, &LayerLink::updated, this, [&] { box.reset(); });
+    for (const bool isOff : {false, true}) {
+        OvLayerUtility().setLayerOff("Doors", isOff);
+        link.layersChanged();
+        link.flush();
+        QCOMPARE(panel.table()->model()->index(1, OnColumn).data().toBool(), isOff);
+    }
+}
+
+void tst_LayerLink::randomWork()
+{
+    Host host({"Doors", "Stairs", "Walls"});
+    const auto other = drawingWithLayers({"Doors", "Walls", "Zinc"});
+    bool isOther = false;
+    QRandomGenerator random(20261122);
+    QTimer answers;
+    connect(&answers, &QTimer::timeout, &answers, [&random] {
+        if (QWidget *dialog = QApplication::activeModalWidget())
+            QTest::keyClick(dialog, random.bounded(2) ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    answers.start(0);
+    int column = NameColumn;
+    const auto anyName = [&] {
+        return host.text(random.bounded(host.rows().rowCount()), NameColumn);
+    };
+    const auto current = [&]() -> KcDbDatabase & { return isOther ? *other : *host.drawing; };
+    const std::function<void()> works[]{
+            [&] { host.clickCell(anyName(), OnColumn + random.bounded(11)); },
+            [&] { host.clickCell(anyName(), NameColumn, Qt::ControlModifier); },
+            [&] { host.clickInBox(anyName(), random.bounded(4)); },
+            [&] { host.choose(anyName()); },
+            [&] { host.command("New", QString("L%1\r").arg(random.bounded(20))); },
+            [&] { host.command("Rename", QString("L%1\r").arg(random.bounded(20))); },
+            [&] { host.command("Delete"); },
+            [&] { host.command("Set current"); },
+            [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
+            [&] { KcHost::addLayer(current(), QString("M%1").arg(random.bounded(20))); },
+            [&] { KcHost::eraseLayer(current(), anyName()); },
+            [&] { KcHost::setCurrentLayer(current(), anyName()); },
+            [&] {
+                isOther = !isOther;
+                KcHost::setWorkingDatabase(&current());
+                host.link->drawingChanged();
+            },
+            [&] {
+                column = OnColumn + random.bounded(7);
+                host.table->sortByColumn(column, Qt::SortOrder(random.bounded(2)));
+            },
+    };
+    for (int step = 0; step < 1000; ++step) {
+        works[random.bounded(int(std::size(works)))]();
+        // A layer may have been given a name that another one has.
+        QStringList before = host.names();
+        before = before.removeDuplicates() > 0 ? QStringList() : host.selected();
+        host.link->flush();
+        const QString trouble = host.difference();
+        QVERIFY2(trouble.isEmpty(), qPrintable(QString("step %1: %2").arg(step).arg(trouble)));
+        for (const QString &name : before)
+            QVERIFY(host.selected().contains(name) || host.rowOf(name) < 0);
+        QList<QString> sorted;
+        for (int row = 0; row < host.rows().rowCount(); ++row)
+            sorted += host.text(row, column);
+        const auto order = host.table->horizontalHeader()->sortIndicatorOrder();
+        if (order == Qt::DescendingOrder)
+            std::reverse(sorted.begin(), sorted.end());
+        QVERIFY(std::is_sorted(sorted.begin(), sorted.end()));
+    }
+}
+
+QTEST_MAIN(tst_LayerLink)
+#include "tst_layerlink.moc"
