@@ -263,6 +263,43 @@ Times tableToggle(int n)
     return {ours, baseline};
 }
 
+/// A click on a flag of the layer in the middle of the drawing, where a link keeps a layer box in step
+/// and is told of the change by the host, against the same click in the table alone.
+Times linkClick(int n)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const QModelIndex cell = table->model()->index(n / 2, OvCc::OnColumn);
+    table->scrollTo(cell);
+    QApplication::processEvents();
+    const QPoint place = table->visualRect(cell).center();
+    const auto clickOnce = [&] {
+        click(*table->viewport(), place);
+        QApplication::processEvents();
+    };
+    const double baseline = medianTime(clickOnce);
+
+    OvCc::LayerComboBox box;
+    OvCc::LayerLink link;
+    link.add(table.get());
+    link.add(&box);
+    link.flush();
+    int updates = 0;
+    int clicks = 0;
+    QObject::connect(&link, &OvCc::LayerLink::updated, [&updates] { ++updates; });
+    KcHost::setLayerModifiedHandler([&link](const QString &name) { link.layerChanged(name); });
+    KcHost::setLayerTableChangesHandler([&link] { link.layersChanged(); });
+    const double ours = medianTime([&] {
+        clickOnce();
+        ++clicks;
+    });
+    KcHost::setLayerTableChangesHandler(nullptr);
+    KcHost::setLayerModifiedHandler(nullptr);
+    if (updates != clicks)
+        qFatal("%d clicks made %d updates", clicks, updates);
+    return {ours, baseline};
+}
+
 /// Painting all visible rows, against the default delegate with a text or a picture in each cell.
 Times tablePaint(int n)
 {
@@ -347,6 +384,7 @@ QList<Work> tableWorks()
             {QStringLiteral("table_close"), sizes, tableClose},
             {QStringLiteral("table_search"), sizes, tableSearch},
             {QStringLiteral("table_toggle"), sizes, tableToggle},
+            {QStringLiteral("link_click"), sizes, linkClick},
             {QStringLiteral("table_paint"), sizes, tablePaint},
             {QStringLiteral("table_remove"), sizes, tableRemove},
     };

@@ -23,6 +23,7 @@ namespace OvCc {
 struct LayerComboBox::Private
 {
     std::optional<bool> followLayer(const QString &name);
+    bool isShowing(const LayerItemData &layer) const;
     bool showCurrentLayer();
     void installFace();
     void setFlag(int index, const QString &name, bool value);
@@ -120,6 +121,9 @@ bool LayerComboBox::refreshLayers(const QStringList &names)
             return refresh() || isAnyOther;
         isAnyOther |= *isOther;
     }
+    LayerItemData current;
+    if (OvLayerUtility().getCurrentLayer(current) && m_d->isShowing(current))
+        return isAnyOther;
     const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
     return m_d->showCurrentLayer() || isAnyOther;
 }
@@ -135,6 +139,11 @@ std::optional<bool> LayerComboBox::Private::followLayer(const QString &name)
     if (!list || list->nameAt(found->position) != name)
         return std::nullopt;
     return list->setLayer(found->position, layer);
+}
+
+bool LayerComboBox::Private::isShowing(const LayerItemData &layer) const
+{
+    return face && q->lineEdit() == face && q->currentIndex() == 0 && isSame(onFace, layer);
 }
 
 /// @return whether the face is another one now
