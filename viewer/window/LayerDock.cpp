@@ -113,10 +113,9 @@ void LayerDock::createCommands()
     m_commands->addAction(icon(LayerManager::NewLayerIcon), tr("New"), this, &LayerDock::newLayer);
     const auto add = [this](const QIcon &picture, const QString &text,
                             void (LayerManager::*command)()) {
-        return m_commands->addAction(picture, text, this, [this, command] {
-            finishEditing();
-            (m_panel->*command)();
-        });
+        QAction *action = m_commands->addAction(picture, text, this, &LayerDock::finishEditing);
+        connect(action, &QAction::triggered, m_panel, command);
+        return action;
     };
     add(icon(LayerManager::DeleteLayerIcon), tr("Delete"), &LayerManager::deleteLayers);
     add(icon(LayerManager::CurrentLayerIcon), tr("Set current"), &LayerManager::makeCurrent);
