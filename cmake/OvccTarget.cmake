@@ -26,6 +26,32 @@ function(ovcc_own_target target)
     endif()
 endfunction()
 
+# ovcc_check_host_sdk(): stops with one sentence if OVCC_HOST_SDK_DIR is not the folder to compile
+# against, so that nobody has to find out from errors of the compiler.
+function(ovcc_check_host_sdk)
+    set(headers KcDb.h KcEd.h OvHost.h)
+    if(OVCC_BUILD_RIBBON)
+        list(APPEND headers NsRc.h)
+    endif()
+    set(missing)
+    foreach(header IN LISTS headers)
+        if(NOT EXISTS "${OVCC_HOST_SDK_DIR}/${header}")
+            list(APPEND missing ${header})
+        endif()
+    endforeach()
+    if(missing)
+        list(JOIN missing ", " missing)
+        string(REPLACE NsRc.h "NsRc.h (not needed with -DOVCC_BUILD_RIBBON=OFF)" missing "${missing}")
+        message(FATAL_ERROR "OVCC_HOST_SDK_DIR (${OVCC_HOST_SDK_DIR}) lacks ${missing}.")
+    endif()
+    get_filename_component(folder "${OVCC_HOST_SDK_DIR}" REALPATH)
+    get_filename_component(own "${PROJECT_SOURCE_DIR}/host/sdk" REALPATH)
+    if(OVCC_BUILD_HOST AND NOT folder STREQUAL own)
+        message(FATAL_ERROR "OVCC_HOST_SDK_DIR (${OVCC_HOST_SDK_DIR}) is of another host than the "
+            "embedded one: configure with -DOVCC_BUILD_HOST=OFF.")
+    endif()
+endfunction()
+
 # ovcc_keep_header(<name>): says that there is a header <name> in the include tree.
 function(ovcc_keep_header name)
     set_property(GLOBAL APPEND PROPERTY OVCC_HEADERS "${OVCC_INCLUDE_DIR}/${name}")

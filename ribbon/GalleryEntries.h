@@ -1,31 +1,16 @@
 #pragma once
 
+#include "ribbon/ViewEntries.h"
+
 #include <OvCustomControl/BaseGallery.h>
 #include <OvCustomControl/ViewPortGallery.h>
-#include <OvCustomControl/Views.h>
 
 #include <iterator>
 
 /// @file
-/// What the galleries offer, and the view button, in the order of the public enums.
+/// What the galleries offer, in the order of the public enums.
 
 namespace OvCc {
-
-struct GalleryEntry
-{
-    const char *caption;
-    const char *picture;
-};
-
-/// "Northwest" stands for the view from the south-east, too: hosts go by these captions.
-constexpr GalleryEntry viewEntries[] = {
-        {"Top", ":/OVRC_VIETOP.png"},       {"Bottom", ":/OVRC_VIEBOT.png"},
-        {"Left", ":/OVRC_VIELEF.png"},      {"Right", ":/OVRC_VIERIG.png"},
-        {"Front", ":/OVRC_VIEFRO.png"},     {"Back", ":/OVRC_VIEBAC.png"},
-        {"Southwest", ":/OVRC_VIESWI.png"}, {"Northwest", ":/OVRC_VIESEI.png"},
-        {"Northeast", ":/OVRC_VIENEI.png"}, {"Northwest", ":/OVRC_VIENWI.png"},
-};
-static_assert(std::size(viewEntries) == NorthwestView + 1);
 
 constexpr GalleryEntry arrangementEntries[] = {
         {"Single", ":/OVRC_VPONE.png"},

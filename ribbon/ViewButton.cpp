@@ -1,6 +1,6 @@
 #include "ViewButton.h"
 
-#include "ribbon/GalleryEntries.h"
+#include "ribbon/ViewEntries.h"
 
 #include <QActionGroup>
 #include <QEvent>
