@@ -175,6 +175,8 @@ private slots:
     void walksBothWays();
     void refusesAndAnnounces();
     void findsTheViewport();
+    void rowsMatchIndependentWriter();
+    void sheetOfIndependentWriter();
     void writesNewDrawing();
     void forgetsDestroyedDrawings();
 };
@@ -861,6 +863,38 @@ void TestEmbeddedHost::findsTheViewport()
         QCOMPARE(found, frozen);
         KcHost::setVariable("TileMode", 1);
         QVERIFY(kcdbGetCurVportId(m_drawing.get()) == none);
+    }
+}
+
+void TestEmbeddedHost::rowsMatchIndependentWriter()
+{
+    const QJsonObject expected = ezdxf("layers.py", {"write", m_path, "10000"});
+    QCOMPARE(expected.size(), 10000);
+    open(KcHost::readDrawing(m_path, &m_error, &m_warnings));
+    QVERIFY2(m_drawing && m_warnings.isEmpty(), qPrintable(m_error));
+
+    QJsonObject read;
+    const QList<QStringList> rows = layerRows();
+    for (const QStringList &row : rows) {
+        if (expected.contains(row[1]))
+            read.insert(row[1], QJsonArray::fromStringList(row));
+    }
+    QCOMPARE(read, expected);
+}
+
+void TestEmbeddedHost::sheetOfIndependentWriter()
+{
+    QVERIFY(!ezdxf("sheet.py", {m_path}).isEmpty());
+    open(KcHost::readDrawing(m_path));
+    for (const bool isModelSpace : {false, true}) {
+        if (isModelSpace)
+            KcHost::setVariable("TILEMODE", 1);
+        QCOMPARE(OvLayerUtility().isModelSpace(), isModelSpace);
+        QMap<QString, QString> isFrozen;
+        for (const QStringList &row : layerRows())
+            isFrozen.insert(row[1], row[OvCc::ViewportFreezeColumn]);
+        QCOMPARE(isFrozen["Hidden in the sheet"], QString(isModelSpace ? "false" : "true"));
+        QCOMPARE(isFrozen["Shown in the sheet"], QString("false"));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Support.h"
 
 #include <QLineF>
+#include <QMenu>
 #include <QSignalSpy>
 
 using namespace OvCc;

@@ -1,7 +1,6 @@
 #include "Support.h"
 
 #include <QImage>
-#include <QJsonArray>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -50,11 +49,9 @@ private slots:
     void magentaIsTransparent();
     void resourceImages();
     void withoutDrawing();
-    void rowsMatchIndependentWriter();
     void settersReachTheDrawing();
     void refusalsAreSilent();
     void unreadableRecordsArePassedOver();
-    void viewportFreeze();
 };
 
 void tst_LayerData::lineWeightLabels()
@@ -190,28 +187,6 @@ void tst_LayerData::withoutDrawing()
                           "Default", "Color-7", "true", "false", "false", ""}));
 }
 
-void tst_LayerData::rowsMatchIndependentWriter()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("layers.dxf"));
-    const QJsonObject expected = ezdxf(QStringLiteral("layers.py"), {"write", path, "10000"});
-    QCOMPARE(expected.size(), 10000);
-
-    QString error;
-    QStringList warnings;
-    const OpenDrawing drawing(KcHost::readDrawing(path, &error, &warnings));
-    QVERIFY2(getCurrentDb(), qPrintable(error));
-    QCOMPARE(warnings, QStringList());
-
-    QJsonObject read;
-    const QList<QStringList> rows = layerRows();
-    for (const QStringList &row : rows) {
-        if (expected.contains(row.at(NameColumn)))
-            read.insert(row.at(NameColumn), QJsonArray::fromStringList(row));
-    }
-    QCOMPARE(read, expected);
-}
-
 void tst_LayerData::settersReachTheDrawing()
 {
     const QString name = QStringLiteral("Walls");
@@ -279,24 +254,6 @@ void tst_LayerData::unreadableRecordsArePassedOver()
     current->upgradeOpen();
     QVERIFY(!OvLayerUtility().getCurrentLayer(data));
     current->close();
-}
-
-void tst_LayerData::viewportFreeze()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("sheet.dxf"));
-    QVERIFY(!ezdxf(QStringLiteral("sheet.py"), {path}).isEmpty());
-    const OpenDrawing drawing(KcHost::readDrawing(path));
-    QVERIFY(!OvLayerUtility().isModelSpace());
-    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(ViewportFreezeColumn),
-             QStringLiteral("true"));
-    QCOMPARE(rowOf(QStringLiteral("Shown in the sheet")).at(ViewportFreezeColumn),
-             QStringLiteral("false"));
-
-    KcHost::setVariable(QStringLiteral("TILEMODE"), 1);
-    QVERIFY(OvLayerUtility().isModelSpace());
-    QCOMPARE(rowOf(QStringLiteral("Hidden in the sheet")).at(ViewportFreezeColumn),
-             QStringLiteral("false"));
 }
 
 QTEST_MAIN(tst_LayerData)
