@@ -1,0 +1,26 @@
+#pragma once
+
+#include <OvCustomControl/LayerComboBox.h>
+#include <OvCustomControl/LayerManager.h>
+
+#include <QWidget>
+
+class KcDbDatabase;
+
+/// The layers of the working drawing in a layer box and a layer manager, which follow each other and
+/// every other program that has the file. What the user asks for is done to the drawing.
+class LayerWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit LayerWindow(KcDbDatabase &drawing);
+    ~LayerWindow() override;
+
+private:
+    void followCommands(KcDbDatabase &drawing);
+    void refresh();
+
+    OvCc::LayerComboBox m_box;
+    OvCc::LayerManager m_manager;
+};
