@@ -891,7 +891,8 @@ void TestEmbeddedHost::sheetOfIndependentWriter()
             KcHost::setVariable("TILEMODE", 1);
         QCOMPARE(OvLayerUtility().isModelSpace(), isModelSpace);
         QMap<QString, QString> isFrozen;
-        for (const QStringList &row : layerRows())
+        const QList<QStringList> rows = layerRows();
+        for (const QStringList &row : rows)
             isFrozen.insert(row[1], row[OvCc::ViewportFreezeColumn]);
         QCOMPARE(isFrozen["Hidden in the sheet"], QString(isModelSpace ? "false" : "true"));
         QCOMPARE(isFrozen["Shown in the sheet"], QString("false"));

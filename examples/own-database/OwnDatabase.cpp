@@ -9,17 +9,27 @@ using namespace Kcore;
 
 namespace {
 
-KcDbDatabase *working = nullptr;
-std::map<QString, int> variables{{"TILEMODE", 1}, {"LWUNITS", 1}};
-std::function<void()> layerTableChanges;
-std::function<void(const QString &)> layerModified;
-int openObjects = 0;
-std::map<std::string, int> calls;
+/// What belongs to no single drawing.
+struct Host
+{
+    KcDbDatabase *working = nullptr;
+    std::map<QString, int> variables{{"TILEMODE", 1}, {"LWUNITS", 1}};
+    std::function<void()> layerTableChanges;
+    std::function<void(const QString &)> layerModified;
+    int openObjects = 0;
+    std::map<std::string, int> calls;
+};
+
+Host &host()
+{
+    static Host host;
+    return host;
+}
 
 /// Each function of the SDK says that it was called.
 void called(const char *function)
 {
-    ++calls[function];
+    ++host().calls[function];
 }
 
 KTCHAR *copyOf(const std::wstring &text)
@@ -69,15 +79,15 @@ void kcutDelString(KTCHAR *&text)
 void ovSetLayerTableChanges()
 {
     called(__func__);
-    if (const auto handler = layerTableChanges)
+    if (const auto handler = host().layerTableChanges)
         handler();
 }
 
 int kcedGetVar(const KTCHAR *name, resbuf *result)
 {
     called(__func__);
-    const auto variable = variables.find(QString::fromWCharArray(name));
-    if (variable == variables.end())
+    const auto variable = host().variables.find(QString::fromWCharArray(name));
+    if (variable == host().variables.end())
         return RTERROR;
     result->resval.rint = static_cast<short>(variable->second);
     return RTNORM;
@@ -93,7 +103,7 @@ KcDbHostApplicationServices *kcdbHostApplicationServices()
 KcDbDatabase *KcDbHostApplicationServices::workingDatabase() const
 {
     called(__func__);
-    return working;
+    return host().working;
 }
 
 KcDbDatabase::KcDbDatabase(std::unique_ptr<LayerFile> file)
@@ -104,8 +114,8 @@ KcDbDatabase::KcDbDatabase(std::unique_ptr<LayerFile> file)
 
 KcDbDatabase::~KcDbDatabase()
 {
-    if (working == this)
-        working = nullptr;
+    if (host().working == this)
+        host().working = nullptr;
 }
 
 ErrorStatus KcDbDatabase::getLayerTable(KcDbLayerTable *&table, KcDb::OpenMode mode)
@@ -129,7 +139,7 @@ ErrorStatus KcDbObject::open(KcDb::OpenMode mode)
 {
     if (m_isWriting || (mode == KcDb::kForWrite && m_readers > 0))
         return eOpenAlready;
-    ++openObjects;
+    ++host().openObjects;
     if (mode == KcDb::kForRead)
         ++m_readers;
     else
@@ -162,7 +172,7 @@ ErrorStatus KcDbObject::close()
     called(__func__);
     if (!m_isWriting && m_readers == 0)
         return eNotOpen;
-    --openObjects;
+    --host().openObjects;
     if (!std::exchange(m_isWriting, false))
         --m_readers;
     onClosed();
@@ -390,7 +400,7 @@ ErrorStatus KcDbLayerTableRecord::setFlag(const char *column, bool Layer::*flag,
 /// The handler may do anything, even destroy the drawing.
 void KcDbLayerTableRecord::onClosed()
 {
-    const auto handler = layerModified;
+    const auto handler = host().layerModified;
     if (std::exchange(m_isChanged, false) && handler)
         handler(QString::fromStdWString(m_layer.name));
 }
@@ -403,12 +413,12 @@ std::unique_ptr<KcDbDatabase> OwnDatabase::open(const QString &fileName, QString
 
 void OwnDatabase::setWorkingDatabase(KcDbDatabase *drawing)
 {
-    working = drawing;
+    host().working = drawing;
 }
 
 void OwnDatabase::setVariable(const QString &name, int value)
 {
-    variables[name] = value;
+    host().variables[name] = value;
 }
 
 ErrorStatus OwnDatabase::addLayer(KcDbDatabase &drawing, const QString &name)
@@ -438,20 +448,20 @@ ErrorStatus OwnDatabase::setCurrentLayer(KcDbDatabase &drawing, const QString &n
 
 void OwnDatabase::setLayerTableChangesHandler(std::function<void()> handler)
 {
-    layerTableChanges = std::move(handler);
+    host().layerTableChanges = std::move(handler);
 }
 
 void OwnDatabase::setLayerModifiedHandler(std::function<void(const QString &)> handler)
 {
-    layerModified = std::move(handler);
+    host().layerModified = std::move(handler);
 }
 
 int OwnDatabase::openObjectCount()
 {
-    return openObjects;
+    return host().openObjects;
 }
 
 std::map<std::string, int> OwnDatabase::takeCalls()
 {
-    return std::exchange(calls, {});
+    return std::exchange(host().calls, {});
 }

@@ -131,7 +131,8 @@ void tst_OwnDatabase::commands()
     auto *panel = window.findChild<LayerManager *>();
     const auto names = [] {
         QStringList names;
-        for (const QStringList &row : layerRows())
+        const QList<QStringList> rows = layerRows();
+        for (const QStringList &row : rows)
             names += row.at(NameColumn) + (row.at(CurrentColumn) == "true" ? "*" : "");
         return names.join(' ');
     };
