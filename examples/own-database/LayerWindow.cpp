@@ -21,8 +21,9 @@ LayerWindow::LayerWindow(KcDbDatabase &drawing)
         connect(bar->addAction(text), &QAction::triggered, &m_manager, command);
 
     auto *layout = new QVBoxLayout(this);
-    for (QWidget *part : std::initializer_list<QWidget *>{&m_box, bar, &m_manager})
-        layout->addWidget(part);
+    layout->addWidget(&m_box, 0, Qt::AlignLeft);
+    layout->addWidget(bar);
+    layout->addWidget(&m_manager);
     resize(800, 400);
     followCommands(drawing);
     connect(&drawing.file(), &LayerFile::changedElsewhere, this, &LayerWindow::refresh);
