@@ -256,11 +256,17 @@ void tst_LayerLink::clicksAndCommands()
     QCOMPARE(host.names(), QStringList({"0", "Beams", "Doors", "Stairs"}));
 
     host.clickCell("Beams", NameColumn);
-    QVERIFY(isInStepAfter(1, [&] { OvLayerUtility().setLayerLock("Beams", true); }));
-    QVERIFY(isInStepAfter(1, [&] { KcHost::addLayer(*host.drawing, "A"); }));
-    QVERIFY(isInStepAfter(1, [&] { KcHost::renameLayer(*host.drawing, "A", "Z"); }));
-    QVERIFY(isInStepAfter(1, [&] { KcHost::setCurrentLayer(*host.drawing, "Z"); }));
-    QVERIFY(isInStepAfter(1, [&] { KcHost::eraseLayer(*host.drawing, "Doors"); }));
+    const auto outside = [&](const QString &name, const std::function<void()> &change) {
+        return isInStepAfter(1, [&] {
+            change();
+            host.link->layerChanged(name);
+        });
+    };
+    QVERIFY(outside("Beams", [&] { OvLayerUtility().setLayerLock("Beams", true); }));
+    QVERIFY(outside("A", [&] { KcHost::addLayer(*host.drawing, "A"); }));
+    QVERIFY(outside("Z", [&] { KcHost::renameLayer(*host.drawing, "A", "Z"); }));
+    QVERIFY(outside("Z", [&] { KcHost::setCurrentLayer(*host.drawing, "Z"); }));
+    QVERIFY(outside("Doors", [&] { KcHost::eraseLayer(*host.drawing, "Doors"); }));
     QCOMPARE(host.selected(), QStringList{"Beams"});
 }
 
@@ -492,7 +498,10 @@ void tst_LayerLink::randomWork()
     const auto anyName = [&] {
         return host.text(random.bounded(host.rows().rowCount()), NameColumn);
     };
-    const auto current = [&]() -> KcDbDatabase & { return isOther ? *other : *host.drawing; };
+    const auto outside = [&](const QString &name, const auto &change) {
+        change(isOther ? *other : *host.drawing, name);
+        host.link->layerChanged(name);
+    };
     const std::function<void()> works[]{
             [&] { host.clickCell(anyName(), OnColumn + random.bounded(11)); },
             [&] { host.clickCell(anyName(), NameColumn, Qt::ControlModifier); },
@@ -503,12 +512,12 @@ void tst_LayerLink::randomWork()
             [&] { host.command("Delete"); },
             [&] { host.command("Set current"); },
             [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
-            [&] { KcHost::addLayer(current(), QString("M%1").arg(random.bounded(20))); },
-            [&] { KcHost::eraseLayer(current(), anyName()); },
-            [&] { KcHost::setCurrentLayer(current(), anyName()); },
+            [&] { outside(QString("M%1").arg(random.bounded(20)), KcHost::addLayer); },
+            [&] { outside(anyName(), KcHost::eraseLayer); },
+            [&] { outside(anyName(), KcHost::setCurrentLayer); },
             [&] {
                 isOther = !isOther;
-                KcHost::setWorkingDatabase(&current());
+                KcHost::setWorkingDatabase(isOther ? other.get() : &*host.drawing);
                 host.link->drawingChanged();
             },
             [&] {

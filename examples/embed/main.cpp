@@ -34,10 +34,10 @@ void showLayers(QMainWindow &window, KcDbDatabase &drawing)
     answer(&LayerLink::addRequested, &KcHost::addLayer);
     answer(&LayerLink::renameRequested, &KcHost::renameLayer);
     answer(&LayerLink::removeRequested, [](KcDbDatabase &from, const QStringList &names) {
-        int refusals = 0;
+        Kcore::ErrorStatus refusal = Kcore::eOk;
         for (const QString &name : names)
-            refusals += KcHost::eraseLayer(from, name) == Kcore::eOk ? 0 : 1;
-        return refusals == 0 ? Kcore::eOk : Kcore::eLayerInUse;
+            refusal = qMax(refusal, KcHost::eraseLayer(from, name));
+        return refusal;
     });
 }
 

@@ -6,6 +6,7 @@
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerItem.h>
+#include <OvCustomControl/LayerLink.h>
 #include <OvCustomControl/LayerManager.h>
 #include <OvCustomControl/LayerTableWidget.h>
 
@@ -21,8 +22,9 @@ using namespace OvCc;
 namespace {
 
 /// What is counted, each with the last layer where one is clicked: it takes longest to be found.
-constexpr std::array operations{"reload of the table", "refresh of the table", "click in the table",
-                                "update of the box", "click in its drop-down"};
+constexpr std::array operations{"reload of the table",    "refresh of the table",
+                                "click in the table",     "update of the box",
+                                "click in its drop-down", "click in the table, both linked"};
 /// By the functions' names, for each operation.
 using Calls = std::map<std::string, std::array<int, operations.size()>>;
 
@@ -64,6 +66,15 @@ Calls callsFor(int layers)
             [&] { clickLastLock(*panel.table()); },
             [&] { box.slotUpdate(); },
             [&] { lastRow->findChildren<QPushButton *>().at(LockStatus)->click(); },
+            [&] {
+                LayerLink link;
+                link.add(&panel);
+                link.add(&box);
+                link.flush();
+                OwnDatabase::takeCalls();
+                clickLastLock(*panel.table());
+                link.flush();
+            },
     };
     Calls calls;
     OwnDatabase::takeCalls();

@@ -25,10 +25,12 @@ LayerWindow::LayerWindow(KcDbDatabase &drawing)
     layout->addWidget(bar);
     layout->addWidget(&m_manager);
     resize(800, 400);
-    followCommands(drawing);
-    connect(&drawing.file(), &LayerFile::changedElsewhere, this, &LayerWindow::refresh);
-    OwnDatabase::setLayerModifiedHandler([this](const QString &) { refresh(); });
-    m_box.slotUpdate(); // the panel has filled itself
+    m_link.add(&m_box);
+    m_link.add(&m_manager);
+    followWishes(drawing);
+    connect(&drawing.file(), &LayerFile::changedElsewhere, &m_link, &LayerLink::layersChanged);
+    OwnDatabase::setLayerModifiedHandler(
+            [this](const QString &name) { m_link.layerChanged(name); });
 }
 
 LayerWindow::~LayerWindow()
@@ -36,34 +38,19 @@ LayerWindow::~LayerWindow()
     OwnDatabase::setLayerModifiedHandler(nullptr);
 }
 
-/// What the drawing refuses is undone by the refresh.
-void LayerWindow::followCommands(KcDbDatabase &drawing)
+/// What the drawing refuses, the link undoes.
+void LayerWindow::followWishes(KcDbDatabase &drawing)
 {
-    const auto makeCurrent = [this, &drawing](const QString &name) {
-        OwnDatabase::setCurrentLayer(drawing, name);
-        refresh();
-    };
-    connect(&m_box, &LayerComboBox::layerChosen, this, makeCurrent);
-    connect(&m_manager, &LayerManager::currentLayerRequested, this, makeCurrent);
-    connect(&m_manager, &LayerManager::layerAdded, this, [this, &drawing](const QString &name) {
-        OwnDatabase::addLayer(drawing, name);
-        refresh();
+    connect(&m_link, &LayerLink::currentLayerRequested, this,
+            [&drawing](const QString &name) { OwnDatabase::setCurrentLayer(drawing, name); });
+    connect(&m_link, &LayerLink::addRequested, this,
+            [&drawing](const QString &name) { OwnDatabase::addLayer(drawing, name); });
+    connect(&m_link, &LayerLink::removeRequested, this, [&drawing](const QStringList &names) {
+        for (const QString &name : names)
+            OwnDatabase::eraseLayer(drawing, name);
     });
-    connect(&m_manager, &LayerManager::layersRemoved, this,
-            [this, &drawing](const QStringList &names) {
-                for (const QString &name : names)
-                    OwnDatabase::eraseLayer(drawing, name);
-                refresh();
-            });
-    connect(&m_manager, &LayerManager::layerRenamed, this,
-            [this, &drawing](const QString &from, const QString &to) {
+    connect(&m_link, &LayerLink::renameRequested, this,
+            [&drawing](const QString &from, const QString &to) {
                 OwnDatabase::renameLayer(drawing, from, to);
-                refresh();
             });
-}
-
-void LayerWindow::refresh()
-{
-    m_box.slotUpdate();
-    m_manager.refresh();
 }

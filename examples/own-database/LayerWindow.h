@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OvCustomControl/LayerComboBox.h>
+#include <OvCustomControl/LayerLink.h>
 #include <OvCustomControl/LayerManager.h>
 
 #include <QWidget>
@@ -18,9 +19,9 @@ public:
     ~LayerWindow() override;
 
 private:
-    void followCommands(KcDbDatabase &drawing);
-    void refresh();
+    void followWishes(KcDbDatabase &drawing);
 
     OvCc::LayerComboBox m_box;
     OvCc::LayerManager m_manager;
+    OvCc::LayerLink m_link;
 };

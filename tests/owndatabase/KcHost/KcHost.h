@@ -15,4 +15,9 @@ inline std::unique_ptr<KcDbDatabase> newDrawing()
     return OwnDatabase::open(":memory:");
 }
 
+inline std::unique_ptr<KcDbDatabase> readDrawing(const QString &fileName, QString *error)
+{
+    return OwnDatabase::open(fileName, error);
+}
+
 } // namespace KcHost
