@@ -35,6 +35,7 @@ public:
     void setDrawing(Drawing *drawing);
 
     OvCc::LayerManager *panel() const { return m_panel; }
+    QToolBar *commands() const { return m_commands; }
 
     /// The layers of the drawing, as the panel shows them.
     int layerCount() const;

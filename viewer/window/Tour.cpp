@@ -24,6 +24,7 @@
 #include <OvCustomControl/ViewPortGallery.h>
 #include <OvCustomControl/Views.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QDir>
@@ -32,7 +33,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
-#include <QPushButton>
 #include <QTimer>
 #include <QToolBar>
 #include <QWheelEvent>
@@ -246,7 +246,7 @@ void Tour::clickLight(int row)
     list().scrollToItem(list().item(row));
     const OvCc::LayerItem *layer = m_layers.layerItem(row);
     const bool wasOn = layer->currentLayerData().isOn;
-    click(*layer->findChild<QPushButton *>());
+    click(*layer->layout()->itemAt(0)->widget());
     require(m_window.drawing()->layers.at(row).isOn != wasOn,
             "the drawing does not have the layer's new state");
     require(list().isVisible(), "the layer box closed under the click");
@@ -373,7 +373,7 @@ void Tour::pressItem(const OvCc::BaseGallery &gallery, int index)
 /// Clicks on one of the layer manager's commands, then lets the window follow.
 void Tour::clickCommand(const QString &text) const
 {
-    const auto *bar = m_dock.findChild<QToolBar *>();
+    const QToolBar *bar = m_dock.commands();
     const QList<QAction *> commands = bar->actions();
     const auto command = std::find_if(commands.begin(), commands.end(),
                                       [&](const QAction *it) { return it->text() == text; });
