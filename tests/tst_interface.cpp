@@ -107,6 +107,7 @@ void tst_Interface::strings()
                  LayerLineTypeDialog, LayerWarningDialog, BaseGallery, ViewButton, CustomControl,
                  MinMaxButton>(&owner);
     objects.append(new LayerAction("Lock", &owner));
+    objects.append(new LayerLink(&owner));
     objects.append(new StackWidget(owner.findChild<LayerControl *>(), &owner));
     owner.findChild<QAbstractButton *>("inRadioBnt")->click();
 
