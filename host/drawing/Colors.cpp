@@ -60,10 +60,15 @@ Rgb indexColor(int index)
             wheelPart(index, redQuarters(hue + 8))};
 }
 
+std::wstring digits(int number)
+{
+    const std::string text = std::to_string(number);
+    return {text.begin(), text.end()};
+}
+
 std::wstring indexColorName(int index)
 {
-    return index <= static_cast<int>(kNames.size()) ? kNames[index - 1]
-                                                    : L"Color " + std::to_wstring(index);
+    return index <= static_cast<int>(kNames.size()) ? kNames[index - 1] : L"Color " + digits(index);
 }
 
 int nearestIndexColor(int number)
@@ -92,8 +97,7 @@ Rgb trueColor(int number)
 
 std::wstring trueColorName(Rgb color)
 {
-    return std::to_wstring(color.red) + L',' + std::to_wstring(color.green) + L','
-           + std::to_wstring(color.blue);
+    return digits(color.red) + L',' + digits(color.green) + L',' + digits(color.blue);
 }
 
 } // namespace Embedded

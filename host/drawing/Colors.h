@@ -19,6 +19,9 @@ Rgb indexColor(int index);
 /// What the user calls the colour @p index, 1 to 255: "red", or "Color 30".
 std::wstring indexColorName(int index);
 
+/// The digits of a number; std::to_wstring() prints, which takes several times as long.
+std::wstring digits(int number);
+
 /// The colour, 1 to 255, that looks most like the true colour 0xRRGGBB; of equals the lowest.
 int nearestIndexColor(int number);
 

@@ -215,7 +215,7 @@ std::wstring KcDbObjectAccess::plotStyleName(const KcDbLayerTableRecord &record)
 {
     const Drawing &drawing = KcDbObjectAccess::drawing(record.m_database);
     if (!drawing.hasNamedPlotStyles)
-        return L"Color-" + std::to_wstring(layer(record).color);
+        return L"Color-" + Embedded::digits(layer(record).color);
     return drawing.plotStyles.value(layer(record).plotStyle, QStringLiteral("Normal"))
             .toStdWString();
 }

@@ -7,42 +7,61 @@
 #include <QHash>
 #include <QHeaderView>
 #include <QPointer>
+#include <QtMath>
 
 #include <algorithm>
 #include <functional>
 #include <utility>
+#include <vector>
 
 namespace OvCc {
 
 namespace {
 
-/// Finds rows by their names. Each is found once: where two have one name, the upper one first.
+/// Finds rows by their names. Each is found once: where two have one name, the upper one first. A hash of
+/// Qt's takes an allocation for each name, which shows in what a refresh costs beyond reading.
 class RowsByName
 {
 public:
     explicit RowsByName(const QVector<QStringList> &rows)
-        : m_next(rows.size())
+        : m_rows(rows)
+        , m_places(size_t(qNextPowerOfTwo(quint32(2 * rows.size()))), none)
     {
-        m_first.reserve(rows.size());
-        for (int row = rows.size() - 1; row >= 0; --row)
-            m_next[row] = std::exchange(m_first[rows.at(row).at(NameColumn)], row + 1);
+        for (int row = 0; row < rows.size(); ++row)
+            insert(row);
     }
 
     /// -1 if there is none, or none any more.
     int take(const QString &name)
     {
-        const auto found = m_first.find(name);
-        if (found == m_first.end() || *found == 0)
-            return -1;
-        const int row = *found - 1;
-        *found = m_next.at(row);
-        return row;
+        for (size_t at = first(name); m_places[at] != none; at = next(at)) {
+            const int row = m_places[at];
+            if (row != taken && nameOf(row) == name) {
+                m_places[at] = taken;
+                return row;
+            }
+        }
+        return -1;
     }
 
 private:
-    // Both hold row numbers counted from 1; 0 is none.
-    QHash<QString, int> m_first;
-    QVector<int> m_next;
+    static constexpr int none = -1;
+    static constexpr int taken = -2;
+
+    const QString &nameOf(int row) const { return m_rows.at(row).at(NameColumn); }
+    size_t first(const QString &name) const { return qHash(name) & (m_places.size() - 1); }
+    size_t next(size_t place) const { return (place + 1) & (m_places.size() - 1); }
+
+    void insert(int row)
+    {
+        size_t place = first(nameOf(row));
+        while (m_places[place] != none)
+            place = next(place);
+        m_places[place] = row;
+    }
+
+    const QVector<QStringList> &m_rows;
+    std::vector<int> m_places; ///< rows, each at the first free place from that of its name on
 };
 
 /// What tells the rows of a table from the layers of the drawing. Rows that are to come are numbered
