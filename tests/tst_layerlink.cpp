@@ -10,6 +10,8 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTimer>
 
@@ -154,6 +156,9 @@ public:
         }
         LayerItemData current;
         OvLayerUtility().getCurrentLayer(current);
+        if (!layers->isEmpty()
+            && panel->findChild<QLabel *>()->text() != "Current layer: " + current.name)
+            return QStringLiteral("label");
         if (!layers->isEmpty()
             && box->lineEdit()->findChildren<QLabel *>().last()->text() != current.name)
             return QStringLiteral("face");
@@ -477,8 +482,12 @@ void tst_LayerLink::widgetsComeAndGo()
 void tst_LayerLink::randomWork()
 {
     Host host({"Doors", "Stairs", "Walls"});
+    addNumberedLayers(*host.drawing, 25);
+    host.link->layersChanged();
+    host.link->flush();
     const auto other = drawingWithLayers({"Doors", "Walls", "Zinc"});
     bool isOther = false;
+    bool isSwitched = false;
     QRandomGenerator random(20261122);
     QTimer answers;
     connect(&answers, &QTimer::timeout, &answers, [&random] {
@@ -487,8 +496,16 @@ void tst_LayerLink::randomWork()
     });
     answers.start(0);
     int column = NameColumn;
+    const QRegularExpression found[]{QRegularExpression(""), QRegularExpression("^[lL]"),
+                                     QRegularExpression("1$")};
+    int search = 0;
     const auto anyName = [&] {
-        return host.text(random.bounded(host.rows().rowCount()), NameColumn);
+        const QStringList names = host.names().filter(found[search]);
+        return names.value(random.bounded(qMax(1, names.size())), "0");
+    };
+    const auto anyRow = [&] {
+        host.link->flush(); // it would be while the box opens
+        return host.list()->item(random.bounded(host.list()->count()))->text();
     };
     const auto outside = [&](const QString &name, const auto &change) {
         change(isOther ? *other : *host.drawing, name);
@@ -497,18 +514,19 @@ void tst_LayerLink::randomWork()
     const std::function<void()> works[]{
             [&] { host.clickCell(anyName(), OnColumn + random.bounded(11)); },
             [&] { host.clickCell(anyName(), NameColumn, Qt::ControlModifier); },
-            [&] { host.clickInBox(anyName(), random.bounded(4)); },
-            [&] { host.choose(anyName()); },
-            [&] { host.command("New", QString("L%1\r").arg(random.bounded(20))); },
-            [&] { host.command("Rename", QString("L%1\r").arg(random.bounded(20))); },
+            [&] { host.clickInBox(anyRow(), random.bounded(4)); },
+            [&] { host.choose(anyRow()); },
+            [&] { host.command("New", QString("l%1\r").arg(random.bounded(20))); },
+            [&] { host.command("Rename", QString("l%1\r").arg(random.bounded(20))); },
             [&] { host.command("Delete"); },
             [&] { host.command("Set current"); },
             [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
-            [&] { outside(QString("M%1").arg(random.bounded(20)), KcHost::addLayer); },
+            [&] { outside(QString("m%1").arg(random.bounded(20)), KcHost::addLayer); },
             [&] { outside(anyName(), KcHost::eraseLayer); },
             [&] { outside(anyName(), KcHost::setCurrentLayer); },
             [&] {
                 isOther = !isOther;
+                isSwitched = true;
                 KcHost::setWorkingDatabase(isOther ? other.get() : &*host.drawing);
                 host.link->drawingChanged();
             },
@@ -516,22 +534,37 @@ void tst_LayerLink::randomWork()
                 column = OnColumn + random.bounded(7);
                 host.table->sortByColumn(column, Qt::SortOrder(random.bounded(2)));
             },
+            [&] {
+                search = random.bounded(3);
+                host.panel->searchEdit()->setText(QStringList{"", "L*", "*1"}.at(search));
+            },
     };
     for (int step = 0; step < 1000; ++step) {
-        works[random.bounded(int(std::size(works)))]();
+        for (int count = random.bounded(3); count >= 0; --count)
+            works[random.bounded(int(std::size(works)))]();
         // A layer may have been given a name that another one has.
         QStringList before = host.names();
         before = before.removeDuplicates() > 0 ? QStringList() : host.selected();
+        const QScrollBar &bar = *host.table->verticalScrollBar();
+        const int position = bar.value();
+        const QString label = host.panel->findChild<QLabel *>()->text();
+        QSignalSpy current(host.panel, &LayerManager::updateCurretnLayer);
         host.link->flush();
+        QCOMPARE(current.count(), int(host.panel->findChild<QLabel *>()->text() != label));
         const QString trouble = host.difference();
         QVERIFY2(trouble.isEmpty(), qPrintable(QString("step %1: %2").arg(step).arg(trouble)));
-        for (const QString &name : before)
-            QVERIFY(host.selected().contains(name) || host.rowOf(name) < 0);
-        QList<QString> sorted;
-        for (int row = 0; row < host.rows().rowCount(); ++row)
+        const QStringList names = host.names();
+        const QStringList selected = host.selected();
+        for (const QString &name : qAsConst(before))
+            QVERIFY(selected.contains(name) || !names.contains(name));
+        if (!std::exchange(isSwitched, false)) // which may bring the current layer into sight
+            QCOMPARE(bar.value(), qMin(position, bar.maximum()));
+        QStringList sorted;
+        for (int row = 0; row < names.size(); ++row) {
             sorted += host.text(row, column);
-        const auto order = host.table->horizontalHeader()->sortIndicatorOrder();
-        if (order == Qt::DescendingOrder)
+            QCOMPARE(host.table->isRowHidden(row), !names.at(row).contains(found[search]));
+        }
+        if (host.table->horizontalHeader()->sortIndicatorOrder() == Qt::DescendingOrder)
             std::reverse(sorted.begin(), sorted.end());
         QVERIFY(std::is_sorted(sorted.begin(), sorted.end()));
     }

@@ -92,7 +92,6 @@ private slots:
     void hostActsFromInside();
     void removal();
     void setCurrent();
-    void refreshFollowsTheDrawing();
     void refreshTouchesWhatDiffers();
     void refreshWaitsForEditors();
     void scrollPositionStays();
@@ -717,74 +716,6 @@ void tst_LayerTable::setCurrent()
         QCOMPARE(m_panel->minimumSizeHint(), narrowest);
         QCOMPARE(label->text(), "Current layer: " + name);
         QCOMPARE(label->width(), qMin(label->sizeHint().width(), 300 - 4 - 20 - 80));
-    }
-}
-
-void tst_LayerTable::refreshFollowsTheDrawing()
-{
-    addNumberedLayers(**m_drawing, 40);
-    m_panel->refresh();
-    const QAbstractItemModelTester tester(m_model);
-    const auto *label = m_panel->findChild<QLabel *>();
-    QRandomGenerator random(20261122);
-    const auto anyRow = [&] { return random.bounded(m_model->rowCount()); };
-    const auto anyName = [&] { return text(anyRow(), NameColumn); };
-    const Texts searches[]{{"", ""}, {"", ""}, {"l*", "^l"}, {"*1", "1$"}};
-    QRegularExpression found;
-    const std::function<void()> works[]{
-            [&] { clickHeader(*m_table, OnColumn + random.bounded(3)); },
-            [&] { clickHeader(*m_frozen, NameColumn); },
-            [&] {
-                const Texts &search = searches[random.bounded(4)];
-                m_search->setText(search.first);
-                found = QRegularExpression(search.second,
-                                           QRegularExpression::CaseInsensitiveOption);
-            },
-            [&] { m_table->selectRow(anyRow()), m_panel->makeCurrent(); },
-            [&] {
-                m_table->selectionModel()->select(m_model->index(anyRow(), 0),
-                                                  QItemSelectionModel::Toggle
-                                                          | QItemSelectionModel::Rows);
-            },
-            [&] { m_frozen->verticalScrollBar()->setValue(random.bounded(1000)); },
-            [&] { KcHost::addLayer(**m_drawing, QString("Layer%1").arg(random.bounded(999))); },
-            [&] { KcHost::eraseLayer(**m_drawing, anyName()); },
-            [&] { KcHost::setCurrentLayer(**m_drawing, anyName()); },
-            [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
-    };
-    const auto selected = [&] {
-        QSet<QString> names;
-        for (const QModelIndex &index : m_table->selectionModel()->selectedRows(NameColumn))
-            names.insert(index.data().toString());
-        return names;
-    };
-    for (int step = 0; step < 60; ++step) {
-        for (int count = random.bounded(6); count > 0; --count)
-            works[random.bounded(int(std::size(works)))]();
-        const QSet<QString> before = selected();
-        const int position = m_table->verticalScrollBar()->value();
-        const QString shown = label->text();
-        QSignalSpy current(m_panel.get(), &LayerManager::updateCurretnLayer);
-        m_panel->refresh();
-
-        Rows present = rows();
-        const auto [column, order] = indicatorOf(*m_table);
-        const auto precedes = [column = column, order = order](const auto &one, const auto &other) {
-            return order == Qt::AscendingOrder ? one[column] < other[column]
-                                               : other[column] < one[column];
-        };
-        QVERIFY(std::is_sorted(present.begin(), present.end(), precedes));
-        const QStringList all = names();
-        QCOMPARE(shownNames(), all.filter(found));
-        QCOMPARE(selected(), before & QSet<QString>(all.begin(), all.end()));
-        QCOMPARE(m_table->verticalScrollBar()->value(),
-                 qMin(position, m_table->verticalScrollBar()->maximum()));
-        sortByName(present);
-        QCOMPARE(present, layerRows());
-        LayerItemData layer;
-        OvLayerUtility().getCurrentLayer(layer);
-        QCOMPARE(label->text(), "Current layer: " + layer.name);
-        QCOMPARE(current.count(), int(label->text() != shown));
     }
 }
 

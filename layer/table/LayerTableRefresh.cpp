@@ -189,6 +189,29 @@ QVector<int> orderOf(const Difference &difference, RowOrder isBefore, const QVec
     return order;
 }
 
+/// Keeps views from scrolling to a row that becomes the current one.
+class ScrollHold
+{
+public:
+    explicit ScrollHold(const std::array<QTableView *, 2> &views)
+        : m_views(views)
+        , m_wasOn{views[0]->hasAutoScroll(), views[1]->hasAutoScroll()}
+    {
+        for (QTableView *view : m_views)
+            view->setAutoScroll(false);
+    }
+    ~ScrollHold()
+    {
+        for (size_t place = 0; place < m_views.size(); ++place)
+            m_views[place]->setAutoScroll(m_wasOn[place]);
+    }
+    Q_DISABLE_COPY(ScrollHold)
+
+private:
+    const std::array<QTableView *, 2> m_views;
+    const std::array<bool, 2> m_wasOn;
+};
+
 } // namespace
 
 bool LayerTableWidget::refresh()
@@ -347,6 +370,7 @@ void LayerTableWidget::Private::selectAgain(const QSet<QString> &removed)
     }
     if (back.isEmpty())
         return;
+    const ScrollHold hold(views());
     selection.setCurrentIndex(back.first().topLeft(), QItemSelectionModel::NoUpdate);
     selection.select(back, QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
@@ -366,13 +390,9 @@ void LayerTableWidget::Private::selectRow(int row)
 void LayerTableWidget::Private::arrange(const QVector<int> &order,
                                         const QVector<QStringList> &added)
 {
-    const std::array<bool, 2> follow{q->hasAutoScroll(), frozen->hasAutoScroll()};
-    for (QTableView *view : views())
-        view->setAutoScroll(false);
+    const ScrollHold hold(views());
     leaveRowsBeside(order);
     rows->arrange(order, added);
-    q->setAutoScroll(follow[0]);
-    frozen->setAutoScroll(follow[1]);
 }
 
 /// If the current row is none of @p staying, the next one that is becomes the current one, or else
