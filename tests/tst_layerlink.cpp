@@ -126,8 +126,11 @@ public:
         }
         if (!typed.isEmpty())
             QTest::keyClicks(editor(), typed);
-        if (QWidget *completions = QApplication::activePopupWidget())
+        // The window system tells of the window that is active again, which closes other pop-ups.
+        if (QWidget *completions = QApplication::activePopupWidget()) {
             completions->close();
+            QCoreApplication::processEvents();
+        }
     }
 
     /// What is not as in the drawing; empty if all is.
@@ -533,6 +536,14 @@ void tst_LayerLink::randomWork()
             [&] {
                 column = OnColumn + random.bounded(7);
                 host.table->sortByColumn(column, Qt::SortOrder(random.bounded(2)));
+            },
+            [&] {
+                host.panel->slotUpLayerModel();
+                column = NameColumn;
+            },
+            [&] {
+                QTest::keyClick(host.table->frozenView(),
+                                random.bounded(2) ? Qt::Key_Down : Qt::Key_Up);
             },
             [&] {
                 search = random.bounded(3);

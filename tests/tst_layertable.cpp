@@ -7,8 +7,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
-#include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSettings>
 #include <QSignalSpy>
@@ -100,7 +98,6 @@ private slots:
     void searchField();
     void icons();
     void namesAreData();
-    void randomWork();
 
 private:
     void openPanel()
@@ -943,48 +940,6 @@ void tst_LayerTable::namesAreData()
         click(rowOf(name), UnlockedColumn);
         QVERIFY(!m_table->grab().isNull());
     }
-}
-
-void tst_LayerTable::randomWork()
-{
-    QRandomGenerator random(20261121);
-    connect(m_panel.get(), &LayerManager::layerAdded, this,
-            [this](const QString &name) { KcHost::addLayer(**m_drawing, name); });
-    connect(m_panel.get(), &LayerManager::layersRemoved, this, [this](const QStringList &names) {
-        for (const QString &name : names)
-            KcHost::eraseLayer(**m_drawing, name);
-        m_panel->slotUpLayerModel();
-    });
-    QTimer answers;
-    connect(&answers, &QTimer::timeout, &answers, [] {
-        if (QWidget *dialog = QApplication::activeModalWidget())
-            QTest::keyClick(dialog, Qt::Key_Escape);
-    });
-    answers.start(0);
-
-    const std::function<void()> works[]{
-            [&] {
-                call("slotNewLayer");
-                QTest::keyClick(editor(), random.bounded(2) ? Qt::Key_Return : Qt::Key_Escape);
-            },
-            [&] {
-                m_table->selectRow(random.bounded(m_model->rowCount()));
-                call("slotDeleteLayer");
-            },
-            [&] { clickHeader(*m_table, OnColumn + random.bounded(9)); },
-            [&] { clickHeader(*m_frozen, NameColumn); },
-            [&] {
-                m_search->setText(QStringList{"", "l", "*1", "w*"}.at(random.bounded(4)));
-            },
-            [&] { m_panel->slotUpLayerModel(); },
-            [&] { QTest::keyClick(m_frozen, random.bounded(2) ? Qt::Key_Down : Qt::Key_Up); },
-            [&] { click(random.bounded(m_model->rowCount()), OnColumn + random.bounded(11)); },
-    };
-    for (int step = 0; step < 1000; ++step)
-        works[random.bounded(int(std::size(works)))]();
-    m_search->clear();
-    m_panel->slotUpLayerModel();
-    QCOMPARE(rows(), layerRows());
 }
 
 QTEST_MAIN(tst_LayerTable)
