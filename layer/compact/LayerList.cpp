@@ -174,6 +174,7 @@ LayerItem *LayerList::layerItem(int row)
     LayerRow *place = rowAt(*this, row);
     if (!place)
         return nullptr;
+    executeDelayedItemsLayout(); // which makes the items in sight, and this may be one of them
     if (auto *known = qobject_cast<LayerItem *>(itemWidget(place)))
         return known;
 
@@ -321,10 +322,9 @@ int LayerList::widestRow() const
 }
 
 /// A view asks for a new layout of all rows for each widget that it gets; here that is done at once,
-/// and is nothing.
+/// and is nothing. No other layout may be due.
 void LayerList::putItem(QListWidgetItem *place, LayerItem *item)
 {
-    executeDelayedItemsLayout();
     const QScopedValueRollback<bool> putting(m_isPuttingItem, true);
     setItemWidget(place, item);
     executeDelayedItemsLayout();
@@ -364,6 +364,7 @@ void LayerList::dropSpareItems()
             rowAt(*this, row)->setLayer(item->currentLayerData());
             if (item->isAncestorOf(QApplication::focusWidget()))
                 setFocus();
+            setIndexWidget(*it, nullptr); // the view would go on laying it out otherwise
             delete item;
         }
         it = m_rowsWithItems.erase(it);
