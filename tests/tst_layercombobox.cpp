@@ -287,6 +287,15 @@ void tst_LayerComboBox::dropDownOnTheCurrentLayer()
     m_combo->slotUpdate();
     QCOMPARE(m_list->currentRow(), 8);
     QCOMPARE(m_list->verticalScrollBar()->value(), position);
+
+    // And on the row where the user is.
+    typeKeys(m_list, {Qt::Key_Down});
+    for (const auto &[gone, stays] :
+         {std::pair("Layer000", "Layer006"), {"Layer006", "Layer005"}}) {
+        KcHost::eraseLayer(**m_drawing, gone);
+        m_combo->refresh();
+        QCOMPARE(m_list->currentItem()->text(), QString(stays));
+    }
 }
 
 void tst_LayerComboBox::rowsOutOfSight()
@@ -606,6 +615,7 @@ void tst_LayerComboBox::closedDrawing()
     showOnScreen(*m_combo);
     KcHost::setWorkingDatabase(nullptr);
     m_combo->slotUpdate();
+    m_combo->refreshLayers({});
     QCOMPARE(m_combo->count(), 0);
     QVERIFY(!m_combo->lineEdit()->isVisible());
     LayerComboBox combo;

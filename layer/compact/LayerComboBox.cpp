@@ -22,9 +22,11 @@ namespace OvCc {
 /// List and face may have been deleted by the host.
 struct LayerComboBox::Private
 {
+    bool followDrawing(const QString &inHand);
     std::optional<bool> followLayer(const QString &name);
     bool isShowing(const LayerItemData &layer) const;
-    bool showCurrentLayer();
+    QString nameInHand() const;
+    bool showCurrentLayer(const QString &inHand);
     void installFace();
     void setFlag(int index, const QString &name, bool value);
 
@@ -90,23 +92,29 @@ void LayerComboBox::hidePopup()
 
 void LayerComboBox::slotUpdate()
 {
-    refresh();
+    m_d->followDrawing({});
 }
 
 bool LayerComboBox::refresh()
 {
-    if (m_d->isUpdating)
+    return m_d->followDrawing(m_d->nameInHand());
+}
+
+/// @param inHand see showCurrentLayer()
+bool LayerComboBox::Private::followDrawing(const QString &inHand)
+{
+    if (isUpdating)
         return false;
-    const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
+    const QScopedValueRollback<bool> updating(isUpdating, true);
 
     const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    const bool areRowsOther = m_d->list && m_d->list->setLayers(*layers);
+    const bool areRowsOther = list && list->setLayers(*layers);
     if (layers->isEmpty()) {
-        if (m_d->face)
-            m_d->face->hide();
+        if (face)
+            face->hide();
         return areRowsOther;
     }
-    return m_d->showCurrentLayer() || areRowsOther;
+    return showCurrentLayer(inHand) || areRowsOther;
 }
 
 bool LayerComboBox::refreshLayers(const QStringList &names)
@@ -122,10 +130,12 @@ bool LayerComboBox::refreshLayers(const QStringList &names)
         isAnyOther |= *isOther;
     }
     LayerItemData current;
-    if (OvLayerUtility().getCurrentLayer(current) && m_d->isShowing(current))
+    if (!OvLayerUtility().getCurrentLayer(current))
+        return refresh() || isAnyOther;
+    if (m_d->isShowing(current))
         return isAnyOther;
     const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
-    return m_d->showCurrentLayer() || isAnyOther;
+    return m_d->showCurrentLayer(m_d->nameInHand()) || isAnyOther;
 }
 
 /// @return whether its row is another one now; nothing if the layer came or went
@@ -146,15 +156,24 @@ bool LayerComboBox::Private::isShowing(const LayerItemData &layer) const
     return face && q->lineEdit() == face && q->currentIndex() == 0 && isSame(onFace, layer);
 }
 
+/// The name in the row that the user is about to choose, or may be; a null text while the drop-down is
+/// closed.
+QString LayerComboBox::Private::nameInHand() const
+{
+    return list && list->isVisible() ? list->nameAt(list->currentRow()) : QString();
+}
+
+/// @param inHand the layer in whose row the user stays, if it has one
 /// @return whether the face is another one now
-bool LayerComboBox::Private::showCurrentLayer()
+bool LayerComboBox::Private::showCurrentLayer(const QString &inHand)
 {
     installFace();
     const int row = q->getDisplayItem();
     if (list) {
+        const int rowInHand = inHand.isNull() ? -1 : list->rowOf(inHand);
         // The user may have scrolled to the very row that asked for this update.
         list->setAutoScroll(!list->isVisible());
-        list->setCurrentRow(row);
+        list->setCurrentRow(rowInHand < 0 ? row : rowInHand);
         list->setAutoScroll(true);
         list->setMouseTracking(false);
     }

@@ -65,7 +65,8 @@ public Q_SLOTS:
     /// call that comes while another one is running is ignored.
     void slotUpdate();
 
-    /// Does what slotUpdate() does.
+    /// As slotUpdate(), but in an open drop-down the row that is highlighted stays so: it is what the
+    /// user is about to choose. Only if its layer went, the current layer is highlighted.
     /// @return whether rows or face show anything else than before
     bool refresh();
 
