@@ -467,9 +467,15 @@ void tst_LayerLink::widgetsComeAndGo()
     QSignalSpy updated(&link, &LayerLink::updated);
     QTRY_COMPARE(updated.count(), 1);
     QCOMPARE(box->count(), 2);
+    connect(panel.table(), &LayerTableWidget::updateCurretnLayer, this, [&](const QString &name) {
+        KcHost::addLayer(*drawing, name + "2");
+        link.layersChanged();
+        QCoreApplication::processEvents(); // as a message box of the host has it
+    });
     KcHost::setCurrentLayer(*drawing, "Doors");
     link.layerChanged("Doors");
-    QTRY_COMPARE(updated.count(), 2);
+    QTRY_COMPARE(updated.count(), 3);
+    QCOMPARE(box->count(), 3);
     QVERIFY(panel.findChild<QLabel *>()->text().endsWith("Doors"));
 
     table.reset();

@@ -91,6 +91,7 @@ struct LayerLink::Private
     void note(const QStringList &layers);
     void noteAll(const QWidget *widget);
     void schedule();
+    void post();
 
     LayerLink *const q;
     std::vector<Linked> widgets{};
@@ -193,6 +194,8 @@ void LayerLink::flush()
     if (!self)
         return;
     m_d->isUpdating = false;
+    if (m_d->isScheduled)
+        m_d->post();
     LayerMemory::clear();
     if (isAnyOther)
         emit updated();
@@ -298,11 +301,16 @@ void LayerLink::Private::noteAll(const QWidget *widget)
     schedule();
 }
 
-/// A queued call comes before the event loop turns to what the user does next.
+/// While the widgets are put right, which may take an event loop of the host, nothing else is done.
 void LayerLink::Private::schedule()
 {
-    if (std::exchange(isScheduled, true))
-        return;
+    if (!std::exchange(isScheduled, true) && !isUpdating)
+        post();
+}
+
+/// A queued call comes before the event loop turns to what the user does next.
+void LayerLink::Private::post()
+{
     QMetaObject::invokeMethod(
             q,
             [this] {
