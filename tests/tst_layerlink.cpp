@@ -340,6 +340,7 @@ void tst_LayerLink::refusals()
     QVERIFY(!host.statusBar()->currentMessage().isEmpty());
     QVERIFY(isTakenBack("0", command("Delete")));
     QVERIFY(isTakenBack("Walls", command("Rename", "0\r")));
+    QVERIFY(isTakenBack("Doors", command("Rename", "Walls\r")));
     QVERIFY(isTakenBack("0", command("Rename", "Zinc\r")));
 
     KcDbLayerTableRecord *doors = getLayerByName("Doors");

@@ -8,6 +8,7 @@
 #include <OvCustomControl/LayerTableWidget.h>
 
 #include <QHash>
+#include <QPersistentModelIndex>
 #include <QSet>
 #include <QStringList>
 #include <QVector>
@@ -79,12 +80,13 @@ struct LayerTableWidget::Private
     /// What the user did here since the last refresh of all rows. The drawing need not follow.
     struct AheadOfDrawing
     {
-        QHash<QString, QString> renamed; ///< names in the drawing, by those in the table
+        QHash<QPersistentModelIndex, QString> renamed; ///< names in the drawing, by their cells
         QSet<QString> removed;
         QStringList marked; ///< rows that got the marker of the current layer, or lost it
     };
     AheadOfDrawing aheadOfDrawing;
-    void noteRenamed(const QString &from, const QString &to);
+    QString nameInDrawing(int row) const;
+    void noteRenamed(const QPersistentModelIndex &cell, const QString &from, const QString &to);
 };
 
 } // namespace OvCc

@@ -18,16 +18,30 @@ namespace OvCc {
 
 namespace {
 
-/// Finds rows by their names. Each is found once: where two have one name, the upper one first. A hash of
-/// Qt's takes an allocation for each name, which shows in what a refresh costs beyond reading.
+/// Names in the drawing, by the cells of rows that have another one in the table.
+using Renamed = QHash<QPersistentModelIndex, QString>;
+
+/// Finds rows by their names. Each is found once: where two have one name, the one that had it before
+/// the user renamed the other, and else the upper one first. A hash of Qt's takes an allocation for
+/// each name, which shows in what a refresh costs beyond reading.
 class RowsByName
 {
 public:
-    explicit RowsByName(const QVector<QStringList> &rows)
+    RowsByName(const QVector<QStringList> &rows, const Renamed &renamed)
         : m_rows(rows)
         , m_places(size_t(qNextPowerOfTwo(quint32(2 * rows.size()))), none)
     {
-        for (int row = 0; row < rows.size(); ++row)
+        QVector<int> later;
+        for (auto cell = renamed.keyBegin(); cell != renamed.keyEnd(); ++cell) {
+            if (cell->isValid())
+                later.append(cell->row());
+        }
+        std::sort(later.begin(), later.end());
+        for (int row = 0; row < rows.size(); ++row) {
+            if (!std::binary_search(later.cbegin(), later.cend(), row))
+                insert(row);
+        }
+        for (const int row : qAsConst(later))
             insert(row);
     }
 
@@ -76,8 +90,7 @@ struct Difference
     }
 
     /// Reads all layers. A row that was renamed here and not there has its name from there.
-    /// @param renamed the names in the drawing by those in the table
-    Difference(const QVector<QStringList> &present, const QHash<QString, QString> &renamed);
+    Difference(const QVector<QStringList> &present, const Renamed &renamed);
 
     const QStringList &textsOf(int row) const
     {
@@ -92,11 +105,11 @@ struct Difference
     QStringList last; ///< of those that were read; empty if none was
 };
 
-Difference::Difference(const QVector<QStringList> &present, const QHash<QString, QString> &renamed)
+Difference::Difference(const QVector<QStringList> &present, const Renamed &renamed)
     : rows(present)
     , isLayer(present.size(), false)
 {
-    RowsByName byName(present);
+    RowsByName byName(present, renamed);
     const auto match = [this](int row, const QStringList &read) {
         isLayer[row] = true;
         if (rows.at(row) != read)
@@ -116,9 +129,9 @@ Difference::Difference(const QVector<QStringList> &present, const QHash<QString,
         const auto read = std::find_if(added.begin(), added.end(), [name](const QStringList &each) {
             return each.at(NameColumn) == *name;
         });
-        const int row = read == added.end() ? -1 : byName.take(name.key());
-        if (row >= 0) {
-            match(row, *read);
+        const QPersistentModelIndex &cell = name.key();
+        if (read != added.end() && cell.isValid() && !isLayer.at(cell.row())) {
+            match(cell.row(), *read);
             added.erase(read);
         }
     }

@@ -166,10 +166,11 @@ void LayerTableWidget::Private::connectViews()
             editing, &TableEditing::editorClosed, q, [this] { followEditor(); },
             Qt::QueuedConnection);
     connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
-    connect(editing, &TableEditing::renamed, q, [this](const QString &from, const QString &to) {
-        noteRenamed(from, to);
-        emit q->layerRenamed(from, to);
-    });
+    connect(editing, &TableEditing::renamed, q,
+            [this](const QPersistentModelIndex &cell, const QString &from, const QString &to) {
+                noteRenamed(cell, from, to);
+                emit q->layerRenamed(from, to);
+            });
     connect(editing->delegate(), &LayerDelegate::updateCurretnLayer, q,
             &LayerTableWidget::updateCurretnLayer);
     connect(editing->delegate(), &LayerDelegate::layerDataChanged, q,

@@ -197,12 +197,20 @@ void LayerTableWidget::renameLayer()
         m_d->editName(row);
 }
 
-void LayerTableWidget::Private::noteRenamed(const QString &from, const QString &to)
+/// As far as is known without asking.
+QString LayerTableWidget::Private::nameInDrawing(int row) const
 {
-    const QString inDrawing = aheadOfDrawing.renamed.value(from, from);
-    aheadOfDrawing.renamed.remove(from);
-    if (inDrawing != to)
-        aheadOfDrawing.renamed.insert(to, inDrawing);
+    return aheadOfDrawing.renamed.value(rows->index(row, NameColumn),
+                                        rows->rows().at(row).at(NameColumn));
+}
+
+void LayerTableWidget::Private::noteRenamed(const QPersistentModelIndex &cell, const QString &from,
+                                            const QString &to)
+{
+    const QString inDrawing = aheadOfDrawing.renamed.value(cell, from);
+    aheadOfDrawing.renamed.remove(cell);
+    if (cell.isValid() && inDrawing != to)
+        aheadOfDrawing.renamed.insert(cell, inDrawing);
 }
 
 void LayerTableWidget::Private::editName(int row)
@@ -226,14 +234,14 @@ void LayerTableWidget::remove()
         m_d->editing->finish();
         QVector<int> order;
         for (int row = 0; row < m_d->rows->rowCount(); ++row) {
-            if (std::binary_search(places.begin(), places.end(), row))
-                names.append(m_d->rows->rows().at(row).at(NameColumn));
-            else
+            if (!std::binary_search(places.begin(), places.end(), row)) {
                 order.append(row);
+                continue;
+            }
+            names.append(m_d->rows->rows().at(row).at(NameColumn));
+            m_d->aheadOfDrawing.removed.insert(m_d->nameInDrawing(row));
         }
         m_d->arrange(order);
-        for (const QString &name : qAsConst(names))
-            m_d->aheadOfDrawing.removed.insert(m_d->aheadOfDrawing.renamed.value(name, name));
     }
     if (self)
         emit layersRemoved(names);

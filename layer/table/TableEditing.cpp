@@ -217,7 +217,7 @@ void TableEditing::note(QWidget *editor)
     const QString name = edit->cell.data().toString();
     const bool isNew = edit->cell == m_newCell;
     if (isNew || name != edit->before)
-        m_outcomes.append({isNew, edit->before, name});
+        m_outcomes.append({isNew, edit->cell, edit->before, name});
     if (isNew)
         m_newCell = QModelIndex();
     edit->before = name;
@@ -231,7 +231,7 @@ void TableEditing::tell()
         if (outcome.isNew)
             emit added(outcome.name);
         else
-            emit renamed(outcome.before, outcome.name);
+            emit renamed(outcome.cell, outcome.before, outcome.name);
     }
 }
 

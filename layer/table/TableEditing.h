@@ -63,7 +63,9 @@ public:
 
 Q_SIGNALS:
     void added(QString name);
-    void renamed(QString from, QString to);
+
+    /// @param cell the one of the name, if it is still there
+    void renamed(QPersistentModelIndex cell, QString from, QString to);
 
     /// An editor was closed. Its view is not done with that yet.
     void editorClosed();
@@ -78,6 +80,7 @@ private:
     struct Outcome
     {
         bool isNew;
+        QPersistentModelIndex cell;
         QString before;
         QString name;
     };
