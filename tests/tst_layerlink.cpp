@@ -235,13 +235,21 @@ void tst_LayerLink::clicksAndCommands()
     const QList<int> flags{OnColumn, ThawedColumn, UnlockedColumn};
 
     for (const QString name : {"Stairs", "Doors"}) {
-        for (const int column : flags)
+        for (const int column : flags) {
+            host.table->sortByColumn(column, Qt::AscendingOrder); // so that the row moves
             QVERIFY(isInStepAfter(1, [&] { host.clickCell(name, column); }));
-        QCOMPARE(host.selected(), QStringList{name});
+            QCOMPARE(host.selected(), QStringList{name});
+        }
         for (const int column : {ColorColumn, NameColumn, LinetypeColumn, CurrentColumn})
             QVERIFY(isInStepAfter(0, [&] { host.clickCell(name, column); }));
         QCOMPARE(host.selected(), QStringList{name});
     }
+    host.table->sortByColumn(OnColumn, Qt::DescendingOrder);
+    host.clickCell("0", NameColumn);
+    QVERIFY(isInStepAfter(1, [&] { host.clickCell("Walls", OnColumn, Qt::ControlModifier); }));
+    QCOMPARE(host.selected(), QStringList({"0", "Walls"}));
+    host.clickCell("Doors", NameColumn);
+    host.table->sortByColumn(NameColumn, Qt::AscendingOrder);
     for (int button = 0; button < 3; ++button) {
         QVERIFY(isInStepAfter(1, [&] { host.clickInBox("Walls", button); }));
         QVERIFY(isInStepAfter(1, [&] { host.clickInBox("Walls", button); }));

@@ -5,7 +5,8 @@
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
 
-#include <QItemSelectionModel>
+#include <QMouseEvent>
+#include <QTableView>
 
 #include <algorithm>
 #include <memory>
@@ -14,7 +15,7 @@ namespace OvCc {
 
 namespace {
 
-/// Tells which editors its views open and close.
+/// Tells which editors its views open and close, and what is pressed.
 class TableDelegate : public LayerDelegate
 {
 public:
@@ -39,12 +40,26 @@ public:
         m_editing.closed(editor);
     }
 
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override
+    {
+        const QPointer<TableEditing> editing(&m_editing);
+        const bool isPress = event->type() == QEvent::MouseButtonPress;
+        const QPersistentModelIndex cell(isPress ? index : QModelIndex());
+        const bool isUsedUp = LayerDelegate::editorEvent(event, model, option, index);
+        if (editing)
+            editing->pressed(cell, isPress ? static_cast<QMouseEvent *>(event)->y() : 0);
+        return isUsedUp;
+    }
+
 private:
     TableEditing &m_editing;
 };
 
 /// When another cell becomes the current one, a view closes the editor of the one before. What there
 /// is to tell of that waits until all have followed the change.
+///
+/// A view lets the delegate have a press before it selects what is in that place by then.
 class TableSelection : public QItemSelectionModel
 {
 public:
@@ -64,6 +79,12 @@ public:
     {
         const TableEditing::Hold hold(m_editing);
         QItemSelectionModel::clearCurrentIndex();
+    }
+
+    using QItemSelectionModel::select;
+    void select(const QItemSelection &selection, SelectionFlags command) override
+    {
+        QItemSelectionModel::select(m_editing.asPressed(selection, command), command);
     }
 
 private:
@@ -185,6 +206,29 @@ void TableEditing::closed(QWidget *editor)
     note(editor);
     if (m_open.remove(editor) > 0)
         emit editorClosed();
+}
+
+void TableEditing::pressed(const QModelIndex &cell, int y)
+{
+    m_pressed = cell;
+    m_pressedAt = y;
+}
+
+QItemSelection TableEditing::asPressed(const QItemSelection &wanted,
+                                       QItemSelectionModel::SelectionFlags command)
+{
+    const QModelIndex cell = m_pressed;
+    const int there = cell.isValid() && wanted.size() == 1 ? m_table.rowAt(m_pressedAt) : -1;
+    if (there < 0 || (wanted.first().top() != there && wanted.first().bottom() != there))
+        return wanted;
+    m_pressed = QModelIndex();
+    if (!command.testFlag(QItemSelectionModel::Current))
+        return QItemSelection(cell, cell);
+    // From the row where the user began, which is the other end.
+    const bool isTop = wanted.first().top() == there;
+    const int begin = isTop ? wanted.first().bottom() : wanted.first().top();
+    return QItemSelection(cell.sibling(qMin(begin, cell.row()), cell.column()),
+                          cell.sibling(qMax(begin, cell.row()), cell.column()));
 }
 
 void TableEditing::commit(QWidget *editor)

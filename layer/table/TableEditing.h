@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QItemSelectionModel>
 #include <QList>
 #include <QPersistentModelIndex>
 #include <QPointer>
@@ -15,7 +16,7 @@ class LayerDelegate;
 
 /// Editing in a layer table and its frozen view, which share one delegate and one selection. Whoever
 /// closes the editor of a name, this tells once what became of the name; nothing if a reload has
-/// taken its row away.
+/// taken its row away. What the user clicks is selected wherever the host has moved it meanwhile.
 class TableEditing : public QObject
 {
     Q_OBJECT
@@ -61,6 +62,15 @@ public:
     void opened(QWidget *editor, const QModelIndex &index);
     void closed(QWidget *editor);
 
+    /// For the delegate: an event was dealt with, and if that was a press, the view selects next.
+    /// @param cell the one that was pressed, wherever it is now
+    /// @param y    where, in the viewport
+    void pressed(const QModelIndex &cell, int y);
+
+    /// For the selection: @p wanted, with the row that was pressed in place of the one that is there now.
+    QItemSelection asPressed(const QItemSelection &wanted,
+                             QItemSelectionModel::SelectionFlags command);
+
 Q_SIGNALS:
     void added(QString name);
 
@@ -96,6 +106,8 @@ private:
     LayerDelegate *m_delegate;
     QHash<QWidget *, Edit> m_open;
     QPersistentModelIndex m_newCell;
+    QPersistentModelIndex m_pressed;
+    int m_pressedAt = 0;
     QList<Outcome> m_outcomes;
     int m_holds = 0;
 };
