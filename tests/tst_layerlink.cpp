@@ -398,6 +398,17 @@ void tst_LayerLink::otherDrawing()
     KcHost::setWorkingDatabase(&*host.drawing);
     host.link->drawingChanged();
     QTRY_COMPARE(host.difference(), QString());
+
+    QTimer::singleShot(0, this, [&] {
+        KcHost::setWorkingDatabase(other.get());
+        host.link->drawingChanged();
+        host.link->flush();
+        if (QWidget *question = QApplication::activeModalWidget())
+            QTest::keyClick(question, Qt::Key_Return);
+    });
+    host.clickCell("0", OnColumn);
+    QCOMPARE(host.difference(), QString());
+    QVERIFY(host.text(host.rowOf("0"), OnColumn) == "true" && renamed.isEmpty());
 }
 
 void tst_LayerLink::hostsThatDoOddThings()

@@ -66,7 +66,7 @@ public Q_SLOTS:
     void layersChanged();
 
     /// The working drawing is another one, or none any more. A name that is being typed was for the
-    /// one before, and is dropped.
+    /// one before, and so was what a table may be asking the user: both are dropped.
     void drawingChanged();
 
     /// Does at once what is due, if anything is. A call that comes while the widgets are put right

@@ -283,6 +283,12 @@ int LayerDelegate::lineWeightIndexMap(QString label) const
     return static_cast<int>(lineWeightSwatchWidth(lineWeightRowOf(LineWeightDefault) + place));
 }
 
+void LayerDelegate::dropQuestion()
+{
+    if (m_d->warningDialog->isVisible())
+        m_d->warningDialog->reject();
+}
+
 void LayerDelegate::commitAndCloseEditor()
 {
     if (auto *edit = qobject_cast<QLineEdit *>(sender())) {

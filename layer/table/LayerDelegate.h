@@ -51,6 +51,9 @@ public:
     /// translated where it is painted.
     int lineWeightIndexMap(QString label) const;
 
+    /// Takes back what the user is being asked, as if it was declined: it was about another drawing.
+    void dropQuestion();
+
 public Q_SLOTS:
     /// Commits and closes the line edit that sent the signal.
     void commitAndCloseEditor();

@@ -106,8 +106,8 @@ public Q_SLOTS:
     /// a layer that came or went, it is a refresh().
     bool refreshLayers(const QStringList &names);
 
-    /// As refresh(), for another working drawing than before. What is being edited is dropped: it was
-    /// about the other drawing. Selected stays what bears a name that was selected; otherwise the
+    /// As refresh(), for another working drawing than before. What is being edited or asked is dropped: it
+    /// was about the other drawing. Selected stays what bears a name that was selected; otherwise the
     /// current layer is selected and brought into sight.
     bool showOtherDrawing();
 

@@ -164,6 +164,7 @@ void TableEditing::finish()
 
 void TableEditing::drop()
 {
+    m_delegate->dropQuestion();
     m_newCell = QModelIndex();
     m_outcomes.clear();
     const QList<QWidget *> editors = m_open.keys();

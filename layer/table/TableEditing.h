@@ -52,6 +52,7 @@ public:
     void finish();
 
     /// Closes all editors but persistent ones, and forgets what was typed; nothing is told of that.
+    /// Nor is a question answered any more.
     void drop();
 
     /// The rows in which an editor is open, ascending.
