@@ -344,12 +344,12 @@ bool LayerDelegate::Private::confirmSwitchingOff(const QString &name,
                                                  std::optional<FlagChange> &change)
 {
     std::optional<bool> before;
-    const auto begun = connect(warningDialog, &LayerWarningDialog::aboutToSwitch,
-                               [&, delegate = QPointer<LayerDelegate>(q)] {
-                                   change = FlagChange::Refused;
-                                   beginChange(delegate, OnColumn, false);
-                                   before = layerFlag(name, OnColumn);
-                               });
+    const auto begin = [&, delegate = QPointer<LayerDelegate>(q)] {
+        change = FlagChange::Refused;
+        beginChange(delegate, OnColumn, false);
+        before = layerFlag(name, OnColumn);
+    };
+    const auto begun = connect(warningDialog, &LayerWarningDialog::aboutToSwitch, begin);
     warningDialog->setButtonStatus(true);
     warningDialog->setIsOn(true);
     warningDialog->setLayerName(name);
