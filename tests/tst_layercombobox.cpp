@@ -444,13 +444,15 @@ void tst_LayerComboBox::gestures()
         heard += what + (walls.isOn ? "" : " off") + (walls.isFrozen ? " frozen" : "")
                  + (walls.isLocked ? " locked" : "");
     };
-    connect(m_combo.get(), &LayerComboBox::changesBegin, this, hear);
-    connect(m_combo.get(), &LayerComboBox::changesEnd, this, [&hear](int changed, int refused) {
+    const auto hearEnd = [&hear](int changed, int refused) {
         hear(QString("%1+%2").arg(changed).arg(refused));
-    });
-    connect(m_combo.get(), &LayerComboBox::layersToggled, this,
-            [&hear](const QStringList &names) { hear(names.join('+')); });
-    connect(m_combo.get(), &LayerComboBox::layerComboBoxChanged, this, [&] { hear("face"); });
+    };
+    const auto hearNames = [&hear](const QStringList &names) { hear(names.join('+')); };
+    const auto hearFace = [&hear] { hear("face"); };
+    connect(m_combo.get(), &LayerComboBox::changesBegin, this, hear);
+    connect(m_combo.get(), &LayerComboBox::changesEnd, this, hearEnd);
+    connect(m_combo.get(), &LayerComboBox::layersToggled, this, hearNames);
+    connect(m_combo.get(), &LayerComboBox::layerComboBoxChanged, this, hearFace);
     openPopup();
     const auto heardOf = [&](int row, std::initializer_list<Button> buttons) {
         heard.clear();
@@ -470,11 +472,6 @@ void tst_LayerComboBox::gestures()
 
     OvLayerUtility().setLayerOff("Doors", false);
     QCOMPARE(heardOf(1, {Light}), "Switch layer off, 0+0"); // as it was already
-    KcDbLayerTableRecord *doors = getLayerByName("Doors");
-    QCOMPARE(heardOf(1, {Lock}), "Lock layer, 0+1");
-    QCOMPARE(doors->upgradeOpen(), Kcore::eOk);
-    QCOMPARE(heardOf(1, {Lock}), "Unlock layer, 0+1");
-    doors->close();
     KcHost::eraseLayer(**m_drawing, "Doors");
     QCOMPARE(heardOf(1, {Light}), "Switch layer on, 0+1");
 }

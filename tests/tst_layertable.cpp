@@ -729,7 +729,8 @@ void tst_LayerTable::refreshTouchesWhatDiffers()
     m_panel->refresh();
     QCOMPARE(m_panel->findChild<QLabel *>()->text(), QString("Current layer: Walls"));
     Paints paints;
-    for (QWidget *each : m_panel->findChildren<QWidget *>())
+    const QList<QWidget *> parts = m_panel->findChildren<QWidget *>();
+    for (QWidget *each : parts)
         each->installEventFilter(&paints);
     QTRY_VERIFY((paints.places.clear(), QApplication::processEvents(), paints.places.isEmpty()));
     const int top = m_table->rowAt(10);

@@ -15,14 +15,14 @@ struct Notice
     int loopLevel;
 };
 
-std::optional<Notice> underWay;
+const Notice *underWay = nullptr;
 
 } // namespace
 
 void tellHost(const QStringList &layers)
 {
-    const QScopedValueRollback<std::optional<Notice>> rollback(
-            underWay, Notice{layers, QThread::currentThread()->loopLevel()});
+    const Notice notice{layers, QThread::currentThread()->loopLevel()};
+    const QScopedValueRollback<const Notice *> rollback(underWay, &notice);
     ovSetLayerTableChanges();
 }
 

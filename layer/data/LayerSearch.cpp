@@ -17,17 +17,22 @@ struct Remembered
 };
 
 int memories = 0;
-std::optional<Remembered> lastFound;
+std::optional<Remembered> &lastFound()
+{
+    static std::optional<Remembered> layer;
+    return layer;
+}
 
 std::optional<FoundLayer> rememberedLayer(const QString &name)
 {
-    if (!lastFound || lastFound->name != name || lastFound->drawing != getCurrentDb())
+    const std::optional<Remembered> &last = lastFound();
+    if (!last || last->name != name || last->drawing != getCurrentDb())
         return std::nullopt;
     KcDbLayerTableRecord *layer = nullptr;
-    if (kcdbOpenObject(layer, lastFound->id, KcDb::kForRead, false) != Kcore::eOk || !layer)
+    if (kcdbOpenObject(layer, last->id, KcDb::kForRead, false) != Kcore::eOk || !layer)
         return std::nullopt;
     if (layerName(*layer) == name)
-        return FoundLayer{layer, lastFound->position};
+        return FoundLayer{layer, last->position};
     layer->close();
     return std::nullopt;
 }
@@ -41,7 +46,7 @@ std::optional<FoundLayer> findLayer(const QString &name)
         return found;
     found = searchLayer(name);
     if (found && memories > 0)
-        lastFound = {getCurrentDb(), name, found->record->objectId(), found->position};
+        lastFound() = {getCurrentDb(), name, found->record->objectId(), found->position};
     return found;
 }
 
@@ -74,7 +79,7 @@ LayerMemory::~LayerMemory()
 
 void LayerMemory::clear()
 {
-    lastFound.reset();
+    lastFound().reset();
 }
 
 } // namespace OvCc
