@@ -120,7 +120,8 @@ public:
     void command(const QString &text, const QString &typed = {})
     {
         QToolBar *bar = findChild<QToolBar *>();
-        for (QAction *action : bar->actions()) {
+        const QList<QAction *> actions = bar->actions();
+        for (QAction *action : actions) {
             if (action->text() == text)
                 click(bar->widgetForAction(action));
         }
@@ -234,7 +235,8 @@ void tst_LayerLink::clicksAndCommands()
     };
     const QList<int> flags{OnColumn, ThawedColumn, UnlockedColumn};
 
-    for (const QString name : {"Stairs", "Doors"}) {
+    for (const char *layer : {"Stairs", "Doors"}) {
+        const QString name = layer;
         for (const int column : flags) {
             host.table->sortByColumn(column, Qt::AscendingOrder); // so that the row moves
             QVERIFY(isInStepAfter(1, [&] { host.clickCell(name, column); }));
@@ -388,7 +390,7 @@ void tst_LayerLink::otherDrawing()
     host.link->flush();
     QCOMPARE(host.difference(), QString());
     QCOMPARE(host.selected(), QStringList{"0"});
-    QCOMPARE(host.names().last(), QString("Walls")); // which is off
+    QCOMPARE(host.names().constLast(), QString("Walls")); // which is off
 
     KcHost::setWorkingDatabase(nullptr);
     host.link->drawingChanged();
@@ -443,12 +445,10 @@ void tst_LayerLink::hostsThatDoOddThings()
             if (++rounds < 100 && link && panel && box)
                 deed(host);
         };
-        for (const auto signal : {&LayerLink::currentLayerRequested, &LayerLink::addRequested,
-                                  &LayerLink::changesBegin, &LayerLink::layerChosen})
-            connect(host.link, signal, this, act);
-        for (const auto signal : {&LayerLink::removeRequested, &LayerLink::layersToggled})
-            connect(host.link, signal, this, act);
-        connect(host.link, &LayerLink::updated, this, act);
+        const auto inside = [&](auto... signal) { (connect(host.link, signal, this, act), ...); };
+        inside(&LayerLink::currentLayerRequested, &LayerLink::addRequested,
+               &LayerLink::removeRequested, &LayerLink::changesBegin, &LayerLink::layersToggled,
+               &LayerLink::layerChosen, &LayerLink::updated);
         const std::function<void()> works[]{
                 [&] { host.clickCell("Doors", OnColumn); },
                 [&] { host.clickInBox("Walls", 2); },
@@ -525,8 +525,8 @@ void tst_LayerLink::randomWork()
     });
     answers.start(0);
     int column = NameColumn;
-    const QRegularExpression found[]{QRegularExpression(""), QRegularExpression("^[lL]"),
-                                     QRegularExpression("1$")};
+    static const QRegularExpression found[]{QRegularExpression(""), QRegularExpression("^[lL]"),
+                                            QRegularExpression("1$")};
     int search = 0;
     const auto anyName = [&] {
         const QStringList names = host.names().filter(found[search]);
