@@ -121,10 +121,11 @@ bool LayerComboBox::refreshLayers(const QStringList &names)
 {
     if (m_d->isUpdating)
         return false;
+    if (names.size() > mostSearches)
+        return refresh();
     bool isAnyOther = false;
     for (const QString &name : names) {
-        const std::optional<bool> isOther =
-                names.size() > mostSearches ? std::nullopt : m_d->followLayer(name);
+        const std::optional<bool> isOther = m_d->followLayer(name);
         if (!isOther)
             return refresh() || isAnyOther;
         isAnyOther |= *isOther;

@@ -37,6 +37,8 @@ private:
 
 bool RowOrder::operator()(const QStringList &row, const QStringList &other) const
 {
+    if (column < 0 || column >= row.size())
+        return false;
     const int comparison = row.at(column).compare(other.at(column));
     return order == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
 }

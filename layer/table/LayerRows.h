@@ -6,7 +6,7 @@
 
 namespace OvCc {
 
-/// How rows are sorted: by the texts of a column.
+/// How rows are sorted: by the texts of a column; by nothing, if they have no such column.
 struct RowOrder
 {
     int column;

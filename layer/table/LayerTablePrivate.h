@@ -46,6 +46,7 @@ struct LayerTableWidget::Private
     Followed followDrawing();
     Followed followLayers(const QStringList &changedNames);
     void showTexts(int row, const QStringList &texts);
+    RowOrder sortOrder() const;
     bool isInItsPlace(int row) const;
     int rowNamed(const QString &name) const;
     void selectAgain(const QSet<QString> &removed);

@@ -185,9 +185,8 @@ private:
 /// The rows that are to be there, in their order. Those in @p edited stay where they stand.
 QVector<int> orderOf(const Difference &difference, RowOrder isBefore, const QVector<int> &edited)
 {
-    const bool isSorted = isBefore.column >= 0 && isBefore.column < LayerColumnCount;
-    Sorting sorting([&difference, isBefore, isSorted](int row, int other) {
-        return isSorted && isBefore(difference.textsOf(row), difference.textsOf(other));
+    Sorting sorting([&difference, isBefore](int row, int other) {
+        return isBefore(difference.textsOf(row), difference.textsOf(other));
     });
     const int present = difference.rows.size();
     for (int row = 0; row < present; ++row) {
@@ -278,9 +277,7 @@ LayerTableWidget::Private::Followed LayerTableWidget::Private::followDrawing()
 
     for (const auto &[row, texts] : difference.changed)
         showTexts(row, texts);
-    const QHeaderView &header = *q->horizontalHeader();
-    const QVector<int> order = orderOf(
-            difference, {header.sortIndicatorSection(), header.sortIndicatorOrder()}, edited);
+    const QVector<int> order = orderOf(difference, sortOrder(), edited);
     const bool isArranged = difference.added.isEmpty() && order.size() == rows->rowCount()
                             && std::is_sorted(order.cbegin(), order.cend());
     if (!isArranged)
@@ -331,9 +328,7 @@ LayerTableWidget::Private::followLayers(const QStringList &changedNames)
     }
     if (isArranged)
         return followed;
-    const QHeaderView &header = *q->horizontalHeader();
-    arrange(orderOf(Difference(rows->rows()),
-                    {header.sortIndicatorSection(), header.sortIndicatorOrder()}, {}));
+    arrange(orderOf(Difference(rows->rows()), sortOrder(), {}));
     return {true, current.name};
 }
 
@@ -346,13 +341,16 @@ void LayerTableWidget::Private::showTexts(int row, const QStringList &texts)
     }
 }
 
+RowOrder LayerTableWidget::Private::sortOrder() const
+{
+    const QHeaderView &header = *q->horizontalHeader();
+    return {header.sortIndicatorSection(), header.sortIndicatorOrder()};
+}
+
 /// Whether the row stands between its neighbours as the table is sorted.
 bool LayerTableWidget::Private::isInItsPlace(int row) const
 {
-    const QHeaderView &header = *q->horizontalHeader();
-    const RowOrder isBefore{header.sortIndicatorSection(), header.sortIndicatorOrder()};
-    if (isBefore.column < 0 || isBefore.column >= LayerColumnCount)
-        return true;
+    const RowOrder isBefore = sortOrder();
     const QVector<QStringList> &texts = rows->rows();
     return (row == 0 || !isBefore(texts.at(row), texts.at(row - 1)))
            && (row + 1 == texts.size() || !isBefore(texts.at(row + 1), texts.at(row)));
