@@ -23,11 +23,15 @@ function(ovcc_own_target target)
     if(type STREQUAL SHARED_LIBRARY)
         target_link_options(${target} PRIVATE LINKER:--version-script=${OVCC_SYMBOL_MAP})
         set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${OVCC_SYMBOL_MAP})
+        set_target_properties(${target} PROPERTIES
+            VERSION ${PROJECT_VERSION}
+            SOVERSION ${PROJECT_VERSION_MAJOR})
     endif()
 endfunction()
 
 # ovcc_check_host_sdk(): stops with one sentence if OVCC_HOST_SDK_DIR is not the folder to compile
-# against, so that nobody has to find out from errors of the compiler.
+# against, so that nobody has to find out from errors of the compiler. Tells in OVCC_HOST_SDK_IS_OWN
+# whether it is that of the embedded host.
 function(ovcc_check_host_sdk)
     set(headers KcDb.h KcEd.h OvHost.h)
     if(OVCC_BUILD_RIBBON)
@@ -46,15 +50,23 @@ function(ovcc_check_host_sdk)
     endif()
     get_filename_component(folder "${OVCC_HOST_SDK_DIR}" REALPATH)
     get_filename_component(own "${PROJECT_SOURCE_DIR}/host/sdk" REALPATH)
-    if(OVCC_BUILD_HOST AND NOT folder STREQUAL own)
+    set(OVCC_HOST_SDK_IS_OWN OFF)
+    if(folder STREQUAL own)
+        set(OVCC_HOST_SDK_IS_OWN ON)
+    endif()
+    set(OVCC_HOST_SDK_IS_OWN ${OVCC_HOST_SDK_IS_OWN} PARENT_SCOPE)
+    if(OVCC_BUILD_HOST AND NOT OVCC_HOST_SDK_IS_OWN)
         message(FATAL_ERROR "OVCC_HOST_SDK_DIR (${OVCC_HOST_SDK_DIR}) is of another host than the "
             "embedded one: configure with -DOVCC_BUILD_HOST=OFF.")
     endif()
 endfunction()
 
-# ovcc_keep_header(<name>): says that there is a header <name> in the include tree.
-function(ovcc_keep_header name)
+# ovcc_keep_header(<name> <header>): says that there is a header <name> in the include tree, and that
+# users of an installation include <header> by that name.
+function(ovcc_keep_header name header)
     set_property(GLOBAL APPEND PROPERTY OVCC_HEADERS "${OVCC_INCLUDE_DIR}/${name}")
+    get_filename_component(folder "${name}" DIRECTORY)
+    ovcc_install_files(development ${OVCC_INSTALL_INCLUDEDIR}/${folder} "${header}")
 endfunction()
 
 # ovcc_remove_other_headers(): removes what an earlier configuration left in the include tree.
@@ -78,7 +90,7 @@ function(ovcc_forward_header name header)
     if(NOT "${present}" STREQUAL "${content}")
         file(WRITE "${file}" "${content}")
     endif()
-    ovcc_keep_header("${name}")
+    ovcc_keep_header("${name}" "${header}")
 endfunction()
 
 # ovcc_forward_public_headers(<umbrella> <header>...): forwards each header under its own name in
@@ -93,5 +105,5 @@ function(ovcc_forward_public_headers umbrella)
         string(APPEND includes "#include <${folder}/${name}>\n")
     endforeach()
     file(GENERATE OUTPUT "${OVCC_INCLUDE_DIR}/${umbrella}" CONTENT "${includes}")
-    ovcc_keep_header("${umbrella}")
+    ovcc_keep_header("${umbrella}" "${OVCC_INCLUDE_DIR}/${umbrella}")
 endfunction()

@@ -11,6 +11,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tessa-viewer"));
     QApplication::setApplicationVersion(QStringLiteral(TESSA_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral(TESSA_DESKTOP_ID));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
