@@ -18,6 +18,7 @@ set(OVCC_PACKAGE OvCustomControl${OVCC_PACKAGE_SUFFIX})
 set(OVCC_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR})
 set(OVCC_INSTALL_SDKDIR ${OVCC_INSTALL_INCLUDEDIR}/KcSdk)
 
+set(OVCC_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/${OVCC_PACKAGE})
 set(OVCC_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/${OVCC_PACKAGE})
 set(OVCC_PACKAGE_TEMPLATES ${CMAKE_CURRENT_LIST_DIR}/package)
 
@@ -84,5 +85,5 @@ function(ovcc_install_package)
     ovcc_install_files(development ${OVCC_INSTALL_CMAKEDIR} ${config} ${version})
     install(EXPORT ${OVCC_PACKAGE} FILE ${OVCC_PACKAGE}Targets.cmake NAMESPACE OvCustomControl::
         DESTINATION ${OVCC_INSTALL_CMAKEDIR} COMPONENT development)
-    ovcc_install_files(runtime ${CMAKE_INSTALL_DOCDIR} LICENSE CHANGELOG.md)
+    ovcc_install_files(runtime ${OVCC_INSTALL_DOCDIR} LICENSE CHANGELOG.md)
 endfunction()
