@@ -9,13 +9,16 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
-# The CMake package, the library of widgets and its file for pkg-config go by this name. What is
-# installed with another suffix can stand beside it.
+# The CMake package, the library of widgets and its file for pkg-config go by this name. Packages with
+# different suffixes share no file but those of the viewer.
 set(OVCC_PACKAGE OvCustomControl${OVCC_PACKAGE_SUFFIX})
 
 # From here headers are included as <OvCustomControl/Name.h> and <KcHost/Name.h>, and from the second
 # folder the host's by their plain names.
 set(OVCC_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR})
+if(OVCC_PACKAGE_SUFFIX)
+    string(APPEND OVCC_INSTALL_INCLUDEDIR /${OVCC_PACKAGE})
+endif()
 set(OVCC_INSTALL_SDKDIR ${OVCC_INSTALL_INCLUDEDIR}/KcSdk)
 
 set(OVCC_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/${OVCC_PACKAGE})
