@@ -32,9 +32,14 @@ function(ovcc_install_files component folder)
     endif()
 endfunction()
 
-# ovcc_install_library(<target> <name>): makes the library OvCustomControl::<name> of the package.
+# ovcc_install_library(<target> <name>): makes the library OvCustomControl::<name> of the package, or
+# OvCustomControlQt6::<name>; for a project around this one it goes by both.
 function(ovcc_install_library target name)
     set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
+    add_library(OvCustomControl::${name} ALIAS ${target})
+    if(OVCC_PACKAGE_SUFFIX)
+        add_library(${OVCC_PACKAGE}::${name} ALIAS ${target})
+    endif()
     get_target_property(type ${target} TYPE)
     if(NOT type STREQUAL INTERFACE_LIBRARY)
         set_target_properties(${target} PROPERTIES OUTPUT_NAME ${target}${OVCC_PACKAGE_SUFFIX})
@@ -86,7 +91,7 @@ function(ovcc_install_package)
         INSTALL_DESTINATION ${OVCC_INSTALL_CMAKEDIR})
     write_basic_package_version_file(${version} COMPATIBILITY SameMajorVersion)
     ovcc_install_files(development ${OVCC_INSTALL_CMAKEDIR} ${config} ${version})
-    install(EXPORT ${OVCC_PACKAGE} FILE ${OVCC_PACKAGE}Targets.cmake NAMESPACE OvCustomControl::
+    install(EXPORT ${OVCC_PACKAGE} FILE ${OVCC_PACKAGE}Targets.cmake NAMESPACE ${OVCC_PACKAGE}::
         DESTINATION ${OVCC_INSTALL_CMAKEDIR} COMPONENT development)
     ovcc_install_files(runtime ${OVCC_INSTALL_DOCDIR} LICENSE CHANGELOG.md)
 endfunction()
