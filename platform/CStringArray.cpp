@@ -78,5 +78,5 @@ void CStringArray::InsertAt(int index, const CString &text, int count)
 void CStringArray::RemoveAt(int index, int count)
 {
     if (index >= 0 && index < m_texts.size())
-        m_texts.remove(index, std::clamp(count, 0, m_texts.size() - index));
+        m_texts.remove(index, std::clamp(count, 0, int(m_texts.size()) - index));
 }

@@ -104,7 +104,7 @@ QString content(const QString &line)
 QString keyName(const QString &line)
 {
     const QString text = content(line);
-    return text.left(std::max(text.indexOf('='), 0)).trimmed();
+    return text.left(std::max(int(text.indexOf('=')), 0)).trimmed();
 }
 
 QString valueText(const QString &line)
@@ -339,7 +339,7 @@ Dword OvKernel32::getPrivateProfileString(const wchar_t *section, const wchar_t 
         return fail(ErrorInvalidParameter, 0U);
     const Lines lines = load(file).lines;
     if (!section)
-        return copyTexts(partsOf(lines, {0, lines.size()}, sectionName), buffer, size);
+        return copyTexts(partsOf(lines, {0, int(lines.size())}, sectionName), buffer, size);
     if (!key)
         return copyTexts(partsOf(lines, findSection(lines, named(section)), keyName), buffer, size);
     const auto value = valueOf(section, key, lines);

@@ -20,6 +20,7 @@ bool FacePress::eventFilter(QObject *watched, QEvent *event)
     const bool isPress = event->type() == QEvent::MouseButtonPress;
     if (!isPress && event->type() != QEvent::MouseButtonRelease)
         return false;
+    auto *widget = static_cast<QWidget *>(watched);
     const auto *mouse = static_cast<QMouseEvent *>(event);
 
     if (watched == parent()) {
@@ -30,11 +31,11 @@ bool FacePress::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
 
-    if (!m_combo->rect().contains(m_combo->mapFromGlobal(mouse->globalPos())))
+    if (!m_combo->rect().contains(m_combo->mapFromGlobal(widget->mapToGlobal(mouse->pos()))))
         return false;
     // The press that closes the popup would be played again to the face and open it at once.
     if (isPress)
-        static_cast<QWidget *>(watched)->setAttribute(Qt::WA_NoMouseReplay);
+        widget->setAttribute(Qt::WA_NoMouseReplay);
     // The release of the press that opened the popup must not close it.
     return !isPress;
 }

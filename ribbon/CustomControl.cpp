@@ -61,7 +61,7 @@ void CustomControl::adjustGeometry()
         setFixedWidth(m_d->companion->width() + 165);
 }
 
-void CustomControl::enterEvent(QEvent *event)
+void CustomControl::enterEvent(EnterEvent *event)
 {
     emit enter(true);
     QWidget::enterEvent(event);

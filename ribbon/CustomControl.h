@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OvCustomControl/OvccExport.h>
+#include <OvCustomControl/QtVersions.h>
 
 #include <QWidget>
 
@@ -46,7 +47,7 @@ Q_SIGNALS:
     void enter(bool isInside);
 
 protected:
-    void enterEvent(QEvent *event) override;
+    void enterEvent(EnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
 
 private:

@@ -79,7 +79,7 @@ MinMaxButton::~MinMaxButton()
     delete m_d->restoreButton;
 }
 
-void MinMaxButton::enterEvent(QEvent *event)
+void MinMaxButton::enterEvent(EnterEvent *event)
 {
     emit enter(true);
     QWidget::enterEvent(event);

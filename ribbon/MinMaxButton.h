@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OvCustomControl/OvccExport.h>
+#include <OvCustomControl/QtVersions.h>
 
 #include <QWidget>
 
@@ -33,7 +34,7 @@ Q_SIGNALS:
     void clickedNormal();
 
 protected:
-    void enterEvent(QEvent *event) override;
+    void enterEvent(EnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
 
 private:

@@ -1,5 +1,6 @@
 #include "Support.h"
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTimer>

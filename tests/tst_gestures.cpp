@@ -92,7 +92,7 @@ private slots:
             QTest::mouseRelease(view->viewport(), button, {}, pos);
         }
     }
-    void press(const QString &key, const QString &) { QTest::keyClick(m_names, keyOf(key)); }
+    void press(const QString &key, const QString &) { QTest::keySequence(m_names, QKeySequence(key)); }
     void search(const QString &text, const QString &)
     {
         QTest::keyClicks(m_panel.searchEdit(), text);
@@ -105,7 +105,7 @@ private slots:
         QMetaObject::invokeMethod(&m_panel, qPrintable(name));
         if (QWidget *editor = m_names->indexWidget(m_names->currentIndex())) {
             QTest::keyClicks(editor, "x");
-            QTest::keyClick(editor, keyOf(more.section(' ', 1)));
+            QTest::keySequence(editor, QKeySequence(more.section(' ', 1)));
         }
     }
     /// A button in the drop-down, or the row.
@@ -117,7 +117,7 @@ private slots:
             ++row;
         const LayerItem *item = m_box.layerItem(row);
         if (button == "row") {
-            const QPoint place = item->mapTo(m_box.view()->viewport(), {1, 1});
+            const QPoint place = item->mapTo(m_box.view()->viewport(), QPoint(1, 1));
             m_box.view()->setCurrentIndex(m_box.view()->indexAt(place));
             QTest::keyClick(m_box.view(), Qt::Key_Return);
         } else {
@@ -155,8 +155,6 @@ private slots:
     }
 
 private:
-    static Qt::Key keyOf(const QString &name) { return Qt::Key(QKeySequence(name)[0]); }
-
     void hear(const QObject *sender, const QString &what)
     {
         (m_isLater ? later : sender == &m_link ? byLink : sent).append('`' + what + '`');

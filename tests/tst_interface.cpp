@@ -140,7 +140,9 @@ void tst_Interface::strings()
 /// A spy and a queued connection look for what is sent under the name in the string.
 void tst_Interface::queuedRecords()
 {
-    QCOMPARE(QMetaType::type("RibbonGalleryItem*"), qMetaTypeId<NsRc::RibbonGalleryItem *>());
+    const QMetaObject &gallery = NsRc::RibbonGallery::staticMetaObject;
+    const int pressed = gallery.indexOfSignal("itemPressed(RibbonGalleryItem*)");
+    QCOMPARE(gallery.method(pressed).parameterType(0), qMetaTypeId<NsRc::RibbonGalleryItem *>());
     const char *const changed = SIGNAL(statusChanged(int, LayerItemData));
     LayerItem item(nullptr), other(nullptr);
     QSignalSpy spy(&other, changed);

@@ -220,7 +220,7 @@ void tst_LayerComboBox::longNameOnTheFace()
         plain.resize(label->size());
         QCOMPARE(shown, plain.grab().toImage());
 
-        QHelpEvent hover(QEvent::ToolTip, {1, 1}, label->mapToGlobal({1, 1}));
+        QHelpEvent hover(QEvent::ToolTip, {1, 1}, label->mapToGlobal(QPoint(1, 1)));
         QApplication::sendEvent(label, &hover);
         QCOMPARE(QToolTip::text(), part == name ? QString() : Qt::convertFromPlainText(name));
     }

@@ -268,7 +268,7 @@ void tst_LayerTable::frozenViewIsInPlace()
 {
     QCOMPARE(m_table->findChild<FrozenTableWidget *>("frozenTable"), m_frozen);
     const QPoint offset =
-            m_table->viewport()->mapFrom(m_table, m_frozen->viewport()->mapTo(m_table, {}));
+            m_table->viewport()->mapFrom(m_table, m_frozen->viewport()->mapTo(m_table, QPoint()));
     for (int row = 0; row < m_model->rowCount(); ++row) {
         QCOMPARE(m_frozen->visualRect(m_model->index(row, NameColumn)).translated(offset),
                  m_table->visualRect(m_model->index(row, NameColumn)));
@@ -799,7 +799,7 @@ void tst_LayerTable::columnLayoutIsKept()
                 QTest::mouseClick(menu, Qt::LeftButton, {},
                                   menu->actionGeometry(actions.at(7)).center());
             });
-            QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5});
+            QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, {5, 5});
             QApplication::sendEvent(m_table->horizontalHeader()->viewport(), &event);
         } else if (run == 2) {
             actions.at(0)->trigger();

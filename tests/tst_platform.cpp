@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLibraryInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -16,6 +15,7 @@
 #include <memory>
 #include <thread>
 
+#include <dlfcn.h>
 #include <iconv.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -133,10 +133,13 @@ void tst_Platform::errors()
 
 void tst_Platform::modules()
 {
-    QString name = "C:" + QLibraryInfo::location(QLibraryInfo::LibrariesPath) + "/QT5core.DLL";
-    name.replace('/', '\\');
+    Dl_info core;
+    QVERIFY(dladdr(reinterpret_cast<void *>(qVersion), &core) != 0);
+    const QFileInfo library(core.dli_fname);
+    QString name = library.fileName().section(".so", 0, 0).mid(3).replace("Qt", "QT") + ".DLL";
+    name = "C:" + library.path().replace('/', '\\') + '\\' + name.replace("Core", "core");
     const K::Handle module = K::loadLibrary(name.toStdWString().c_str());
-    QCOMPARE(K::loadLibrary(L"libQt5Core.so.5"), module);
+    QCOMPARE(K::loadLibrary(library.fileName().toStdWString().c_str()), module);
     const auto version = reinterpret_cast<const char *(*)()>(K::getProcAddress(module, "qVersion"));
     QVERIFY(version && version() == QByteArray(qVersion()));
     QCOMPARE(errorOf(nullptr, [&] { return K::getProcAddress(module, "no such"); }), 127U);

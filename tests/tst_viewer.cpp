@@ -678,7 +678,7 @@ void TestViewer::floatingPickers()
     StackWidget *pickers = viewer.ribbon->pickers();
     LayerControl *bar = viewer.ribbon->layerBar();
     const QWidget *fold = bar->layout()->itemAt(2)->widget();
-    const auto place = [&] { return bar->mapToGlobal({0, pickers->height() - 8}); };
+    const auto place = [&] { return bar->mapToGlobal(QPoint(0, pickers->height() - 8)); };
     click(fold);
     QVERIFY(pickers->isVisible());
     QCOMPARE(pickers->pos(), place());

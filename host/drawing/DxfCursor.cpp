@@ -7,7 +7,7 @@ namespace Embedded {
 DxfCursor::DxfCursor(const QString &fileName, const Drawing &drawing, int begin)
     : m_fileName(fileName)
     , m_drawing(drawing)
-    , m_tokens(drawing.bytes, {begin, drawing.bytes.size()})
+    , m_tokens(drawing.bytes, {begin, int(drawing.bytes.size())})
 {
 }
 

@@ -34,8 +34,8 @@ bool keepsAscii(const QTextCodec &codec)
 /// The UTF-16 unit that the text has as an escape at @p at; null where it has none.
 QChar escapedUnit(const QString &text, int at)
 {
-    const QStringRef escape = text.midRef(at, kEscapeLength);
-    const QStringRef digits = escape.mid(kEscape.size());
+    const QStringView escape = QStringView(text).mid(at, kEscapeLength);
+    const QStringView digits = escape.mid(kEscape.size());
     const bool isEscape = escape.startsWith(kEscape) && escape.size() == kEscapeLength
                           && std::all_of(digits.begin(), digits.end(), [](QChar digit) {
                                  return digit.unicode() < 0x80 && std::isxdigit(digit.unicode());
@@ -54,11 +54,11 @@ QString replaceEscapes(const QString &text)
             character += escapedUnit(text, at + kEscapeLength);
         if (character.at(0).isNull() || !character.isValidUtf16())
             continue;
-        result += text.midRef(done, at - done);
+        result += text.mid(done, at - done);
         result += character;
         done = at + character.size() * kEscapeLength;
     }
-    return done == 0 ? text : result + text.midRef(done);
+    return done == 0 ? text : result + text.mid(done);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QDataStream>
 #include <QHeaderView>
+#include <QIODevice>
 #include <QMenu>
 
 #include <array>

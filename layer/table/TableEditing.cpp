@@ -48,7 +48,7 @@ public:
         const QPersistentModelIndex cell(isPress ? index : QModelIndex());
         const bool isUsedUp = LayerDelegate::editorEvent(event, model, option, index);
         if (editing)
-            editing->pressed(cell, isPress ? static_cast<QMouseEvent *>(event)->y() : 0);
+            editing->pressed(cell, isPress ? static_cast<QMouseEvent *>(event)->pos().y() : 0);
         return isUsedUp;
     }
 

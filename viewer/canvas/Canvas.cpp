@@ -200,7 +200,7 @@ void Canvas::drawForeground(QPainter *painter, const QRectF &)
 }
 
 /// The keys of the canvas work wherever the user was before.
-void Canvas::enterEvent(QEvent *event)
+void Canvas::enterEvent(OvCc::EnterEvent *event)
 {
     // Who types a name goes on typing.
     const auto *edit = qobject_cast<QLineEdit *>(QApplication::focusWidget());

@@ -3,6 +3,8 @@
 #include "DrawingItem.h"
 
 #include <QGraphicsScene>
+#include <OvCustomControl/QtVersions.h>
+
 #include <QGraphicsView>
 #include <QSet>
 
@@ -63,7 +65,7 @@ signals:
 
 protected:
     void drawForeground(QPainter *painter, const QRectF &rect) override;
-    void enterEvent(QEvent *event) override;
+    void enterEvent(OvCc::EnterEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;

@@ -22,12 +22,12 @@ QString plainText(const QString &text)
 {
     QString result;
     for (int i = 0; i < text.size(); ++i) {
-        if (!text.midRef(i).startsWith(QLatin1String("%%")) || i + 2 >= text.size()) {
+        if (!QStringView(text).mid(i).startsWith(QLatin1String("%%")) || i + 2 >= text.size()) {
             result += text.at(i);
             continue;
         }
         const QChar code = text.at(i + 2).toLower();
-        const QStringRef digits = text.midRef(i + 2, 3);
+        const QStringView digits = QStringView(text).mid(i + 2, 3);
         bool isNumber = false;
         const ushort number = digits.toUShort(&isNumber);
         i += 2;

@@ -18,8 +18,8 @@ constexpr const char *kindsReadFromGroups[] = {"DIMSTYLE", "HATCH", "LEADER"};
 int dxfInt(const std::string &text)
 {
     using Limits = std::numeric_limits<int>;
-    return int(
-            qBound<qint64>(Limits::min(), std::strtoll(text.c_str(), nullptr, 10), Limits::max()));
+    const long long number = std::strtoll(text.c_str(), nullptr, 10);
+    return int(std::clamp<long long>(number, Limits::min(), Limits::max()));
 }
 
 double dxfReal(const std::string &text)

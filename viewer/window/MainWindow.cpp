@@ -83,7 +83,8 @@ MainWindow::MainWindow(QWidget *parent)
 {
     setCentralWidget(m_frame);
     addDockWidget(Qt::RightDockWidgetArea, m_dock);
-    createActions();
+    createFileMenu();
+    createViewMenu();
     createPropertyBar();
     createRibbon();
     setStatusBar(m_status);
@@ -106,26 +107,36 @@ MainWindow::~MainWindow()
     m_properties->setDrawing(nullptr);
 }
 
-void MainWindow::createActions()
+void MainWindow::createFileMenu()
 {
     QMenu *file = menuBar()->addMenu(tr("&File"));
     m_open = file->addAction(style()->standardIcon(QStyle::SP_DialogOpenButton), tr("&Open..."),
-                             m_document, &Document::chooseAndOpen, QKeySequence::Open);
+                             m_document, &Document::chooseAndOpen);
+    m_open->setShortcut(QKeySequence::Open);
     m_save = file->addAction(style()->standardIcon(QStyle::SP_DialogSaveButton), tr("&Save"),
-                             m_document, &Document::save, QKeySequence::Save);
-    m_saveAs =
-            file->addAction(tr("Save &as..."), m_document, &Document::saveAs, QKeySequence::SaveAs);
-    m_close = file->addAction(tr("&Close"), m_document, &Document::close, QKeySequence::Close);
+                             m_document, &Document::save);
+    m_save->setShortcut(QKeySequence::Save);
+    m_saveAs = file->addAction(tr("Save &as..."), m_document, &Document::saveAs);
+    m_saveAs->setShortcut(QKeySequence::SaveAs);
+    m_close = file->addAction(tr("&Close"), m_document, &Document::close);
+    m_close->setShortcut(QKeySequence::Close);
     file->addSeparator();
-    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    file->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence::Quit);
+}
 
+void MainWindow::createViewMenu()
+{
     QMenu *view = menuBar()->addMenu(tr("&View"));
-    const auto onCanvas = [this](void (Canvas::*act)()) {
-        return [this, act] { (m_panes->current()->*act)(); };
+    const auto addOnCanvas = [this, view](const QString &text, const QKeySequence &keys,
+                                          void (Canvas::*act)()) {
+        QAction *action =
+                view->addAction(text, this, [this, act] { (m_panes->current()->*act)(); });
+        action->setShortcut(keys);
+        return action;
     };
-    QAction *fit = view->addAction(tr("&Fit"), this, onCanvas(&Canvas::fit), Qt::Key_Home);
-    view->addAction(tr("Zoom &in"), this, onCanvas(&Canvas::zoomIn), QKeySequence::ZoomIn);
-    view->addAction(tr("Zoom &out"), this, onCanvas(&Canvas::zoomOut), QKeySequence::ZoomOut);
+    QAction *fit = addOnCanvas(tr("&Fit"), Qt::Key_Home, &Canvas::fit);
+    addOnCanvas(tr("Zoom &in"), QKeySequence::ZoomIn, &Canvas::zoomIn);
+    addOnCanvas(tr("Zoom &out"), QKeySequence::ZoomOut, &Canvas::zoomOut);
     view->addSeparator();
     QAction *hand = view->addAction(tr("&Pan"));
     hand->setCheckable(true);
@@ -135,7 +146,11 @@ void MainWindow::createActions()
     view->addAction(m_dock->toggleViewAction());
     m_listRemarks = view->addAction(tr("&Remarks..."), this, &MainWindow::listRemarks);
     m_listRemarks->setEnabled(false);
+    createToolBar({fit, hand});
+}
 
+void MainWindow::createToolBar(const QList<QAction *> &viewActions)
+{
     QToolBar *tools = addToolBar(tr("Tools"));
     tools->setMovable(false);
     tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -148,8 +163,7 @@ void MainWindow::createActions()
     m_layers->setObjectName(QStringLiteral("layers"));
     tools->addWidget(m_layers);
     tools->addSeparator();
-    tools->addAction(fit);
-    tools->addAction(hand);
+    tools->addActions(viewActions);
 }
 
 void MainWindow::createPropertyBar()

@@ -60,7 +60,9 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void createActions();
+    void createFileMenu();
+    void createViewMenu();
+    void createToolBar(const QList<QAction *> &viewActions);
     void createPropertyBar();
     void createRibbon();
     void connectDocument();
