@@ -92,7 +92,10 @@ private slots:
             QTest::mouseRelease(view->viewport(), button, {}, pos);
         }
     }
-    void press(const QString &key, const QString &) { QTest::keySequence(m_names, QKeySequence(key)); }
+    void press(const QString &key, const QString &)
+    {
+        QTest::keySequence(m_names, QKeySequence(key));
+    }
     void search(const QString &text, const QString &)
     {
         QTest::keyClicks(m_panel.searchEdit(), text);

@@ -40,6 +40,13 @@ public:
         m_editing.closed(editor);
     }
 
+    /// Qt goes on with the view after an editor that has lost the focus is closed.
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        const TableEditing::Hold hold(m_editing, qobject_cast<QWidget *>(object));
+        return LayerDelegate::eventFilter(object, event);
+    }
+
     bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
                      const QModelIndex &index) override
     {
@@ -234,18 +241,24 @@ QItemSelection TableEditing::asPressed(const QItemSelection &wanted,
 
 void TableEditing::commit(QWidget *editor)
 {
-    if (m_open.contains(editor))
+    if (isInView(editor))
         (viewOf(*editor).*&ViewAccess::commitData)(editor);
 }
 
 void TableEditing::close(QWidget *editor)
 {
-    if (!m_open.contains(editor))
+    if (!isInView(editor))
         return;
     const Hold hold(*this, editor);
     // Without a hint: no other cell is to be edited next.
     (viewOf(*editor).*&ViewAccess::closeEditor)(editor, QAbstractItemDelegate::NoHint);
     note(editor); // a persistent one, which stays open
+}
+
+bool TableEditing::isInView(QWidget *editor) const
+{
+    const auto edit = m_open.constFind(editor);
+    return edit != m_open.cend() && viewOf(*editor).indexWidget(edit->cell) == editor;
 }
 
 QTableView &TableEditing::viewOf(const QWidget &editor) const

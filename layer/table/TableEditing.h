@@ -98,6 +98,10 @@ private:
 
     void commit(QWidget *editor);
     void close(QWidget *editor);
+
+    /// Its view forgets an editor before it takes the focus from it, at which the editor asks once more
+    /// to be committed and closed.
+    bool isInView(QWidget *editor) const;
     QTableView &viewOf(const QWidget &editor) const;
     void note(QWidget *editor);
     void tell();
