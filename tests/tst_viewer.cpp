@@ -646,10 +646,16 @@ void TestViewer::frameOfTheDrawing()
     auto *frame = viewer.findChild<DrawingFrame *>();
     auto *strip = viewer.findChild<MinMaxButton *>();
     const auto *panes = viewer.findChild<CanvasPanes *>();
-    const auto press = [&](int button) { click(strip, {20 * button + 10, 10}); };
+    const auto enter = [&] {
+        QEnterEvent event({}, {}, {});
+        QApplication::sendEvent(strip->parentWidget(), &event);
+    };
+    const auto press = [&](int button) {
+        enter();
+        click(strip, {20 * button + 10, 10});
+    };
     QVERIFY(!strip->isVisible());
-    QEvent enter(QEvent::Enter);
-    QApplication::sendEvent(strip->parentWidget(), &enter);
+    enter();
     QVERIFY(strip->isVisible() && frame->layers()->isVisible());
 
     QCOMPARE(panes->size(), frame->size());
