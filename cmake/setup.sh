@@ -3,8 +3,8 @@
 
 build_packages="g++ cmake ninja-build qtbase5-dev libdxflib-dev
                 libboost-system-dev libxcb1-dev"
-test_packages="appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3 python3-ezdxf
-               shared-mime-info xvfb x11-utils"
+test_packages="abigail-tools appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3
+               python3-ezdxf shared-mime-info xvfb x11-utils"
 packaging_packages="dpkg-dev lintian"
 lint_packages="git clang-format clazy librsvg2-bin python3-pil"
 
