@@ -6,7 +6,7 @@ build_packages="g++ cmake ninja-build qtbase5-dev libdxflib-dev
 test_packages="abigail-tools appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3
                python3-ezdxf shared-mime-info xvfb x11-utils"
 packaging_packages="dpkg-dev lintian"
-lint_packages="git clang-format clazy librsvg2-bin python3-pil"
+lint_packages="git clang-format clazy librsvg2-bin python3-pil reuse"
 
 # install PACKAGE...: says what it is about to install, and installs only what is missing.
 install() {
