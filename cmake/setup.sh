@@ -1,14 +1,60 @@
-# Sourced by ./run, ./check and .ci/run from the project's folder: installs what Debian has and the
-# machine lacks, configures and builds.
+# shellcheck shell=sh disable=SC2034 # the lists of packages are for those that source this
+#
+# Sourced from the project's folder by ./run, ./check and the scripts in cmake/: installs what Debian
+# has and the machine lacks, configures and builds. Each says what it is about to do and where its log
+# is, and nothing where there is nothing to do.
 
 build_packages="g++ cmake ninja-build qtbase5-dev libdxflib-dev
                 libboost-system-dev libxcb1-dev"
 test_packages="abigail-tools appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3
                python3-ezdxf shared-mime-info xvfb x11-utils"
 packaging_packages="dpkg-dev lintian"
+qt6_packages="qt6-base-dev qt6-5compat-dev libqt6sql6-sqlite"
+ci_packages="ccache"
 lint_packages="git clang-format clazy librsvg2-bin python3-pil reuse"
 
-# install PACKAGE...: says what it is about to install, and installs only what is missing.
+# Here are the builds and their logs: in build/, or where that cannot be, in the user's cache.
+builds=$PWD/build
+if ! mkdir -p "$builds" 2>/dev/null || [ ! -w "$builds" ]; then
+    cache=${XDG_CACHE_HOME:-${HOME:-}/.cache}/ovcustomcontrol
+    builds=$cache/${PWD##*/}-$(printf '%s' "$PWD" | cksum | cut -d ' ' -f 1)
+    if ! mkdir -p "$builds" 2>/dev/null || [ ! -w "$builds" ]; then
+        echo "Neither $PWD nor $cache can be written to:" \
+            "copy the project into a folder of yours, or name one in XDG_CACHE_HOME." >&2
+        exit 1
+    fi
+fi
+export NINJA_STATUS='[%f of %t, %e s] '
+
+# follow LOG: writes there what comes from standard input. A terminal shows the last line meanwhile.
+follow() {
+    if [ ! -t 1 ]; then
+        cat >"$1"
+        return
+    fi
+    : >"$1"
+    columns=$(stty size 2>/dev/null </dev/tty | cut -d ' ' -f 2)
+    [ "${columns:-0}" -gt 0 ] || columns=80
+    while IFS= read -r line; do
+        printf '%s\n' "$line" >>"$1"
+        printf '\r\033[K%.*s' "$columns" "$line"
+    done
+    printf '\r\033[K'
+}
+
+# logged LOG COMMAND...: ends with the first errors where the command fails.
+logged() {
+    log=$1
+    shift
+    { "$@" 2>&1 && echo "Done."; } | follow "$log"
+    [ "$(tail -n 1 "$log")" != Done. ] || return 0
+    errors=$(sed -n '/^FAILED: /,$p' "$log" | head -n 30 | cut -c 1-200)
+    [ -n "$errors" ] || errors=$(tail -n 20 "$log")
+    printf '%s\n' "$errors" "That failed. The whole log is $log" >&2
+    exit 1
+}
+
+# install PACKAGE...: only what is missing.
 install() {
     missing=
     for package in "$@"; do
@@ -16,7 +62,7 @@ install() {
             missing="$missing $package"
     done
     [ -n "$missing" ] || return 0
-    echo "Installing these Debian packages:$missing"
+    echo "Installing these Debian packages, and what they need:$missing"
     sudo=
     if [ "$(id -u)" -ne 0 ]; then
         command -v sudo >/dev/null || {
@@ -25,20 +71,60 @@ install() {
         }
         sudo=sudo
     fi
-    $sudo apt-get update -qq
+    log=$builds/packages.log
+    logged "$log" $sudo apt-get update
     # shellcheck disable=SC2086 # a list of words
-    $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -qq --no-install-recommends $missing
+    set -- $sudo env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+        apt-get install --no-install-recommends $missing
+    "$@" --assume-no | grep -E '^(Need to get|After this)' || :
+    echo "The log is $log"
+    logged "$log" "$@" --yes
 }
 
-# build PRESET [CMAKE-ARGUMENT...]: quiet when all is well; the whole log when it is not.
+# steps FOLDER TARGET...: how many are to be done there.
+steps() {
+    ninja -C "$@" -n | grep -c '^\[' || :
+}
+
+# build PRESET [TARGET...]: these targets, or all.
 build() {
     preset=$1
+    folder=$builds/$preset
+    log=$folder.log
     shift
-    log=build/$preset.log
-    mkdir -p build
-    echo "Building ($preset) ..."
-    { cmake --preset "$preset" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1 || {
-        cat "$log" >&2
-        exit 1
-    }
+    # A folder that was moved starts anew; with newer presets it is configured again.
+    if ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$folder/CMakeCache.txt"; then
+        logged "$log" cmake --fresh --preset "$preset" -B "$folder"
+    elif [ -n "$(find CMakePresets.json -newer "$folder/build.ninja" 2>&1)" ]; then
+        logged "$log" cmake --preset "$preset" -B "$folder"
+    elif [ "$(steps "$folder" build.ninja)" -gt 0 ]; then
+        logged "$log" ninja -C "$folder" build.ninja
+    fi
+    steps=$(steps "$folder" "$@")
+    [ "$steps" -gt 0 ] || return 0
+    tell_cost "$steps" "${*:-everything}"
+    logged "$log" ninja -C "$folder" "$@"
+}
+
+# tell_cost STEPS WHAT: as it was measured, for each step of a build alone on two processors.
+tell_cost() {
+    case $preset in
+        sanitize) milliseconds=1700 kilobytes=1500 ;;
+        *) milliseconds=1100 kilobytes=1700 ;;
+    esac
+    minutes=$((($1 * milliseconds * 2 / $(nproc) + 30000) / 60000))
+    case $minutes in
+        0) time="less than a minute" ;;
+        1) time="about a minute" ;;
+        *) time="about $minutes minutes" ;;
+    esac
+    echo "Building $2 ($preset): $1 steps, $time on $(nproc) processors," \
+        "up to $(($1 * kilobytes / 1000)) MB in $folder"
+    echo "The log is $log"
+}
+
+# run_tests PRESET: of what was built.
+run_tests() {
+    echo "Running the tests; their log is $builds/$1/Testing/Temporary/LastTest.log"
+    ctest --test-dir "$builds/$1" --output-on-failure -j "$(nproc)"
 }
