@@ -76,7 +76,7 @@ install() {
     # shellcheck disable=SC2086 # a list of words
     set -- $sudo env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
         apt-get install --no-install-recommends $missing
-    "$@" --assume-no | grep -E '^(Need to get|After this)' || :
+    "$@" --print-uris --yes | grep -E '^(Need to get|After this)' || :
     echo "The log is $log"
     logged "$log" "$@" --yes
 }
