@@ -106,7 +106,7 @@ build() {
     logged "$log" ninja -C "$folder" "$@"
 }
 
-# tell_cost STEPS WHAT: an average step, as it was measured; the time is that of two processors.
+# tell_cost STEPS WHAT: roughly. A step takes about this long, and leaves about this much.
 tell_cost() {
     case $preset in
         sanitize) milliseconds=1400 kilobytes=1100 ;;
