@@ -23,7 +23,11 @@ go with them; and a drawing database over DXF files.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${name}-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "qtbase5-dev (>= ${OVCC_QT_VERSION})")
+set(qt qtbase5-dev)
+if(OVCC_QT_MAJOR EQUAL 6)
+    set(qt qt6-base-dev)
+endif()
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${qt} (>= ${OVCC_QT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "widgets for a CAD application - development files
 Headers, pictures and what CMake and pkg-config need to build programs with
 ${OVCC_PACKAGE}.")
