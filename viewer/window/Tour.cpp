@@ -4,6 +4,7 @@
 #include "MainWindow.h"
 #include "PropertyBar.h"
 #include "ViewRibbon.h"
+#include "WindowPicture.h"
 #include "viewer/canvas/Canvas.h"
 #include "viewer/canvas/CanvasPanes.h"
 #include "viewer/canvas/ShownEntities.h"
@@ -32,7 +33,6 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPainter>
 #include <QTimer>
 #include <QToolBar>
 #include <QWheelEvent>
@@ -75,16 +75,6 @@ void clickCell(const QTableView &view, int row, int column)
     const QRect cell = view.visualRect(view.model()->index(row, column));
     require(view.viewport()->rect().contains(cell.center()), "a cell of the panel is out of sight");
     click(*view.viewport(), cell.center());
-}
-
-/// The windows over the main one: drop-downs, menus and dialogs.
-QWidgetList otherWindows(const QWidget &window)
-{
-    QWidgetList windows = QApplication::topLevelWidgets();
-    windows.erase(std::remove_if(windows.begin(), windows.end(),
-                                 [&](const QWidget *w) { return !w->isVisible() || w == &window; }),
-                  windows.end());
-    return windows;
 }
 
 QString nameAt(const QTableView &view, int row)
@@ -389,7 +379,7 @@ void Tour::lookAt(const QString &name, const std::function<void()> &open) const
     bool isSaved = false;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        const QWidgetList others = otherWindows(m_window);
+        const QWidgetList others = windowsOver(m_window);
         if (others.isEmpty())
             return;
         timer.stop();
@@ -422,25 +412,8 @@ void Tour::save(const QString &name) const
 bool Tour::savePicture(const QString &name) const
 {
     QCoreApplication::processEvents();
-    const QWidgetList others = otherWindows(m_window);
-    const auto placeOf = [this](const QWidget &other) {
-        return QRect(m_window.mapFromGlobal(other.pos()), other.size());
-    };
-    QRect place = m_window.rect();
-    for (const QWidget *other : others)
-        place |= placeOf(*other);
-
-    QPixmap picture(place.size());
-    picture.fill(Qt::white);
-    QPainter painter(&picture);
-    painter.translate(-place.topLeft());
-    painter.drawPixmap(0, 0, m_window.grab());
-    for (QWidget *other : others)
-        painter.drawPixmap(placeOf(*other).topLeft(), other->grab());
-    painter.end();
-
     const QString path = QDir(m_folder).filePath(name);
-    if (!picture.save(path))
+    if (!pictureOf(m_window, Qt::white).save(path))
         return false;
     std::puts(qPrintable(QDir::toNativeSeparators(path)));
     return true;
