@@ -15,11 +15,15 @@ namespace OvCc {
 /// Its list has 25 rows, "Default" and the standard lineweights from the thinnest to the thickest,
 /// always in millimetres. A row number is what goes in and out; the dialog knows neither layers nor
 /// the drawing. It can be shown any number of times; call setCurrentLineweight() before each.
+///
+/// @ingroup dialogs
+/// @image html LayerLineWeightDialog.png
 class OVCC_EXPORT LayerLineWeightDialog : public QDialog
 {
     Q_OBJECT
 
 public:
+    /// It stays in front of @p parent, which owns it; null is no parent.
     explicit LayerLineWeightDialog(QWidget *parent);
     ~LayerLineWeightDialog() override;
 

@@ -17,14 +17,19 @@ namespace OvCc {
 ///
 /// One dialog serves any number of warnings: text, buttons, state and name stay until they are set
 /// again.
+///
+/// @ingroup dialogs
+/// @image html LayerWarningDialog.png
 class OVCC_EXPORT LayerWarningDialog : public QDialog
 {
     Q_OBJECT
 
 public:
+    /// It stays in front of @p parent, which owns it; null is no parent.
     explicit LayerWarningDialog(QWidget *parent);
     ~LayerWarningDialog() override;
 
+    /// Sets the sentence beside the warning sign.
     void setTipsText(QString text);
 
     /// Chooses between a question with "Yes" and "No" and a notice with "OK" alone. The first of

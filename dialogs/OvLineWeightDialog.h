@@ -17,11 +17,15 @@ namespace OvCc {
 /// setCurrentLineweight() before each. The unit stays as the user left it, even by "Cancel".
 ///
 /// The display switch, the display scale and the default lineweight can be set but change nothing.
+///
+/// @ingroup dialogs
+/// @image html OvLineWeightDialog.png
 class OVCC_EXPORT OvLineWeightDialog : public QDialog
 {
     Q_OBJECT
 
 public:
+    /// It stays in front of @p parent, which owns it; null is no parent.
     explicit OvLineWeightDialog(QWidget *parent);
     ~OvLineWeightDialog() override;
 

@@ -17,21 +17,24 @@
 /// the environment variable OVCC_DRIVE_X names, and not found without it; `\\server` is refused. A
 /// name that exists is found whatever its case, an exact match first. Paths are returned as Linux
 /// has them.
+///
+/// @ingroup platform
 class OVCC_EXPORT OvKernel32
 {
 public:
-    using Bool = std::int32_t;
-    using Word = std::uint16_t;
-    using Dword = std::uint32_t;
-    using Long = std::int32_t;
-    using Handle = std::intptr_t;
-    using Function = void (*)();
+    using Bool = std::int32_t;    ///< 0 is false: that a function failed
+    using Word = std::uint16_t;   ///< 16 bits
+    using Dword = std::uint32_t;  ///< 32 bits
+    using Long = std::int32_t;    ///< 32 bits with a sign
+    using Handle = std::intptr_t; ///< a file, a search or a module, each for its own functions
+    using Function = void (*)();  ///< of a module; to be cast to its own type
 
-    static constexpr Handle invalidHandle = -1;
+    static constexpr Handle invalidHandle = -1;       ///< no file, and no search
     static constexpr Dword invalidDword = 0xffffffff; ///< of file sizes, positions and attributes
-    static constexpr Dword infinite = 0xffffffff;
+    static constexpr Dword infinite = 0xffffffff;     ///< for sleep(), which never returns then
     static constexpr std::size_t truncate = SIZE_MAX; ///< count for strncpyS()
 
+    /// The documented numbers of what can go wrong, as getLastError() tells them.
     enum Error : Dword {
         ErrorSuccess = 0,
         ErrorFileNotFound = 2,
@@ -68,9 +71,12 @@ public:
         ErrorIoDevice = 1117
     };
 
+    /// The last error of this thread. A function that succeeds leaves it, unless it says otherwise.
     static Dword getLastError();
+    /// Sets the last error of this thread, for whoever asks next.
     static void setLastError(Dword error);
 
+    /// What formatMessage() takes: the second one always, the first one at will.
     enum FormatFlag : Dword {
         FormatMessageIgnoreInserts = 0x200,
         FormatMessageFromSystem = 0x1000
@@ -89,6 +95,8 @@ public:
     /// A module may call this layer while it is being loaded or unloaded.
     /// @return 0 on failure
     static Handle loadLibrary(const wchar_t *name);
+    /// Takes back one loadLibrary(). The module is unloaded with its last one; its functions are
+    /// gone then.
     static Bool freeLibrary(Handle module);
     /// Functions have names only, no ordinals.
     static Function getProcAddress(Handle module, const char *name);
@@ -98,16 +106,25 @@ public:
 
     // Files and folders
 
+    /// What a file is opened for, added up.
     enum Access : Dword { GenericWrite = 0x40000000, GenericRead = 0x80000000 };
+
+    /// Accepted, and not regarded.
     enum Share : Dword { FileShareRead = 1, FileShareWrite = 2, FileShareDelete = 4 };
+
+    /// What createFile() does where there is a file, and where there is none.
     enum Disposition : Dword {
-        CreateNew = 1,
-        CreateAlways,
-        OpenExisting,
-        OpenAlways,
-        TruncateExisting
+        CreateNew = 1,   ///< makes a file; fails where there is one
+        CreateAlways,    ///< makes a file, or empties the one that is there
+        OpenExisting,    ///< fails where there is none
+        OpenAlways,      ///< makes a file where there is none
+        TruncateExisting ///< empties the file; fails where there is none, and without GenericWrite
     };
+
+    /// Where a distance begins.
     enum SeekMethod : Dword { FileBegin, FileCurrent, FileEnd };
+
+    /// What a file is, added up.
     enum Attribute : Dword {
         FileAttributeReadOnly = 1, ///< its owner may not write it
         FileAttributeHidden = 2,   ///< its name begins with a dot
@@ -115,6 +132,8 @@ public:
         FileAttributeArchive = 0x20, ///< accepted for a new file, and dropped
         FileAttributeNormal = 0x80
     };
+
+    /// How a file will be read.
     enum FileFlag : Dword {
         FileFlagSequentialScan = 0x08000000, ///< a hint, as is random access
         FileFlagRandomAccess = 0x10000000
@@ -126,53 +145,86 @@ public:
     ///         OpenAlways met a file, else ErrorSuccess.
     static Handle createFile(const wchar_t *name, Dword access, Dword share, const void *security,
                              Dword disposition, Dword flagsAndAttributes, Handle templateFile);
-    /// Overlapped reading and writing are not supported.
+    /// Reads until there are @p size bytes or the file ends, from where it stands. It must be open
+    /// with GenericRead. Overlapped reading is not supported.
+    /// @param[out] read the number of bytes; never null
     static Bool readFile(Handle file, void *buffer, Dword size, Dword *read, void *overlapped);
+    /// Writes all @p size bytes where the file stands. It must be open with GenericWrite.
+    /// Overlapped writing is not supported.
+    /// @param[out] written the number of bytes, less only on failure; never null
     static Bool writeFile(Handle file, const void *buffer, Dword size, Dword *written,
                           void *overlapped);
+    /// Says where the next byte is read or written; behind the end of the file, too.
     /// @param[in,out] high the upper half of distance and new position; may be null
-    /// @return the lower half of the new position, or invalidDword
+    /// @return the lower half of the new position, with ErrorSuccess, or invalidDword
     static Dword setFilePointer(Handle file, Long distance, Long *high, Dword method);
+    /// @param[out] high the upper half of the size in bytes; may be null
+    /// @return its lower half, with ErrorSuccess, or invalidDword
     static Dword getFileSize(Handle file, Dword *high);
+    /// Waits until all that was written is on the disk. The file must be open with GenericWrite.
     static Bool flushFileBuffers(Handle file);
+    /// Closes a file; for searches there is findClose(), for modules freeLibrary().
     static Bool closeHandle(Handle file);
 
+    /// Copies a file, with the time of its last change. One that is there is replaced, unless it is
+    /// read-only, or @p failIfExists.
     static Bool copyFile(const wchar_t *from, const wchar_t *to, Bool failIfExists);
-    /// Does not replace what is there.
+    /// Moves or renames a file or folder. Does not replace what is there; between file systems only
+    /// files move.
     static Bool moveFile(const wchar_t *from, const wchar_t *to);
+    /// Folders and read-only files are refused with ErrorAccessDenied.
     static Bool deleteFile(const wchar_t *name);
+    /// @return the attributes added up, FileAttributeNormal where there are none; invalidDword on
+    ///         failure
     static Dword getFileAttributes(const wchar_t *name);
     /// Sets or clears FileAttributeReadOnly. An attribute that Linux has not, or that the name
     /// decides, is not supported unless the file has it anyway.
     static Bool setFileAttributes(const wchar_t *name, Dword attributes);
 
+    /// Makes one folder in a folder that is there. ErrorAlreadyExists tells that the name is taken;
+    /// security attributes are not supported.
     static Bool createDirectory(const wchar_t *name, const void *security);
+    /// Removes an empty folder.
     static Bool removeDirectory(const wchar_t *name);
+    /// Changes the current folder of the process.
     static Bool setCurrentDirectory(const wchar_t *name);
-    /// These three return the characters written, or the size needed, NUL included, if @p size is
-    /// too small. The temporary path ends with a slash.
+    /// @return the characters written, or the size needed, NUL included, if @p size is too small
     static Dword getCurrentDirectory(Dword size, wchar_t *buffer);
+    /// The folder for temporary files, with a slash at its end.
+    /// @return as getCurrentDirectory()
     static Dword getTempPath(Dword size, wchar_t *buffer);
+    /// The whole path of a name, which need not be there.
     /// @param[out] filePart the last name in @p buffer, null if there is none; may be null
+    /// @return as getCurrentDirectory()
     static Dword getFullPathName(const wchar_t *name, Dword size, wchar_t *buffer,
                                  wchar_t **filePart);
 
-    struct FileTime ///< in 100 ns since 1601, UTC; 0 where the file system has none
+    /// In 100 ns since 1601, UTC; 0 where the file system has none.
+    struct FileTime
     {
-        Dword low, high;
+        Dword low;  ///< the lower half
+        Dword high; ///< the upper half
     };
+
+    /// What was found.
     struct FindData
     {
-        Dword fileAttributes;
-        FileTime creationTime, lastAccessTime, lastWriteTime;
-        Dword fileSizeHigh, fileSizeLow;
-        wchar_t fileName[260];
+        Dword fileAttributes;    ///< as getFileAttributes() tells them
+        FileTime creationTime;   ///< when the file was made
+        FileTime lastAccessTime; ///< when it was read last, as far as the system keeps that
+        FileTime lastWriteTime;  ///< when it was changed last
+        Dword fileSizeHigh;      ///< the upper half of the size in bytes
+        Dword fileSizeLow;       ///< the lower half
+        wchar_t fileName[260];   ///< without the folder
     };
 
     /// Finds the names that match the last part of @p pattern, where `*` stands for any text and
     /// `?` for one character; "*.*" matches every name. They come sorted, "." and ".." among them.
     static Handle findFirstFile(const wchar_t *pattern, FindData *data);
+    /// Goes on to the next name that is still there.
+    /// @return 0 with ErrorNoMoreFiles behind the last one
     static Bool findNextFile(Handle find, FindData *data);
+    /// Ends the search.
     static Bool findClose(Handle find);
 
     // Profile files: INI files in the Windows format, as UTF-8, as UTF-16 with a byte order mark, or
@@ -190,8 +242,12 @@ public:
     /// A decimal number; what follows it is not regarded.
     static Dword getPrivateProfileInt(const wchar_t *section, const wchar_t *key, Long fallback,
                                       const wchar_t *file);
+    /// The "key=value" texts of a section, without its comments, each with a NUL and one more at
+    /// the end.
+    /// @return as getPrivateProfileString()
     static Dword getPrivateProfileSection(const wchar_t *section, wchar_t *buffer, Dword size,
                                           const wchar_t *file);
+    /// As getPrivateProfileString() without a section.
     static Dword getPrivateProfileSectionNames(wchar_t *buffer, Dword size, const wchar_t *file);
     /// Sets a value; removes the key without a @p value, the section without a @p key. The file is
     /// replaced whole or not at all, never if it can't be read; what is not changed keeps its bytes
@@ -205,7 +261,10 @@ public:
 
     // Code pages and locale
 
+    /// Code pages with names; they all are UTF-8.
     enum CodePage : Dword { CpAcp = 0, CpOemCp = 1, CpThreadAcp = 3, CpUtf8 = 65001 };
+
+    /// What a conversion does with what it cannot convert.
     enum ConversionFlag : Dword {
         MbPrecomposed = 1,
         MbErrInvalidChars = 8,
@@ -225,6 +284,7 @@ public:
     static int wideCharToMultiByte(Dword codePage, Dword flags, const wchar_t *text, int length,
                                    char *buffer, int size, const char *defaultChar,
                                    Bool *usedDefaultChar);
+    /// CpUtf8, whatever the locale is.
     static Dword getACP();
     /// The documented number of the user's language, as LC_ALL, LC_MESSAGES or LANG says it; 0x1000
     /// for one that has none in the table here.
@@ -235,24 +295,39 @@ public:
 
     // Threads, time, environment
 
-    struct CriticalSection ///< may be entered again by the thread that is in it
+    /// What one thread at a time can be in, as often as it likes.
+    struct CriticalSection
     {
-        void *mutex;
+        void *mutex; ///< null after deleteCriticalSection()
     };
+    /// Makes the section ready for use. Each needs a deleteCriticalSection().
     static void initializeCriticalSection(CriticalSection *section);
+    /// Waits until no other thread is in the section.
     static void enterCriticalSection(CriticalSection *section);
+    /// Once for each enterCriticalSection(), in the same thread.
     static void leaveCriticalSection(CriticalSection *section);
+    /// Nobody may be in the section.
     static void deleteCriticalSection(CriticalSection *section);
 
     static Long interlockedIncrement(volatile Long *value); ///< returns the new value
     static Long interlockedDecrement(volatile Long *value); ///< returns the new value
 
+    /// A date and a time of the day.
     struct SystemTime
     {
-        Word year, month, dayOfWeek, day, hour, minute, second, milliseconds;
+        Word year;         ///< all four figures
+        Word month;        ///< 1 is January
+        Word dayOfWeek;    ///< 0 is Sunday
+        Word day;          ///< from 1
+        Word hour;         ///< up to 23
+        Word minute;       ///< up to 59
+        Word second;       ///< up to 59
+        Word milliseconds; ///< up to 999
     };
     static Dword getTickCount(); ///< milliseconds since the system started
+    /// Holds the thread for that long at least.
     static void sleep(Dword milliseconds);
+    /// The date and the time now, in the local time zone.
     static void getLocalTime(SystemTime *time);
 
     /// @return as getCurrentDirectory(); 0 with ErrorEnvVarNotFound. An empty value gives 0, too:
@@ -264,6 +339,7 @@ public:
     // C runtime. Narrow text changes case in ASCII only, wide text in all of Unicode. These report
     // through errno and their results, not through the last error.
 
+    /// Results beside those of errno: what was cut short, and what cannot be compared.
     enum RuntimeError { RuntimeTruncated = 80, RuntimeCompareError = 2147483647 };
 
 private:
@@ -295,49 +371,68 @@ private:
     using Wide = Runtime<wchar_t>;
 
 public:
+    /// Compare without regard to case, the last two up to a count of characters.
+    /// @return -1, 0 or 1; RuntimeCompareError, and EINVAL, for a null pointer
+    /// @{
     static constexpr auto stricmp = Narrow::compare;
     static constexpr auto wcsicmp = Wide::compare;
     static constexpr auto strnicmp = Narrow::compareCount;
     static constexpr auto wcsnicmp = Wide::compareCount;
+    /// @}
+
+    /// Turn a text in its place: into upper case, into lower case, the last character first.
+    /// @return the text; null, with EINVAL, for a null pointer
+    /// @{
     static constexpr auto strupr = Narrow::upper;
     static constexpr auto wcsupr = Wide::upper;
     static constexpr auto strlwr = Narrow::lower;
     static constexpr auto wcslwr = Wide::lower;
     static constexpr auto strrev = Narrow::reverse;
     static constexpr auto wcsrev = Wide::reverse;
+    /// @}
 
     /// Numbers in radix 2 to 36; only radix 10 has a minus sign. The buffer needs 33 characters, 65
     /// for 64 bits; another radix makes the text empty and sets errno to EINVAL.
+    /// @{
     static constexpr auto itoa = Narrow::number;
     static constexpr auto itow = Wide::number;
     static constexpr auto i64toa = Narrow::number64;
     static constexpr auto i64tow = Wide::number64;
+    /// @}
     /// These know the size: 0, or EINVAL or ERANGE with an empty text.
+    /// @{
     static constexpr auto itoaS = Narrow::numberS;
     static constexpr auto itowS = Wide::numberS;
+    /// @}
     /// The number that begins the text, clamped with ERANGE; 0 without one. The decimal point of
     /// wtof() is a point in every locale.
+    /// @{
     static int wtoi(const wchar_t *text);
     static double wtof(const wchar_t *text);
+    /// @}
 
     /// Copies that never pass the size: 0, or EINVAL or ERANGE with an empty text. strncpyS() and
     /// wcsncpyS() with the count `truncate` keep what fits and return RuntimeTruncated.
+    /// @{
     static constexpr auto strcpyS = Narrow::copy;
     static constexpr auto wcscpyS = Wide::copy;
     static constexpr auto strncpyS = Narrow::copyCount;
     static constexpr auto wcsncpyS = Wide::copyCount;
     static constexpr auto strcatS = Narrow::concatenate;
     static constexpr auto wcscatS = Wide::concatenate;
+    /// @}
 
     /// Splits a path into "C:", "/folder/", "name" and ".extension", each of which may be null, and
     /// puts one together. Without sizes they are the documented 3, 256, 256 and 256 characters, and
     /// 260 for a whole path: 0, or EINVAL or ERANGE with all that is written empty.
+    /// @{
     static constexpr auto splitpath = Narrow::split;
     static constexpr auto wsplitpath = Wide::split;
     static constexpr auto wsplitpathS = Wide::splitS;
     static constexpr auto makepath = Narrow::make;
     static constexpr auto wmakepath = Wide::make;
     static constexpr auto wmakepathS = Wide::makeS;
+    /// @}
 
 private:
     template <auto failure, typename... Parameters>
@@ -353,9 +448,9 @@ private:
     static constexpr Dword noColor = 0xffffffff;
 
 public:
-    // Drawing and printers: there is nothing to draw on. Each fails with its documented value and
-    // ErrorNotSupported.
-
+    /// Drawing and printers: there is nothing to draw on. Each fails with its documented value and
+    /// ErrorNotSupported.
+    /// @{
     static constexpr auto createDC = unsupported<none, Text, Text, Text, Data>;
     static constexpr auto createCompatibleDC = unsupported<none, Handle>;
     static constexpr auto deleteDC = unsupported<no, Handle>;
@@ -381,4 +476,5 @@ public:
     static constexpr auto endDoc = unsupported<-1, Handle>;
     static constexpr auto startPage = unsupported<-1, Handle>;
     static constexpr auto endPage = unsupported<-1, Handle>;
+    /// @}
 };

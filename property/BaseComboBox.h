@@ -25,16 +25,26 @@ namespace OvCc {
 /// The host may delete a picker inside its signals, but for addMoreItem(), and while a dialog of it is
 /// up. A host that takes the face away, by setEditable() or setLineEdit(), has a picker that shows
 /// nothing on its face; one that sets another view has a picker without rows.
+///
+/// @ingroup pickers
+/// @image html BaseComboBox.png
 class OVCC_EXPORT BaseComboBox : public QComboBox
 {
     Q_OBJECT
+
+    /// The row on the face; -1 without rows.
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentIndex USER true)
+    /// The room for a swatch, in pixels.
     Q_PROPERTY(QSize itemIconSize READ itemIconSize WRITE setItemIconSize)
+    /// A QListView::ViewMode, by its number.
     Q_PROPERTY(int viewMode READ viewMode WRITE setViewMode)
+    /// The text of the button in the drop-down.
     Q_PROPERTY(QString buttonText READ buttonText WRITE setButtonText)
+    /// The height of the drop-down inside its frame, in pixels.
     Q_PROPERTY(int listWidgetHeight READ listWidgetHeight WRITE setListWidgetHeight)
 
 public:
+    /// A picker without rows, whose button has no text.
     explicit BaseComboBox(QWidget *parent = nullptr);
     ~BaseComboBox() override;
 
@@ -57,19 +67,33 @@ public:
     /// Null for a row that is not there.
     QListWidgetItem *item(int row) const;
 
+    /// Appends a row with a swatch and a label, as ListView::addItem() does; what is chosen stays.
     void addItem(QPixmap pixmap, QString text);
+
+    /// The text of the button in the drop-down.
+    /// @{
     void setButtonText(QString text);
     QString buttonText() const;
+    /// @}
+
+    /// The room for a swatch in the drop-down and on the face, in pixels. In icon mode adding a row
+    /// makes it 50 × 50, and that on the face is 16 × 16.
+    /// @{
     void setItemIconSize(QSize size);
     QSize itemIconSize() const;
+    /// @}
 
-    /// @param mode a QListView::ViewMode, see ListView::setViewMode()
+    /// How the rows are laid out: a QListView::ViewMode, see ListView::setViewMode().
+    /// @{
     void setViewMode(int mode);
     int viewMode() const;
+    /// @}
 
     /// The height of the drop-down inside its frame, in pixels.
+    /// @{
     void setListWidgetHeight(int height);
     int listWidgetHeight() const;
+    /// @}
 
 public Q_SLOTS:
     /// Answers the button in the drop-down, which is still open; does nothing here.

@@ -19,13 +19,19 @@ namespace OvCc {
 /// The dialog comes up inside currentIndexChanged(), and Qt goes on with the combo box after it: to
 /// delete the combo box meanwhile, or inside its signals, use deleteLater(), which waits for the end
 /// of the dialog. What the combo box is in has to stay until then.
+///
+/// @ingroup pickers
+/// @image html ColorComboBox.png
 class OVCC_EXPORT ColorComboBox : public QComboBox
 {
     Q_OBJECT
+
+    /// See currentColor().
     Q_PROPERTY(QColor currentColor READ currentColor NOTIFY currentColorChanged
                        DESIGNABLE false STORED false)
 
 public:
+    /// Shows the first colour, red, and reports nothing.
     explicit ColorComboBox(QWidget *parent = nullptr);
     ~ColorComboBox() override;
 

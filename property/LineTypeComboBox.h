@@ -11,11 +11,15 @@ enum LineTypeRow { LineTypeByLayerRow, LineTypeByBlockRow, ContinuousRow };
 
 /// The linetype picker, 150 × 20 pixels: "By Layer", "By Block" and "Continuous". Its button
 /// "Others..." is the host's to answer, see BaseComboBox::dialogRequested().
+///
+/// @ingroup pickers
+/// @image html LineTypeComboBox.png
 class OVCC_EXPORT LineTypeComboBox : public BaseComboBox
 {
     Q_OBJECT
 
 public:
+    /// "By Layer" is chosen.
     explicit LineTypeComboBox(QWidget *parent = nullptr);
     ~LineTypeComboBox() override;
 

@@ -6,6 +6,8 @@
 namespace OvCc {
 
 /// The rows of LineWidthComboBox, and those in the list of OvLineWeightDialog.
+///
+/// @ingroup pickers
 enum LineWeightRow {
     LineWeightByLayerRow,
     LineWeightByBlockRow,
@@ -22,11 +24,15 @@ enum LineWeightRow {
 ///
 /// Labels are in millimetres until the user accepts the settings with inches; from then on they stay
 /// in inches.
+///
+/// @ingroup pickers
+/// @image html LineWidthComboBox.png
 class OVCC_EXPORT LineWidthComboBox : public BaseComboBox
 {
     Q_OBJECT
 
 public:
+    /// "By Layer" is chosen.
     explicit LineWidthComboBox(QWidget *parent = nullptr);
     ~LineWidthComboBox() override;
 

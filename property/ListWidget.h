@@ -10,11 +10,15 @@ namespace OvCc {
 
 /// The list of rows in a picker's drop-down. A row is chosen by releasing the left button on it, not
 /// by a click: the press may have been on another row.
+///
+/// @ingroup pickers
+/// @image html ListWidget.png
 class OVCC_EXPORT ListWidget : public QListWidget
 {
     Q_OBJECT
 
 public:
+    /// A list without rows.
     explicit ListWidget(QWidget *parent = nullptr);
     ~ListWidget() override;
 

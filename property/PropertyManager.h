@@ -15,23 +15,33 @@ class QOvColorComboBox;
 
 /// A small panel with the pickers for the properties of new objects, one below the other: colour,
 /// lineweight and linetype.
+///
+/// @ingroup pickers
+/// @image html PropertyManager.png
 class OVCC_EXPORT PropertyManager : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// "By Layer" is chosen in each of the pickers.
     explicit PropertyManager(QWidget *parent = nullptr);
     ~PropertyManager() override;
 
     /// The pickers; they belong to the panel.
+    /// @{
     QOvColorComboBox *colorPicker() const;
     LineWidthComboBox *lineWeightPicker() const;
     LineTypeComboBox *lineTypePicker() const;
+    /// @}
 
 Q_SIGNALS:
-    /// The signals of the three pickers, passed on.
+    /// See QOvColorComboBox::colorChosen().
     void colorChosen(int row, QColor color);
+
+    /// See LineWidthComboBox::lineWeightChosen().
     void lineWeightChosen(int lineWeight);
+
+    /// See LineTypeComboBox::lineTypeChosen().
     void lineTypeChosen(QString name);
 
 private:

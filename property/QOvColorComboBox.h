@@ -7,6 +7,8 @@
 namespace OvCc {
 
 /// The rows of QOvColorComboBox.
+///
+/// @ingroup pickers
 enum ColorRow {
     ColorByLayerRow,
     ColorByBlockRow,
@@ -23,15 +25,19 @@ enum ColorRow {
 /// The colour picker: "By Layer", "By Block", seven standard colours, and a button for the colour
 /// dialog. A colour from the dialog is appended as a row that is named by its components
 /// (`255,128,0`) and lives as long as the picker; one that has such a row already changes nothing.
+///
+/// @ingroup pickers
+/// @image html QOvColorComboBox.png
 class OVCC_EXPORT QOvColorComboBox : public BaseComboBox
 {
     Q_OBJECT
 
 public:
+    /// "By Layer" is chosen.
     explicit QOvColorComboBox(QWidget *parent = nullptr);
     ~QOvColorComboBox() override;
 
-    /// The colour of a row: white for ::ColorByLayerRow and ::ColorByBlockRow; invalid for a row that
+    /// The colour of a row: white for ColorByLayerRow and ColorByBlockRow; invalid for a row that
     /// is not there or that the host added.
     QColor colorOf(int row) const;
 

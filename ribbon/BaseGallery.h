@@ -17,11 +17,15 @@ namespace OvCc {
 /// that acts on presses follows itemPressed() of this gallery and of popupGallery().
 ///
 /// A subclass calls createGalleryItems() and then creatBaseGallery(), once each.
+///
+/// @ingroup ribbon
+/// @image html BaseGallery.png
 class OVCC_EXPORT BaseGallery : public NsRc::RibbonGallery
 {
     Q_OBJECT
 
 public:
+    /// A gallery without items; see the class.
     explicit BaseGallery(QWidget *parent = nullptr);
 
     /// Deletes the drop-down and the items.

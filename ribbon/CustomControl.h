@@ -15,11 +15,15 @@ class LayerComboBox;
 ///
 /// It can take its width from a companion, say a ViewButton beside it: connect the companion's
 /// geometryChanged() to adjustGeometry().
+///
+/// @ingroup ribbon
+/// @image html CustomControl.png
 class OVCC_EXPORT CustomControl : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// With a layer combo box that has no rows yet, and without a width companion.
     explicit CustomControl(QWidget *parent = nullptr);
 
     /// Deletes the width companion, too.
@@ -35,6 +39,8 @@ public:
     /// becoming its parent, and deletes the one before; null leaves it without one. The companion
     /// may be deleted elsewhere first. It must not contain the control.
     void setWidthCompanion(QWidget *companion);
+
+    /// Null without one, or where it was deleted elsewhere.
     QWidget *widthCompanion() const;
 
 public Q_SLOTS:

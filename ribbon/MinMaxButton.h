@@ -12,11 +12,15 @@ namespace OvCc {
 /// A strip of 60 × 20 pixels with three buttons for a panel of the host, from left to right: minimise,
 /// restore, close. What they do to the panel is up to the host. Their pictures are white, for dark
 /// panels.
+///
+/// @ingroup ribbon
+/// @image html MinMaxButton.png
 class OVCC_EXPORT MinMaxButton : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// A strip that stays on top where it is a window of its own, without a parent.
     explicit MinMaxButton(QWidget *parent = nullptr);
     ~MinMaxButton() override;
 

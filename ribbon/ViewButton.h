@@ -17,12 +17,18 @@ namespace OvCc {
 /// To turn the drawing, a host connects to the triggered() signal of menu(), whose actions are in the
 /// order of ::View and carry the names of the views as their object names. Two views are named
 /// "Northwest"; choosing either one leaves the last one checked.
+///
+/// @ingroup ribbon
+/// @image html ViewButton.png
 class OVCC_EXPORT ViewButton : public QPushButton
 {
     Q_OBJECT
+
+    /// The ::View that is shown as the chosen one.
     Q_PROPERTY(int view READ view WRITE setView NOTIFY geometryChanged USER true)
 
 public:
+    /// "Top" is chosen.
     explicit ViewButton(QWidget *parent = nullptr);
 
     /// The menu belongs to the button and goes with it.

@@ -8,6 +8,9 @@ namespace OvCc {
 /// The ten standard views of a drawing as a gallery, in the order of ::View, with "Top" checked at
 /// first. Two views are named "Northwest": only their pictures and places tell them apart. Turning
 /// the drawing is up to the host, which puts the gallery into its ribbon.
+///
+/// @ingroup ribbon
+/// @image html ViewGallery.png
 class OVCC_EXPORT ViewGallery : public BaseGallery
 {
 public:

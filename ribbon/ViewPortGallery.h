@@ -6,6 +6,8 @@ namespace OvCc {
 
 /// The arrangements of viewports: the rows of ViewPortGallery. Where the viewports differ in size, the
 /// name says where the largest one is; otherwise, how they are divided.
+///
+/// @ingroup ribbon
 enum ViewportArrangement {
     SingleViewport,
     TwoVerticalViewports,
@@ -23,6 +25,9 @@ enum ViewportArrangement {
 
 /// Twelve arrangements of one to four viewports as a gallery, with "Single" checked at first.
 /// Arranging them is up to the host, which puts the gallery into its ribbon.
+///
+/// @ingroup ribbon
+/// @image html ViewPortGallery.png
 class OVCC_EXPORT ViewPortGallery : public BaseGallery
 {
 public:

@@ -4,6 +4,8 @@ namespace OvCc {
 
 /// The standard views of a drawing: the rows of ViewGallery and the entries of the menu of ViewButton.
 /// The last four are isometric.
+///
+/// @ingroup ribbon
 enum View {
     TopView,
     BottomView,

@@ -17,6 +17,8 @@
 /// and readDrawing(), which may run in any one thread that hands its drawing over.
 ///
 /// N is the number of layers, F the size of the file.
+///
+/// @ingroup host
 namespace KcHost {
 
 /// A drawing with the layer "0", which is current.
@@ -101,6 +103,8 @@ KCSDK_EXPORT Kcore::ErrorStatus renameLayer(KcDbDatabase &drawing, const QString
 KCSDK_EXPORT Kcore::ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name);
 
 /// A change of an entity's properties: those without a value stay as they are.
+///
+/// @ingroup host
 struct EntityChange
 {
     std::optional<int> color;         ///< 0 by block, 1 to 255, 256 by layer; ends a true colour

@@ -15,6 +15,8 @@ class QToolButton;
 namespace KcHost {
 
 /// Widgets side by side above their common title. RibbonPage::addGroup() makes it.
+///
+/// @ingroup host
 class KCSDK_EXPORT RibbonGroup : public QWidget
 {
     Q_OBJECT
@@ -45,6 +47,8 @@ private:
 
 /// What a tab of a ribbon bar shows: groups side by side. Where they are wider than the page, the
 /// wheel and two buttons at its ends scroll. RibbonBar::addPage() makes it.
+///
+/// @ingroup host
 class KCSDK_EXPORT RibbonPage : public QWidget
 {
     Q_OBJECT
@@ -75,11 +79,15 @@ private:
 
 /// A slim ribbon: a row of tabs, below it the groups of the chosen page. It is as high as a gallery
 /// of 65 pixels needs, or as its highest widget.
+///
+/// @ingroup host
+/// @image html RibbonBar.png
 class KCSDK_EXPORT RibbonBar : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// A bar without pages.
     explicit RibbonBar(QWidget *parent = nullptr);
     ~RibbonBar() override;
 

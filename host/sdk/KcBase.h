@@ -1,6 +1,7 @@
 #pragma once
 
 /// @file
+/// @ingroup sdk
 /// What every header of the host's SDK rests on: characters, strings and status codes.
 
 /// Marks what the host provides; a program that links the host finds it there.
@@ -19,6 +20,8 @@ KCSDK_EXPORT void kcutDelString(KTCHAR *&text);
 namespace Kcore {
 
 /// The outcome of a database operation.
+///
+/// @ingroup sdk
 enum ErrorStatus {
     eOk = 0,                 ///< done
     eInvalidInput,           ///< an argument has no meaning here

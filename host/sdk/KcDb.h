@@ -7,6 +7,7 @@
 #include <string>
 
 /// @file
+/// @ingroup sdk
 /// The drawing database: its objects, the layer table and the viewports.
 ///
 /// Objects belong to their database. They are opened for read or for write, used, and closed again
@@ -22,12 +23,16 @@ class KcDbViewport;
 namespace KcDb {
 
 /// What an object is opened for.
+///
+/// @ingroup sdk
 enum OpenMode {
     kForRead,  ///< to look at; shared with other readers
     kForWrite, ///< to change; nobody else may have it open
 };
 
 /// Lineweights in hundredths of a millimetre, or one of three codes.
+///
+/// @ingroup sdk
 enum LineWeight : int {
     kLnWtByLayer = -1,
     kLnWtByBlock = -2,
@@ -37,12 +42,15 @@ enum LineWeight : int {
 } // namespace KcDb
 
 /// Names a database object for as long as its database lives; copied freely, closed or not.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbObjectId
 {
 public:
     /// The id of no object.
     KcDbObjectId() = default;
 
+    /// Whether both name the same object, or both none.
     bool operator==(const KcDbObjectId &other) const;
 
 private:
@@ -52,6 +60,8 @@ private:
 };
 
 /// What all database objects have in common.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbObject
 {
 public:
@@ -59,6 +69,7 @@ public:
     KcDbObject &operator=(const KcDbObject &) = delete;
     virtual ~KcDbObject();
 
+    /// Names the object also after it is closed, for as long as its database lives.
     KcDbObjectId objectId() const;
 
     /// Turns an object that is open for read into one that is open for write.
@@ -76,6 +87,7 @@ public:
     Kcore::ErrorStatus close();
 
 protected:
+    /// An object of @p database, which alone makes them; @p number is its own there.
     KcDbObject(KcDbDatabase &database, std::uint32_t number);
 
 private:
@@ -89,6 +101,8 @@ private:
 };
 
 /// A colour of the drawing: an index, a true colour, or one of the codes "by layer", "by block".
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcCmColor
 {
 public:
@@ -96,9 +110,11 @@ public:
     const KTCHAR *colorNameForDisplay() const;
 
     /// The parts of the colour as shown, 0 to 255.
+    /// @{
     std::uint8_t red() const;
     std::uint8_t green() const;
     std::uint8_t blue() const;
+    /// @}
 
 private:
     friend class KcDbObjectAccess;
@@ -109,6 +125,8 @@ private:
 };
 
 /// A named entry of one of the database's symbol tables.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbSymbolTableRecord : public KcDbObject
 {
 public:
@@ -119,6 +137,7 @@ public:
     Kcore::ErrorStatus getName(KTCHAR *&name) const;
 
 protected:
+    /// As any object, it is made by its database.
     using KcDbObject::KcDbObject;
 
 private:
@@ -127,24 +146,31 @@ private:
 };
 
 /// One layer of the drawing. The setters need the record open for write.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbLayerTableRecord : public KcDbSymbolTableRecord
 {
 public:
     ~KcDbLayerTableRecord() override;
 
+    /// What the setters below set.
+    /// @{
     bool isOff() const;
     bool isFrozen() const;
     bool isLocked() const;
     bool isPlottable() const;
+    /// @}
 
     /// Whether viewports that are made from now on start with this layer frozen.
     bool VPDFLT() const;
 
+    /// A copy, which stays as it is when the record changes or is closed.
     KcCmColor color() const;
 
     /// The linetype's record; its name comes from KcDbSymbolUtilities::getSymbolName().
     KcDbObjectId linetypeObjectId() const;
 
+    /// In hundredths of a millimetre, or one of the codes.
     KcDb::LineWeight lineWeight() const;
 
     /// @return a new string that the caller frees with kcutDelString()
@@ -175,6 +201,8 @@ private:
 };
 
 /// Walks the records of a symbol table; made by the table, deleted by the caller.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbSymbolTableIterator
 {
 public:
@@ -192,15 +220,18 @@ public:
     bool done() const;
 
 protected:
+    /// At the first place of the table, whatever there is: see start().
     explicit KcDbSymbolTableIterator(const KcDbDatabase &database);
-    const KcDbDatabase &m_database;
-    int m_position = 0;
+    const KcDbDatabase &m_database; ///< whose table this is
+    int m_position = 0;             ///< in the table, erased records included
 
 private:
     void skipErased(int direction);
 };
 
 /// Walks the layer table. It needs the table open when it is made, and not afterwards.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbLayerTableIterator : public KcDbSymbolTableIterator
 {
 public:
@@ -218,6 +249,8 @@ private:
 };
 
 /// The table of the drawing's layers.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbLayerTable : public KcDbObject
 {
 public:
@@ -234,11 +267,14 @@ private:
 };
 
 /// A viewport of the paper space: a window onto the model, with layers of its own frozen in it.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbViewport : public KcDbObject
 {
 public:
     ~KcDbViewport() override;
 
+    /// Whether the layer is frozen in this viewport, be it frozen as a whole or not.
     bool isLayerFrozenInViewport(const KcDbObjectId &layer) const;
 
 private:
@@ -248,6 +284,8 @@ private:
 };
 
 /// A drawing. It owns all its objects; they must be closed before it goes.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbDatabase
 {
 public:
@@ -271,6 +309,8 @@ private:
 };
 
 /// What the host application offers to code that runs inside it.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT KcDbHostApplicationServices
 {
 public:
@@ -292,12 +332,15 @@ template <class T>
 Kcore::ErrorStatus kcdbOpenObject(T *&object, KcDbObjectId id, KcDb::OpenMode mode,
                                   bool openErased = false);
 
+/// What kcdbOpenObject() opens: for other classes there is no such function.
+/// @{
 template <>
 KCSDK_EXPORT Kcore::ErrorStatus kcdbOpenObject(KcDbViewport *&viewport, KcDbObjectId id,
                                                KcDb::OpenMode mode, bool openErased);
 template <>
 KCSDK_EXPORT Kcore::ErrorStatus kcdbOpenObject(KcDbLayerTableRecord *&layer, KcDbObjectId id,
                                                KcDb::OpenMode mode, bool openErased);
+/// @}
 
 namespace KcDbSymbolUtilities {
 

@@ -3,6 +3,7 @@
 #include "KcBase.h"
 
 /// @file
+/// @ingroup sdk
 /// The host's system variables.
 
 /// What kcedGetVar() returns when it has the value.
@@ -13,13 +14,15 @@ constexpr int RTERROR = -5001;
 constexpr short RTSHORT = 5003;
 
 /// Carries one value; `restype` says which member of `resval` holds it.
+///
+/// @ingroup sdk
 struct resbuf
 {
-    short restype = 0;
+    short restype = 0; ///< RTSHORT: `rint` has the value
     union {
-        double rreal;
-        short rint;
-    } resval = {0.0};
+        double rreal; ///< a real number
+        short rint;   ///< a whole number
+    } resval = {0.0}; ///< the value
 };
 
 /// Reads a system variable, such as "TILEMODE" or "LWUNITS"; letter case does not matter.

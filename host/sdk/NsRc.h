@@ -12,6 +12,7 @@
 #include <memory>
 
 /// @file
+/// @ingroup sdk
 /// The host's ribbon: galleries of items, the groups that own the items, and drop-down menus.
 
 namespace NsRc {
@@ -21,6 +22,8 @@ class RibbonGalleryGroup;
 
 /// One choice of a gallery: a picture with a caption. It belongs to the group that it was appended
 /// to, and leaves it when it is deleted; every gallery that shows the group follows a change at once.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT RibbonGalleryItem
 {
 public:
@@ -28,13 +31,17 @@ public:
     virtual ~RibbonGalleryItem();
 
     /// An icon without a picture leaves its place empty.
+    /// @{
     void setIcon(const QIcon &icon);
     QIcon icon() const;
+    /// @}
 
     /// Shown beside the icon, or as a tool tip where the gallery hides its labels or has too little
     /// room.
+    /// @{
     void setCaption(const QString &caption);
     QString caption() const;
+    /// @}
 
 private:
     Q_DISABLE_COPY(RibbonGalleryItem)
@@ -44,6 +51,8 @@ private:
 };
 
 /// An item that stands for a tool. It is shown like any other.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT RibbonToolGalleryItem : public RibbonGalleryItem
 {
 public:
@@ -53,6 +62,8 @@ public:
 
 /// The items that one or more galleries show, in cells of one size. It may be destroyed before or
 /// after the galleries: those that still show it are empty then.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT RibbonGalleryGroup : public QObject
 {
     Q_OBJECT
@@ -63,9 +74,12 @@ public:
     ~RibbonGalleryGroup() override;
 
     /// The size of a cell in pixels, at least 1 × 1; 24 × 24 at first.
+    /// @{
     void setSize(const QSize &size);
     QSize getSize() const;
+    /// @}
 
+    /// How many items there are, numbered from 0.
     int getItemCount() const;
 
     /// Appends an item, which the group owns from now on; one of another group moves over. Null is
@@ -101,11 +115,15 @@ private:
 ///
 /// The items lie inside the contents margins, one pixel on each side at first, and inside the frame,
 /// where there is one.
+///
+/// @ingroup sdk
+/// @image html RibbonGallery.png
 class KCSDK_EXPORT RibbonGallery : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// A gallery that shows no group.
     explicit RibbonGallery(QWidget *parent = nullptr);
     ~RibbonGallery() override;
 
@@ -119,6 +137,8 @@ public:
     /// Shows the items of @p group, which stays the caller's; null shows none. Nothing is checked
     /// then.
     void setGalleryGroup(RibbonGalleryGroup *group);
+
+    /// Null where none is shown, or it was destroyed.
     RibbonGalleryGroup *galleryGroup() const;
 
     /// Checks the item at @p index of the group, and scrolls to it if it was not checked before; an
@@ -134,6 +154,8 @@ public:
     /// Has the drop-down button open @p menu, which the gallery owns from now on; the one before is
     /// deleted. Null takes the button away.
     void setPopupMenu(OfficePopupMenu *menu);
+
+    /// Null without a menu; it stays the gallery's.
     OfficePopupMenu *popupMenu() const;
 
     /// With Qt::ScrollBarAlwaysOff the scroll buttons are gone; with Qt::ScrollBarAsNeeded, the
@@ -171,6 +193,8 @@ private:
 
 /// A drop-down menu that holds widgets. It closes when an item of a gallery in it was pressed, after
 /// RibbonGallery::itemPressed(). The first widget that takes the focus has it while the menu is open.
+///
+/// @ingroup sdk
 class KCSDK_EXPORT OfficePopupMenu : public QMenu
 {
     Q_OBJECT

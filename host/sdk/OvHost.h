@@ -3,6 +3,7 @@
 #include "KcBase.h"
 
 /// @file
+/// @ingroup sdk
 /// What the widgets ask of the application that they run in.
 
 /// Told by the widgets after the user changed a layer through one of them, when the drawing has the

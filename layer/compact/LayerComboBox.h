@@ -35,11 +35,15 @@ class LayerItem;
 /// Costs, N being the number of layers: slotUpdate() reads N layers, and touches only the rows that
 /// differ. A click looks for its layer among N in the drawing. Opening costs what is in
 /// sight; only where the current layer is another one than at the last update, it is looked for.
+///
+/// @ingroup layers
+/// @image html LayerComboBox.png
 class OVCC_EXPORT LayerComboBox : public QComboBox
 {
     Q_OBJECT
 
 public:
+    /// A combo box without rows, until slotUpdate().
     explicit LayerComboBox(QWidget *parent = nullptr);
     ~LayerComboBox() override;
 

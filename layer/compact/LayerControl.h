@@ -12,12 +12,18 @@ class LayerComboBox;
 
 /// A slim bar for a panel of the host: a picture of layers, a layer combo box, and a button that
 /// folds and unfolds what belongs to the bar, as a StackWidget does. It is folded at first.
+///
+/// @ingroup layers
+/// @image html LayerControl.png
 class OVCC_EXPORT LayerControl : public QWidget
 {
     Q_OBJECT
+
+    /// Whether the bar is folded, and with it what belongs to it.
     Q_PROPERTY(bool folded READ isFolded WRITE setFolded NOTIFY folded)
 
 public:
+    /// Folded, with a layer combo box that has no rows yet.
     explicit LayerControl(QWidget *parent = nullptr);
 
     /// A StackWidget that hangs on the bar goes with it.
@@ -29,6 +35,7 @@ public:
     /// It belongs to the bar. The host fills it with LayerComboBox::slotUpdate().
     LayerComboBox *layerComboBox() const;
 
+    /// True at first.
     bool isFolded() const;
 
 public Q_SLOTS:

@@ -12,14 +12,19 @@ namespace OvCc {
 /// The face of the layer combo box: a read-only edit without text of its own that shows one layer's
 /// on/off, freeze and lock images, its colour and its name. A name that is too long is cut, and has a
 /// tool tip. There is no context menu: there is no text to act on.
+///
+/// @ingroup layers
+/// @image html LayerEdit.png
 class OVCC_EXPORT LayerEdit : public QLineEdit
 {
     Q_OBJECT
 
 public:
+    /// A face that shows no layer yet.
     explicit LayerEdit(QWidget *parent);
     ~LayerEdit() override;
 
+    /// Shows all parts of @p data.
     void setCurrentLayer(LayerItemData data);
 
     /// Shows a part of @p data. A status index also refreshes the images to its right.

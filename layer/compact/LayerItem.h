@@ -17,6 +17,9 @@ namespace OvCc {
 /// A click on one of the three buttons changes the layer in the drawing at once and then sends
 /// statusChanged(). Nothing is refused here and no result is looked at; what the row shows is what
 /// the user asked for.
+///
+/// @ingroup layers
+/// @image html LayerItem.png
 class OVCC_EXPORT LayerItem : public QWidget
 {
     Q_OBJECT
@@ -26,6 +29,7 @@ public:
     explicit LayerItem(QWidget *parent);
     ~LayerItem() override;
 
+    /// The layer as it is shown, with its name in full.
     LayerItemData currentLayerData() const;
 
     /// Shows @p data, its name in full. The buttons follow it from now on: the next click on each
@@ -40,9 +44,13 @@ public:
     void setLayerName(QString name);
 
 public Q_SLOTS:
+    /// Turn what is shown into its opposite, as a click on one of the buttons does: on or off,
+    /// frozen or thawed, locked or unlocked. statusChanged() follows.
+    /// @{
     void slotLightChange();
     void slotFreezeStatus();
     void slotLockChange();
+    /// @}
 
     /// Does nothing: the colour is only shown.
     void slotColorChanged();

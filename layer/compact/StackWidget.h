@@ -17,6 +17,9 @@ class PropertyManager;
 /// It is invisible until the bar is folded or unfolded for the first time, or until the host shows
 /// it. It is placed anew whenever the bar sends geometryChanged(), and at no other time: a host whose
 /// window was moved, or shown for the first time, calls adjustGeometry() to bring it along.
+///
+/// @ingroup layers
+/// @image html StackWidget.png
 class OVCC_EXPORT StackWidget : public QStackedWidget
 {
     Q_OBJECT

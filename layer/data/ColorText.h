@@ -6,14 +6,18 @@
 #include <QString>
 
 /// @file
+/// @ingroup bridge
 /// Colours as texts.
 
 namespace OvCc {
 
+/// A colour, and what the drawing calls it.
+///
+/// @ingroup bridge
 struct NamedColor
 {
     QString name; ///< as it is shown
-    QColor color;
+    QColor color; ///< as it is painted
 };
 
 /// The text of a colour in a layer row: `ll*red;255,0,0`.

@@ -4,6 +4,8 @@ namespace OvCc {
 
 /// The columns of a layer table, which are the places of the texts in a row of
 /// OvLayerUtility::getAllLayerDate(). A flag is "true" or "false".
+///
+/// @ingroup bridge
 enum LayerColumn {
     CurrentColumn, ///< flag: whether it is the current layer
     NameColumn,

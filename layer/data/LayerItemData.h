@@ -16,13 +16,15 @@ enum StatusIndex { OnStatus, FreezeStatus, LockStatus, ColorStatus, NameStatus }
 /// and by the full one.
 ///
 /// A default-constructed record is no layer yet: its flags mean nothing until somebody sets them.
+///
+/// @ingroup bridge
 struct LayerItemData
 {
     bool isOn = false;     ///< switched on
     bool isLocked = false; ///< shown, but not to be edited
     bool isFrozen = false; ///< neither shown nor regenerated
     QColor color;          ///< opaque; invalid until set
-    QString name;
+    QString name;          ///< as the drawing spells it
 };
 
 } // namespace OvCc

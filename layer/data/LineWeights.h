@@ -7,6 +7,7 @@
 #include <array>
 
 /// @file
+/// @ingroup bridge
 /// The vocabulary of lineweights. A lineweight is a whole number of hundredths of a millimetre, as
 /// the drawing stores it, or one of three negative codes.
 
@@ -24,10 +25,10 @@ constexpr std::array<int, 24> standardLineWeights{0,  5,   9,   13,  15,  18,  2
                                                   30, 35,  40,  50,  53,  60,  70,  80,
                                                   90, 100, 106, 120, 140, 158, 200, 211};
 
-/// The label that fixed lists of lineweights show: `0.25 mm` or `0.10"`; "By Layer", "By Block" and
-/// "Default" for the codes. It does not depend on the drawing. The figure before the inch sign is a
-/// 254th of the value, ten times the true width that StringByLineWeight() gives: users of these
-/// lists know the lineweights by those figures.
+/// The label that fixed lists of lineweights show: `0.25 mm`, or `0.10` and an inch sign; "By Layer",
+/// "By Block" and "Default" for the codes. It does not depend on the drawing. The figure before the
+/// inch sign is a 254th of the value, ten times the true width that StringByLineWeight() gives: users
+/// of these lists know the lineweights by those figures.
 OVCC_EXPORT QString fixedLineWeightLabel(int lineWeight, LineWeightUnit unit);
 
 } // namespace OvCc
@@ -36,7 +37,7 @@ OVCC_EXPORT QString fixedLineWeightLabel(int lineWeight, LineWeightUnit unit);
 /// "default"; anything else, negative numbers included, is "by layer".
 OVCC_EXPORT int lineWeightByIndex(char index);
 
-/// The label of a lineweight in the drawing's unit: `0.25 mm`, or `0.010 "` where the system
-/// variable "LWUNITS" says inches; "Layer", "Block" and "Default" for the codes.
+/// The label of a lineweight in the drawing's unit: `0.25 mm`, or `0.010` and, after a blank, an inch
+/// sign, where the system variable "LWUNITS" says inches; "Layer", "Block" and "Default" for the codes.
 /// @param value   a lineweight, or an index for lineWeightByIndex() if @p isIndex
 OVCC_EXPORT QString StringByLineWeight(int value, bool isIndex);

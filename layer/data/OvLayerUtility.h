@@ -17,6 +17,8 @@ class KcDbLayerTableRecord;
 /// cannot be opened is passed over.
 ///
 /// N is the number of layers. Setters and queries are O(N), getCurrentLayer() is O(1).
+///
+/// @ingroup bridge
 class OVCC_EXPORT OvLayerUtility
 {
 public:
@@ -42,11 +44,13 @@ public:
     /// Layer names are told apart to the letter, case included, here and below.
     void setLayerOff(QString name, bool on);
 
+    /// Locks or unlocks a layer: what lies on a locked one is shown, but not to be edited.
     void setLayerLock(QString name, bool lock);
 
     /// Freezes or thaws a layer. The database refuses to freeze the current one.
     void setLayerFrozen(QString name, bool frozen);
 
+    /// Says whether what lies on a layer is plotted; on the screen it is shown in any case.
     void setLayerPlot(QString name, bool plot);
 
     /// Appends one row of 13 strings per layer to @p rows, in the order of the layer table.

@@ -36,25 +36,32 @@ class LayerTableWidget;
 ///
 /// Costs, N being the number of layers: a few layers that changed are looked for among N, once for all
 /// widgets after a click; all else is O(N) a widget.
+///
+/// @ingroup layers
 class OVCC_EXPORT LayerLink : public QObject
 {
     Q_OBJECT
 
 public:
+    /// A link that keeps nothing in step yet; see add().
     explicit LayerLink(QObject *parent = nullptr);
     ~LayerLink() override;
 
     /// Takes a widget in, which is put right with the next update. It stays the caller's, and is
     /// forgotten when it is destroyed. Null, and a widget that is in already, change nothing; the
     /// table() of a panel is in with its panel.
+    /// @{
     void add(LayerComboBox *box);
     void add(LayerManager *panel);
     void add(LayerTableWidget *table);
+    /// @}
 
     /// Whether a layer that the user chooses in a layer box is to become the current one, so that
     /// currentLayerRequested() follows layerChosen(). True to begin with.
+    /// @{
     bool choiceMakesCurrent() const;
     void setChoiceMakesCurrent(bool makesCurrent);
+    /// @}
 
 public Q_SLOTS:
     /// A layer has other flags, another colour or the like, or it came, or it is gone.
@@ -95,13 +102,15 @@ Q_SIGNALS:
     /// The user chose a layer in the drop-down of a layer box.
     void layerChosen(const QString &name);
 
-    /// A click in one of the widgets is about to change the drawing, and has changed what it could: a
-    /// host opens and closes its transaction or undo step here. If it takes changes back, it tells by
-    /// layerChanged().
-    /// @param text    what the user does, translated, such as "Lock layer"
+    /// A click in one of the widgets is about to change the drawing: a host opens its transaction or
+    /// undo step here.
+    /// @param text what the user does, translated, such as "Lock layer"
+    void changesBegin(const QString &text);
+
+    /// The click has changed what it could: a host closes here what it opened. If it takes changes
+    /// back, it tells by layerChanged().
     /// @param changed how many layers are different now
     /// @param refused how many the drawing did not change as asked
-    void changesBegin(const QString &text);
     void changesEnd(int changed, int refused);
 
 private:

@@ -7,6 +7,7 @@
 class QPushButton;
 
 /// @file
+/// @ingroup bridge
 /// The small pictures beside the names of layers, colours, lineweights, linetypes and text styles,
 /// and the loader of the pictures that come from the host's resources. All sizes are in pixels.
 

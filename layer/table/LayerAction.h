@@ -8,11 +8,15 @@ namespace OvCc {
 
 /// Shows or hides one column of a layer table. Its object name is the column's title in headerList, its
 /// text is the title as it is shown.
+///
+/// @ingroup layers
+/// @image html LayerAction.png
 class OVCC_EXPORT LayerAction : public QAction
 {
     Q_OBJECT
 
 public:
+    /// An entry with @p text, the title as it is shown; the object name is for the caller to set.
     LayerAction(const QString &text, QObject *parent);
     ~LayerAction() override;
 
@@ -22,6 +26,7 @@ public Q_SLOTS:
     void actionProcess(bool checked);
 
 Q_SIGNALS:
+    /// The user wants @p column, a LayerColumn, to be shown (@p checked) or hidden.
     void layerTriggered(int column, bool checked);
 };
 

@@ -25,11 +25,14 @@ namespace OvCc {
 ///
 /// The linetype and lineweight dialogs are there for a host that reaches them by its own means; no
 /// click opens them.
+///
+/// @ingroup layers
 class OVCC_EXPORT LayerDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 
 public:
+    /// A delegate for any number of views, which do not own it.
     explicit LayerDelegate(QObject *parent = nullptr);
     ~LayerDelegate() override;
 

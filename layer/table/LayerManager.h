@@ -22,6 +22,9 @@ class SearchLayerEdit;
 /// renameLayer(); these change the panel only. The signals that follow tell what to do to the
 /// drawing; then the host refreshes the panel. To delete the panel from inside a signal, use
 /// deleteLater().
+///
+/// @ingroup layers
+/// @image html LayerManager.png
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT
@@ -30,6 +33,8 @@ public:
     /// The pictures of the host's commands, in the order of the strip ":/layertoolbar.bmp".
     enum LayerIcons { NewLayerIcon, DeleteLayerIcon, CurrentLayerIcon, RefreshIcon };
 
+    /// A panel of the working drawing's layers; its label says "0" until the table tells of the
+    /// current layer.
     explicit LayerManager(QWidget *parent = nullptr);
 
     /// Saves the column layout of the table.
@@ -39,8 +44,10 @@ public:
     QSize sizeHint() const override;
 
     /// The parts of the panel. They are its own, and go with it.
+    /// @{
     LayerTableWidget *table() const;
     SearchLayerEdit *searchEdit() const;
+    /// @}
 
     /// A picture of @p size with the 16 × 16 tile of a command at its top left, transparent
     /// elsewhere.
@@ -56,27 +63,38 @@ public Q_SLOTS:
     /// @return whether anything in the panel was different
     bool refresh();
 
-    /// LayerTableWidget::refreshLayers() and LayerTableWidget::showOtherDrawing()
+    /// See LayerTableWidget::refreshLayers().
     bool refreshLayers(const QStringList &names);
+
+    /// See LayerTableWidget::showOtherDrawing().
     bool showOtherDrawing();
 
     /// Sends layerManagerChanged().
     void slotLayerChanged();
 
-    /// The commands of the table(): addLayer(), remove(), setCurrentLayer() and renameLayer().
+    /// The command LayerTableWidget::addLayer() of the table().
     void newLayer();
+
+    /// The command LayerTableWidget::remove() of the table().
     void deleteLayers();
+
+    /// The command LayerTableWidget::setCurrentLayer() of the table().
     void makeCurrent();
+
+    /// The command LayerTableWidget::renameLayer() of the table().
     void renameLayer();
 
 Q_SIGNALS:
     /// The user changed layers in the drawing by clicks in the table.
     void layerManagerChanged();
 
-    /// A click is about to change the drawing, or has changed it, or changed these layers in it; see
-    /// LayerDelegate.
+    /// A click is about to change the drawing; see LayerDelegate::changesBegin().
     void changesBegin(QString text);
+
+    /// It has changed what it could; see LayerDelegate::changesEnd().
     void changesEnd(int changed, int refused);
+
+    /// It changed these layers; see LayerDelegate::layersToggled().
     void layersToggled(QStringList names);
 
     /// A new row's name was settled; see LayerTableWidget::layerAdded().

@@ -14,11 +14,14 @@ namespace OvCc {
 ///
 /// Neither the rows nor the titles are copied on the way to the view: after changing them call
 /// refrushModel().
+///
+/// @ingroup layers
 class OVCC_EXPORT LayerModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
+    /// A model without rows and columns.
     explicit LayerModel(QObject *parent = nullptr);
     ~LayerModel() override;
 

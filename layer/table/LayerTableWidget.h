@@ -31,6 +31,9 @@ class FrozenTableWidget;
 ///
 /// Costs, N being the number of layers: loading and sorting are O(N log N), a click is O(N) for the
 /// walk to the layer's record, everything else is O(N) or better.
+///
+/// @ingroup layers
+/// @image html LayerTableWidget.png
 class OVCC_EXPORT LayerTableWidget : public QTableView
 {
     Q_OBJECT
@@ -40,6 +43,8 @@ public:
     /// is made: each reads them there as it is made, and writes them there as it goes.
     static void setSettingsScope(const QString &organisation, const QString &application);
 
+    /// A table of the working drawing's layers, as InitLayerModel() fills it. Nobody can hear of
+    /// the current layer yet: a host asks currentLayer().
     explicit LayerTableWidget(QWidget *parent = nullptr);
 
     /// Saves the column layout.
@@ -149,10 +154,13 @@ Q_SIGNALS:
     /// The user changed layers through this table.
     void updateLayerCombo();
 
-    /// A click is about to change the drawing, or has changed it, or changed these layers in it; see
-    /// LayerDelegate.
+    /// A click is about to change the drawing; see LayerDelegate::changesBegin().
     void changesBegin(QString text);
+
+    /// It has changed what it could; see LayerDelegate::changesEnd().
     void changesEnd(int changed, int refused);
+
+    /// It changed these layers; see LayerDelegate::layersToggled().
     void layersToggled(QStringList names);
 
     /// The editor that addLayer() opened was closed, whoever closed it. After a reload that took the

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 /// @file
+/// @ingroup layers
 /// The layer table with its parts.
 
 namespace OvCc {

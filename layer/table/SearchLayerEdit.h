@@ -10,11 +10,15 @@ namespace OvCc {
 
 /// A search field, 20 pixels high, with a button inside its right end: a magnifier while there is
 /// nothing to clear, and a cross that clears the text. The button never takes the focus.
+///
+/// @ingroup layers
+/// @image html SearchLayerEdit.png
 class OVCC_EXPORT SearchLayerEdit : public QLineEdit
 {
     Q_OBJECT
 
 public:
+    /// A field that searches for nothing.
     explicit SearchLayerEdit(QWidget *parent = nullptr);
     ~SearchLayerEdit() override;
 
