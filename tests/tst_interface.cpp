@@ -73,6 +73,7 @@ private slots:
     void strings();
     void queuedRecords();
     void properties();
+    void styleSheets();
     void version();
 };
 
@@ -197,6 +198,31 @@ void tst_Interface::properties()
     QCOMPARE(textOf(colors), QString("Yellow"));
     ColorComboBox().setCurrentIndex(4);
     QCOMPARE(ColorComboBox().property("currentColor"), QColor(Qt::blue));
+}
+
+/// What docs/style.md and the sheet that it shows go by.
+void tst_Interface::styleSheets()
+{
+    QWidget owner;
+    make<LayerManager, LayerItem, LayerControl, QOvColorComboBox, ViewButton, CustomControl,
+         MinMaxButton, OvLineWeightDialog, LayerLineWeightDialog, LayerLineTypeDialog,
+         LayerWarningDialog>(&owner);
+    const auto objects = owner.findChildren<QObject *>();
+    const QString text = fileContent(OVCC_SOURCE_DIR "/docs/style.md")
+                         + fileContent(OVCC_SOURCE_DIR "/docs/slate.qss");
+    const auto check = [&](const char *pattern, auto isKnown) {
+        QRegularExpression words(pattern, QRegularExpression::MultilineOption);
+        for (auto found = words.globalMatch(text); found.hasNext();) {
+            const QByteArray word = found.next().captured(1).toLatin1();
+            QVERIFY2(std::any_of(objects.begin(), objects.end(),
+                                 [&](const QObject *each) { return isKnown(*each, word); }),
+                     word);
+        }
+    };
+    check("(?:^|`)#(\\w+)", [](auto &it, auto &name) { return it.objectName() == name; });
+    check("OvCc--(\\w+)", [](auto &it, auto &name) { return it.inherits("OvCc::" + name); });
+    check("qproperty-(\\w+)",
+          [](auto &it, auto &name) { return it.metaObject()->indexOfProperty(name) >= 0; });
 }
 
 void tst_Interface::version()
