@@ -5,7 +5,12 @@
 namespace OvCc {
 
 ViewGallery::ViewGallery()
-    : BaseGallery(nullptr)
+    : ViewGallery(nullptr)
+{
+}
+
+ViewGallery::ViewGallery(QWidget *parent)
+    : BaseGallery(parent)
 {
     fillGallery(*this, viewEntries, [](const QString &path) { return path; });
 }

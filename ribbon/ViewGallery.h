@@ -15,6 +15,7 @@ class OVCC_EXPORT ViewGallery : public BaseGallery
 {
 public:
     ViewGallery();
+    explicit ViewGallery(QWidget *parent);
     ~ViewGallery() override;
 };
 

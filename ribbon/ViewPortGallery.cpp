@@ -6,7 +6,12 @@
 namespace OvCc {
 
 ViewPortGallery::ViewPortGallery()
-    : BaseGallery(nullptr)
+    : ViewPortGallery(nullptr)
+{
+}
+
+ViewPortGallery::ViewPortGallery(QWidget *parent)
+    : BaseGallery(parent)
 {
     fillGallery(*this, arrangementEntries, smallImage);
 }

@@ -32,6 +32,7 @@ class OVCC_EXPORT ViewPortGallery : public BaseGallery
 {
 public:
     ViewPortGallery();
+    explicit ViewPortGallery(QWidget *parent);
     ~ViewPortGallery() override;
 };
 
