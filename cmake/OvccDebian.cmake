@@ -30,7 +30,7 @@ endif()
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${qt} (>= ${OVCC_QT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "widgets for a CAD application - development files
 Headers, pictures and what CMake and pkg-config need to build programs with
-${OVCC_PACKAGE}.")
+${OVCC_PACKAGE}, and a plugin that has Qt Designer offer its widgets.")
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
 
 set(CPACK_DEBIAN_VIEWER_PACKAGE_NAME tessa-viewer)

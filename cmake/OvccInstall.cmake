@@ -1,7 +1,8 @@
 # What an installation holds, and where. It has three components:
 #
 #   runtime      the shared libraries, the licence and the list of changes
-#   development  the headers, what the linker needs, the CMake package and the files for pkg-config
+#   development  the headers, what the linker needs, the CMake package, the files for pkg-config and the
+#                plugin for Qt Designer
 #   viewer       the viewer and what a desktop needs of it
 #
 # Nothing in it knows where it is: it can be moved as a whole.
@@ -77,6 +78,16 @@ function(ovcc_install_program target component)
     if(OVCC_INSTALL)
         install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
             COMPONENT ${component})
+    endif()
+endfunction()
+
+# ovcc_install_qt_plugin(<target> <component> <kind>): puts it where Qt looks for plugins of that kind,
+# if Qt is in the same folder of libraries. It finds them from there.
+function(ovcc_install_qt_plugin target component kind)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/../../..)
+    if(OVCC_INSTALL)
+        install(TARGETS ${target} COMPONENT ${component}
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/qt${OVCC_QT_MAJOR}/plugins/${kind})
     endif()
 endfunction()
 
