@@ -4,14 +4,14 @@
 # has and the machine lacks, configures and builds. Each says what it is about to do and where its log
 # is, and nothing where there is nothing to do.
 
-build_packages="g++ cmake ninja-build qtbase5-dev libdxflib-dev
+build_packages="g++ cmake ninja-build qtbase5-dev qttools5-dev libdxflib-dev
                 libboost-system-dev libxcb1-dev"
 test_packages="abigail-tools appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3
                python3-ezdxf shared-mime-info xvfb x11-utils"
 picture_packages="fonts-dejavu-core python3-pil qttools5-dev-tools xvfb"
 reference_packages="doxygen"
 packaging_packages="dpkg-dev lintian"
-qt6_packages="qt6-base-dev qt6-5compat-dev libqt6sql6-sqlite"
+qt6_packages="qt6-base-dev qt6-5compat-dev qt6-tools-dev libqt6opengl6-dev libqt6sql6-sqlite"
 ci_packages="ccache"
 lint_packages="git clang-format clazy librsvg2-bin python3-pil reuse"
 
