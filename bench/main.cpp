@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 /// Measures the library's work against plain baselines in the same run.
 ///
 ///     ovcc-bench [--json] [WORK...]

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 # The Debian packages that `cpack` makes, one of each component; the preset "debian" builds what they
 # hold, for the folders that Debian has.
 

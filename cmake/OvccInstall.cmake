@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 # What an installation holds, and where. It has three components:
 #
 #   runtime      the shared libraries, the licence and the list of changes

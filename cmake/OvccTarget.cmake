@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 # What all targets of this project share, and the include tree that its users see.
 
 set(OVCC_INCLUDE_DIR "${PROJECT_BINARY_DIR}/include")

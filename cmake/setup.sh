@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 # shellcheck shell=sh disable=SC2034 # the lists of packages are for those that source this
 #
 # Sourced from the project's folder by ./run, ./check and the scripts in cmake/: installs what Debian

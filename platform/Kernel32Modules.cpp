@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 #include "Kernel32Errors.h"
 #include "Kernel32Paths.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 // A module that calls the layer while it is being loaded and unloaded.
 
 #include <OvCustomControl/OvKernel32.h>

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """Writes and reads INI files through an independent library.
 
 ini.py write FILE   writes sections of odd values and prints them as JSON

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 #include "PickerSupport.h"
 
 #include <QColorDialog>
@@ -196,7 +199,8 @@ void tst_Pickers::gestures_data()
             typeKeys(picker.view(), {Qt::Key_Escape});
             clickRow(picker, 2, Qt::RightButton);
             typeKeys(picker.view(), {Qt::Key_Escape});
-            QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, picker.mapToGlobal(QPoint(5, 5)));
+            QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5},
+                                   picker.mapToGlobal(QPoint(5, 5)));
             QApplication::sendEvent(picker.lineEdit(), &menu);
         });
         add("hover, Left, Up, Return", {1}, [](BaseComboBox &picker) {

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 #include <QCoreApplication>
 
 // Texts that several classes and forms show, marked for lupdate in the context of each: what makes

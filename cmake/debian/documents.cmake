@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 # Called by CPack for each package that it is about to make: puts in place the documents that Debian's
 # packages have, and compresses the manual pages.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 /// The least that a host does: it shows the layers of a drawing, and does what the user wants of them.
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/OvCustomControl.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 /// A program with a drawing database of its own: the layers of an SQLite file, which other programs
 /// may change at the same time.
 ///

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 #include "layer/data/LayerRowReading.h"
 #include "layer/data/LayerSearch.h"
 #include "layer/table/LayerTablePrivate.h"

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """Writes and reads entities through an independent DXF library.
 
 entities.py write FILE VERSION [LAYOUT]

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """Writes a drawing with hatched areas, and prints as JSON of which lines each hatch consists.
 
 hatches.py FILE

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """Writes and reads drawings through an independent DXF library.
 
 layers.py write FILE COUNT   writes a drawing of COUNT layers in all combinations of states and

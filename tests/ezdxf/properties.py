@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """Writes and reads a drawing whose entities get other properties in between.
 
 properties.py write FILE   two lines and a circle on layer "0", and a line on a locked layer

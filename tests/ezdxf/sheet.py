@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """sheet.py FILE: writes a drawing that opens in paper space, with a viewport that hides a layer."""
 
 import json

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+# SPDX-License-Identifier: MIT
+
 """versions.py FOLDER: writes one drawing per DXF version, named after it, and prints their names."""
 
 import json

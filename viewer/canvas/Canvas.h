@@ -1,9 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 #include "DrawingItem.h"
 
-#include <QGraphicsScene>
 #include <OvCustomControl/QtVersions.h>
+#include <QGraphicsScene>
 
 #include <QGraphicsView>
 #include <QSet>
