@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <stdexcept>
 
 namespace Tessa {
@@ -298,10 +297,7 @@ void EntityReader::addEndless(const SpacePoint &from, const SpacePoint &way, Rea
     SpacePath path;
     path.moveTo(from);
     path.lineTo(from + way * (1 / length(way)));
-    Entity entity;
-    entity.setPath(std::move(path));
-    entity.kind = Line{reach};
-    add(std::move(entity));
+    addPath(std::move(path), Line{reach});
 }
 
 void EntityReader::addCircle(const DL_CircleData &data)
