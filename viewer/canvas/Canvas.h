@@ -6,8 +6,8 @@
 #include "DrawingItem.h"
 
 #include <OvCustomControl/QtVersions.h>
-#include <QGraphicsScene>
 
+#include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QSet>
 
