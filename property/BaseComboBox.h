@@ -35,7 +35,7 @@ class OVCC_EXPORT BaseComboBox : public QComboBox
 {
     Q_OBJECT
 
-    /// The row on the face; -1 without rows.
+    /// The row on the face; -1 until one is chosen.
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentIndex USER true)
     /// The room for a swatch, in pixels.
     Q_PROPERTY(QSize itemIconSize READ itemIconSize WRITE setItemIconSize)
@@ -64,7 +64,7 @@ public:
     /// not there changes nothing.
     void setCurrentIndex(int row);
 
-    /// The chosen row, which keys and the pressed mouse move in the open drop-down; -1 without rows.
+    /// The chosen row, which keys and the pressed mouse move in the open drop-down; -1 without one.
     int currentRow() const;
 
     /// Null for a row that is not there.

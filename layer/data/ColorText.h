@@ -14,7 +14,7 @@
 
 namespace OvCc {
 
-/// A colour, and what the drawing calls it.
+/// A colour and its name.
 ///
 /// @ingroup bridge
 struct NamedColor

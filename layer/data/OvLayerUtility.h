@@ -53,7 +53,7 @@ public:
     /// Freezes or thaws a layer. The database refuses to freeze the current one.
     void setLayerFrozen(QString name, bool frozen);
 
-    /// Says whether what lies on a layer is plotted; on the screen it is shown in any case.
+    /// Says whether what lies on a layer is plotted; on the screen it makes no difference.
     void setLayerPlot(QString name, bool plot);
 
     /// Appends one row of 13 strings per layer to @p rows, in the order of the layer table.
