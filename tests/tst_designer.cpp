@@ -74,6 +74,7 @@ void tst_Designer::offers()
     QVERIFY2(plugin, qPrintable(loader.errorString()));
     const QByteArray form = fileContent(formFile);
     const QByteArray page = fileContent(OVCC_SOURCE_DIR "/docs/designer.md");
+    static const QRegularExpression property("`([a-z]\\w+)`");
     QMap<QString, QString> offered;
     QList<QImage> pictures;
     const auto widgets = plugin->customWidgets();
@@ -85,7 +86,11 @@ void tst_Designer::offers()
         QCOMPARE(made->metaObject()->className(), name.constData());
         QVERIFY(made->width() >= qMin(made->minimumSizeHint().width(), made->maximumWidth()));
         QVERIFY2(form.contains("<widget class=\"" + name), name);
-        QVERIFY2(page.contains("| `" + bare + "` | " + widget->toolTip().toUtf8() + " |"), name);
+        const QByteArray row = "| `" + bare + "` | " + widget->toolTip().toUtf8() + " |";
+        QVERIFY2(page.contains(row), name);
+        const QByteArray told = page.mid(page.indexOf(row) + row.size()).split('\n').first();
+        for (auto found = property.globalMatch(told); found.hasNext();)
+            QVERIFY2(made->property(qPrintable(found.next().captured(1))).isValid(), told);
         for (const int size : {16, 22}) {
             pictures.append(widget->icon().pixmap(64, size).toImage());
             QCOMPARE(pictures.last().size(), QSize(size, size));
@@ -98,9 +103,12 @@ void tst_Designer::offers()
     QDirIterator headers(OVCC_INCLUDE_DIR "/OvCustomControl", QDir::Files);
     while (headers.hasNext()) {
         const QList<QByteArray> forward = fileContent(headers.next()).split('"');
-        const auto found = constructor.match(fileContent(forward.value(1, ":/")));
-        if (found.hasMatch())
-            declared.insert(found.captured(1), "<OvCustomControl/" + headers.fileName() + '>');
+        const QByteArray header = fileContent(forward.value(1, ":/"));
+        const QString name = constructor.match(header).captured(1);
+        if (name.isEmpty())
+            continue;
+        declared.insert(name, "<OvCustomControl/" + headers.fileName() + '>');
+        QVERIFY2(header.contains("@image html " + name.toUtf8() + ".png"), qPrintable(name));
     }
     QCOMPARE(offered, declared);
 }
