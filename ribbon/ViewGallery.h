@@ -18,6 +18,8 @@ class OVCC_EXPORT ViewGallery : public BaseGallery
 {
 public:
     ViewGallery();
+
+    /// A gallery that @p parent owns, as one on a form; null is no parent.
     explicit ViewGallery(QWidget *parent);
     ~ViewGallery() override;
 };

@@ -35,6 +35,8 @@ class OVCC_EXPORT ViewPortGallery : public BaseGallery
 {
 public:
     ViewPortGallery();
+
+    /// A gallery that @p parent owns, as one on a form; null is no parent.
     explicit ViewPortGallery(QWidget *parent);
     ~ViewPortGallery() override;
 };
