@@ -10,6 +10,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -23,7 +24,7 @@ Times bridgeRows(int n)
             medianTime([&] { OvLayerUtility().getAllLayerDate(rows); }, [&] { rows.clear(); });
 
     std::vector<std::vector<std::wstring>> source;
-    for (const QStringList &row : qAsConst(rows)) {
+    for (const QStringList &row : std::as_const(rows)) {
         source.emplace_back();
         for (const QString &text : row)
             source.back().push_back(text.toStdWString());
@@ -51,7 +52,7 @@ Times bridgeFind(int n)
 
     const std::unique_ptr<QList<OvCc::LayerItemData>> layers(OvLayerUtility().getAllLayer());
     std::vector<std::wstring> names;
-    for (const OvCc::LayerItemData &layer : qAsConst(*layers))
+    for (const OvCc::LayerItemData &layer : std::as_const(*layers))
         names.push_back(layer.name.toStdWString());
     const double baseline =
             medianTime([&] { keep(std::find(names.begin(), names.end(), name.toStdWString())); });

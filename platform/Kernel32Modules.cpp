@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 #include <dlfcn.h>
 #include <link.h>
@@ -82,7 +83,7 @@ QStringList candidates(const QString &path)
     const bool hasFolder = path.contains('/');
     const QString folder = hasFolder ? file.absolutePath() : QFileInfo(programPath()).path();
     QStringList found;
-    for (const QString &name : qAsConst(names)) {
+    for (const QString &name : std::as_const(names)) {
         const QString candidate = spelledOnDisk(folder + '/' + name);
         if (QFileInfo(candidate).isFile())
             found.append(candidate);

@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Kcore;
 
@@ -37,7 +38,7 @@ QString names()
     QList<QStringList> rows;
     OvLayerUtility().getAllLayerDate(rows);
     QStringList names;
-    for (const QStringList &row : qAsConst(rows))
+    for (const QStringList &row : std::as_const(rows))
         names += row[1];
     return names.join(',');
 }

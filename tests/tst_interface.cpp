@@ -10,6 +10,8 @@
 #include <QTranslator>
 #include <QVersionNumber>
 
+#include <utility>
+
 using namespace OvCc;
 
 namespace {
@@ -120,7 +122,7 @@ void tst_Interface::strings()
     for (const QByteArray &row : rows) {
         const QList<QByteArray> words = row.split(' ');
         QObject *object = nullptr;
-        for (QObject *each : qAsConst(objects))
+        for (QObject *each : std::as_const(objects))
             object = "OvCc::" + words.at(0) == each->metaObject()->className() ? each : object;
         for (int place = 2; place < words.size(); ++place) {
             if (words.at(1) == "signals")

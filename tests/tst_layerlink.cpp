@@ -20,6 +20,7 @@
 
 #include <array>
 #include <functional>
+#include <utility>
 
 using namespace OvCc;
 
@@ -588,7 +589,7 @@ void tst_LayerLink::randomWork()
         QVERIFY2(trouble.isEmpty(), qPrintable(QString("step %1: %2").arg(step).arg(trouble)));
         const QStringList names = host.names();
         const QStringList selected = host.selected();
-        for (const QString &name : qAsConst(before))
+        for (const QString &name : std::as_const(before))
             QVERIFY(selected.contains(name) || !names.contains(name));
         if (!std::exchange(isSwitched, false)) // which may bring the current layer into sight
             QCOMPARE(bar.value(), qMin(position, bar.maximum()));

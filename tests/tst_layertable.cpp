@@ -18,6 +18,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <utility>
 
 using namespace OvCc;
 
@@ -850,7 +851,7 @@ void tst_LayerTable::layoutState()
         bad.append(state);
         bad.last()[place] = char(value);
     }
-    for (const QByteArray &bytes : qAsConst(bad))
+    for (const QByteArray &bytes : std::as_const(bad))
         QVERIFY(!m_table->restoreState(bytes) && m_table->saveState() == plain);
 
     QVERIFY(m_table->restoreState(state));

@@ -123,7 +123,7 @@ bool writeDrawing(KcDbDatabase &drawing, const QString &fileName, QString *error
         *error = reason.isNull() ? QString() : sentence(fileName, reason);
     if (warnings) {
         warnings->clear();
-        for (const QString &loss : qAsConst(losses))
+        for (const QString &loss : std::as_const(losses))
             *warnings += sentence(fileName, loss);
     }
     return reason.isNull();

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace OvCc {
@@ -280,7 +281,7 @@ bool LayerList::showChanges(const QList<LayerItemData> &layers)
     m_rowsWithItems.erase(std::remove_if(m_rowsWithItems.begin(), m_rowsWithItems.end(), isGone),
                           m_rowsWithItems.end());
     bool isAnyOther = false;
-    for (const QPersistentModelIndex &index : qAsConst(m_rowsWithItems))
+    for (const QPersistentModelIndex &index : std::as_const(m_rowsWithItems))
         isAnyOther |= setLayer(index.row(), layers.at(index.row()));
 
     for (int row = 0; row < layers.size(); ++row) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace OvCc {
 
@@ -85,7 +86,7 @@ void LayerRows::arrange(QVector<int> order, const QVector<QStringList> &added)
     // The rows that go are brought to the end first: there no other item has to move up.
     const int kept = order.size();
     QVector<bool> isKept(m_rows.size(), false);
-    for (const int row : qAsConst(order))
+    for (const int row : std::as_const(order))
         isKept[row] = true;
     for (int row = 0; row < isKept.size(); ++row) {
         if (!isKept.at(row))

@@ -44,7 +44,7 @@ public:
             if (!std::binary_search(later.cbegin(), later.cend(), row))
                 insert(row);
         }
-        for (const int row : qAsConst(later))
+        for (const int row : std::as_const(later))
             insert(row);
     }
 
@@ -314,7 +314,7 @@ LayerTableWidget::Private::followLayers(const QStringList &changedNames)
     currentRow = current.name;
     Followed followed{false, current.name};
     bool isArranged = true;
-    for (const QString &name : qAsConst(names)) {
+    for (const QString &name : std::as_const(names)) {
         const std::optional<QStringList> texts = readLayerRow(name);
         const int row = rowNamed(name);
         if (!texts && row < 0)

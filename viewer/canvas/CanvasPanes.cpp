@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Tessa {
 
@@ -75,25 +76,25 @@ void CanvasPanes::setArrangement(int index)
 
 void CanvasPanes::setDrawing(const Drawing *drawing)
 {
-    for (Canvas *canvas : qAsConst(m_canvases))
+    for (Canvas *canvas : std::as_const(m_canvases))
         canvas->setDrawing(drawing);
 }
 
 void CanvasPanes::setSelection(const QSet<int> &entities)
 {
-    for (Canvas *canvas : qAsConst(m_canvases))
+    for (Canvas *canvas : std::as_const(m_canvases))
         canvas->setSelection(entities);
 }
 
 void CanvasPanes::setHandMode(bool on)
 {
-    for (Canvas *canvas : qAsConst(m_canvases))
+    for (Canvas *canvas : std::as_const(m_canvases))
         canvas->setHandMode(on);
 }
 
 void CanvasPanes::refresh()
 {
-    for (Canvas *canvas : qAsConst(m_canvases))
+    for (Canvas *canvas : std::as_const(m_canvases))
         canvas->viewport()->update();
 }
 

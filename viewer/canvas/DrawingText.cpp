@@ -3,6 +3,8 @@
 
 #include "DrawingText.h"
 
+#include <utility>
+
 namespace Tessa {
 
 namespace {
@@ -122,7 +124,7 @@ TextLines TextSetter::broken(const QStringList &paragraphs, double width, double
     const double distance = capHeight() * 5 / 3 * qBound(tightest, spacing, widest);
     double y = capHeight() - (capHeight() + (texts.size() - 1) * distance) * row / 2;
     TextLines lines;
-    for (const QString &text : qAsConst(texts)) {
+    for (const QString &text : std::as_const(texts)) {
         add(lines, QPointF(-m_metrics.horizontalAdvance(text) * column / 2, y), text);
         y += distance;
     }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Tessa {
 
@@ -230,7 +231,7 @@ void EntityPainter::paintSelected(const QSet<int> &selection)
     std::sort(order.begin(), order.end());
     for (const bool isHalo : {true, false}) {
         m_isHalo = isHalo;
-        for (const int index : qAsConst(order)) {
+        for (const int index : std::as_const(order)) {
             m_entities.visit(entities.at(index), m_area,
                              [this](const Entity &entity, const QRectF &bounds,
                                     const BlockView &view, const Look &look) {

@@ -19,6 +19,7 @@
 
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace Tessa {
 
@@ -204,7 +205,7 @@ void PropertyEditor::change(const KcHost::EntityChange &change,
 {
     int locked = 0;
     int failed = 0;
-    for (const int index : qAsConst(m_selection)) {
+    for (const int index : std::as_const(m_selection)) {
         Entity &entity = m_drawing->geometry.blocks.front().entities.at(index);
         switch (KcHost::changeEntity(*m_drawing->database, entity.record, change)) {
         case Kcore::eOk:

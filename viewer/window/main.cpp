@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -69,7 +70,7 @@ int main(int argc, char *argv[])
     usualHandler = qInstallMessageHandler(awaitDisplay);
     const QApplication application(argc, argv);
     qInstallMessageHandler(say);
-    for (const QString &message : qAsConst(saidBeforeDisplay))
+    for (const QString &message : std::as_const(saidBeforeDisplay))
         qWarning().noquote() << message;
 
     parser.process(application);
