@@ -51,8 +51,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR} ${PROJECT_BINARY_DIR}/host)
 
-# They note what depends on the libraries. The trigger has the loader find them; without a script of
-# another's CPack would write two of its own that do so once more, and one that is not there will do.
+# They note what depends on the libraries. The trigger has the loader find them; CPack would add two
+# scripts that do so once more, were they not named here, where they need not be there.
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(folder ${CMAKE_CURRENT_LIST_DIR}/debian)
