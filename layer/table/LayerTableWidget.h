@@ -160,10 +160,10 @@ Q_SIGNALS:
     /// A click is about to change the drawing; see LayerDelegate::changesBegin().
     void changesBegin(QString text);
 
-    /// It has changed what it could; see LayerDelegate::changesEnd().
+    /// A click has changed what it could; see LayerDelegate::changesEnd().
     void changesEnd(int changed, int refused);
 
-    /// It changed these layers; see LayerDelegate::layersToggled().
+    /// A click changed these layers; see LayerDelegate::layersToggled().
     void layersToggled(QStringList names);
 
     /// The editor that addLayer() opened was closed, whoever closed it. After a reload that took the
