@@ -57,7 +57,7 @@ QString replaceEscapes(const QString &text)
             character += escapedUnit(text, at + kEscapeLength);
         if (character.at(0).isNull() || !character.isValidUtf16())
             continue;
-        result += text.mid(done, at - done);
+        result.append(text.constData() + done, at - done);
         result += character;
         done = at + character.size() * kEscapeLength;
     }
