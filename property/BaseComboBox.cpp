@@ -143,11 +143,11 @@ int BaseComboBox::viewMode() const
 
 void BaseComboBox::setListWidgetHeight(int height)
 {
-    if (!m_d->popup)
-        return;
-    QListWidgetItem *place = m_d->popup->item(0);
+    // A host may have cleared the combo box.
+    QListWidgetItem *place = m_d->popup ? m_d->popup->item(0) : nullptr;
     // A hint with a negative width is none at all.
-    place->setSizeHint({qMax(0, place->sizeHint().width()), height});
+    if (place)
+        place->setSizeHint({qMax(0, place->sizeHint().width()), height});
 }
 
 int BaseComboBox::listWidgetHeight() const

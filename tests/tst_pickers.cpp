@@ -422,6 +422,8 @@ void tst_Pickers::partsOfTheHost()
     picker.hideShowIcon();
     typeKeys(&picker, {Qt::Key_Down});
     QCOMPARE(picker.currentRow(), int(YellowRow));
+    picker.clear();
+    picker.setListWidgetHeight(9);
     picker.setView(new QListView);
     picker.hideSettingBtn();
     picker.setListWidgetHeight(9);
