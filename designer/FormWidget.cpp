@@ -86,7 +86,6 @@ QWidget *FormWidget::createWidget(QWidget *parent)
 
 void FormWidget::initialize(QDesignerFormEditorInterface *)
 {
-    // Tables keep their columns as they go. Those on forms are not to do so where a program does.
-    OvCc::LayerTableWidget::setSettingsScope(QStringLiteral("OvCustomControl"),
-                                             QStringLiteral("Designer"));
+    // Tables keep their columns as they go. Those that Designer makes have none to keep.
+    OvCc::LayerTableWidget::setSettingsScope(QString(), QString());
 }

@@ -43,7 +43,8 @@ class OVCC_EXPORT LayerTableWidget : public QTableView
 
 public:
     /// Where in the user's settings the shown columns are kept. To be called before the first table
-    /// is made: each reads them there as it is made, and writes them there as it goes.
+    /// is made: each reads them there as it is made, and writes them there as it goes. With an empty
+    /// @p organisation they are kept nowhere, for a host that goes by saveState() alone.
     static void setSettingsScope(const QString &organisation, const QString &application);
 
     /// A table of the working drawing's layers, as InitLayerModel() fills it. Nobody can hear of

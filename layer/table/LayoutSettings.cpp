@@ -39,26 +39,34 @@ void LayoutSettings::setScope(const QString &organisation, const QString &applic
 }
 
 LayoutSettings::LayoutSettings()
-    : m_settings(scope().organisation, scope().application)
 {
+    if (!scope().organisation.isEmpty())
+        m_settings.emplace(scope().organisation, scope().application);
 }
 
 void LayoutSettings::restore(QAction &action) const
 {
-    action.setCheckable(m_settings.value(checkableKey(action), true).toBool());
-    action.setChecked(m_settings.value(checkedKey(action), true).toBool());
+    action.setCheckable(value(checkableKey(action), true));
+    action.setChecked(value(checkedKey(action), true));
 }
 
 bool LayoutSettings::wasCheckable(const QAction &action) const
 {
-    return m_settings.value(checkableKey(action), false).toBool();
+    return value(checkableKey(action), false);
 }
 
 void LayoutSettings::save(const QAction &action)
 {
-    m_settings.setValue(checkedKey(action), action.isChecked());
-    m_settings.setValue(checkableKey(action), action.isCheckable());
-    m_settings.setValue(action.objectName() + QLatin1String("/isEnabled"), action.isEnabled());
+    if (!m_settings)
+        return;
+    m_settings->setValue(checkedKey(action), action.isChecked());
+    m_settings->setValue(checkableKey(action), action.isCheckable());
+    m_settings->setValue(action.objectName() + QLatin1String("/isEnabled"), action.isEnabled());
+}
+
+bool LayoutSettings::value(const QString &key, bool otherwise) const
+{
+    return m_settings ? m_settings->value(key, otherwise).toBool() : otherwise;
 }
 
 } // namespace OvCc

@@ -5,6 +5,8 @@
 
 #include <QSettings>
 
+#include <optional>
+
 class QAction;
 
 namespace OvCc {
@@ -14,7 +16,7 @@ namespace OvCc {
 class LayoutSettings
 {
 public:
-    /// Where all that are made from now on keep the layout.
+    /// Where all that are made from now on keep the layout. Without an organisation they do not.
     static void setScope(const QString &organisation, const QString &application);
 
     LayoutSettings();
@@ -28,7 +30,9 @@ public:
     void save(const QAction &action);
 
 private:
-    QSettings m_settings;
+    bool value(const QString &key, bool otherwise) const;
+
+    std::optional<QSettings> m_settings;
 };
 
 } // namespace OvCc
