@@ -31,9 +31,17 @@ if ! mkdir -p "$builds" 2>/dev/null || [ ! -w "$builds" ]; then
 fi
 export NINJA_STATUS='[%f of %t, %e s] '
 
+# no_arguments ARGUMENT...: ends where there is any.
+no_arguments() {
+    [ $# -eq 0 ] || {
+        echo "usage: $0" >&2
+        exit 2
+    }
+}
+
 # follow LOG: writes there what comes from standard input. A terminal shows the last line meanwhile.
 follow() {
-    if [ ! -t 1 ]; then
+    if [ ! -t 1 ] || [ "${TERM:-dumb}" = dumb ]; then
         cat >"$1"
         return
     fi
@@ -77,11 +85,14 @@ install() {
         sudo=sudo
     fi
     log=$builds/packages.log
-    logged "$log" $sudo apt-get update
+    logged "$log" $sudo env LC_ALL=C apt-get update
+    # That it reaches nothing is no failure to it: the packages are unknown then, or old.
+    sed -n 's/^W: Failed to fetch [^ ]* */apt-get cannot fetch the lists of packages: /p' "$log" |
+        head -n 1 >&2
     # shellcheck disable=SC2086 # a list of words
     set -- $sudo env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
         apt-get install --no-install-recommends $missing
-    "$@" --print-uris --yes | grep -E '^(Need to get|After this)' || :
+    "$@" --print-uris --yes 2>/dev/null | grep -E '^(Need to get|After this)' || :
     echo "The log is $log"
     logged "$log" "$@" --yes
 }
