@@ -14,7 +14,8 @@ namespace OvCc {
 
 /// A strip of 60 × 20 pixels with three buttons for a panel of the host, from left to right: minimise,
 /// restore, close. What they do to the panel is up to the host. Their pictures are white, for dark
-/// panels.
+/// panels. The style's spacing between them moves the last one out of the strip by twice as much: a
+/// host that wants all of it sets the spacing of layout() to 0.
 ///
 /// @ingroup ribbon
 /// @image html MinMaxButton.png
