@@ -141,7 +141,8 @@ void KcDbObjectAccess::addLayer(KcDbDatabase &database, const QString &name)
     Layer layer;
     layer.name = name.toStdWString();
     layer.isAdded = true;
-    layer.linetype = data.drawing.continuous;
+    layer.state.linetype = data.drawing.continuous;
+    layer.announced = layer.stored = layer.state;
     const int index = data.drawing.addLayer(std::move(layer));
     data.objects.emplace_back(new KcDbLayerTableRecord(database, data.nextNumber(), index));
 }
@@ -197,28 +198,28 @@ bool KcDbObjectAccess::isCurrent(const KcDbLayerTableRecord &record)
 
 KcCmColor KcDbObjectAccess::color(const KcDbLayerTableRecord &record)
 {
-    const Layer &layer = KcDbObjectAccess::layer(record);
-    const bool isIndexed = layer.trueColor < 0;
+    const LayerState &state = layer(record).state;
+    const bool isIndexed = state.trueColor < 0;
     const Embedded::Rgb rgb =
-            isIndexed ? Embedded::indexColor(layer.color) : Embedded::trueColor(layer.trueColor);
+            isIndexed ? Embedded::indexColor(state.color) : Embedded::trueColor(state.trueColor);
     KcCmColor color;
     color.m_red = rgb.red;
     color.m_green = rgb.green;
     color.m_blue = rgb.blue;
-    color.m_name = isIndexed ? Embedded::indexColorName(layer.color) : Embedded::trueColorName(rgb);
+    color.m_name = isIndexed ? Embedded::indexColorName(state.color) : Embedded::trueColorName(rgb);
     return color;
 }
 
 KcDbObjectId KcDbObjectAccess::linetypeId(const KcDbLayerTableRecord &record)
 {
-    return idOf(linetypeRecord(record.m_database, layer(record).linetype));
+    return idOf(linetypeRecord(record.m_database, layer(record).state.linetype));
 }
 
 std::wstring KcDbObjectAccess::plotStyleName(const KcDbLayerTableRecord &record)
 {
     const Drawing &drawing = KcDbObjectAccess::drawing(record.m_database);
     if (!drawing.hasNamedPlotStyles)
-        return L"Color-" + Embedded::digits(layer(record).color);
+        return L"Color-" + Embedded::digits(layer(record).state.color);
     return drawing.plotStyles.value(layer(record).plotStyle, QStringLiteral("Normal"))
             .toStdWString();
 }

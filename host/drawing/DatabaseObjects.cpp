@@ -160,7 +160,7 @@ KcDbObjectId KcDbLayerTableRecord::linetypeObjectId() const
 
 KcDb::LineWeight KcDbLayerTableRecord::lineWeight() const
 {
-    return static_cast<KcDb::LineWeight>(KcDbObjectAccess::layer(*this).lineWeight);
+    return static_cast<KcDb::LineWeight>(KcDbObjectAccess::layer(*this).state.lineWeight);
 }
 
 KTCHAR *KcDbLayerTableRecord::plotStyleName() const
@@ -170,7 +170,7 @@ KTCHAR *KcDbLayerTableRecord::plotStyleName() const
 
 const KTCHAR *KcDbLayerTableRecord::description() const
 {
-    return KcDbObjectAccess::layer(*this).description.c_str();
+    return KcDbObjectAccess::layer(*this).state.description.c_str();
 }
 
 ErrorStatus KcDbLayerTableRecord::setIsOff(bool off)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace Embedded {
 
@@ -18,8 +19,25 @@ constexpr std::array<int, 27> kLineWeights = {-3, -2, -1,  0,   5,   9,   13,  1
 
 bool LayerState::operator==(const LayerState &other) const
 {
-    return isOff == other.isOff && isFrozen == other.isFrozen && isLocked == other.isLocked
-           && isPlottable == other.isPlottable;
+    const auto values = [](const LayerState &state) {
+        return std::tie(state.isOff, state.isFrozen, state.isLocked, state.isPlottable, state.color,
+                        state.trueColor, state.linetype, state.lineWeight, state.description);
+    };
+    return values(*this) == values(other);
+}
+
+bool EntityColor::operator==(const EntityColor &other) const
+{
+    return index == other.index && trueColor == other.trueColor;
+}
+
+bool EntityProperties::operator==(const EntityProperties &other) const
+{
+    const auto values = [](const EntityProperties &properties) {
+        return std::tie(properties.color, properties.lineWeight, properties.linetype,
+                        properties.layer, properties.isErased, properties.hasLostAttributes);
+    };
+    return values(*this) == values(other);
 }
 
 bool Viewport::freezes(int layer) const
@@ -50,39 +68,6 @@ int Drawing::findLinetype(const QString &name) const
     return linetypesByName.value(key, kNoLinetype);
 }
 
-ByteRange Drawing::entityRecord(int number) const
-{
-    const auto next = std::upper_bound(
-            entities.begin(), entities.end(), number,
-            [](int wanted, const EntitySection &section) { return wanted < section.firstNumber; });
-    if (next == entities.begin())
-        return {};
-    const EntitySection &section = *(next - 1);
-    const auto index = static_cast<std::size_t>(number - section.firstNumber);
-    if (index >= section.records.size())
-        return {};
-    const bool isLast = index + 1 == section.records.size();
-    const ByteRange record = {section.records[index],
-                              isLast ? section.bytes.end : section.records[index + 1]};
-    DxfTokens tokens(bytes, record);
-    tokens.next();
-    const std::string_view type = trimmed(tokens.view(tokens.group().value));
-    return type == "BLOCK" || type == "ENDBLK" || type == "SEQEND" ? ByteRange() : record;
-}
-
-int Drawing::layerOf(ByteRange entityRecord) const
-{
-    DxfTokens tokens(bytes, entityRecord);
-    DxfEntityPlace place;
-    QString name;
-    while (!place.hasLayer && tokens.next() == DxfTokens::Step::Group) {
-        if (place.advance(tokens) == DxfEntityPlace::Names::OwnLayer)
-            name = text.decode(tokens.view(tokens.group().value));
-    }
-    const int layer = name.trimmed().isEmpty() ? -1 : findStoredLayer(name);
-    return layer < 0 ? findLayer(QStringLiteral("0")) : layer;
-}
-
 int Drawing::addLayer(Layer layer)
 {
     const int index = static_cast<int>(layers.size());
@@ -91,28 +76,44 @@ int Drawing::addLayer(Layer layer)
     return index;
 }
 
-void Drawing::eraseLayer(int index)
+LayerValue Drawing::layerValue(int index) const
+{
+    const Layer &layer = layers[index];
+    return {layer.name, layer.state, layer.isErased};
+}
+
+void Drawing::setLayerValue(int index, const LayerValue &value)
 {
     Layer &layer = layers[index];
-    layer.isErased = true;
-    renamedLayers.remove(symbolKey(storedName(layer)));
-    layersByName.remove(symbolKey(QString::fromStdWString(layer.name)));
+    const QString stored = storedName(layer);
+    if (!layer.isErased) {
+        layersByName.remove(symbolKey(QString::fromStdWString(layer.name)));
+        if (layer.isRenamed)
+            renamedLayers.remove(symbolKey(stored));
+    }
+    layer.name = value.name;
+    layer.state = value.state;
+    layer.isErased = value.isErased;
+    layer.isRenamed = !layer.nameBytes.isNull() && layer.name != stored.toStdWString();
+    if (!layer.isErased) {
+        layersByName.insert(symbolKey(QString::fromStdWString(layer.name)), index);
+        if (layer.isRenamed)
+            renamedLayers.insert(symbolKey(stored), index);
+    }
+}
+
+void Drawing::eraseLayer(int index)
+{
+    LayerValue value = layerValue(index);
+    value.isErased = true;
+    setLayerValue(index, value);
 }
 
 void Drawing::renameLayer(int index, const QString &name)
 {
-    Layer &layer = layers[index];
-    layersByName.remove(symbolKey(QString::fromStdWString(layer.name)));
-    layersByName.insert(symbolKey(name), index);
-    layer.name = name.toStdWString();
-    if (layer.nameBytes.isNull())
-        return;
-    const QString stored = storedName(layer);
-    layer.isRenamed = stored != name;
-    if (layer.isRenamed)
-        renamedLayers.insert(symbolKey(stored), index);
-    else
-        renamedLayers.remove(symbolKey(stored));
+    LayerValue value = layerValue(index);
+    value.name = name.toStdWString();
+    setLayerValue(index, value);
 }
 
 QString Drawing::storedName(const Layer &layer) const

@@ -50,29 +50,37 @@ struct LayerState
     bool isFrozen = false;
     bool isLocked = false;
     bool isPlottable = true;
+    int color = kWhite; ///< 1 to 255
+    int trueColor = -1; ///< 0xRRGGBB, or -1
+    int linetype = 0;   ///< index into Drawing::linetypes
+    int lineWeight = kDefaultLineWeight;
+    std::wstring description;
 
     bool operator==(const LayerState &other) const;
     bool operator!=(const LayerState &other) const { return !(*this == other); }
+};
+
+/// All of a layer that changes reach. To put back the one from before a change undoes it.
+struct LayerValue
+{
+    std::wstring name;
+    LayerState state;
+    bool isErased = false;
 };
 
 /// A layer as the drawing has it, and where the file has it.
 struct Layer
 {
     std::wstring name;
-    std::wstring description;
     LayerState state;     ///< as it is now
     LayerState announced; ///< as it was when a change was last made known
     LayerState stored;    ///< as the file that was read has it
     bool isFrozenInNewViewports = false;
-    bool isUsed = false;    ///< entities lie on it
+    int records = 0;        ///< how many in the sections with entities lie on it
     bool isAdded = false;   ///< made after the file was read
     bool isErased = false;  ///< gone, but its place in the list remains
     bool isRenamed = false; ///< the file has another name for it
-    int color = kWhite;     ///< 1 to 255
-    int trueColor = -1;     ///< 0xRRGGBB, or -1
-    int linetype = 0;       ///< index into Drawing::linetypes
-    int lineWeight = kDefaultLineWeight;
-    quint64 plotStyle = 0; ///< handle of its placeholder
+    quint64 plotStyle = 0;  ///< handle of its placeholder
     quint64 handle = 0;
     ByteRange record;    ///< null where the file's layer table has none
     ByteRange nameBytes; ///< the name as the file writes it; null for a layer that was added
@@ -108,14 +116,22 @@ struct EntityColor
 {
     int index = kColorByLayer;
     int trueColor = -1; ///< 0xRRGGBB, or -1
+
+    bool operator==(const EntityColor &other) const;
 };
 
-/// The properties that an entity was given; those without a value are as the file has them.
+/// All that changes have made of a record in a section with entities; what is without a value is as
+/// the file has it. To put back the one from before a change undoes it.
 struct EntityProperties
 {
     std::optional<EntityColor> color;
     std::optional<int> lineWeight;
     std::optional<int> linetype; ///< index into Drawing::linetypes, or one of the constants
+    std::optional<int> layer;    ///< index into Drawing::layers
+    bool isErased = false;
+    bool hasLostAttributes = false; ///< an insert's, all of them
+
+    bool operator==(const EntityProperties &other) const;
 };
 
 /// A drawing: what its file said, what was changed since, and the places in the file's bytes that
@@ -156,7 +172,9 @@ struct Drawing
     std::vector<LayerMention> duplicates;            ///< records of layers that have one already
     std::vector<EntitySection> entities;             ///< in the file's order
     std::vector<ByteRange> objects;                  ///< what the sections OBJECTS hold
-    std::map<int, EntityProperties> changedEntities; ///< by their numbers
+    std::map<int, EntityProperties> changedEntities; ///< by their numbers; setEntity() changes it
+    std::vector<std::vector<int>> recordsByLayer;    ///< kept by recordsOn()
+    int staleRecords = 0;                            ///< at most so many are wrong there
 
     /// The layer of that name, whatever its letter case; -1 when there is none.
     int findLayer(const QString &name) const;
@@ -167,15 +185,42 @@ struct Drawing
     /// The linetype of that name, whatever its letter case, or one of the constants.
     int findLinetype(const QString &name) const;
 
-    /// The record of the entity with that number; null when it is that of something else.
+    /// The record with that number in a section with entities, up to the next one; null when there is
+    /// none.
+    ByteRange record(int number) const;
+
+    /// Likewise, but null for a record that is none of an entity: a BLOCK, ENDBLK or SEQEND.
     ByteRange entityRecord(int number) const;
 
-    /// The layer on which an entity lies; "0" for one that names none.
-    int layerOf(ByteRange entityRecord) const;
+    /// What that record is: "LINE" or the like; empty when there is none.
+    std::string_view recordType(int number) const;
+
+    /// The groups of a record that name the layer on which it lies: one, but for odd files.
+    std::vector<DxfGroup> layerGroups(ByteRange record) const;
+
+    /// The layers that a record names as that on which it lies: the first one is it. "0" for one that
+    /// names none, and nothing for one that is erased.
+    std::vector<int> layersOf(int number) const;
+
+    /// What was changed of a record.
+    EntityProperties entity(int number) const;
+
+    /// Changes a record: the one way to do so. Layer and all must be there.
+    void setEntity(int number, const EntityProperties &properties);
+
+    /// The records for which layersOf() has that layer, in the file's order. The first call, and one
+    /// now and then, is linear in the file.
+    std::vector<int> recordsOn(int layer);
 
     /// Adds a layer, whose name must be free.
     /// @return its index
     int addLayer(Layer layer);
+
+    LayerValue layerValue(int index) const;
+
+    /// Changes a layer, whose name must be free or its own: the one way to rename it, to erase it and
+    /// to bring it back.
+    void setLayerValue(int index, const LayerValue &value);
 
     void eraseLayer(int index);
 

@@ -24,44 +24,56 @@ void DxfEntityReader::read()
     while (m_cursor.nextInSection()) {
         const Names names = m_entity.advance(m_cursor.tokens());
         if (m_cursor.code() == 0) {
+            finishRecord();
             section.records.push_back(m_cursor.group().bytes.begin);
-            finishViewport();
+            m_isInRecord = true;
             m_isInViewport = m_entity.isViewport();
             m_viewport = {};
         } else if (names == Names::OwnLayer) {
-            noteUse();
+            noteLayer();
         } else if (m_isInViewport && names == Names::FrozenLayer) {
             m_viewport.frozenNames.push_back(m_cursor.group());
         } else if (m_isInViewport && !m_entity.record.isInExtension()) {
             readViewportGroup();
         }
     }
-    finishViewport();
+    finishRecord();
     section.bytes.end = m_cursor.group().bytes.begin;
     section.records.shrink_to_fit();
     m_drawing.entities.push_back(std::move(section));
 }
 
-/// Neighbours mostly lie on the same layer, so that one comparison does.
-void DxfEntityReader::noteUse()
+/// Neighbours mostly lie on the same layer, so that one comparison does. Of a name that stands twice
+/// in a record one counts.
+void DxfEntityReader::noteLayer()
 {
     const std::string_view bytes = m_drawing.view(m_cursor.group().value);
-    if (bytes == m_lastUsedName)
+    if (bytes != m_lastName || m_lastLayer < 0) {
+        m_lastName = bytes;
+        m_lastLayer = layerNamed(bytes);
+    }
+    const auto end = m_recordLayers.cend();
+    if (m_lastLayer < 0 || std::find(m_recordLayers.cbegin(), end, m_lastLayer) != end)
         return;
-    m_lastUsedName = bytes;
-    if (!m_usedNames.insert(bytes).second)
-        return;
-    const QString name = m_cursor.text();
+    m_recordLayers.push_back(m_lastLayer);
+    ++m_drawing.layers[m_lastLayer].records;
+}
+
+/// @return -1 where there is no name
+int DxfEntityReader::layerNamed(std::string_view bytes)
+{
+    const auto [entry, isNew] = m_layersByBytes.try_emplace(bytes, -1);
+    const QString name = isNew ? m_cursor.text() : QString();
     if (name.trimmed().isEmpty())
-        return;
-    int index = m_drawing.findLayer(name);
-    if (index < 0) {
+        return entry->second;
+    entry->second = m_drawing.findLayer(name);
+    if (entry->second < 0) {
         Layer layer;
         layer.name = name.toStdWString();
         layer.nameBytes = m_cursor.group().value;
-        index = m_drawing.addLayer(std::move(layer));
+        entry->second = m_drawing.addLayer(std::move(layer));
     }
-    m_drawing.layers[index].isUsed = true;
+    return entry->second;
 }
 
 void DxfEntityReader::readViewportGroup()
@@ -86,8 +98,12 @@ void DxfEntityReader::readViewportGroup()
     }
 }
 
-void DxfEntityReader::finishViewport()
+void DxfEntityReader::finishRecord()
 {
+    m_unnamed += m_isInRecord && m_recordLayers.empty() ? 1 : 0;
+    m_recordLayers.clear();
+    m_isInRecord = false;
+
     if (m_isInViewport)
         m_viewports.push_back(std::move(m_viewport));
     m_isInViewport = false;
@@ -95,6 +111,7 @@ void DxfEntityReader::finishViewport()
 
 void DxfEntityReader::finish()
 {
+    m_drawing.layers[m_drawing.findLayer(QStringLiteral("0"))].records += m_unnamed;
     resolveViewports();
     chooseViewport();
     std::sort(m_drawing.entities.begin(), m_drawing.entities.end(),

@@ -5,12 +5,13 @@
 
 #include "DxfCursor.h"
 
-#include <unordered_set>
+#include <unordered_map>
+#include <vector>
 
 namespace Embedded {
 
-/// Reads what the entities of a drawing's file say of its layers: which are used, and which are frozen
-/// in the viewports.
+/// Reads what the entities of a drawing's file say of its layers: how much lies on each, and which are
+/// frozen in the viewports.
 class DxfEntityReader
 {
 public:
@@ -31,16 +32,21 @@ private:
         std::vector<DxfGroup> frozenNames;
     };
 
-    void noteUse();
+    void noteLayer();
+    int layerNamed(std::string_view bytes);
+    void finishRecord();
     void readViewportGroup();
-    void finishViewport();
     void resolveViewports();
     void chooseViewport();
 
     Drawing &m_drawing;
     DxfCursor &m_cursor;
-    std::unordered_set<std::string_view> m_usedNames;
-    std::string_view m_lastUsedName;
+    std::unordered_map<std::string_view, int> m_layersByBytes;
+    std::string_view m_lastName;
+    int m_lastLayer = -1;
+    std::vector<int> m_recordLayers; ///< those that the record has named
+    int m_unnamed = 0;               ///< records that name none
+    bool m_isInRecord = false;
     DxfEntityPlace m_entity;
     bool m_isInViewport = false;
     ViewportRecord m_viewport;

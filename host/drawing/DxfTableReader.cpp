@@ -73,7 +73,7 @@ void DxfTableReader::readLayerGroup()
         return;
     if (m_record.place.application == "AcAecLayerStandard" && m_cursor.code() == 1000) {
         if (++m_record.describingTexts == 2)
-            m_record.layer.description = m_cursor.text().toStdWString();
+            m_record.layer.state.description = m_cursor.text().toStdWString();
     } else if (!m_record.place.isInExtension()) {
         readLayerProperty();
     }
@@ -112,7 +112,7 @@ void DxfTableReader::readLayerProperty()
         layer.plotStyle = toHandle(m_cursor.value());
         break;
     case 420:
-        layer.trueColor = layerNumber("true colour", 0, 0xFFFFFF, -1, "its indexed colour");
+        layer.state.trueColor = layerNumber("true colour", 0, 0xFFFFFF, -1, "its indexed colour");
         break;
     default:
         break;
@@ -126,9 +126,9 @@ void DxfTableReader::readColor()
     Layer &layer = m_record.layer;
     layer.state.isOff = number && *number < 0;
     if (number && *number != 0 && *number >= -255 && *number <= 255) {
-        layer.color = std::abs(*number);
+        layer.state.color = std::abs(*number);
     } else {
-        layer.color = kWhite;
+        layer.state.color = kWhite;
         noteOddity("colour", QStringLiteral("7"));
     }
 }
@@ -138,9 +138,9 @@ void DxfTableReader::readLineWeight()
     const std::optional<int> number = toInt(m_cursor.value());
     Layer &layer = m_record.layer;
     if (number && isLineWeight(*number)) {
-        layer.lineWeight = *number;
+        layer.state.lineWeight = *number;
     } else {
-        layer.lineWeight = kDefaultLineWeight;
+        layer.state.lineWeight = kDefaultLineWeight;
         noteOddity("lineweight", QStringLiteral("the default"));
     }
 }
@@ -188,7 +188,6 @@ void DxfTableReader::finishLayer()
         m_cursor.warn(oddity.line,
                       QStringLiteral("the layer %1 %2").arg(quoted(name), oddity.text));
     layer.name = name.toStdWString();
-    layer.announced = layer.stored = layer.state;
     keepLayer(std::move(layer), record.linetype);
 }
 
@@ -199,7 +198,7 @@ void DxfTableReader::keepLayer(Layer &&layer, const Reference &linetype)
     if (index < 0) {
         index = m_drawing.addLayer(std::move(layer));
     } else {
-        layer.isUsed = true;
+        layer.records = m_drawing.layers[index].records;
         m_drawing.layers[index] = std::move(layer);
     }
     m_linetypes.resize(m_drawing.layers.size());
@@ -209,28 +208,9 @@ void DxfTableReader::keepLayer(Layer &&layer, const Reference &linetype)
 void DxfTableReader::finish()
 {
     noteLinetypes();
-    std::unordered_map<std::string_view, int> byBytes;
-    m_linetypes.resize(m_drawing.layers.size());
-    for (std::size_t index = 0; index < m_drawing.layers.size(); ++index) {
-        Layer &layer = m_drawing.layers[index];
-        const Reference &reference = m_linetypes[index];
-        layer.linetype = m_drawing.continuous;
-        if (reference.line == 0)
-            continue;
-        const auto [entry, isNew] = byBytes.try_emplace(m_drawing.view(reference.group.value), -1);
-        const QString name =
-                isNew || entry->second < 0 ? m_cursor.text(reference.group) : QString();
-        if (isNew)
-            entry->second = m_drawing.linetypesByName.value(symbolKey(name), -1);
-        if (entry->second >= 0) {
-            layer.linetype = entry->second;
-        } else {
-            m_cursor.warn(reference.line,
-                          QStringLiteral("the layer %1 has the linetype %2, which does not exist; "
-                                         "\"Continuous\" is taken instead")
-                                  .arg(quoted(QString::fromStdWString(layer.name)), quoted(name)));
-        }
-    }
+    resolveLinetypes();
+    for (Layer &layer : m_drawing.layers)
+        layer.announced = layer.stored = layer.state;
 }
 
 void DxfTableReader::noteLinetypes()
@@ -241,6 +221,32 @@ void DxfTableReader::noteLinetypes()
     for (int index = static_cast<int>(linetypes.size()) - 1; index >= 0; --index)
         byName.insert(symbolKey(QString::fromStdWString(linetypes[index])), index);
     m_drawing.continuous = byName.value(symbolKey(QStringLiteral("Continuous")));
+}
+
+void DxfTableReader::resolveLinetypes()
+{
+    std::unordered_map<std::string_view, int> byBytes;
+    m_linetypes.resize(m_drawing.layers.size());
+    for (std::size_t index = 0; index < m_drawing.layers.size(); ++index) {
+        Layer &layer = m_drawing.layers[index];
+        const Reference &reference = m_linetypes[index];
+        layer.state.linetype = m_drawing.continuous;
+        if (reference.line == 0)
+            continue;
+        const auto [entry, isNew] = byBytes.try_emplace(m_drawing.view(reference.group.value), -1);
+        const QString name =
+                isNew || entry->second < 0 ? m_cursor.text(reference.group) : QString();
+        if (isNew)
+            entry->second = m_drawing.linetypesByName.value(symbolKey(name), -1);
+        if (entry->second >= 0) {
+            layer.state.linetype = entry->second;
+        } else {
+            m_cursor.warn(reference.line,
+                          QStringLiteral("the layer %1 has the linetype %2, which does not exist; "
+                                         "\"Continuous\" is taken instead")
+                                  .arg(quoted(QString::fromStdWString(layer.name)), quoted(name)));
+        }
+    }
 }
 
 } // namespace Embedded

@@ -56,6 +56,7 @@ private:
     void finishLayer();
     void keepLayer(Layer &&layer, const Reference &linetype);
     void noteLinetypes();
+    void resolveLinetypes();
 
     Drawing &m_drawing;
     DxfCursor &m_cursor;

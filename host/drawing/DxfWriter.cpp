@@ -293,15 +293,16 @@ QByteArray DxfWriter::newRecord(const Layer &layer, const DxfStyle &style) const
         record += style.group(100, "AcDbSymbolTableRecord")
                   + style.group(100, "AcDbLayerTableRecord");
     }
-    const QString linetype = QString::fromStdWString(m_drawing.linetypes[layer.linetype]);
+    const QString linetype = QString::fromStdWString(m_drawing.linetypes[layer.state.linetype]);
     record += style.group(2, m_drawing.nameBytes(layer))
               + style.group(70, QByteArray::number(stateFlags(layer.state)))
-              + style.group(62, QByteArray::number(layer.state.isOff ? -layer.color : layer.color))
+              + style.group(62, QByteArray::number(layer.state.isOff ? -layer.state.color
+                                                                     : layer.state.color))
               + style.group(6, m_drawing.text.encode(linetype));
     if (m_drawing.version >= kR2000) {
         if (!layer.state.isPlottable)
             record += style.group(290, "0");
-        record += style.group(370, QByteArray::number(layer.lineWeight));
+        record += style.group(370, QByteArray::number(layer.state.lineWeight));
     }
     return record;
 }

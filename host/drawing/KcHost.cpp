@@ -191,7 +191,7 @@ ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name)
         return status;
     if (index == data.currentLayer)
         return eLayerIsCurrent;
-    if (data.layers[index].isUsed)
+    if (data.layers[index].records > 0)
         return eLayerInUse;
     if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
         return status;
@@ -243,10 +243,10 @@ ErrorStatus changeEntity(KcDbDatabase &drawing, int entity, const EntityChange &
     const Embedded::ByteRange record = data.entityRecord(entity);
     if (record.isNull() || linetype == Embedded::kNoLinetype)
         return eKeyNotFound;
-    if (data.layers[data.layerOf(record)].state.isLocked)
+    if (data.layers[data.layersOf(entity).front()].state.isLocked)
         return eOnLockedLayer;
 
-    EntityProperties &properties = data.changedEntities[entity];
+    EntityProperties properties = data.entity(entity);
     if (change.color) {
         properties.color = {*change.color, -1};
     } else if (change.trueColor) {
@@ -257,6 +257,7 @@ ErrorStatus changeEntity(KcDbDatabase &drawing, int entity, const EntityChange &
         properties.lineWeight = change.lineWeight;
     if (linetype)
         properties.linetype = linetype;
+    data.setEntity(entity, properties);
     return eOk;
 }
 
