@@ -10,6 +10,8 @@
 #include <QHash>
 #include <QMutex>
 
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 using namespace Kcore;
@@ -133,6 +135,30 @@ KcDbObject &KcDbObjectAccess::viewport(const KcDbDatabase &database, int viewpor
 {
     const KcDbDatabase::Data &data = *database.m_data;
     return *data.objects[data.firstViewport() + static_cast<std::size_t>(viewport)];
+}
+
+void KcDbObjectAccess::announceEntities(const KcDbDatabase &database,
+                                        const std::vector<int> &records)
+{
+    std::vector<int> entities;
+    std::copy_if(records.begin(), records.end(), std::back_inserter(entities),
+                 [&data = drawing(database)](int record) {
+                     return !data.entityRecord(record).isNull();
+                 });
+    for (const int entity : entities)
+        Embedded::announceEntity(entity);
+}
+
+void KcDbObjectAccess::announceLayer(const KcDbDatabase &database, int layer)
+{
+    Layer &changed = drawing(database).layers[layer];
+    changed.announced = changed.state;
+    Embedded::announceChange(changed.name);
+}
+
+void KcDbObjectAccess::announceLayer(const KcDbLayerTableRecord &record)
+{
+    announceLayer(record.m_database, record.m_layer);
 }
 
 void KcDbObjectAccess::addLayer(KcDbDatabase &database, const QString &name)

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <memory>
+#include <vector>
 
 /// What the host itself may do with the objects that it hands out.
 class KcDbObjectAccess
@@ -25,6 +26,14 @@ public:
     static KcDbObject &layerRecord(const KcDbDatabase &database, int layer);
     static KcDbObject &linetypeRecord(const KcDbDatabase &database, int linetype);
     static KcDbObject &viewport(const KcDbDatabase &database, int viewport);
+
+    /// Makes a change of these records known: of those of entities, which have numbers for others. The
+    /// drawing may be gone afterwards.
+    static void announceEntities(const KcDbDatabase &database, const std::vector<int> &records);
+
+    /// Makes a change of a layer known, likewise.
+    static void announceLayer(const KcDbDatabase &database, int layer);
+    static void announceLayer(const KcDbLayerTableRecord &record);
 
     /// Adds a layer whose name is valid and free.
     static void addLayer(KcDbDatabase &database, const QString &name);

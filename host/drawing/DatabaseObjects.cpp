@@ -203,11 +203,9 @@ bool KcDbLayerTableRecord::isErased() const
 /// Nothing of the record is touched after the announcement, in which anything may happen.
 void KcDbLayerTableRecord::onClosed()
 {
-    Layer &layer = KcDbObjectAccess::layer(*this);
-    if (layer.state == layer.announced)
-        return;
-    layer.announced = layer.state;
-    Embedded::announceChange(layer.name);
+    const Layer &layer = KcDbObjectAccess::layer(*this);
+    if (layer.state != layer.announced)
+        KcDbObjectAccess::announceLayer(*this);
 }
 
 const std::wstring &KcDbLayerTableRecord::symbolName() const

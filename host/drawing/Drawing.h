@@ -38,6 +38,9 @@ constexpr int kLineWeightByLayer = -1;
 
 constexpr int kColorByLayer = 256;
 
+/// As whose data the descriptions of layers stand in a file.
+constexpr char kDescriptionApplication[] = "AcAecLayerStandard";
+
 // In the place of an index into Drawing::linetypes.
 constexpr int kLinetypeByLayer = -1;
 constexpr int kLinetypeByBlock = -2;
@@ -134,6 +137,15 @@ struct EntityProperties
     bool operator==(const EntityProperties &other) const;
 };
 
+/// One of the file's symbol tables, where records can be added.
+struct SymbolTable
+{
+    int end = -1; ///< its ENDTAB; -1 where the file has no such table
+    quint64 handle = 0;
+    ByteRange countValue;
+    int records = 0; ///< in the file
+};
+
 /// A drawing: what its file said, what was changed since, and the places in the file's bytes that
 /// a change has to reach. The bytes stay as they were read.
 struct Drawing
@@ -165,13 +177,13 @@ struct Drawing
     int headerEnd = -1;          ///< its ENDSEC; -1 without a header, as with the other ends
     int bodyBegin = 0;           ///< the first section that belongs behind the tables
     int tablesEnd = -1;          ///< its ENDSEC
-    int layerTableEnd = -1;      ///< its ENDTAB
-    quint64 layerTableHandle = 0;
-    ByteRange layerCountValue;
-    int layerRecords = 0;                            ///< in the file's layer table
-    std::vector<LayerMention> duplicates;            ///< records of layers that have one already
-    std::vector<EntitySection> entities;             ///< in the file's order
-    std::vector<ByteRange> objects;                  ///< what the sections OBJECTS hold
+    SymbolTable layerTable;
+    SymbolTable applicationTable;
+    bool hasDescriptions = false;         ///< the table has the application kDescriptionApplication
+    quint64 descriptionsHandle = 0;       ///< of its new record
+    std::vector<LayerMention> duplicates; ///< records of layers that have one already
+    std::vector<EntitySection> entities;  ///< in the file's order
+    std::vector<ByteRange> objects;       ///< what the sections OBJECTS hold
     std::map<int, EntityProperties> changedEntities; ///< by their numbers; setEntity() changes it
     std::vector<std::vector<int>> recordsByLayer;    ///< kept by recordsOn()
     int staleRecords = 0;                            ///< at most so many are wrong there

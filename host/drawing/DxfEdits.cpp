@@ -78,21 +78,28 @@ void DxfEdits::merge(DxfEdits &&others)
 
 QByteArray DxfEdits::apply() const
 {
-    qint64 size = m_bytes.size();
-    for (const Edit &edit : m_edits)
-        size += edit.text.size() - (edit.bytes.end - edit.bytes.begin);
+    qint64 size = 0;
+    forEachPiece([&](const QByteArray &piece) { size += piece.size(); });
     if (size > kMostBytes)
         return {};
     QByteArray result;
     result.reserve(static_cast<int>(size));
+    forEachPiece([&](const QByteArray &piece) { result += piece; });
+    return result;
+}
+
+template <class Function>
+void DxfEdits::forEachPiece(Function function) const
+{
     int done = 0;
     for (const Edit &edit : m_edits) {
-        result += part(m_bytes, done, edit.bytes.begin);
-        result += edit.text;
+        if (edit.bytes.begin < done)
+            continue;
+        function(part(m_bytes, done, edit.bytes.begin));
+        function(edit.text);
         done = edit.bytes.end;
     }
-    result += part(m_bytes, done, m_bytes.size());
-    return result;
+    function(part(m_bytes, done, int(m_bytes.size())));
 }
 
 bool DxfEdits::Edit::operator<(const Edit &other) const

@@ -44,7 +44,8 @@ public:
     /// Takes in edits that are sorted, as these must be; linear.
     void merge(DxfEdits &&others);
 
-    /// The file's bytes with the edits, which must be sorted and not overlap; null where they would
+    /// The file's bytes with the edits, which must be sorted and not overlap; but those within bytes
+    /// that another edit replaces as a whole are left out. Null where they would
     /// be more than a QByteArray holds.
     QByteArray apply() const;
 
@@ -56,6 +57,9 @@ private:
 
         bool operator<(const Edit &other) const;
     };
+
+    template <class Function>
+    void forEachPiece(Function function) const;
 
     const QByteArray &m_bytes;
     const int m_firstGroup;

@@ -63,15 +63,23 @@ DxfEntityWriter::DxfEntityWriter(const Drawing &drawing)
 DxfEdits DxfEntityWriter::propertyEdits()
 {
     for (const auto &[number, properties] : m_drawing.changedEntities)
-        editEntity(m_drawing.entityRecord(number), properties);
+        editEntity(m_drawing.record(number), properties);
     m_edits.sort();
     return std::move(m_edits);
 }
 
 void DxfEntityWriter::editEntity(ByteRange record, const EntityProperties &wanted)
 {
+    if (wanted.isErased) {
+        removeRecord(record);
+        return;
+    }
+    if (wanted.hasLostAttributes)
+        removeAttributeMark(record);
     const Groups groups = findGroups(record);
     QByteArray added;
+    if (wanted.layer)
+        added += setLayer(record, *wanted.layer);
     if (wanted.linetype)
         added += setLinetype(groups, *wanted.linetype);
     if (wanted.color)
@@ -80,6 +88,44 @@ void DxfEntityWriter::editEntity(ByteRange record, const EntityProperties &wante
         added += setLineWeight(groups, *wanted.lineWeight);
     if (!added.isEmpty())
         m_edits.insert(groups.anchor.bytes.end, added);
+}
+
+/// Comments behind it may be about what follows.
+void DxfEntityWriter::removeRecord(ByteRange record)
+{
+    DxfTokens tokens(m_drawing.bytes, record);
+    int end = record.begin;
+    while (tokens.next() == DxfTokens::Step::Group) {
+        if (tokens.group().code != kComment)
+            end = tokens.group().bytes.end;
+    }
+    m_edits.remove({record.begin, end});
+}
+
+/// The group that says that attributes follow.
+void DxfEntityWriter::removeAttributeMark(ByteRange record)
+{
+    DxfTokens tokens(m_drawing.bytes, record);
+    DxfRecordPlace place;
+    while (tokens.next() == DxfTokens::Step::Group) {
+        place.advance(tokens.group(), trimmed(view(tokens.group().value)));
+        if (tokens.group().code == 66 && !place.isInExtension())
+            m_edits.remove(tokens.group().bytes);
+    }
+}
+
+/// @return what is to be added
+QByteArray DxfEntityWriter::setLayer(ByteRange record, int layer)
+{
+    const Layer &wanted = m_drawing.layers[layer];
+    const QByteArray name = m_drawing.nameBytes(wanted);
+    const std::vector<DxfGroup> groups = m_drawing.layerGroups(record);
+    for (const DxfGroup &group : groups) {
+        const QString stored = m_drawing.text.decode(view(group.value));
+        if (m_drawing.findStoredLayer(stored) != layer || wanted.isRenamed)
+            m_edits.replace(group.value, name);
+    }
+    return groups.empty() ? m_edits.styleAt(record.begin).group(8, name) : QByteArray();
 }
 
 DxfEntityWriter::Groups DxfEntityWriter::findGroups(ByteRange record) const
@@ -198,11 +244,21 @@ DxfEdits DxfEntityWriter::nameEdits() const
     if (names.isEmpty())
         return edits;
     std::unordered_map<std::string_view, QByteArray> namesByBytes;
+    auto changed = m_drawing.changedEntities.cbegin();
+    const auto end = m_drawing.changedEntities.cend();
     for (const EntitySection &section : m_drawing.entities) {
         DxfTokens tokens(m_drawing.bytes, section.bytes);
         DxfEntityPlace place;
+        int number = section.firstNumber - 1;
         while (tokens.next() == DxfTokens::Step::Group) {
-            if (place.advance(tokens) == DxfEntityPlace::Names::Nothing)
+            number += tokens.group().code == 0 ? 1 : 0;
+            while (changed != end && changed->first < number)
+                ++changed;
+            const bool isMoved =
+                    changed != end && changed->first == number && changed->second.layer;
+            const DxfEntityPlace::Names named = place.advance(tokens);
+            if (named == DxfEntityPlace::Names::Nothing
+                || (isMoved && named == DxfEntityPlace::Names::OwnLayer))
                 continue;
             const ByteRange value = tokens.group().value;
             const auto [entry, isFirst] = namesByBytes.try_emplace(view(value));

@@ -26,6 +26,8 @@ void DxfTableReader::read()
             readLayerGroup();
         else if (m_table == "LTYPE" && m_cursor.code() == 2)
             m_drawing.linetypes.push_back(m_cursor.text().toStdWString());
+        else if (m_table == "APPID" && m_cursor.code() == 2)
+            m_drawing.hasDescriptions |= m_cursor.value() == kDescriptionApplication;
     }
     finishLayer();
     closeTable();
@@ -40,9 +42,11 @@ void DxfTableReader::beginTableRecord()
     if (m_recordType == "TABLE" || m_recordType == "ENDTAB") {
         closeTable();
     } else if (m_table == "LAYER" && m_recordType == "LAYER") {
-        ++m_drawing.layerRecords;
+        ++m_drawing.layerTable.records;
         m_record.line = m_cursor.line();
         m_record.layer.record = m_cursor.group().bytes;
+    } else if (m_table == "APPID" && m_recordType == "APPID") {
+        ++m_drawing.applicationTable.records;
     }
 }
 
@@ -50,20 +54,27 @@ void DxfTableReader::readTableHead()
 {
     if (m_cursor.code() == 2)
         m_table = m_cursor.value();
-    if (m_table != "LAYER")
-        return;
-    if (m_cursor.code() == 5)
-        m_drawing.layerTableHandle = toHandle(m_cursor.value());
-    else if (m_cursor.code() == 70)
-        m_drawing.layerCountValue = m_cursor.group().value;
+    SymbolTable *const table = keptTable();
+    if (table && m_cursor.code() == 5)
+        table->handle = toHandle(m_cursor.value());
+    else if (table && m_cursor.code() == 70)
+        table->countValue = m_cursor.group().value;
 }
 
 /// Takes whatever follows the table's records for its end, where a file forgets to mark it.
 void DxfTableReader::closeTable()
 {
-    if (m_table == "LAYER")
-        m_drawing.layerTableEnd = m_cursor.group().bytes.begin;
+    if (SymbolTable *const table = keptTable())
+        table->end = m_cursor.group().bytes.begin;
     m_table = {};
+}
+
+/// The table that is being read; null for one that gets no new records.
+SymbolTable *DxfTableReader::keptTable()
+{
+    if (m_table == "LAYER")
+        return &m_drawing.layerTable;
+    return m_table == "APPID" ? &m_drawing.applicationTable : nullptr;
 }
 
 void DxfTableReader::readLayerGroup()
@@ -71,7 +82,7 @@ void DxfTableReader::readLayerGroup()
     m_record.layer.record.end = m_cursor.group().bytes.end;
     if (m_record.place.advance(m_cursor.group(), m_cursor.value()))
         return;
-    if (m_record.place.application == "AcAecLayerStandard" && m_cursor.code() == 1000) {
+    if (m_record.place.application == kDescriptionApplication && m_cursor.code() == 1000) {
         if (++m_record.describingTexts == 2)
             m_record.layer.state.description = m_cursor.text().toStdWString();
     } else if (!m_record.place.isInExtension()) {

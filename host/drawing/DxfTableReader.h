@@ -7,7 +7,7 @@
 
 namespace Embedded {
 
-/// Reads the layers and the names of linetypes from the tables of a drawing's file.
+/// Reads the layers and what new ones need from the tables of a drawing's file.
 class DxfTableReader
 {
 public:
@@ -47,6 +47,7 @@ private:
     void beginTableRecord();
     void readTableHead();
     void closeTable();
+    SymbolTable *keptTable();
     void readLayerGroup();
     void readLayerProperty();
     void readColor();

@@ -7,61 +7,11 @@
 #include "DxfObjects.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace Embedded {
 
 namespace {
-
-/// The groups of a layer that may have to be changed or added, and those before them, in the order
-/// in which they stand in a record.
-constexpr std::array<int, 8> kLayerGroups = {2, 70, 62, 420, 430, 440, 6, 290};
-using LayerGroups = std::array<DxfGroup, kLayerGroups.size()>;
-
-std::size_t placeOf(int code)
-{
-    return static_cast<std::size_t>(std::find(kLayerGroups.begin(), kLayerGroups.end(), code)
-                                    - kLayerGroups.begin());
-}
-
-LayerGroups findLayerGroups(const Drawing &drawing, ByteRange record)
-{
-    LayerGroups groups;
-    DxfTokens tokens(drawing.bytes, record);
-    DxfRecordPlace place;
-    while (tokens.next() == DxfTokens::Step::Group) {
-        const DxfGroup &group = tokens.group();
-        place.advance(group, trimmed(tokens.view(group.value)));
-        if (!place.isInExtension() && placeOf(group.code) < groups.size())
-            groups[placeOf(group.code)] = group;
-    }
-    return groups;
-}
-
-int stateFlags(const LayerState &state)
-{
-    return (state.isFrozen ? kFrozenFlag : 0) | (state.isLocked ? kLockedFlag : 0);
-}
-
-/// What else the flags say.
-int otherFlags(std::string_view text)
-{
-    const int flags = toInt(text).value_or(0);
-    return flags < 0 || flags > kHighestFlags ? 0 : flags & ~(kFrozenFlag | kLockedFlag);
-}
-
-/// The number with another sign; one that can have none, or is no number, gives way to white.
-QByteArray colorText(std::string_view old, bool isOff)
-{
-    std::string_view digits = trimmed(old);
-    if (!digits.empty() && (digits[0] == '-' || digits[0] == '+'))
-        digits.remove_prefix(1);
-    const QByteArray number = toInt(digits).value_or(0) <= 0
-                                      ? QByteArray::number(kWhite)
-                                      : QByteArray(digits.data(), static_cast<int>(digits.size()));
-    return isOff ? '-' + number : number;
-}
 
 QByteArray handleText(quint64 handle)
 {
@@ -73,19 +23,20 @@ QByteArray handleText(quint64 handle)
 DxfWriter::DxfWriter(Drawing &drawing)
     : m_drawing(drawing)
     , m_edits(drawing.bytes, drawing.firstGroup)
+    , m_layers(drawing, m_edits)
 {
 }
 
 QByteArray DxfWriter::write()
 {
     findNewLayers();
+    findNewApplication();
     editHeader();
     editLayers();
     removeMentions();
     removeExtensions();
     renameDuplicates();
-    if (!m_newLayers.empty())
-        addRecords();
+    addRecords();
     m_edits.sort();
     DxfEntityWriter entities(m_drawing);
     m_edits.merge(entities.propertyEdits());
@@ -105,19 +56,40 @@ void DxfWriter::findNewLayers()
         if (hasHandles() && layer.handle == 0)
             layer.handle = m_drawing.nextHandle++;
     }
-    if (hasHandles() && !m_newLayers.empty() && m_drawing.layerTableHandle == 0)
-        m_drawing.layerTableHandle = m_drawing.nextHandle++;
+    if (hasHandles() && !m_newLayers.empty() && m_drawing.layerTable.handle == 0)
+        m_drawing.layerTable.handle = m_drawing.nextHandle++;
+}
+
+/// Many programs refuse a file in which an application has data, but no record.
+void DxfWriter::findNewApplication()
+{
+    const auto isDescribed = [](const Layer &layer) {
+        return !layer.isErased && !layer.state.description.empty()
+               && layer.state.description != layer.stored.description;
+    };
+    m_addsApplication =
+            !m_drawing.hasDescriptions
+            && std::any_of(m_drawing.layers.begin(), m_drawing.layers.end(), isDescribed);
+    if (!hasHandles() || !m_addsApplication)
+        return;
+    if (m_drawing.descriptionsHandle == 0)
+        m_drawing.descriptionsHandle = m_drawing.nextHandle++;
+    if (m_drawing.applicationTable.handle == 0)
+        m_drawing.applicationTable.handle = m_drawing.nextHandle++;
 }
 
 /// Layers that only entities name are written when somebody does something to them. To rename one
-/// counts, so that those who look for it in the table alone find it.
+/// counts, so that those who look for it in the table alone find it. One that nothing names any more
+/// would be gone without.
 bool DxfWriter::needsRecord(int index) const
 {
     const Layer &layer = m_drawing.layers[index];
     const bool hasBecomeCurrent =
             index == m_drawing.currentLayer && index != m_drawing.storedCurrentLayer;
+    const bool isUnnamed = layer.records == 0 && !layer.nameBytes.isNull();
     return layer.record.isNull() && !layer.isErased
-           && (layer.isAdded || layer.isRenamed || hasBecomeCurrent || layer.state != layer.stored);
+           && (layer.isAdded || layer.isRenamed || hasBecomeCurrent || isUnnamed
+               || layer.state != layer.stored);
 }
 
 void DxfWriter::editHeader()
@@ -136,7 +108,7 @@ void DxfWriter::editHeader()
         else
             m_edits.replace(m_drawing.currentLayerValue, name);
     }
-    if (hasHandles() && !m_newLayers.empty()) {
+    if (hasHandles() && (!m_newLayers.empty() || m_addsApplication)) {
         const QByteArray seed = handleText(m_drawing.nextHandle);
         if (m_drawing.nextHandleValue.isNull())
             added += style.group(9, "$HANDSEED") + style.group(5, seed);
@@ -163,37 +135,8 @@ void DxfWriter::editLayers()
         if (layer.isRenamed)
             m_edits.replace(layer.nameBytes, m_drawing.nameBytes(layer));
         if (layer.state != layer.stored)
-            editRecord(layer);
+            m_layers.edit(layer);
     }
-}
-
-void DxfWriter::editRecord(const Layer &layer)
-{
-    const LayerGroups groups = findLayerGroups(m_drawing, layer.record);
-    const auto valueOf = [&](int code) {
-        const DxfGroup &group = groups[placeOf(code)];
-        return group.value.isNull() ? std::string_view() : view(group.value);
-    };
-    const auto set = [&](int code, const QByteArray &number) {
-        if (const DxfGroup &group = groups[placeOf(code)]; !group.value.isNull()) {
-            m_edits.replaceNumber(group.value, number);
-            return;
-        }
-        const DxfGroup &last = *std::max_element(
-                groups.begin(), groups.begin() + static_cast<std::ptrdiff_t>(placeOf(code)),
-                [](const auto &left, const auto &right) {
-                    return left.bytes.end < right.bytes.end;
-                });
-        m_edits.insert(last.bytes.end, m_edits.styleAt(last.bytes.begin).group(code, number));
-    };
-    if (stateFlags(layer.state) != stateFlags(layer.stored)) {
-        const int others = otherFlags(valueOf(70));
-        set(70, QByteArray::number(others | stateFlags(layer.state)));
-    }
-    if (layer.state.isOff != layer.stored.isOff)
-        set(62, colorText(valueOf(62), layer.state.isOff));
-    if (layer.state.isPlottable != layer.stored.isPlottable && m_drawing.version >= kR2000)
-        set(290, layer.state.isPlottable ? "1" : "0");
 }
 
 /// A viewport lets go of the layers that are gone, and no second record brings them back.
@@ -233,78 +176,96 @@ void DxfWriter::renameDuplicates()
         const Layer &layer = m_drawing.layers[duplicate.layer];
         if (!layer.isRenamed || layer.isErased)
             continue;
-        const DxfGroup name = findLayerGroups(m_drawing, duplicate.bytes)[placeOf(2)];
-        m_edits.replace(name.value, m_drawing.nameBytes(layer));
+        m_edits.replace(m_layers.nameGroup(duplicate.bytes).value, m_drawing.nameBytes(layer));
     }
 }
 
+/// Where the file has no such table, or no tables at all, it gets them.
 void DxfWriter::addRecords()
 {
-    if (m_drawing.layerTableEnd >= 0) {
-        m_edits.insert(m_drawing.layerTableEnd,
-                       newRecords(m_edits.styleAt(m_drawing.layerTableEnd)));
-        const int count =
-                m_drawing.layerRecords - m_removedRecords + static_cast<int>(m_newLayers.size());
-        if (!m_drawing.layerCountValue.isNull()
-            && toInt(view(m_drawing.layerCountValue)).value_or(0) < count)
-            m_edits.replaceNumber(m_drawing.layerCountValue, QByteArray::number(count));
-    } else if (m_drawing.tablesEnd >= 0) {
-        m_edits.insert(m_drawing.tablesEnd, newTable(m_edits.styleAt(m_drawing.tablesEnd)));
-    } else {
-        const DxfStyle style = m_edits.styleAt(m_drawing.bodyBegin);
-        m_edits.insert(m_drawing.bodyBegin, style.group(0, "SECTION") + style.group(2, "TABLES")
-                                                    + newTable(style) + style.group(0, "ENDSEC"));
+    const int place = m_drawing.tablesEnd >= 0 ? m_drawing.tablesEnd : m_drawing.bodyBegin;
+    const DxfStyle style = m_edits.styleAt(place);
+    QByteArray tables;
+    if (!m_newLayers.empty()) {
+        const SymbolTable &table = m_drawing.layerTable;
+        const auto records = [this](const DxfStyle &style) { return newLayers(style); };
+        tables += addTo(table, "LAYER", int(m_newLayers.size()) - m_removedRecords, style, records);
     }
+    if (m_addsApplication) {
+        const SymbolTable &table = m_drawing.applicationTable;
+        const auto records = [this](const DxfStyle &style) { return newApplication(style); };
+        tables += addTo(table, "APPID", 1, style, records);
+    }
+    if (tables.isEmpty())
+        return;
+    if (m_drawing.tablesEnd < 0) {
+        tables = style.group(0, "SECTION") + style.group(2, "TABLES") + tables
+                 + style.group(0, "ENDSEC");
+    }
+    m_edits.insert(place, tables);
 }
 
-QByteArray DxfWriter::newTable(const DxfStyle &style) const
+/// Adds records to a table of the file.
+/// @param newTables what new tables are written like
+/// @return the table, where it is a new one
+QByteArray DxfWriter::addTo(const SymbolTable &table, const QByteArray &name, int more,
+                            const DxfStyle &newTables, const Records &records)
 {
-    QByteArray table = style.group(0, "TABLE") + style.group(2, "LAYER");
-    if (hasHandles())
-        table += style.group(5, handleText(m_drawing.layerTableHandle));
-    if (m_drawing.version >= kR2000)
-        table += style.group(330, "0");
-    if (hasHandles())
-        table += style.group(100, "AcDbSymbolTable");
-    const int count = static_cast<int>(m_newLayers.size());
-    return table + style.group(70, QByteArray::number(count)) + newRecords(style)
-           + style.group(0, "ENDTAB");
+    if (table.end < 0)
+        return newTable(table, name, more, newTables) + records(newTables)
+               + newTables.group(0, "ENDTAB");
+    m_edits.insert(table.end, records(m_edits.styleAt(table.end)));
+    const int count = table.records + more;
+    if (!table.countValue.isNull() && toInt(view(table.countValue)).value_or(0) < count)
+        m_edits.replaceNumber(table.countValue, QByteArray::number(count));
+    return {};
 }
 
-QByteArray DxfWriter::newRecords(const DxfStyle &style) const
+/// The head of a table.
+QByteArray DxfWriter::newTable(const SymbolTable &table, const QByteArray &name, int count,
+                               const DxfStyle &style) const
+{
+    QByteArray head = style.group(0, "TABLE") + style.group(2, name);
+    if (hasHandles())
+        head += style.group(5, handleText(table.handle));
+    if (m_drawing.version >= kR2000)
+        head += style.group(330, "0");
+    if (hasHandles())
+        head += style.group(100, "AcDbSymbolTable");
+    return head + style.group(70, QByteArray::number(count));
+}
+
+QByteArray DxfWriter::newLayers(const DxfStyle &style) const
 {
     QByteArray records;
     const QByteArray references = plotReferences(style);
     for (const int index : m_newLayers) {
-        records += newRecord(m_drawing.layers[index], style);
-        records += references;
+        const Layer &layer = m_drawing.layers[index];
+        records += recordHead("LAYER", "AcDbLayerTableRecord", layer.handle, m_drawing.layerTable,
+                              style)
+                   + m_layers.newRecord(layer, style, references);
     }
     return records;
 }
 
-QByteArray DxfWriter::newRecord(const Layer &layer, const DxfStyle &style) const
+QByteArray DxfWriter::newApplication(const DxfStyle &style) const
 {
-    QByteArray record = style.group(0, "LAYER");
+    return recordHead("APPID", "AcDbRegAppTableRecord", m_drawing.descriptionsHandle,
+                      m_drawing.applicationTable, style)
+           + style.group(2, kDescriptionApplication) + style.group(70, "0");
+}
+
+QByteArray DxfWriter::recordHead(const QByteArray &type, const QByteArray &marker, quint64 handle,
+                                 const SymbolTable &table, const DxfStyle &style) const
+{
+    QByteArray head = style.group(0, type);
     if (hasHandles())
-        record += style.group(5, handleText(layer.handle));
+        head += style.group(5, handleText(handle));
     if (m_drawing.version >= kR2000)
-        record += style.group(330, handleText(m_drawing.layerTableHandle));
-    if (hasHandles()) {
-        record += style.group(100, "AcDbSymbolTableRecord")
-                  + style.group(100, "AcDbLayerTableRecord");
-    }
-    const QString linetype = QString::fromStdWString(m_drawing.linetypes[layer.state.linetype]);
-    record += style.group(2, m_drawing.nameBytes(layer))
-              + style.group(70, QByteArray::number(stateFlags(layer.state)))
-              + style.group(62, QByteArray::number(layer.state.isOff ? -layer.state.color
-                                                                     : layer.state.color))
-              + style.group(6, m_drawing.text.encode(linetype));
-    if (m_drawing.version >= kR2000) {
-        if (!layer.state.isPlottable)
-            record += style.group(290, "0");
-        record += style.group(370, QByteArray::number(layer.state.lineWeight));
-    }
-    return record;
+        head += style.group(330, handleText(table.handle));
+    if (hasHandles())
+        head += style.group(100, "AcDbSymbolTableRecord") + style.group(100, marker);
+    return head;
 }
 
 /// The plot style and the material of layer "0", which new layers share.
@@ -330,14 +291,9 @@ void DxfWriter::noteLosses(const DxfEntityWriter &entities)
 {
     noteEntityLoss(entities.lostTrueColors(), QStringLiteral("true colour"));
     noteEntityLoss(entities.lostLineWeights(), QStringLiteral("lineweight"));
-    if (m_drawing.version >= kR2000)
-        return;
     for (const Layer &layer : m_drawing.layers) {
-        if (!layer.isErased && layer.state.isPlottable != layer.stored.isPlottable) {
-            m_losses += QStringLiteral("the file's version cannot hold the plot flag of the "
-                                       "layer \"%1\"")
-                                .arg(QString::fromStdWString(layer.name));
-        }
+        if (!layer.isErased)
+            m_losses += m_layers.losses(layer);
     }
 }
 

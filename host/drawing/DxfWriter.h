@@ -4,9 +4,11 @@
 #pragma once
 
 #include "DxfEdits.h"
+#include "DxfLayerWriter.h"
 
 #include <QStringList>
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -35,18 +37,25 @@ public:
     const QStringList &losses() const { return m_losses; }
 
 private:
+    using Records = std::function<QByteArray(const DxfStyle &)>;
+
     void findNewLayers();
+    void findNewApplication();
     bool needsRecord(int index) const;
     void editHeader();
     void editLayers();
-    void editRecord(const Layer &layer);
     void removeMentions();
     void removeExtensions();
     void renameDuplicates();
     void addRecords();
-    QByteArray newTable(const DxfStyle &style) const;
-    QByteArray newRecords(const DxfStyle &style) const;
-    QByteArray newRecord(const Layer &layer, const DxfStyle &style) const;
+    QByteArray addTo(const SymbolTable &table, const QByteArray &name, int more,
+                     const DxfStyle &newTables, const Records &records);
+    QByteArray newTable(const SymbolTable &table, const QByteArray &name, int count,
+                        const DxfStyle &style) const;
+    QByteArray newLayers(const DxfStyle &style) const;
+    QByteArray newApplication(const DxfStyle &style) const;
+    QByteArray recordHead(const QByteArray &type, const QByteArray &marker, quint64 handle,
+                          const SymbolTable &table, const DxfStyle &style) const;
     QByteArray plotReferences(const DxfStyle &style) const;
     void noteLosses(const DxfEntityWriter &entities);
     void noteEntityLoss(int count, const QString &property);
@@ -58,7 +67,9 @@ private:
     Drawing &m_drawing;
     std::vector<int> m_newLayers; ///< those that the file's layer table lacks
     int m_removedRecords = 0;
+    bool m_addsApplication = false; ///< that of the layers' descriptions
     DxfEdits m_edits;
+    DxfLayerWriter m_layers;
     QStringList m_losses;
 };
 

@@ -19,6 +19,7 @@ struct Host
                                      {QStringLiteral("LWUNITS"), 1}};
     std::function<void()> layerTableChanges;
     std::function<void(const QString &)> layerModified;
+    std::function<void(int)> entityModified;
 };
 
 // A drawing that outlives main() may outlive this, too.
@@ -65,6 +66,18 @@ void announceChange(const std::wstring &layerName)
     const auto handler = host->layerModified;
     if (handler)
         handler(QString::fromStdWString(layerName));
+}
+
+void setEntityModifiedHandler(std::function<void(int)> handler)
+{
+    host->entityModified = std::move(handler);
+}
+
+void announceEntity(int number)
+{
+    const auto handler = host->entityModified;
+    if (handler)
+        handler(number);
 }
 
 } // namespace Embedded

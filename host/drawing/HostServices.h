@@ -28,6 +28,11 @@ bool isInModelSpace();
 void setLayerTableChangesHandler(std::function<void()> handler);
 void setLayerModifiedHandler(std::function<void(const QString &)> handler);
 
+void setEntityModifiedHandler(std::function<void(int)> handler);
+
+/// Tells whoever asked for it that a change of the entity has reached its drawing.
+void announceEntity(int number);
+
 /// Tells whoever asked for it that a change of the layer has reached its drawing.
 void announceChange(const std::wstring &layerName);
 

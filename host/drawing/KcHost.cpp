@@ -8,6 +8,7 @@
 #include "DxfReader.h"
 #include "DxfWriter.h"
 #include "HostServices.h"
+#include "LayerContents.h"
 
 #include <algorithm>
 #include <new>
@@ -17,13 +18,15 @@ using namespace Kcore;
 using Embedded::Drawing;
 using Embedded::DxfReader;
 using Embedded::DxfWriter;
+using Embedded::EntityColor;
 using Embedded::EntityProperties;
 
 namespace KcHost {
 
 namespace {
 
-constexpr int kLongestName = 255;
+/// Of a name or another text.
+constexpr int kLongestText = 255;
 const QLatin1String kForbidden("<>/\\\":;?*|=");
 
 QString sentence(const QString &fileName, const QString &reason)
@@ -37,12 +40,17 @@ QString outOfMemory()
     return QStringLiteral("there is not enough memory for it");
 }
 
+bool isControl(QChar character)
+{
+    return character.category() == QChar::Other_Control;
+}
+
 bool isValidName(const QString &name)
 {
     const auto isForbidden = [](QChar character) {
-        return character.category() == QChar::Other_Control || kForbidden.contains(character);
+        return isControl(character) || kForbidden.contains(character);
     };
-    return !name.trimmed().isEmpty() && name.size() <= kLongestName && name.isValidUtf16()
+    return !name.trimmed().isEmpty() && name.size() <= kLongestText && name.isValidUtf16()
            && std::none_of(name.begin(), name.end(), isForbidden);
 }
 
@@ -59,6 +67,52 @@ ErrorStatus findOwnLayer(const Drawing &data, const QString &name, int &index)
 ErrorStatus checkUnopened(KcDbDatabase &drawing, int index)
 {
     return KcDbObjectAccess::check(KcDbObjectAccess::layerRecord(drawing, index), KcDb::kForWrite);
+}
+
+/// Finds a layer that may go.
+ErrorStatus findErasable(const Drawing &data, const QString &name, int &index)
+{
+    const ErrorStatus status = findOwnLayer(data, name, index);
+    return status == eOk && index == data.currentLayer ? eLayerIsCurrent : status;
+}
+
+/// Makes known that a layer is gone, and what became of what lay on it. The drawing may go meanwhile.
+void announceErased(KcDbDatabase &drawing, int layer, const std::vector<int> &records)
+{
+    const std::wstring name = KcDbObjectAccess::drawing(drawing).layers[layer].name;
+    KcDbObjectAccess::announceEntities(drawing, records);
+    Embedded::announceChange(name);
+}
+
+QString linetypeName(const Drawing &data, int linetype)
+{
+    if (linetype == Embedded::kLinetypeByLayer)
+        return QStringLiteral("ByLayer");
+    return linetype == Embedded::kLinetypeByBlock
+                   ? QStringLiteral("ByBlock")
+                   : QString::fromStdWString(data.linetypes[linetype]);
+}
+
+EntityColor trueColorOf(quint32 rgb)
+{
+    const int number = static_cast<int>(rgb & 0xFFFFFF);
+    return {Embedded::nearestIndexColor(number), number};
+}
+
+bool isInRange(const LayerChange &change)
+{
+    const auto isColor = [](int index) { return index > 0 && index < Embedded::kColorByLayer; };
+    const auto isWeight = [](int weight) {
+        return Embedded::isLineWeight(weight)
+               && (weight >= 0 || weight == Embedded::kDefaultLineWeight);
+    };
+    const auto isText = [](const QString &text) {
+        return text.size() <= kLongestText && text.isValidUtf16()
+               && std::none_of(text.begin(), text.end(), isControl);
+    };
+    return (!change.color || (isColor(*change.color) && !change.trueColor))
+           && (!change.lineWeight || isWeight(*change.lineWeight))
+           && (!change.description || isText(*change.description));
 }
 
 bool isInRange(const EntityChange &change)
@@ -163,6 +217,11 @@ void setLayerModifiedHandler(std::function<void(const QString &)> handler)
     Embedded::setLayerModifiedHandler(std::move(handler));
 }
 
+void setEntityModifiedHandler(std::function<void(int)> handler)
+{
+    Embedded::setEntityModifiedHandler(std::move(handler));
+}
+
 int openObjectCount()
 {
     return KcDbObjectAccess::openCount;
@@ -187,17 +246,58 @@ ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name)
 {
     Drawing &data = KcDbObjectAccess::drawing(drawing);
     int index = -1;
-    if (const ErrorStatus status = findOwnLayer(data, name, index); status != eOk)
+    if (const ErrorStatus status = findErasable(data, name, index); status != eOk)
         return status;
-    if (index == data.currentLayer)
-        return eLayerIsCurrent;
     if (data.layers[index].records > 0)
         return eLayerInUse;
     if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
         return status;
     data.eraseLayer(index);
-    Embedded::announceChange(data.layers[index].name);
+    KcDbObjectAccess::announceLayer(drawing, index);
     return eOk;
+}
+
+ErrorStatus mergeLayer(KcDbDatabase &drawing, const QString &name, const QString &into)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    const int target = data.findLayer(into);
+    int index = -1;
+    if (const ErrorStatus status = findErasable(data, name, index); status != eOk)
+        return status;
+    if (target < 0)
+        return eKeyNotFound;
+    if (target == index)
+        return eInvalidInput;
+    if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
+        return status;
+    const std::vector<int> moved = Embedded::moveContents(data, index, target);
+    data.eraseLayer(index);
+    announceErased(drawing, index, moved);
+    return eOk;
+}
+
+ErrorStatus eraseLayerWithEntities(KcDbDatabase &drawing, const QString &name)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    int index = -1;
+    if (const ErrorStatus status = findErasable(data, name, index); status != eOk)
+        return status;
+    if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
+        return status;
+    const std::vector<int> changed = Embedded::eraseContents(data, index);
+    data.eraseLayer(index);
+    announceErased(drawing, index, changed);
+    return eOk;
+}
+
+QHash<QString, int> layerUsage(const KcDbDatabase &drawing)
+{
+    QHash<QString, int> usage;
+    for (const Embedded::Layer &layer : KcDbObjectAccess::drawing(drawing).layers) {
+        if (layer.records > 0)
+            usage.insert(QString::fromStdWString(layer.name), layer.records);
+    }
+    return usage;
 }
 
 ErrorStatus renameLayer(KcDbDatabase &drawing, const QString &name, const QString &newName)
@@ -215,7 +315,7 @@ ErrorStatus renameLayer(KcDbDatabase &drawing, const QString &name, const QStrin
     if (status != eOk || data.layers[index].name == newText)
         return status;
     data.renameLayer(index, newName);
-    Embedded::announceChange(newText);
+    KcDbObjectAccess::announceLayer(drawing, index);
     return eOk;
 }
 
@@ -227,8 +327,40 @@ ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name)
         return eKeyNotFound;
     if (index != data.currentLayer) {
         data.currentLayer = index;
-        Embedded::announceChange(data.layers[index].name);
+        KcDbObjectAccess::announceLayer(drawing, index);
     }
+    return eOk;
+}
+
+ErrorStatus changeLayer(KcDbDatabase &drawing, const QString &name, const LayerChange &change)
+{
+    Drawing &data = KcDbObjectAccess::drawing(drawing);
+    if (!isInRange(change))
+        return eInvalidInput;
+    const int index = data.findLayer(name);
+    const int linetype = change.linetype ? data.findLinetype(*change.linetype) : 0;
+    if (index < 0 || linetype < 0)
+        return eKeyNotFound;
+    if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
+        return status;
+
+    Embedded::LayerValue value = data.layerValue(index);
+    Embedded::LayerState &state = value.state;
+    if (change.color || change.trueColor) {
+        const EntityColor color =
+                change.color ? EntityColor{*change.color, -1} : trueColorOf(*change.trueColor);
+        state.color = color.index;
+        state.trueColor = color.trueColor;
+    }
+    state.lineWeight = change.lineWeight.value_or(state.lineWeight);
+    if (change.linetype)
+        state.linetype = linetype;
+    if (change.description)
+        state.description = change.description->toStdWString();
+    if (state == data.layers[index].state)
+        return eOk;
+    data.setLayerValue(index, value);
+    KcDbObjectAccess::announceLayer(drawing, index);
     return eOk;
 }
 
@@ -237,28 +369,61 @@ ErrorStatus changeEntity(KcDbDatabase &drawing, int entity, const EntityChange &
     Drawing &data = KcDbObjectAccess::drawing(drawing);
     if (!isInRange(change))
         return eInvalidInput;
-    std::optional<int> linetype;
+    EntityProperties properties = data.entity(entity);
     if (change.linetype)
-        linetype = data.findLinetype(*change.linetype);
-    const Embedded::ByteRange record = data.entityRecord(entity);
-    if (record.isNull() || linetype == Embedded::kNoLinetype)
+        properties.linetype = data.findLinetype(*change.linetype);
+    if (change.layer)
+        properties.layer = data.findLayer(*change.layer);
+    if (data.entityRecord(entity).isNull() || properties.linetype == Embedded::kNoLinetype
+        || properties.layer == -1)
         return eKeyNotFound;
+    if (properties.isErased)
+        return eWasErased;
     if (data.layers[data.layersOf(entity).front()].state.isLocked)
         return eOnLockedLayer;
 
-    EntityProperties properties = data.entity(entity);
-    if (change.color) {
+    if (change.color)
         properties.color = {*change.color, -1};
-    } else if (change.trueColor) {
-        const int number = static_cast<int>(*change.trueColor & 0xFFFFFF);
-        properties.color = {Embedded::nearestIndexColor(number), number};
-    }
+    else if (change.trueColor)
+        properties.color = trueColorOf(*change.trueColor);
     if (change.lineWeight)
         properties.lineWeight = change.lineWeight;
-    if (linetype)
-        properties.linetype = linetype;
-    data.setEntity(entity, properties);
+    KcDbObjectAccess::announceEntities(drawing, Embedded::changeEntity(data, entity, properties));
     return eOk;
+}
+
+EntityChange changesOf(const KcDbDatabase &drawing, int entity)
+{
+    const Drawing &data = KcDbObjectAccess::drawing(drawing);
+    const EntityProperties properties = data.entity(entity);
+    EntityChange change;
+    if (properties.isErased)
+        return change;
+    if (properties.color && properties.color->trueColor >= 0)
+        change.trueColor = static_cast<quint32>(properties.color->trueColor);
+    else if (properties.color)
+        change.color = properties.color->index;
+    change.lineWeight = properties.lineWeight;
+    if (properties.linetype)
+        change.linetype = linetypeName(data, *properties.linetype);
+    if (properties.layer)
+        change.layer = QString::fromStdWString(data.layers[*properties.layer].name);
+    return change;
+}
+
+bool isErased(const KcDbDatabase &drawing, int entity)
+{
+    return KcDbObjectAccess::drawing(drawing).entity(entity).isErased;
+}
+
+int colorIndex(quint32 rgb)
+{
+    const EntityColor color = trueColorOf(rgb);
+    const Embedded::Rgb nearest = Embedded::indexColor(color.index);
+    const Embedded::Rgb wanted = Embedded::trueColor(color.trueColor);
+    const bool isExact = nearest.red == wanted.red && nearest.green == wanted.green
+                         && nearest.blue == wanted.blue;
+    return isExact ? color.index : 0;
 }
 
 QStringList linetypes(const KcDbDatabase &drawing)
