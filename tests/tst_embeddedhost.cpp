@@ -51,9 +51,10 @@ KcDbObjectId idOf(const QString &name)
 }
 
 /// The change by a property's name and value, such as "color" and "5" or "true" and "FF0000".
-KcHost::EntityChange entityChange(const QString &property, const QString &value)
+template <class Change>
+Change propertyChange(const QString &property, const QString &value)
 {
-    KcHost::EntityChange change;
+    Change change;
     if (property == "color")
         change.color = value.toInt();
     else if (property == "true")
@@ -62,11 +63,15 @@ KcHost::EntityChange entityChange(const QString &property, const QString &value)
         change.lineWeight = value.toInt();
     else if (property == "type")
         change.linetype = value;
+    else if constexpr (std::is_same_v<Change, KcHost::EntityChange>)
+        change.layer = value;
+    else
+        change.description = value;
     return change;
 }
 
-/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B", "set 8 color 5"
-/// for the entity with that number, or the like.
+/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B", "layer A color 5",
+/// "set 8 color 5" for the entity with that number, "clear A" for a layer with all on it, or the like.
 ErrorStatus change(const QString &step)
 {
     KcDbDatabase &drawing = *kcdbHostApplicationServices()->workingDatabase();
@@ -80,9 +85,20 @@ ErrorStatus change(const QString &step)
         return KcHost::setCurrentLayer(drawing, name);
     if (word == "rename")
         return KcHost::renameLayer(drawing, name.section('>', 0, 0), name.section('>', 1));
+    if (word == "merge")
+        return KcHost::mergeLayer(drawing, name.section('>', 0, 0), name.section('>', 1));
+    if (word == "clear")
+        return KcHost::eraseLayerWithEntities(drawing, name);
+    const QString object = name.section(' ', 0, 0);
+    const QString property = name.section(' ', 1, 1);
+    const QString text = name.section(' ', 2);
     if (word == "set") {
-        return KcHost::changeEntity(drawing, name.section(' ', 0, 0).toInt(),
-                                    entityChange(name.section(' ', 1, 1), name.section(' ', 2)));
+        return KcHost::changeEntity(drawing, object.toInt(),
+                                    propertyChange<KcHost::EntityChange>(property, text));
+    }
+    if (word == "layer") {
+        return KcHost::changeLayer(drawing, object,
+                                   propertyChange<KcHost::LayerChange>(property, text));
     }
     const QHash<QString, ErrorStatus (KcDbLayerTableRecord::*)(bool)> setters{
             {"off", &KcDbLayerTableRecord::setIsOff},
@@ -169,6 +185,8 @@ private slots:
     void readsOddFiles();
     void changesOnlyWhatChanged_data();
     void changesOnlyWhatChanged();
+    void changesContents_data();
+    void changesContents();
     void changesEntities_data();
     void changesEntities();
     void readsProperties();
@@ -178,6 +196,7 @@ private slots:
     void opensAndCloses();
     void walksBothWays();
     void refusesAndAnnounces();
+    void tellsOfEntities();
     void findsTheViewport();
     void rowsMatchIndependentWriter();
     void sheetOfIndependentWriter();
@@ -188,6 +207,7 @@ private slots:
 void TestEmbeddedHost::cleanup()
 {
     KcHost::setLayerModifiedHandler({});
+    KcHost::setEntityModifiedHandler({});
     QCOMPARE(KcHost::openObjectCount(), 0);
 }
 
@@ -497,9 +517,128 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
         QCOMPARE(m_warnings.join('\n'), warning);
         const QList<QStringList> rows = layerRows();
         QVERIFY2(read(bytes), qPrintable(m_error));
-        if (loss != "plot flag of the layer \"B\"")
+        if (!loss.contains("layer"))
             QCOMPARE(layerRows(), rows);
     }
+}
+
+/// Of layers, and of what lies on them.
+void TestEmbeddedHost::changesContents_data()
+{
+    QTest::addColumn<QString>("changes");
+    QTest::addColumn<QByteArray>("groups");
+    QTest::addColumn<QString>("loss");
+    const auto row = [](const QByteArray &changes, const QByteArray &groups,
+                        const char *loss = "") {
+        QTest::newRow(changes + ' ' + QByteArray::number(qHash(groups)))
+                << QString(changes) << groups + kEnd << QString(loss);
+    };
+    const char *const r12 = "AC1009";
+    const char *const r2000 = "AC1015";
+    const char *const r2004 = "AC1018";
+    const auto record = [&](const char *changes, const char *version, const QByteArray &groups,
+                            const char *loss = "") {
+        row(changes,
+            header(version)
+                    + "(TABLES|0 TABLE|2 LTYPE|0 LTYPE|2 Dash\xE9|0 ENDTAB|0 TABLE|2 APPID|0 APPID|"
+                      "2 AcAecLayerStandard|0 ENDTAB|0 TABLE|2 LAYER|0 LAYER|2 A|"
+                    + groups + "|0 ENDTAB|)",
+            loss);
+    };
+    record("layer a color 15", r12, "62     [ 1>15]|1001 X|1070 62");
+    record("off A;layer A color 9", r12, "62 [5>-9]");
+    record("unoff A;layer A color 255;lock A;unlock A", r12, "[>62 255|]6 X");
+    record("layer A color 5", r2004, "102 {X|420 1|102 }|62 5|[420 1|>][430 X|>][420 2|>]370 25");
+    record("layer A true ABFE0101", r2004, "[>62 1|420 16646401|]6 dash\xE9|[430 X|>]370 25");
+    record("layer A true 10204;off A", r2004, "62 [1>-178]|420 [    1>66052]|[430 X|>]6 X");
+    record("layer A true FE0101", r2000, "62 [5>1]", "true colour of the layer \"A\"");
+    record("layer A weight 50;layer A type dASH\xC3\x89", r2000,
+           "62 1|6 [X>Dash\xE9]|290 0|[>370 50|]390 F");
+    record("layer A weight -3;layer A type dash\xC3\xA9", r2000, "[>6 Dash\xE9|]370 [25>-3]");
+    record("layer A weight 0", "AC1014", "62 1", "lineweight of the layer \"A\"");
+    const QByteArray data = "1001 AcAecLayerStandard|";
+    record("layer A description  d\xC3\xA4 ", r12,
+           "1001 X|1000 x|[>" + data + "1000 |1000  d\xE4 |]");
+    record("layer A description d", r12, data + "1000 x|1000 [b>d]|1000 z|1001 X|1000 y");
+    record("layer A description ", r12, data + "1000 x|1000 [b>]");
+    record("layer A description d", r12, data + "1000 x|[>1000 d|]1001 X|1000 y");
+    record("layer A description d", r12, data + "[>1000 |1000 d|]1070 1");
+    const QByteArray added = "[>" + data + "1000 |1000 d|]";
+    row("layer A description d",
+        header(r2000, "9 $HANDSEED|5 [1F>20]")
+                + "(TABLES|0 TABLE|2 APPID|5 9|70 [1>2]|0 APPID|2 ACAD|[>0 APPID|5 1F|330 9|"
+                  "100 AcDbSymbolTableRecord|100 AcDbRegAppTableRecord|2 AcAecLayerStandard|70 0|]"
+                  "0 ENDTAB|0 TABLE|2 LAYER|0 LAYER|2 A|"
+                + added + "0 ENDTAB|)");
+    row("off A;layer A description d",
+        header(r12) + "[>(TABLES|0 TABLE|2 LAYER|70 1|0 LAYER|2 A|70 0|62 -7|6 Continuous|" + data
+                + "1000 |1000 d|0 ENDTAB|0 TABLE|2 APPID|70 1|0 APPID|2 AcAecLayerStandard|70 0|"
+                  "0 ENDTAB|)](ENTITIES|0 LINE|8 A|)");
+    row("add B;layer B true 10204;layer B weight 25",
+        header("AC1032", "9 $HANDSEED|5 [1F>20]")
+                + "(TABLES|0 TABLE|2 LAYER|5 9|0 LAYER|2 0|390 5|[>0 LAYER|5 1F|330 9|"
+                  "100 AcDbSymbolTableRecord|100 AcDbLayerTableRecord|2 B|70 0|62 178|420 66052|"
+                  "6 Continuous|370 25|390 5|]0 ENDTAB|)");
+
+    // The first entity's number is 3.
+    const auto entities = [&](const char *changes, const QByteArray &groups) {
+        row(changes, header(r12) + "(ENTITIES|" + groups + "0 LINE|8 A|0 LINE|8 \xC4|)");
+    };
+    entities("set 3 layer \xC3\xA4", "0 LINE|8 [A>\xC4]|62 8|102 {X|8 A|102 }|1001 X|8 A|");
+    entities("set 3 layer \xC3\xA4;set 3 layer a;set 3 color 1", "0 LINE|8 A|[>62 1|]100 X|");
+    entities("set 3 layer A;set 3 color 1", "0 LINE|5 F|[>8 A|62 1|]10 0|");
+    entities("set 3 layer A", "0 LINE|8 [0>A]|100 X|8 [\xC4>A]|");
+    entities("set 3 layer A", "0 POLYLINE|8 [0>A]|66 1|0 VERTEX|8 [\xC4>A]|0 SEQEND|8 [0>A]|");
+    entities("set 4 layer A", "0 INSERT|8 0|0 INSERT|8 [0>A]|0 ATTRIB|8 0|0 SEQEND|8 [\xC4>A]|");
+    row("set 3 layer A", header(r12)
+                                 + "[>(TABLES|0 TABLE|2 LAYER|70 1|0 LAYER|2 B|70 0|62 7|"
+                                   "6 Continuous|0 ENDTAB|)](ENTITIES|0 LINE|8 [B>A]|0 X|8 A|)");
+
+    const auto lines = [](const QByteArray &names) {
+        return "(ENTITIES|0 X|8 " + QByteArray(names).replace(',', "|0 X|8 ") + "|)";
+    };
+    row("rename A>X;merge b>x",
+        layers("0 LAYER|2 [A>X]|[0 LAYER|2 B|>]0 LAYER|2 C") + lines("[a>X],[b>X],C"));
+    row("merge A>B;rename B>Y", layers("[0 LAYER|2 A|>]0 LAYER|2 [B>Y]") + lines("[a>Y],[b>Y],0"));
+    row("merge A>B;merge B>0", layers("[0 LAYER|2 A|>][0 LAYER|2 B|>]") + lines("[a>0],[b>0],0"));
+    row("merge A>B;rename C>A",
+        layers("[0 LAYER|2 A|>]0 LAYER|2 B|0 LAYER|2 [C>A]") + lines("[A>B],B,[c>A]"));
+    const QByteArray defaults = "|70 0|62 7|6 Continuous|";
+    row("lock A;merge A>B;add A;set 9 layer A",
+        layers("[0 LAYER|2 A|>]0 LAYER|2 B|[>0 LAYER|2 A" + defaults + "]", "[1>3]")
+                + lines("0,a,[A>B],B"));
+    row("rename A>X;add A;set 8 layer a;rename A>Z",
+        layers("0 LAYER|2 [A>X]|[>0 LAYER|2 Z" + defaults + "]", "[1>3]") + lines("[A>X],[0>Z]"));
+    row("clear B;add B;rename A>C;merge C>B",
+        layers("[0 LAYER|2 A|0 LAYER|2 B|>][>0 LAYER|2 B" + defaults + "]", "[1>2]")
+                + "(ENTITIES|0 X|8 [a>B]|[0 X|8 B|>]0 X|8 0|)");
+
+    row("merge A>B",
+        layers("[0 LAYER|5 1A|2 A|>]0 LAYER|2 B")
+                + "(BLOCKS|0 BLOCK|8 [A>B]|2 X|0 LINE|8 [a>B]|0 ENDBLK|8 [A>B]|)(ENTITIES|"
+                  "0 VIEWPORT|8 [A>B]|67 1|[331 1A|>]1001 ACAD|[1003 a|>]1003 B|0 INSERT|8 C|66 1|"
+                  "0 ATTRIB|8 [A>B]|0 SEQEND|8 [A>B]|0 LINE|8 C|100 X|8 [A>C]|0 ACME|102 {X|8 A|"
+                  "102 }|8 [A>B]|1 A|100 X|8 A|)");
+    for (const char *changes : {"clear A", "set 14 color 1;clear A", "rename A>X;clear X;add C"}) {
+        row(changes,
+            layers("[0 LAYER|5 1A|2 A|>]0 LAYER|2 B"
+                           + QByteArray(changes[0] == 'r' ? "|[>0 LAYER|2 C" + defaults + ']' : ""),
+                   changes[0] == 'r' ? "[1>3]" : "1")
+                    + "(BLOCKS|0 BLOCK|8 [A>0]|2 X|[0 LINE|8 A|10 0|>]0 LINE|8 B|0 ENDBLK|8 [A>0]|)"
+                      "(ENTITIES|[0 LINE|8 a|1001 X|>]999 about B|0 LINE|8 B|[0 POLYLINE|8 A|66 1|"
+                      "0 VERTEX|8 B|0 SEQEND|8 B|>]0 POLYLINE|8 B|66 1|0 VERTEX|8 [A>B]|"
+                      "0 VERTEX|8 B|0 SEQEND|8 [A>B]|[0 INSERT|8 A|66 1|0 ATTRIB|8 B|0 SEQEND|8 "
+                      "B|>]"
+                      "0 INSERT|8 B|[66 1|>]2 X|[0 ATTRIB|8 A|0 ATTRIB|8 A|0 SEQEND|8 A|>]"
+                      "0 INSERT|8 B|66 1|0 ATTRIB|8 B|[0 ATTRIB|8 A|>]0 SEQEND|8 [A>B]|"
+                      "0 VIEWPORT|8 [A>0]|69 1|1001 ACAD|[1003 A|>][0 VIEWPORT|8 A|69 2|1001 ACAD|"
+                      "1003 A|1003 B|>]0 LINE|8 B|100 X|8 [A>B]|[0 VERTEX|8 A|0 SEQEND|8 A|>])");
+    }
+}
+
+void TestEmbeddedHost::changesContents()
+{
+    changesOnlyWhatChanged();
 }
 
 void TestEmbeddedHost::changesEntities_data()
@@ -730,7 +869,8 @@ void TestEmbeddedHost::opensAndCloses()
     KTCHAR *name = nullptr;
     const auto open2 = [&](KcDb::OpenMode mode) { return kcdbOpenObject(second, id, mode); };
     const auto tries = [&] {
-        return Statuses{open2(KcDb::kForWrite), change("erase a"), change("rename a>B")};
+        return Statuses{open2(KcDb::kForWrite), change("erase a"), change("rename a>B"),
+                        change("merge a>0"),    change("clear a"), change("layer a color 1")};
     };
     QCOMPARE(kcdbOpenObject(first, id, KcDb::kForRead), eOk);
     QCOMPARE(open2(KcDb::kForRead), eOk);
@@ -738,10 +878,10 @@ void TestEmbeddedHost::opensAndCloses()
     QCOMPARE((Statuses{first->upgradeOpen(), first->setIsOff(true), first->downgradeOpen()}),
              (Statuses{eWasOpenForRead, eNotOpenForWrite, eNotOpenForWrite}));
     QCOMPARE(second->close(), eOk);
-    QCOMPARE(tries(), Statuses(3, eWasOpenForRead));
+    QCOMPARE(tries(), Statuses(6, eWasOpenForRead));
     QCOMPARE((Statuses{first->upgradeOpen(), first->setIsOff(true), first->setIsOff(false)}),
              Statuses(3, eOk));
-    QCOMPARE(tries(), Statuses(3, eWasOpenForWrite));
+    QCOMPARE(tries(), Statuses(6, eWasOpenForWrite));
     QVERIFY(open2(KcDb::kForRead) == eWasOpenForWrite && !second);
     QCOMPARE((Statuses{first->upgradeOpen(), first->close(), first->close(), first->upgradeOpen(),
                        first->getName(name)}),
@@ -811,16 +951,21 @@ void TestEmbeddedHost::refusesAndAnnounces()
     const std::tuple<ErrorStatus, QString, const char *> runs[]{
             {eInvalidInput, "add ;add a*;add a\n;rename A> ;rename A>b\\c;add y" + longest, ""},
             {eDuplicateKey, "add used;rename A>0;rename A>fREE", ""},
-            {eCannotBeErasedByCaller, "erase 0;rename 0>B", ""},
+            {eInvalidInput, "layer A color 0;layer A color 256;layer A weight -1;merge A>a", ""},
+            {eInvalidInput, "layer A description a\nb;layer A description y" + longest, ""},
+            {eKeyNotFound, "layer X color 1;layer A type X;layer A type ByLayer;merge X>A", ""},
+            {eKeyNotFound, "merge A>X;clear X;set 8 layer X;set 10 layer A", ""},
+            {eOk, "layer a color 1;layer A color 1;layer A weight 13;layer A true 0", "A A A "},
+            {eCannotBeErasedByCaller, "erase 0;rename 0>B;merge 0>A;clear 0", ""},
             {eLayerInUse, "erase used;erase free", ""},
             {eOk, "off A;off A;lock A;unplot A;unfreeze A;current a;current A", "A A A A "},
-            {eLayerIsCurrent, "freeze A;erase a", ""},
+            {eLayerIsCurrent, "freeze A;erase a;merge A>0;clear A", ""},
             {eOk, "freeze 0;current 0;erase a", "0 0 A "},
             {eKeyNotFound, "erase A;current A;rename A>B;off A", ""},
             {eKeyNotFound, "set -1 color 1;set 7 color 1;set 10 color 1;set 8 type X", ""},
             {eInvalidInput, "set 8 color -1;set 8 color 257;set 8 weight 26;set 8 weight -4", ""},
-            {eOk, "lock Used;set 9 color 1", "Used "},
-            {eOnLockedLayer, "set 8 color 1;set 8 true 0;set 8 type continuous", ""},
+            {eOk, "lock Used;set 9 color 1;layer Used color 1", "Used Used "},
+            {eOnLockedLayer, "set 8 color 1;set 8 true 0;set 8 type continuous;set 8 layer 0", ""},
             {eOk, "add A;rename a>A;rename A>a;rename used>Busy", "A a Busy "},
             {eLayerInUse, "erase busy", ""},
             {eOnLockedLayer, "set 8 color 1", ""},
@@ -836,9 +981,58 @@ void TestEmbeddedHost::refusesAndAnnounces()
         QCOMPARE(told, QString(names));
     }
     QCOMPARE(names(), "0,Busy,A," + longest);
-    KcHost::EntityChange both = entityChange("color", "1");
+    KcHost::EntityChange both = propertyChange<KcHost::EntityChange>("color", "1");
     both.trueColor = 0;
     QCOMPARE(KcHost::changeEntity(*m_drawing, 8, both), eInvalidInput);
+}
+
+/// Which entities a step has reached, and what is known of them then.
+void TestEmbeddedHost::tellsOfEntities()
+{
+    QVERIFY(read(dxf(header("AC1018")
+                     + "(BLOCKS|0 BLOCK|8 A|0 LINE|8 A|0 ENDBLK|8 A|)(ENTITIES|0 POLYLINE|8 A|"
+                       "0 VERTEX|8 A|0 SEQEND|8 A|0 LINE|0 INSERT|8 D|0 ATTRIB|8 C|0 SEQEND|8 D|)"
+                       "0 EOF")));
+    QString told;
+    KcHost::setEntityModifiedHandler([&](int entity) {
+        told += QString::number(entity) + (KcHost::isErased(*m_drawing, entity) ? "x " : " ");
+    });
+    const auto given = [this](int entity) {
+        const KcHost::EntityChange change = KcHost::changesOf(*m_drawing, entity);
+        return QString("%1 %2 %3 %4 %5")
+                .arg(change.color.value_or(-1))
+                .arg(change.trueColor.value_or(1), 0, 16)
+                .arg(change.lineWeight.value_or(-9))
+                .arg(change.linetype.value_or("-"), change.layer.value_or("-"));
+    };
+    const std::tuple<QString, QString, QString> steps[]{
+            {"set 8 color 5", "8 ", "5 1 -9 - -"},
+            {"set 8 true FFABCDEF", "8 ", "-1 abcdef -9 - -"},
+            {"set 8 type BYBLOCK", "8 ", "-1 abcdef -9 ByBlock -"},
+            {"set 8 type continuous", "8 ", "-1 abcdef -9 Continuous -"},
+            {"add B", "", "-1 abcdef -9 Continuous -"},
+            {"set 8 layer b", "8 9 ", "-1 abcdef -9 Continuous B"},
+            {"set 8 layer B", "", "-1 abcdef -9 Continuous B"},
+            {"rename B>Y", "", "-1 abcdef -9 Continuous Y"},
+            {"set 11 weight 25", "11 ", "-1 abcdef -9 Continuous Y"},
+            {"merge A>0", "4 ", "-1 abcdef -9 Continuous Y"},
+            {"set 4 layer Y", "4 ", "-1 abcdef -9 Continuous Y"},
+            {"lock Y", "", "-1 abcdef -9 Continuous Y"},
+            {"clear C", "12 13x ", "-1 abcdef -9 Continuous Y"},
+            {"merge Y>D", "4 8 9 ", "-1 abcdef -9 Continuous D"}};
+    for (const auto &[step, numbers, properties] : steps) {
+        told.clear();
+        change(step);
+        QCOMPARE(step + ": " + told + given(8), step + ": " + numbers + properties);
+    }
+    QCOMPARE(KcHost::layerUsage(*m_drawing), (QHash<QString, int>{{"0", 3}, {"D", 5}}));
+    QCOMPARE((Statuses{change("clear D"), change("set 8 color 1")}), (Statuses{eOk, eWasErased}));
+    QCOMPARE(told, "4 8 9 4x 8x 9x 12x ");
+    QCOMPARE(given(8), "-1 1 -9 - -");
+    QCOMPARE(KcHost::layerUsage(*m_drawing), (QHash<QString, int>{{"0", 3}}));
+    const int indices[]{KcHost::colorIndex(0xFFFF0000), KcHost::colorIndex(0x333333),
+                        KcHost::colorIndex(0x010203)};
+    QVERIFY(indices[0] == 1 && indices[1] == 250 && indices[2] == 0);
 }
 
 void TestEmbeddedHost::findsTheViewport()

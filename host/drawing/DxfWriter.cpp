@@ -86,7 +86,7 @@ bool DxfWriter::needsRecord(int index) const
     const Layer &layer = m_drawing.layers[index];
     const bool hasBecomeCurrent =
             index == m_drawing.currentLayer && index != m_drawing.storedCurrentLayer;
-    const bool isUnnamed = layer.records == 0 && !layer.nameBytes.isNull();
+    const bool isUnnamed = layer.records == 0 && !layer.nameBytes.isNull() && layer.name != L"0";
     return layer.record.isNull() && !layer.isErased
            && (layer.isAdded || layer.isRenamed || hasBecomeCurrent || isUnnamed
                || layer.state != layer.stored);
