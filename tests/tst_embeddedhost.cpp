@@ -189,6 +189,8 @@ private slots:
     void changesContents();
     void changesEntities_data();
     void changesEntities();
+    void contentsMatchIndependentReader_data();
+    void contentsMatchIndependentReader();
     void readsProperties();
     void namesWhatFails();
     void replacesFiles();
@@ -730,6 +732,51 @@ void TestEmbeddedHost::changesEntities()
         for (auto entry = entities.begin(); entry != entities.end(); ++entry)
             QCOMPARE(entry.value().toArray(), (expected++).value().toArray());
     }
+}
+
+void TestEmbeddedHost::contentsMatchIndependentReader_data()
+{
+    QTest::addColumn<QStringList>("source");
+    for (const QString version : {"R12", "R2000", "R2018"})
+        QTest::newRow(qPrintable(version)) << QStringList{"write", m_path, version};
+    for (const QString sample : {"floorplan", "gardenhouse"}) {
+        QTest::newRow(qPrintable(sample))
+                << QStringList{"list", OVCC_SOURCE_DIR "/viewer/sample/" + sample + ".dxf"};
+    }
+}
+
+/// Random changes, all at once, against another program's idea of them.
+void TestEmbeddedHost::contentsMatchIndependentReader()
+{
+    QFETCH(QStringList, source);
+    const QJsonArray entities = ezdxf("contents.py", source)["entities"].toArray();
+    QVERIFY(entities.size() > 100);
+    QVERIFY2(read(fileContent(source[1])), qPrintable(m_error));
+    QRandomGenerator random(uint(entities.size()));
+    QStringList steps{"check", source[1], m_writtenPath};
+    for (int count = 0; count < 400; ++count) {
+        const QStringList layers = names().split(',');
+        const QString one = layers[random.bounded(layers.size())];
+        const QString other = layers[random.bounded(layers.size())];
+        const int entity = entities[random.bounded(entities.size())].toInt();
+        const QStringList rare{"merge " + one + '>' + other, "clear " + one,
+                               QString("rename %1>R%2").arg(one).arg(count),
+                               QString("add N%1").arg(count)};
+        const QStringList common{QString("set %1 layer ").arg(entity) + one,
+                                 "layer " + one + " true FF0000",
+                                 "layer " + one + " true 010204",
+                                 QString("layer %1 color %2").arg(one).arg(1 + count % 255),
+                                 "layer " + one + " weight 25",
+                                 "layer " + one + " type continuous",
+                                 QString("layer %1 description d %2").arg(one).arg(count)};
+        const QString step = count % 40 == 0 ? rare[random.bounded(rare.size())]
+                                             : common[random.bounded(common.size())];
+        if (change(step) == eOk)
+            steps += step;
+    }
+    QVERIFY(!written().isEmpty());
+    const QByteArray result = QJsonDocument(ezdxf("contents.py", steps)).toJson();
+    QVERIFY2(result == "{\n    \"differences\": [\n    ],\n    \"errors\": [\n    ]\n}\n", result);
 }
 
 void TestEmbeddedHost::readsProperties()

@@ -185,8 +185,8 @@ struct Drawing
     std::vector<EntitySection> entities;  ///< in the file's order
     std::vector<ByteRange> objects;       ///< what the sections OBJECTS hold
     std::map<int, EntityProperties> changedEntities; ///< by their numbers; setEntity() changes it
-    std::vector<std::vector<int>> recordsByLayer;    ///< kept by recordsOn()
-    int staleRecords = 0;                            ///< at most so many are wrong there
+    std::vector<std::vector<int>> recordsByLayer;    ///< kept by takeRecordsOn(); empty until then
+    std::size_t indexedRecords = 0;                  ///< how many there are in all, wrong ones, too
 
     /// The layer of that name, whatever its letter case; -1 when there is none.
     int findLayer(const QString &name) const;
@@ -220,9 +220,9 @@ struct Drawing
     /// Changes a record: the one way to do so. Layer and all must be there.
     void setEntity(int number, const EntityProperties &properties);
 
-    /// The records for which layersOf() has that layer, in the file's order. The first call, and one
-    /// now and then, is linear in the file.
-    std::vector<int> recordsOn(int layer);
+    /// The records for which layersOf() has that layer, in the file's order; the caller must change
+    /// each of them to lie elsewhere. The first call, and one now and then, is linear in the file.
+    std::vector<int> takeRecordsOn(int layer);
 
     /// Adds a layer, whose name must be free.
     /// @return its index
@@ -247,6 +247,9 @@ struct Drawing
 
     /// What stands there in the file.
     std::string_view view(ByteRange range) const;
+
+private:
+    void indexRecords();
 };
 
 /// Whether that is one of the standard lineweights, those by layer, by block and by default included.

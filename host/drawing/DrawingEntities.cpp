@@ -4,6 +4,7 @@
 #include "Drawing.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Embedded {
 
@@ -95,7 +96,7 @@ void Drawing::setEntity(int number, const EntityProperties &properties)
         if (!recordsByLayer.empty()) {
             recordsByLayer.resize(layers.size());
             recordsByLayer[layer].push_back(number);
-            ++staleRecords;
+            ++indexedRecords;
         }
     }
 }
@@ -103,24 +104,11 @@ void Drawing::setEntity(int number, const EntityProperties &properties)
 /// A record that goes to another layer is added there and not looked for where it was, so that moving
 /// takes no longer for the many that lie there. What is wrong is thus left out here, and when it has
 /// become much, all begins anew.
-std::vector<int> Drawing::recordsOn(int layer)
+std::vector<int> Drawing::takeRecordsOn(int layer)
 {
-    std::size_t count = 0;
-    for (const EntitySection &section : entities)
-        count += section.records.size();
-    if (recordsByLayer.empty() || static_cast<std::size_t>(staleRecords) > count) {
-        recordsByLayer.assign(layers.size(), {});
-        staleRecords = 0;
-        for (const EntitySection &section : entities) {
-            for (std::size_t index = 0; index < section.records.size(); ++index) {
-                const int number = section.firstNumber + static_cast<int>(index);
-                for (const int place : layersOf(number))
-                    recordsByLayer[place].push_back(number);
-            }
-        }
-    }
-    recordsByLayer.resize(layers.size());
-    std::vector<int> &records = recordsByLayer[layer];
+    indexRecords();
+    std::vector<int> records = std::exchange(recordsByLayer[layer], {});
+    indexedRecords -= records.size();
     std::sort(records.begin(), records.end());
     records.erase(std::unique(records.begin(), records.end()), records.end());
     const auto isElsewhere = [&](int number) {
@@ -129,6 +117,28 @@ std::vector<int> Drawing::recordsOn(int layer)
     };
     records.erase(std::remove_if(records.begin(), records.end(), isElsewhere), records.end());
     return records;
+}
+
+void Drawing::indexRecords()
+{
+    std::size_t count = 0;
+    for (const EntitySection &section : entities)
+        count += section.records.size();
+    if (!recordsByLayer.empty() && indexedRecords <= 2 * count) {
+        recordsByLayer.resize(layers.size());
+        return;
+    }
+    recordsByLayer.assign(layers.size(), {});
+    indexedRecords = 0;
+    for (const EntitySection &section : entities) {
+        for (std::size_t index = 0; index < section.records.size(); ++index) {
+            const int number = section.firstNumber + static_cast<int>(index);
+            for (const int layer : layersOf(number)) {
+                recordsByLayer[layer].push_back(number);
+                ++indexedRecords;
+            }
+        }
+    }
 }
 
 } // namespace Embedded

@@ -36,7 +36,7 @@ int ownerOf(const Drawing &drawing, int number)
     return owner < number && number < endOfParts(drawing, owner) ? owner : -1;
 }
 
-/// The viewport of number 1 is the sheet itself.
+/// Whether a viewport is the sheet itself, which has the number 1.
 bool isSheet(const Drawing &drawing, int number)
 {
     DxfTokens tokens(drawing.bytes, drawing.record(number));
@@ -47,7 +47,7 @@ bool isSheet(const Drawing &drawing, int number)
         if (tokens.group().code == 69 && !place.record.isInExtension())
             isFirst = toInt(drawing.view(tokens.group().value)) == 1;
     }
-    return place.isViewport() && isFirst;
+    return isFirst;
 }
 
 /// Erases the records on one layer.
@@ -62,7 +62,7 @@ public:
 
     std::vector<int> erase()
     {
-        const std::vector<int> records = m_drawing.recordsOn(m_layer);
+        const std::vector<int> records = m_drawing.takeRecordsOn(m_layer);
         for (const int number : records) {
             if (number >= m_done)
                 eraseRecord(number);
@@ -80,7 +80,8 @@ private:
         m_done = number + 1;
         if (place != m_layer) {
             move(number, place); // a record with two layers
-        } else if (type == "BLOCK" || type == "ENDBLK" || isSheet(m_drawing, number)) {
+        } else if (type == "BLOCK" || type == "ENDBLK"
+                   || (type == "VIEWPORT" && isSheet(m_drawing, number))) {
             move(number, m_drawing.findLayer(QStringLiteral("0")));
         } else if (owner >= 0) {
             eraseParts(owner);
@@ -171,7 +172,7 @@ std::vector<int> changeEntity(Drawing &drawing, int number, const EntityProperti
 
 std::vector<int> moveContents(Drawing &drawing, int layer, int to)
 {
-    const std::vector<int> records = drawing.recordsOn(layer);
+    const std::vector<int> records = drawing.takeRecordsOn(layer);
     for (const int number : records) {
         // Of two layers that a record names, the first one is its own.
         const int own = drawing.layersOf(number).front();
