@@ -70,8 +70,9 @@ Change propertyChange(const QString &property, const QString &value)
     return change;
 }
 
-/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B", "layer A color 5",
-/// "set 8 color 5" for the entity with that number, "clear A" for a layer with all on it, or the like.
+/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B", or the like;
+/// "layer A color 5" and "set 8 color 5" for a layer and for the entity with that number; "clear A"
+/// for a layer with all that lies on it.
 ErrorStatus change(const QString &step)
 {
     KcDbDatabase &drawing = *kcdbHostApplicationServices()->workingDatabase();

@@ -45,8 +45,8 @@ public:
     void merge(DxfEdits &&others);
 
     /// The file's bytes with the edits, which must be sorted and not overlap; but those within bytes
-    /// that another edit replaces as a whole are left out. Null where they would
-    /// be more than a QByteArray holds.
+    /// that another edit replaces as a whole are left out. Null where they would be more than a
+    /// QByteArray holds.
     QByteArray apply() const;
 
 private:

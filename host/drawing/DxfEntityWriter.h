@@ -11,7 +11,8 @@
 namespace Embedded {
 
 /// Puts the changes of a drawing's entities into its file: their properties, and the new names of
-/// the layers that they lie on; those that are erased go. Linear in the changed entities, and in all of them after a renaming.
+/// the layers that they lie on; those that are erased go. Linear in the changed entities, and in all
+/// of them after a renaming.
 ///
 /// A property has one group in the end, in what all entities have in common; where the file wrote
 /// more of them, or wrote it among what the entity's class adds, those go. What is by layer has none,

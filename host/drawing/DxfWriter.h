@@ -18,7 +18,8 @@ class DxfEntityWriter;
 
 /// Makes the bytes of a drawing's file anew: those that were read, with the changes put in.
 /// Linear; only the records of changed layers and entities are looked into, and all entities after
-/// a renaming.
+/// a renaming. How the records of layers and of entities change is told by DxfLayerWriter and
+/// DxfEntityWriter.
 ///
 /// A new name reaches the layer's record, the entities that lie on it, the viewports that freeze it
 /// by name, and the header. Other applications' data and the section OBJECTS, where states and

@@ -117,12 +117,11 @@ struct LayerChange
     std::optional<int> lineWeight;   ///< hundredths of a millimetre, one of the standard values, or
                                      ///< -3 the default
     std::optional<QString> linetype; ///< a name of linetypes(), in any letter case
-    std::optional<QString>
-            description; ///< of at most 255 characters, none of them a control character
+    std::optional<QString> description; ///< up to 255 characters, no control characters
 };
 
-/// Changes a layer, be it locked or not; names are told apart without regard to letter case. O(1), and
-/// linear in F when it is written.
+/// Changes a layer, be it locked or not; names are told apart without regard to letter case. O(1),
+/// and linear in F when it is written.
 ///
 /// The file gets no more than the groups that differ, in the layer's record, which is added for a
 /// layer that only entities name. A description stands there as data of the application
@@ -130,15 +129,16 @@ struct LayerChange
 /// the nearest of the standard colours. writeDrawing() warns where the file's version lacks true
 /// colours (before R2004) or lineweights (before R2000).
 ///
-/// @return eOk, eInvalidInput for a value out of range, eKeyNotFound for an unknown layer or linetype,
-///         or eWasOpenForRead or eWasOpenForWrite when the layer is open; nothing is changed then
+/// @return eOk, eInvalidInput for a value out of range, eKeyNotFound for an unknown layer or
+///         linetype, or eWasOpenForRead or eWasOpenForWrite when the layer is open; nothing is
+///         changed then
 KCSDK_EXPORT Kcore::ErrorStatus changeLayer(KcDbDatabase &drawing, const QString &name,
                                             const LayerChange &change);
 
-/// Moves all that lies on a layer to another one, in blocks, too, and erases the layer then. Linear in
-/// what moves, and now and then in F. That one of them is locked does not matter, nor that the entities
-/// are in a locked one: this is a change of layers. Viewports that freeze the layer let it go; where
-/// something else keeps its name, as with renameLayer(), that stays.
+/// Moves all that lies on a layer to another one, in blocks, too, and erases the layer then, be they
+/// locked or not: this is a change of layers. Linear in what moves, and now and then in F. Viewports
+/// that freeze the layer let it go; where something else keeps its name, as with renameLayer(), that
+/// stays.
 ///
 /// @return eOk, eKeyNotFound for an unknown layer, eInvalidInput for a layer into itself,
 ///         eCannotBeErasedByCaller for "0", eLayerIsCurrent, or eWasOpenForRead or eWasOpenForWrite
@@ -146,22 +146,23 @@ KCSDK_EXPORT Kcore::ErrorStatus changeLayer(KcDbDatabase &drawing, const QString
 KCSDK_EXPORT Kcore::ErrorStatus mergeLayer(KcDbDatabase &drawing, const QString &name,
                                            const QString &into);
 
-/// Erases a layer with all that lies on it, in blocks, too, be it locked or not. Linear in what goes,
-/// and now and then in F.
+/// Erases a layer with all that lies on it, in blocks, too, be it locked or not. Linear in what
+/// goes, and now and then in F.
 ///
-/// An insert goes with its attributes and a polyline with its vertices, whatever their layers. Of those
-/// that stay, an attribute on the layer goes alone, and a vertex goes over to the layer of its
-/// polyline. The beginning and the end of a block and the viewport that is the sheet itself go over to
-/// "0", since nothing is left without them. What only refers to an entity that is gone stays in the
-/// file, as a group or a drawing order with its handle does, or a block that nothing inserts now.
+/// An insert goes with its attributes and a polyline with its vertices, whatever their layers. Of
+/// those that stay, an attribute on the layer goes alone, and a vertex goes over to the layer of its
+/// polyline. The beginning and the end of a block and the viewport that is the sheet itself go over
+/// to "0", since nothing is left without them. What only refers to an entity that is gone stays in
+/// the file, as a group or a drawing order with its handle does, or a block that nothing inserts now.
 ///
-/// @return eOk, eKeyNotFound, eCannotBeErasedByCaller for "0", eLayerIsCurrent, or eWasOpenForRead or
-///         eWasOpenForWrite when it is open; nothing is changed then
+/// @return eOk, eKeyNotFound, eCannotBeErasedByCaller for "0", eLayerIsCurrent, or eWasOpenForRead
+///         or eWasOpenForWrite when it is open; nothing is changed then
 KCSDK_EXPORT Kcore::ErrorStatus eraseLayerWithEntities(KcDbDatabase &drawing, const QString &name);
 
-/// How much lies on each layer: all entities of the sections ENTITIES and BLOCKS, and what is counted
-/// as one here: vertices, attributes, and the marks at which blocks, polylines and attributes begin or
-/// end. A layer that is not there can be erased. Names are as the drawing spells them. O(N).
+/// How much lies on each layer: the entities of the sections ENTITIES and BLOCKS, with vertices,
+/// attributes and the marks at which blocks, polylines and attributes begin or end as ones. What
+/// names two layers counts for both. A layer that is not there has nothing on it, so that
+/// eraseLayer() does not find it in use. Names are as the drawing spells them. O(N).
 KCSDK_EXPORT QHash<QString, int> layerUsage(const KcDbDatabase &drawing);
 
 /// Makes a layer the current one; names are told apart without regard to letter case. O(1).
@@ -184,8 +185,8 @@ struct EntityChange
 
 /// Changes an entity in the section ENTITIES or in a block. A polyline's vertices and the attributes
 /// of an insert are entities of their own and stay as they are; but the vertices go with their
-/// polyline to another layer. O(log) of the number of changed entities, and linear in the changed
-/// entities when they are written.
+/// polyline to another layer. O(log) of the number of changed entities, linear in such vertices,
+/// and linear in the changed entities when they are written.
 ///
 /// The file gets no more than the groups that differ from what it says, in the entity itself; a
 /// colour or linetype by layer, the default, has none. A property that stood there twice, or behind
@@ -201,13 +202,13 @@ struct EntityChange
 KCSDK_EXPORT Kcore::ErrorStatus changeEntity(KcDbDatabase &drawing, int entity,
                                              const EntityChange &change);
 
-/// What the entity was given since its file was read: nothing for one that is as it was, is erased or
-/// does not exist. The names of layer and linetype are those of now. O(log) of the number of changed
-/// entities.
+/// What the entity was given since its file was read: nothing for one that is as it was, is erased
+/// or does not exist. The names of layer and linetype are those of now. O(log) of the number of
+/// changed entities.
 KCSDK_EXPORT EntityChange changesOf(const KcDbDatabase &drawing, int entity);
 
-/// Whether the entity was in the file when it was read, but is not in the drawing any more. O(log) of
-/// the number of changed entities.
+/// Whether the entity was in the file when it was read, but is not in the drawing any more. O(log)
+/// of the number of changed entities.
 KCSDK_EXPORT bool isErased(const KcDbDatabase &drawing, int entity);
 
 /// The standard colour, 1 to 255, that looks exactly like 0xRRGGBB, whatever the highest byte: of
