@@ -5,6 +5,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QCompleter>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -87,7 +88,9 @@ private slots:
     void currentLayerIsGuarded();
     void cellPixels();
     void sortingKeepsBothHeadersInStep();
+    void naturalOrder();
     void search();
+    void selectionCommands();
     void proposedNames();
     void editedNames();
     void hostActsFromInside();
@@ -465,6 +468,48 @@ void tst_LayerTable::sortingKeepsBothHeadersInStep()
     QCOMPARE(indicatorOf(*m_frozen), indicatorOf(*m_table));
 }
 
+void tst_LayerTable::naturalOrder()
+{
+    const QStringList expected{"0",
+                               "9",
+                               "12",
+                               "Doors",
+                               "Layer",
+                               "Layer01",
+                               "Layer1",
+                               "Layer001a",
+                               "Layer2",
+                               "Layer2 9",
+                               "Layer2 10",
+                               "Layer10",
+                               "Layer99999999999999999999",
+                               "Layer100000000000000000000",
+                               "LayerA",
+                               "Walls",
+                               "layer3",
+                               "wall-1"};
+    for (const QString &name : expected)
+        KcHost::addLayer(**m_drawing, name);
+    m_table->InitLayerModel();
+    const QStringList plain = names();
+    QCOMPARE(plain.indexOf("Layer10") + 1, plain.indexOf("Layer100000000000000000000"));
+    m_table->setNaturalOrder(true);
+    QCOMPARE(names(), expected);
+    clickHeader(*m_frozen, NameColumn);
+    QCOMPARE(names(), QStringList(expected.rbegin(), expected.rend()));
+    KcHost::renameLayer(**m_drawing, "LayerA", "Layer11");
+    m_panel->refresh();
+    QCOMPARE(rowOf("Layer11"), rowOf("Layer10") - 1);
+    m_model->item(rowOf("Layer11"), NameColumn)->setText("Layer100");
+    QVERIFY(m_table->refreshLayers({"Layer11"}));
+    QCOMPARE(rowOf("Layer11"), rowOf("Layer10") - 1);
+    KcHost::renameLayer(**m_drawing, "Layer11", "LayerA");
+    m_table->InitLayerModel();
+    QCOMPARE(names(), expected);
+    m_table->setNaturalOrder(false);
+    QCOMPARE(names(), plain);
+}
+
 void tst_LayerTable::search()
 {
     const QString all = QStringLiteral("0|Outer wall|Walls|a*b*c|wall-1");
@@ -477,6 +522,60 @@ void tst_LayerTable::search()
         m_table->slotSearchLayer(expected.first);
         QCOMPARE(qMakePair(expected.first, shownNames().join('|')), expected);
     }
+}
+
+void tst_LayerTable::selectionCommands()
+{
+    fill(QString("0|Doors|Hall|Walls|wall-1|wall-2").split('|'));
+    QSignalSpy changes(m_table->selectionModel(), &QItemSelectionModel::selectionChanged);
+    const auto check = [&](const char *slot, const QString &selected, const QString &current) {
+        changes.clear();
+        QMetaObject::invokeMethod(m_table, slot);
+        QStringList names;
+        for (int row = 0; row < m_model->rowCount(); ++row) {
+            if (m_table->selectionModel()->isRowSelected(row, {}))
+                names.append(text(row, NameColumn));
+        }
+        QCOMPARE(names.join('|'), selected);
+        QCOMPARE(m_table->currentIndex().data().toString(), current);
+        QCOMPARE(changes.count(), 1);
+        QItemSelection both = changes.at(0).at(0).value<QItemSelection>();
+        const auto went = changes.at(0).at(1).value<QItemSelection>();
+        both.append(went);
+        QSet<int> rows;
+        for (const QModelIndex &index : both.indexes())
+            rows.insert(index.row());
+        QCOMPARE(both.indexes().size(), LayerColumnCount * rows.size()); // each cell once
+    };
+    m_frozen->setCurrentIndex(m_model->index(1, NameColumn));
+    m_table->setFocus();
+    check("selectAllShown", "0|Doors|Hall|Walls|wall-1|wall-2", "Doors");
+    m_table->slotSearchLayer("w*");
+    check("selectAllShown", "Walls|wall-1|wall-2", "Walls");
+    m_table->setUsage({{"0", 4}, {"Walls", 0}, {"wall-1", 1}});
+    check("selectUnused", "Walls|wall-2", "Walls");
+    check("invertSelection", "wall-1", "wall-1");
+    m_table->slotSearchLayer({});
+    check("invertSelection", "0|Doors|Hall|Walls|wall-2", "wall-2");
+    check("selectUnused", "Doors|Hall|Walls|wall-2", "wall-2");
+    check("invertSelection", "0|wall-1", "wall-1");
+    check("invertSelection", "Doors|Hall|Walls|wall-2", "wall-2");
+
+    m_model->removeRows(0, m_model->rowCount());
+    m_model->insertRows(0, 40000);
+    QHash<QString, int> usage;
+    for (int row = 0; row < m_model->rowCount(); row += 2) {
+        m_model->item(row, NameColumn)->setText(QString::number(row));
+        usage.insert(QString::number(row), 1);
+    }
+    m_table->setUsage(usage);
+    QElapsedTimer clock;
+    clock.start();
+    m_table->selectUnused();
+    m_table->invertSelection();
+    QVERIFY(clock.elapsed()
+            < 3000); // some 0.1 s, or 10 s if each range is compared with each other
+    QCOMPARE(m_table->selectionModel()->selection().size(), 20000);
 }
 
 void tst_LayerTable::proposedNames()

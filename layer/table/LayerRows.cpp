@@ -3,11 +3,14 @@
 
 #include "LayerRows.h"
 
+#include "NaturalOrder.h"
+
 #include <QSignalBlocker>
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
+#include <vector>
 
 namespace OvCc {
 
@@ -41,9 +44,34 @@ private:
 
 bool RowOrder::operator()(const QStringList &row, const QStringList &other) const
 {
-    if (column < 0 || column >= row.size())
-        return false;
-    const int comparison = row.at(column).compare(other.at(column));
+    return precedes(keyOf(row), keyOf(other));
+}
+
+QVector<int> RowOrder::sorted(const QVector<QStringList> &rows) const
+{
+    std::vector<QString> keys;
+    keys.reserve(size_t(rows.size()));
+    for (const QStringList &row : rows)
+        keys.push_back(keyOf(row));
+    const auto isBefore = [this, &keys](int row, int other) {
+        return precedes(keys[size_t(row)], keys[size_t(other)]);
+    };
+    QVector<int> places(rows.size());
+    std::iota(places.begin(), places.end(), 0);
+    if (!std::is_sorted(places.cbegin(), places.cend(), isBefore))
+        std::stable_sort(places.begin(), places.end(), isBefore);
+    return places;
+}
+
+QString RowOrder::keyOf(const QStringList &row) const
+{
+    const QString text = row.value(column);
+    return isNatural ? naturalKey(text) : text;
+}
+
+bool RowOrder::precedes(const QString &key, const QString &other) const
+{
+    const int comparison = key.compare(other);
     return order == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
 }
 
@@ -100,20 +128,19 @@ void LayerRows::arrange(QVector<int> order, const QVector<QStringList> &added)
     }
 }
 
+RowOrder LayerRows::sortedBy(int column, Qt::SortOrder order) const
+{
+    return {column, order, column == m_naturalColumn};
+}
+
 void LayerRows::sort(int column, Qt::SortOrder order)
 {
     if (column < 0 || column >= columnCount())
         return;
-    const auto precedes = [this, isBefore = RowOrder{column, order}](int row, int other) {
-        return isBefore(m_rows.at(row), m_rows.at(other));
-    };
-    QVector<int> places(m_rows.size());
-    std::iota(places.begin(), places.end(), 0);
+    const QVector<int> places = sortedBy(column, order).sorted(m_rows);
     // Both views ask for every sort, as their headers follow each other.
-    if (std::is_sorted(places.begin(), places.end(), precedes))
-        return;
-    std::stable_sort(places.begin(), places.end(), precedes);
-    reorder(places);
+    if (!std::is_sorted(places.cbegin(), places.cend()))
+        reorder(places);
 }
 
 bool LayerRows::insertRows(int row, int count, const QModelIndex &parent)

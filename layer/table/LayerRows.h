@@ -14,8 +14,16 @@ struct RowOrder
 {
     int column;
     Qt::SortOrder order;
+    bool isNatural; ///< see naturalKey()
 
     bool operator()(const QStringList &row, const QStringList &other) const;
+
+    /// The places of @p rows in this order; rows that are alike in it stay as they are.
+    QVector<int> sorted(const QVector<QStringList> &rows) const;
+
+private:
+    QString keyOf(const QStringList &row) const;
+    bool precedes(const QString &key, const QString &other) const;
 };
 
 /// The rows of the layer table: texts, one item per cell.
@@ -44,6 +52,13 @@ public:
     /// One change for the views, however many rows it moves.
     void arrange(QVector<int> order, const QVector<QStringList> &added = {});
 
+    /// The column whose texts are compared naturally wherever rows are sorted; -1, the default, for none.
+    void setNaturalColumn(int column) { m_naturalColumn = column; }
+    int naturalColumn() const { return m_naturalColumn; }
+
+    /// How rows are sorted by @p column.
+    RowOrder sortedBy(int column, Qt::SortOrder order) const;
+
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     bool insertRows(int row, int count, const QModelIndex &parent = {}) override;
     bool removeRows(int row, int count, const QModelIndex &parent = {}) override;
@@ -56,6 +71,7 @@ private:
     void reorder(const QVector<int> &order);
 
     QVector<QStringList> m_rows;
+    int m_naturalColumn = -1;
     bool m_isResetting = false;
 };
 

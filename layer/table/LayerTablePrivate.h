@@ -24,8 +24,9 @@ class QMenu;
 
 /// @file
 /// What the sources of the layer table share: LayerTableWidget.cpp with its rows and commands,
-/// LayerTableRefresh.cpp with what follows changes of the drawing, LayerTableViews.cpp with the two
-/// views, LayerTableLayout.cpp with the columns that are shown.
+/// LayerTableRefresh.cpp with what follows changes of the drawing, LayerTableFinding.cpp with which rows
+/// are shown and selected at once, LayerTableViews.cpp with the two views, LayerTableLayout.cpp with the
+/// columns that are shown.
 
 namespace OvCc {
 
@@ -39,6 +40,7 @@ struct LayerTableWidget::Private
     bool moveMarkerTo(int row);
     void takeOver(const QStringList &lastRead);
     void hideUnfound(const QVector<int> &exceptions = {});
+    void selectShown(const std::function<bool(int row)> &isWanted);
 
     struct Followed
     {
@@ -77,9 +79,10 @@ struct LayerTableWidget::Private
     QString currentLayer = QStringLiteral("0"); ///< as told last
     QString currentRow;                         ///< the name in the row that was read as current
     QString search;
-    bool isLoading = false;    ///< till all have heard of it
-    bool isChanging = false;   ///< the rows
-    bool isRefreshDue = false; ///< when the editors are closed
+    std::optional<QHash<QString, int>> usage; ///< nothing until the host has told
+    bool isLoading = false;                   ///< till all have heard of it
+    bool isChanging = false;                  ///< the rows
+    bool isRefreshDue = false;                ///< when the editors are closed
 
     /// What the user did here since the last refresh of all rows. The drawing need not follow.
     struct AheadOfDrawing

@@ -347,7 +347,7 @@ void LayerTableWidget::Private::showTexts(int row, const QStringList &texts)
 RowOrder LayerTableWidget::Private::sortOrder() const
 {
     const QHeaderView &header = *q->horizontalHeader();
-    return {header.sortIndicatorSection(), header.sortIndicatorOrder()};
+    return rows->sortedBy(header.sortIndicatorSection(), header.sortIndicatorOrder());
 }
 
 /// Whether the row stands between its neighbours as the table is sorted.

@@ -5,7 +5,6 @@
 
 #include "layer/table/LayerNumbers.h"
 #include "layer/table/LayerTablePrivate.h"
-#include "layer/table/NamePattern.h"
 
 #include <OvCustomControl/OvLayerTableWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
@@ -105,11 +104,12 @@ QString LayerTableWidget::Private::showRows(const QList<QStringList> &read)
     takeOver(read.constLast());
     headerList[0] = QStringLiteral("status");
 
-    QVector<QStringList> sorted = read.toVector();
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [](const QStringList &left, const QStringList &right) {
-                         return left.at(NameColumn) < right.at(NameColumn);
-                     });
+    QVector<QStringList> sorted;
+    sorted.reserve(read.size());
+    const RowOrder order = rows->sortedBy(NameColumn, Qt::AscendingOrder);
+    const QVector<int> places = order.sorted(read.toVector());
+    for (const int row : places)
+        sorted.append(read.at(row));
     const auto current = std::find_if(sorted.cbegin(), sorted.cend(), [](const QStringList &row) {
         return row.at(CurrentColumn) == QLatin1String("true");
     });
@@ -278,32 +278,6 @@ bool LayerTableWidget::Private::moveMarkerTo(int row)
     rows->setData(rows->index(oldRow, CurrentColumn), QString(), Qt::EditRole);
     aheadOfDrawing.marked << texts.at(row).at(NameColumn) << texts.at(oldRow).at(NameColumn);
     return true;
-}
-
-void LayerTableWidget::slotSearchLayer(const QString &text)
-{
-    m_d->search = text;
-    m_d->hideUnfound();
-}
-
-/// @param exceptions rows that stay as they are
-void LayerTableWidget::Private::hideUnfound(const QVector<int> &exceptions)
-{
-    const NamePattern pattern(search);
-    // Each row would otherwise make the headers measure all rows anew.
-    for (QTableView *view : views())
-        view->verticalHeader()->setUpdatesEnabled(false);
-    for (int row = 0; row < rows->rowCount(); ++row) {
-        if (exceptions.contains(row))
-            continue;
-        const bool isHidden = !pattern.matches(rows->rows().at(row).at(NameColumn));
-        for (QTableView *view : views()) {
-            if (view->isRowHidden(row) != isHidden)
-                view->setRowHidden(row, isHidden);
-        }
-    }
-    for (QTableView *view : views())
-        view->verticalHeader()->setUpdatesEnabled(true);
 }
 
 void LayerTableWidget::slotLayerChanged()

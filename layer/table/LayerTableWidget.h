@@ -6,6 +6,7 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QByteArray>
+#include <QHash>
 #include <QStringList>
 #include <QTableView>
 
@@ -40,6 +41,9 @@ class FrozenTableWidget;
 class OVCC_EXPORT LayerTableWidget : public QTableView
 {
     Q_OBJECT
+
+    /// Whether names are sorted by the numbers in them; see setNaturalOrder().
+    Q_PROPERTY(bool naturalOrder READ naturalOrder WRITE setNaturalOrder)
 
 public:
     /// Where in the user's settings the shown columns are kept. To be called before the first table
@@ -84,6 +88,20 @@ public:
 
     /// The view of the markers and names, the child "frozenTable"; never null. Names are edited there.
     FrozenTableWidget *frozenView() const;
+
+    /// Whether runs of the digits 0 to 9 are compared as numbers where rows are sorted by name, so that
+    /// "Layer2" is above "Layer10"; off at first. All else is compared as ever, letter case included,
+    /// and the same in every locale. The rows are sorted anew at once, if they are by name. Sorting
+    /// costs about as much as without.
+    /// @{
+    void setNaturalOrder(bool natural);
+    bool naturalOrder() const;
+    /// @}
+
+    /// Tells how many entities lie on which layer, as the drawing spells its name; layers that are not in
+    /// @p usage are unused. Until the first call nothing is known of that. The host calls it again
+    /// when it may be otherwise, and for another drawing.
+    void setUsage(const QHash<QString, int> &usage);
 
     /// Takes over what is being edited; layerAdded() or layerRenamed() follows if that is a name.
     void finishEditing();
@@ -138,6 +156,16 @@ public Q_SLOTS:
     /// signal. currentLayerRequested() follows in any case. What is being edited is taken over, and
     /// told of, before.
     void setCurrentLayer();
+
+    /// Select, of the rows that are shown, those that are not selected, all, or those whose layers are
+    /// unused by setUsage(): none before that call. What is hidden is not selected then. If the current
+    /// row is not selected, the next one that is becomes the current one, or else the last one before.
+    /// One change of the selection each, O(N).
+    /// @{
+    void invertSelection();
+    void selectAllShown();
+    void selectUnused();
+    /// @}
 
     /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
     /// any characters: at the beginning, or else at the end, or else the first one inside.

@@ -9,6 +9,7 @@
 #include <OvCustomControl/LayerDelegate.h>
 
 #include <QMouseEvent>
+#include <QSignalBlocker>
 #include <QTableView>
 
 #include <algorithm>
@@ -94,10 +95,54 @@ public:
     using QItemSelectionModel::select;
     void select(const QItemSelection &selection, SelectionFlags command) override
     {
-        QItemSelectionModel::select(m_editing.asPressed(selection, command), command);
+        const QItemSelection wanted = m_editing.asPressed(selection, command);
+        if (wanted.size() > 1 && command == (ClearAndSelect | Rows))
+            replaceBy(wanted);
+        else
+            QItemSelectionModel::select(wanted, command);
     }
 
 private:
+    /// Qt would compare each range with each other one, which is quadratic in them.
+    void replaceBy(const QItemSelection &wanted)
+    {
+        const QVector<bool> none(model()->rowCount(), false);
+        const QVector<bool> before = rowsIn(selection());
+        const QVector<bool> after = rowsIn(wanted);
+        {
+            const QSignalBlocker blocker(this);
+            QItemSelectionModel::select(QItemSelection(), Clear);
+            QItemSelectionModel::select(rangesOf(after, none), Select);
+        }
+        const QItemSelection came = rangesOf(after, before);
+        const QItemSelection went = rangesOf(before, after);
+        if (!came.isEmpty() || !went.isEmpty())
+            emit selectionChanged(came, went);
+    }
+
+    QVector<bool> rowsIn(const QItemSelection &ranges) const
+    {
+        QVector<bool> rows(model()->rowCount(), false);
+        for (const QItemSelectionRange &range : ranges)
+            std::fill(rows.begin() + range.top(), rows.begin() + range.bottom() + 1, true);
+        return rows;
+    }
+
+    /// The rows of @p some that are not in @p others.
+    QItemSelection rangesOf(const QVector<bool> &some, const QVector<bool> &others) const
+    {
+        QItemSelection ranges;
+        const int lastColumn = model()->columnCount() - 1;
+        for (int row = 0; row < some.size(); ++row) {
+            const int first = row;
+            while (row < some.size() && some.at(row) && !others.at(row))
+                ++row;
+            if (row > first)
+                ranges.select(model()->index(first, 0), model()->index(row - 1, lastColumn));
+        }
+        return ranges;
+    }
+
     TableEditing &m_editing;
 };
 
