@@ -15,6 +15,8 @@ using namespace OvCc;
 
 namespace {
 
+using Calls = QList<QVariantList>;
+
 /// The buttons of a row, in the order of statusChanged()'s index; the colour comes last.
 enum Button { Light, Freeze, Lock, Color };
 
@@ -92,6 +94,7 @@ private slots:
     void rowsOutOfSight();
     void choosing();
     void clicksInThePopup();
+    void shownLayers();
     void popupClosesAsItOpened();
     void rowsStayWherePossible_data();
     void rowsStayWherePossible();
@@ -439,8 +442,69 @@ void tst_LayerComboBox::clicksInThePopup()
     QSignalSpy ends(m_combo.get(), &LayerComboBox::changesEnd);
     clickInPopup(1, Light);
     clickInPopup(1, Lock);
-    QCOMPARE(ends, (QList<QVariantList>{{0, 0}, {1, 0}}));
-    QCOMPARE(toggled, (QList<QVariantList>{{QStringList{"Doors"}}}));
+    QCOMPARE(ends, (Calls{{0, 0}, {1, 0}}));
+    QCOMPARE(toggled, (Calls{{QStringList{"Doors"}}}));
+}
+
+void tst_LayerComboBox::shownLayers()
+{
+    const auto face = [this] {
+        QStringList parts(m_labels.at(4)->text());
+        for (const int place : {0, 1, 2, 3})
+            parts += shownOn(m_labels.at(place)).isNull() ? "-" : "*";
+        return parts.join(' ');
+    };
+    QSignalSpy changes(m_combo.get(), &LayerComboBox::layerComboBoxChanged);
+    QSignalSpy chosen(m_combo.get(), &LayerComboBox::layerChosen);
+    const struct
+    {
+        QStringList names;
+        QString face;
+        int row;
+    } cases[] = {{{"Walls", "", "Walls"}, "Walls * * * *", 2},
+                 {{"Walls", "Doors"}, "Varies - - - -", 0},
+                 {{"walls"}, "walls - - - -", 0},
+                 {{}, "0 * * * *", 0},
+                 {{"Doors"}, "Doors * * * *", 1}};
+    for (const auto &[shown, text, row] : cases) {
+        m_combo->setShownLayers(shown);
+        for (const bool isAnew : {false, true}) {
+            if (isAnew)
+                m_combo->slotUpdate();
+            QCOMPARE(face(), text);
+            openPopup();
+            QCOMPARE(m_list->currentRow(), row);
+            m_combo->hidePopup();
+        }
+        QVERIFY(!m_combo->refresh() && !m_combo->refreshLayers({"0", "Doors"}));
+        QCOMPARE(m_combo->getDisplayItem(), 0);
+    }
+    QCOMPARE(m_combo->shownLayers(), QStringList("Doors"));
+
+    openPopup();
+    clickInPopup(2, Light);
+    QCOMPARE(changes.count() + m_hostCalls, 0);
+    clickInPopup(1, Light);
+    QCOMPARE(shownOn(m_labels.at(0)), statusImage("voff"));
+    clickInPopup(0, Lock); // the current one, which is not on the face
+    QCOMPARE(face(), QString("Doors * * * *"));
+    QCOMPARE(shownOn(m_labels.at(2)), statusImage("ulk"));
+    QCOMPARE(qMakePair(changes.count(), m_hostCalls), qMakePair(2, 2));
+    click(rowAt(2)->findChild<QLabel *>());
+    QTRY_COMPARE(chosen, (Calls{{"Walls"}}));
+    QCOMPARE(face(), QString("Doors * * * *"));
+
+    OvLayerUtility().setLayerOff("Doors", true);
+    QVERIFY(m_combo->refreshLayers({"Doors"}));
+    QCOMPARE(shownOn(m_labels.at(0)), statusImage("von"));
+    KcHost::eraseLayer(**m_drawing, "Doors");
+    QVERIFY(m_combo->refresh());
+    QCOMPARE(face(), QString("Doors - - - -"));
+    KcHost::addLayer(**m_drawing, "Doors");
+    QVERIFY(m_combo->refreshLayers({"Doors"}));
+    QCOMPARE(face(), QString("Doors * * * *"));
+    m_combo->setShownLayers({});
+    QCOMPARE(shownOn(m_labels.at(2)), statusImage("lk"));
 }
 
 void tst_LayerComboBox::popupClosesAsItOpened()

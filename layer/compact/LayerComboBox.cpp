@@ -22,12 +22,37 @@
 
 namespace OvCc {
 
+namespace {
+
+/// What the face shows: a layer, or a text alone, which is its name then.
+struct Face
+{
+    LayerItemData layer{};
+    bool isText = false;
+
+    bool operator==(const Face &other) const
+    {
+        return isText == other.isText && isSame(layer, other.layer);
+    }
+};
+
+Face textFace(const QString &text)
+{
+    Face face{{}, true};
+    face.layer.name = text;
+    return face;
+}
+
+} // namespace
+
 /// List and face may have been deleted by the host.
 struct LayerComboBox::Private
 {
     bool followDrawing(const QString &inHand);
     std::optional<bool> followLayer(const QString &name);
-    bool isShowing(const LayerItemData &layer) const;
+    bool isShowing(const Face &wanted) const;
+    std::optional<Face> wantedFace() const;
+    void showFace();
     QString nameInHand() const;
     bool showCurrentLayer(const QString &inHand);
     void installFace();
@@ -37,7 +62,8 @@ struct LayerComboBox::Private
     QPointer<LayerList> list = new LayerList(
             q, [this](int index, const QString &name, bool value) { setFlag(index, name, value); });
     QPointer<LayerEdit> face = new LayerEdit(nullptr);
-    LayerItemData onFace{};
+    Face onFace{};
+    QStringList shown{};
     bool isUpdating = false;
     QString nameAtClosing{}; ///< of the row that was current in the drop-down
 };
@@ -133,10 +159,10 @@ bool LayerComboBox::refreshLayers(const QStringList &names)
             return refresh() || isAnyOther;
         isAnyOther |= *isOther;
     }
-    LayerItemData current;
-    if (!OvLayerUtility().getCurrentLayer(current))
+    const std::optional<Face> wanted = m_d->wantedFace();
+    if (!wanted)
         return refresh() || isAnyOther;
-    if (m_d->isShowing(current))
+    if (m_d->isShowing(*wanted))
         return isAnyOther;
     const QScopedValueRollback<bool> updating(m_d->isUpdating, true);
     return m_d->showCurrentLayer(m_d->nameInHand()) || isAnyOther;
@@ -155,9 +181,27 @@ std::optional<bool> LayerComboBox::Private::followLayer(const QString &name)
     return list->setLayer(found->position, layer);
 }
 
-bool LayerComboBox::Private::isShowing(const LayerItemData &layer) const
+bool LayerComboBox::Private::isShowing(const Face &wanted) const
 {
-    return face && q->lineEdit() == face && q->currentIndex() == 0 && isSame(onFace, layer);
+    return face && q->lineEdit() == face && q->currentIndex() == 0 && onFace == wanted;
+}
+
+/// Nothing if it would be the current layer, and there is none.
+std::optional<Face> LayerComboBox::Private::wantedFace() const
+{
+    if (shown.size() > 1)
+        return textFace(tr("Varies"));
+    if (shown.isEmpty()) {
+        LayerItemData current;
+        return OvLayerUtility().getCurrentLayer(current) ? std::optional(Face{current})
+                                                         : std::nullopt;
+    }
+    const std::optional<FoundLayer> found = findLayer(shown.constFirst());
+    if (!found)
+        return textFace(shown.constFirst());
+    const LayerItemData layer = layerRecord(*found->record);
+    found->record->close();
+    return Face{layer};
 }
 
 /// The name in the row that the user is about to choose, or may be; a null text while the drop-down is
@@ -172,7 +216,7 @@ QString LayerComboBox::Private::nameInHand() const
 bool LayerComboBox::Private::showCurrentLayer(const QString &inHand)
 {
     installFace();
-    const int row = q->getDisplayItem();
+    const int row = list ? list->startRow() : 0;
     if (list) {
         const int rowInHand = inHand.isNull() ? -1 : list->rowOf(inHand);
         // The user may have scrolled to the very row that asked for this update.
@@ -182,30 +226,61 @@ bool LayerComboBox::Private::showCurrentLayer(const QString &inHand)
         list->setMouseTracking(false);
     }
     q->setCurrentIndex(0);
-    const LayerItemData before = onFace;
+    const Face before = onFace;
     q->slotRowChanged(row);
     face->show();
-    return !isSame(onFace, before);
+    return !(onFace == before);
 }
 
 void LayerComboBox::slotRowChanged(int)
 {
-    LayerItemData current;
-    if (!OvLayerUtility().getCurrentLayer(current))
+    m_d->showFace();
+}
+
+void LayerComboBox::Private::showFace()
+{
+    const std::optional<Face> wanted = wantedFace();
+    if (!wanted)
         return;
-    m_d->onFace = current;
-    if (m_d->face)
-        m_d->face->setCurrentLayer(current);
+    onFace = *wanted;
+    if (face && onFace.isText)
+        face->showText(onFace.layer.name);
+    else if (face)
+        face->setCurrentLayer(onFace.layer);
+}
+
+void LayerComboBox::setShownLayers(const QStringList &names)
+{
+    QStringList shown = names;
+    shown.removeAll({});
+    shown.removeDuplicates();
+    if (shown == m_d->shown)
+        return;
+    m_d->shown = shown;
+    if (m_d->list)
+        m_d->list->setStart(shown.size() == 1 ? shown.constFirst() : QString());
+    m_d->showFace();
+}
+
+QStringList LayerComboBox::shownLayers() const
+{
+    return m_d->shown;
 }
 
 void LayerComboBox::slotLabelChange(int index, LayerItemData data)
 {
     const int row = getDisplayItem();
-    if (!m_d->list || row >= m_d->list->count() || m_d->list->nameAt(row) != data.name)
+    if (!m_d->list)
         return;
-    m_d->onFace = data;
-    if (m_d->face)
-        m_d->face->setLabelChange(index, data);
+    const bool isCurrent = row < m_d->list->count() && m_d->list->nameAt(row) == data.name;
+    const bool isOnFace = m_d->shown.isEmpty() ? isCurrent : m_d->shown == QStringList(data.name);
+    if (!isCurrent && !isOnFace)
+        return;
+    if (isOnFace) {
+        m_d->onFace = {data};
+        if (m_d->face)
+            m_d->face->setLabelChange(index, data);
+    }
     const QPointer<LayerComboBox> guard(this);
     tellHost({data.name});
     if (guard)

@@ -7,6 +7,7 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QComboBox>
+#include <QStringList>
 
 #include <memory>
 
@@ -22,7 +23,7 @@ class LayerItem;
 ///
 /// It is empty until the host calls slotUpdate(), which it does whenever the drawing or its layers
 /// changed. Choosing a row does not make that layer current: the face always goes back to the
-/// drawing's current layer. While the drop-down is closed, the wheel and all keys but F4 and Alt with
+/// drawing's current layer, or to the shownLayers(). While the drop-down is closed, the wheel and all keys but F4 and Alt with
 /// Down, which open it, are the parent's.
 ///
 /// The host may delete the combo box inside layerComboBoxChanged(), ovSetLayerTableChanges() and the
@@ -57,6 +58,18 @@ public:
     /// layers it goes when 200 others were seen or asked for, and comes back as it was.
     LayerItem *layerItem(int row);
 
+    /// The layers that the face shows instead of the current one, such as those of the entities that are
+    /// selected; none at first, and the face shows the current layer. One of them is shown with its
+    /// flags and colour, kept up to date, and highlighted as the drop-down opens; of a layer that the
+    /// drawing does not have there is the name alone. For several the face says "Varies". A name counts
+    /// once however often it comes, empty ones not at all. The host names them anew when it renames
+    /// one. What is current stays so, and getDisplayItem() tells of that in any case. O(N) for the look
+    /// at the layer.
+    /// @{
+    void setShownLayers(const QStringList &names);
+    QStringList shownLayers() const;
+    /// @}
+
     /// Removes all rows.
     void clearListWidget();
 
@@ -82,16 +95,17 @@ public Q_SLOTS:
     /// of a layer that came or went, it is a refresh().
     bool refreshLayers(const QStringList &names);
 
-    /// Shows the drawing's current layer on the face, whatever @p row is.
+    /// Shows the drawing's current layer on the face, whatever @p row is; or else the shownLayers().
     void slotRowChanged(int row);
 
     /// Answers a click in a row. If the row's layer is the current one the face follows, the host is
-    /// told by ovSetLayerTableChanges(), and layerComboBoxChanged() is sent; any other layer changes
-    /// only in the drawing.
+    /// told by ovSetLayerTableChanges(), and layerComboBoxChanged() is sent; so it is for the only one of
+    /// the shownLayers(), which the face shows then instead. Any other layer changes only in the
+    /// drawing.
     void slotLabelChange(int index, LayerItemData data); // clazy:exclude=fully-qualified-moc-types
 
 Q_SIGNALS:
-    /// The user changed the layer that the face shows.
+    /// The user changed the layer that the face shows, or the current one where the face shows others.
     void layerComboBoxChanged();
 
     /// The user chose the row of that layer in the open drop-down, by the mouse or by Return; it may

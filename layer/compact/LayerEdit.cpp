@@ -68,4 +68,11 @@ void LayerEdit::setLabelChange(int index, LayerItemData data)
     }
 }
 
+void LayerEdit::showText(const QString &text)
+{
+    for (QLabel *label : {m_d->lightLabel, m_d->freezeLabel, m_d->lockLabel, m_d->colorLabel})
+        label->clear();
+    m_d->nameLabel->setText(text);
+}
+
 } // namespace OvCc

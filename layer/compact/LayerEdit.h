@@ -35,6 +35,9 @@ public:
     ///              lock; any other number changes nothing
     void setLabelChange(int index, LayerItemData data);
 
+    /// Shows @p text in the place of the name, and no pictures, until setCurrentLayer().
+    void showText(const QString &text);
+
 private:
     struct Private;
     const std::unique_ptr<Private> m_d;

@@ -152,6 +152,12 @@ bool LayerList::setLayer(int row, const LayerItemData &layer)
     return isOther;
 }
 
+int LayerList::startRow()
+{
+    const int row = m_start.isEmpty() ? -1 : rowOf(m_start);
+    return row < 0 ? m_combo->getDisplayItem() : row;
+}
+
 int LayerList::rowOf(const QString &name)
 {
     if (m_lastFound >= 0 && nameAt(m_lastFound) == name)
@@ -220,7 +226,7 @@ void LayerList::scrollContentsBy(int dx, int dy)
 /// A combo box opens its list on the row of its own index, but that follows no layer.
 void LayerList::showEvent(QShowEvent *event)
 {
-    setCurrentRow(m_combo->getDisplayItem());
+    setCurrentRow(startRow());
     QListWidget::showEvent(event);
     updateEditorGeometries(); // which a hidden view does not keep
     makeItemsInSight();

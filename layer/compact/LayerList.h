@@ -50,6 +50,11 @@ public:
     /// @return whether that is anything else than before
     bool setLayer(int row, const LayerItemData &layer);
 
+    /// The row that opening the list leads to: that of the layer @p name, or of the current layer where
+    /// there is none of that name, as at first.
+    void setStart(const QString &name) { m_start = name; }
+    int startRow();
+
     /// The row of the layer with that name; -1 if there is none above the first row that is none of
     /// this list's own. O(1) for the name that was asked for last.
     int rowOf(const QString &name);
@@ -85,6 +90,7 @@ private:
     LayerComboBox *m_combo;
     const Setter m_setter;
     QList<QPersistentModelIndex> m_rowsWithItems; ///< in the order in which they got them
+    QString m_start;
     int m_lastFound = -1;
     bool m_isInserting = false;
     bool m_isPuttingItem = false;
