@@ -17,6 +17,7 @@
 #include <QStandardItemModel>
 #include <QStringListModel>
 #include <QTimer>
+#include <QToolButton>
 
 #include <functional>
 #include <utility>
@@ -102,6 +103,8 @@ private slots:
     void columnLayoutIsKept();
     void layoutState();
     void searchField();
+    void filterMenu();
+    void filtersFollowTheDrawing();
     void icons();
     void namesAreData();
 
@@ -998,6 +1001,119 @@ void tst_LayerTable::searchField()
     QTest::keyClicks(m_search, "*");
     m_frozen->setFocus();
     QTRY_COMPARE(m_search->text(), QString());
+}
+
+void tst_LayerTable::filterMenu()
+{
+    const QImage plain = m_panel->grab().toImage();
+    for (const bool isVisible : {true, false, true}) {
+        m_panel->setFilterVisible(isVisible);
+        QApplication::processEvents();
+        QCOMPARE(m_panel->grab().toImage() == plain, !isVisible);
+    }
+    auto *button = m_panel->findChild<QToolButton *>("filterBtn");
+    const auto *count = m_panel->findChild<QLabel *>("filterCount");
+    QSignalSpy changes(m_table, &LayerTableWidget::filterChanged);
+    const auto choose = [&](const QString &text) {
+        QTimer::singleShot(0, button, [&] {
+            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            for (QAction *action : menu->actions()) {
+                if (action->text() == text)
+                    QTest::mouseClick(menu, Qt::LeftButton, {},
+                                      menu->actionGeometry(action).center());
+            }
+            menu->close();
+        });
+        QTest::mouseClick(button, Qt::LeftButton);
+    };
+    OvLayerUtility().setLayerOff("Walls", false);
+    OvLayerUtility().setLayerFrozen("Doors", true);
+    for (const char *name : {"Walls", "wall-1"})
+        OvLayerUtility().setLayerLock(name, true);
+    m_panel->refresh();
+    choose("In use"); // nobody knows
+    choose("Of the selected entities");
+    QCOMPARE(changes.count(), 0);
+    m_panel->setUsage({{"0", 2}, {"wall-1", 1}, {"Doors", 0}});
+    m_panel->setPicked({"0", "Walls"});
+    const struct
+    {
+        const char *choice, *shown, *count, *tip;
+    } rows[] = {
+            {"Locked", "Walls|wall-1", "2 of 4", "Filter: Locked"},
+            {"In use", "wall-1", "1 of 4", "Filter: Locked, In use"},
+            {"Unused", "Walls", "1 of 4", "Filter: Locked, Unused"},
+            {"Off", "Walls", "1 of 4", "Filter: Off, Locked, Unused"},
+            {"All layers", "0|Doors|Walls|wall-1", "4 of 4", "Filter layers"},
+            {"Of the selected entities", "0|Walls", "2 of 4", "Filter: Of the selected entities"},
+            {"Frozen", "", "0 of 4", "Filter: Frozen, Of the selected entities"},
+            {"Of the selected entities", "Doors", "1 of 4", "Filter: Frozen"},
+    };
+    for (const auto &[choice, shown, text, tip] : rows) {
+        choose(choice);
+        QCOMPARE(shownNames().join('|'), QString(shown));
+        QCOMPARE(count->text(), QString(text));
+        QCOMPARE(button->toolTip(), QString(tip));
+        QCOMPARE(button->isChecked(), m_table->filter() != LayerTableWidget::NoFilter);
+    }
+    QCOMPARE(changes.count(), 8);
+    m_search->setText("d");
+    QCOMPARE(count->text(), QString("1 of 4"));
+    const QImage one = m_table->grab().toImage();
+    m_search->setText("w");
+    const QImage none = m_table->grab().toImage();
+    m_table->setNoMatchText({});
+    QVERIFY(none != m_table->grab().toImage() && none != one);
+
+    m_search->clear();
+    m_panel->setFilterVisible(false);
+    QCOMPARE(shownNames(), names());
+}
+
+void tst_LayerTable::filtersFollowTheDrawing()
+{
+    for (const char *name : {"Doors", "Walls"})
+        OvLayerUtility().setLayerFrozen(name, true);
+    m_table->InitLayerModel();
+    QSignalSpy counts(m_table, &LayerTableWidget::shownRowsChanged);
+    const auto shown = [&](int signalCount) {
+        const int told = counts.count();
+        counts.clear();
+        return told == signalCount ? shownNames().join('|') : "signals: " + QString::number(told);
+    };
+    m_table->setFilter(LayerTableWidget::FrozenFilter);
+    QCOMPARE(shown(1), QString("Doors|Walls"));
+    m_table->InitLayerModel();
+    QCOMPARE(shown(0), QString("Doors|Walls"));
+    for (const bool isOne : {true, false}) {
+        OvLayerUtility().setLayerFrozen("Doors", !isOne);
+        isOne ? m_panel->refreshLayers({"Doors"}) : m_panel->refresh();
+        QCOMPARE(shown(1), QString(isOne ? "Walls" : "Doors|Walls"));
+    }
+    clickHeader(*m_table, ThawedColumn); // thawed ones go to the end, and the row moves
+    OvLayerUtility().setLayerFrozen("Doors", false);
+    m_panel->refreshLayers({"Doors"});
+    QCOMPARE(shown(1), QString("Walls"));
+    KcHost::eraseLayer(**m_drawing, "Doors");
+    m_panel->refresh();
+    QCOMPARE(shown(1), QString("Walls"));
+
+    m_table->setFilter(LayerTableWidget::PickedFilter);
+    QCOMPARE(shown(1), QString("Walls|0|wall-1")); // as nothing is picked
+    m_table->setPicked({"wall-1"});
+    QCOMPARE(shown(1), QString("wall-1"));
+    m_panel->newLayer(); // whose editor stays, and its row with it
+    m_table->setPicked({"0"});
+    QCOMPARE(shown(1), QString("0|Layer1"));
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    QTRY_COMPARE(shownNames().join('|'), QString("0"));
+    m_table->remove();
+    m_table->setUsage({{"0", 1}});
+    m_table->setFilter(LayerTableWidget::UnusedFilter);
+    QVERIFY(!shownNames().contains("0"));
+    m_table->setUsage({});
+    QVERIFY(shownNames().contains("0"));
 }
 
 void tst_LayerTable::icons()

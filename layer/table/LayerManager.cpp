@@ -4,6 +4,7 @@
 #include "LayerManager.h"
 
 #include "layer/data/ElidedLabel.h"
+#include "layer/table/FilterButton.h"
 
 #include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/SearchLayerEdit.h>
@@ -28,12 +29,17 @@ constexpr QSize tileSize(16, 16);
 struct LayerManager::Private
 {
     bool refresh(const std::function<bool(LayerTableWidget &)> &refreshTable);
+    void makeFilter();
+    void showCount();
 
     LayerManager *const q;
     QPixmap iconStrip{};
     const QPointer<LayerTableWidget> table = new LayerTableWidget;
     QLabel *const label = new ElidedLabel;
     SearchLayerEdit *const searchEdit = new SearchLayerEdit;
+    QHBoxLayout *const finding = new QHBoxLayout;
+    FilterButton *filterButton = nullptr; ///< made when it is wanted
+    QLabel *countLabel = nullptr;         ///< with it
 };
 
 LayerManager::LayerManager(QWidget *parent)
@@ -54,7 +60,9 @@ LayerManager::LayerManager(QWidget *parent)
     headerRow->setSpacing(20);
     headerRow->addWidget(m_d->label);
     // The field is content with what the name leaves, down to its least width.
-    headerRow->addWidget(m_d->searchEdit, 1);
+    headerRow->addLayout(m_d->finding, 1);
+    m_d->finding->setSpacing(4);
+    m_d->finding->addWidget(m_d->searchEdit, 1);
 
     setContentsMargins(0, 0, 0, 0);
     auto *column = new QVBoxLayout(this);
@@ -100,6 +108,56 @@ LayerTableWidget *LayerManager::table() const
 SearchLayerEdit *LayerManager::searchEdit() const
 {
     return m_d->searchEdit;
+}
+
+void LayerManager::setFilterVisible(bool visible)
+{
+    if (visible == isFilterVisible() || !m_d->table)
+        return;
+    if (!m_d->filterButton)
+        m_d->makeFilter();
+    m_d->filterButton->setVisible(visible);
+    m_d->countLabel->setVisible(visible);
+    m_d->table->setNoMatchText(visible ? tr("No match") : QString());
+    if (!visible)
+        m_d->table->setFilter(LayerTableWidget::NoFilter);
+}
+
+bool LayerManager::isFilterVisible() const
+{
+    return m_d->filterButton && !m_d->filterButton->isHidden();
+}
+
+void LayerManager::Private::makeFilter()
+{
+    countLabel = new QLabel;
+    countLabel->setObjectName(QStringLiteral("filterCount"));
+    countLabel->setToolTip(tr("Layers shown"));
+    countLabel->setFixedHeight(headerHeight);
+    filterButton = new FilterButton(table);
+    filterButton->setFixedHeight(headerHeight);
+    finding->addWidget(countLabel);
+    finding->addWidget(filterButton);
+    setTabOrder(searchEdit, filterButton);
+    connect(table, &LayerTableWidget::shownRowsChanged, q, [this] { showCount(); });
+    showCount();
+}
+
+void LayerManager::Private::showCount()
+{
+    countLabel->setText(tr("%1 of %2").arg(table->shownRowCount()).arg(table->model()->rowCount()));
+}
+
+void LayerManager::setUsage(const QHash<QString, int> &usage)
+{
+    if (m_d->table)
+        m_d->table->setUsage(usage);
+}
+
+void LayerManager::setPicked(const QStringList &names)
+{
+    if (m_d->table)
+        m_d->table->setPicked(names);
 }
 
 QPixmap LayerManager::drawIcon(LayerIcons icon, QSize size) const

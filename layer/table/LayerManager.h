@@ -5,6 +5,7 @@
 
 #include <OvCustomControl/OvccExport.h>
 
+#include <QHash>
 #include <QPixmap>
 #include <QStringList>
 #include <QWidget>
@@ -32,6 +33,9 @@ class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT
 
+    /// Whether the user can narrow the table to some layers; see setFilterVisible().
+    Q_PROPERTY(bool filterVisible READ isFilterVisible WRITE setFilterVisible)
+
 public:
     /// The pictures of the host's commands, in the order of the strip ":/layertoolbar.bmp".
     enum LayerIcons { NewLayerIcon, DeleteLayerIcon, CurrentLayerIcon, RefreshIcon };
@@ -50,6 +54,21 @@ public:
     /// @{
     LayerTableWidget *table() const;
     SearchLayerEdit *searchEdit() const;
+    /// @}
+
+    /// Whether a button beside the search field narrows the table to layers that are off, frozen or
+    /// locked, in use or unused, or of the selected entities, and how many layers are shown of how
+    /// many stands before it; off at first. Where none is shown the table says "No match". Several
+    /// filters together narrow further. Switching it off takes the filters off.
+    /// @{
+    void setFilterVisible(bool visible);
+    bool isFilterVisible() const;
+    /// @}
+
+    /// See LayerTableWidget::setUsage() and setPicked(), which the filters go by.
+    /// @{
+    void setUsage(const QHash<QString, int> &usage);
+    void setPicked(const QStringList &names);
     /// @}
 
     /// A picture of @p size with the 16 × 16 tile of a command at its top left, transparent

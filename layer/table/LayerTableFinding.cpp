@@ -2,36 +2,115 @@
 // SPDX-License-Identifier: MIT
 
 #include "layer/table/LayerTablePrivate.h"
-#include "layer/table/NamePattern.h"
 
 #include <QHeaderView>
+#include <QPointer>
+
+#include <utility>
 
 namespace OvCc {
 
 void LayerTableWidget::slotSearchLayer(const QString &text)
 {
-    m_d->search = text;
+    m_d->filter.setSearch(text);
     m_d->hideUnfound();
+    m_d->tellShown();
+}
+
+void LayerTableWidget::setFilter(Filters filters)
+{
+    if (filters == m_d->filter.filters())
+        return;
+    const QPointer<LayerTableWidget> self(this);
+    m_d->filter.setFilters(filters);
+    m_d->narrow();
+    if (self)
+        emit filterChanged();
+}
+
+LayerTableWidget::Filters LayerTableWidget::filter() const
+{
+    return m_d->filter.filters();
+}
+
+LayerTableWidget::Filters LayerTableWidget::availableFilters() const
+{
+    return m_d->filter.available();
+}
+
+void LayerTableWidget::setUsage(const QHash<QString, int> &usage)
+{
+    m_d->filter.setUsage(usage);
+    if (filter() & (UsedFilter | UnusedFilter))
+        m_d->narrow();
+}
+
+void LayerTableWidget::setPicked(const QStringList &names)
+{
+    m_d->filter.setPicked(names);
+    if (filter().testFlag(PickedFilter))
+        m_d->narrow();
+}
+
+int LayerTableWidget::shownRowCount() const
+{
+    return m_d->rows->rowCount() - verticalHeader()->hiddenSectionCount();
+}
+
+void LayerTableWidget::setNoMatchText(const QString &text)
+{
+    m_d->noMatchText = text;
+    viewport()->update();
+}
+
+QString LayerTableWidget::noMatchText() const
+{
+    return m_d->noMatchText;
+}
+
+/// Has all rows follow a filter. A row that is edited does when its editor is closed.
+void LayerTableWidget::Private::narrow()
+{
+    const QVector<int> edited = editing->rows();
+    isRefreshDue = isRefreshDue || !edited.isEmpty();
+    hideUnfound(edited);
+    tellShown();
 }
 
 /// @param exceptions rows that stay as they are
 void LayerTableWidget::Private::hideUnfound(const QVector<int> &exceptions)
 {
-    const NamePattern pattern(search);
     // Each row would otherwise make the headers measure all rows anew.
     for (QTableView *view : views())
         view->verticalHeader()->setUpdatesEnabled(false);
     for (int row = 0; row < rows->rowCount(); ++row) {
-        if (exceptions.contains(row))
-            continue;
-        const bool isHidden = !pattern.matches(rows->rows().at(row).at(NameColumn));
-        for (QTableView *view : views()) {
-            if (view->isRowHidden(row) != isHidden)
-                view->setRowHidden(row, isHidden);
-        }
+        if (!exceptions.contains(row))
+            hideIfUnfound(row);
     }
     for (QTableView *view : views())
         view->verticalHeader()->setUpdatesEnabled(true);
+}
+
+void LayerTableWidget::Private::hideIfUnfound(int row)
+{
+    const bool isHidden = !filter.finds(rows->rows().at(row));
+    for (QTableView *view : views()) {
+        if (view->isRowHidden(row) != isHidden)
+            view->setRowHidden(row, isHidden);
+    }
+}
+
+/// Whoever hears of it may do with the table what he likes: no rows are being changed.
+void LayerTableWidget::Private::tellShown()
+{
+    const std::pair<int, int> now(q->shownRowCount(), rows->rowCount());
+    if (std::exchange(shownAsTold, now) != now)
+        emit q->shownRowsChanged();
+}
+
+bool LayerTableWidget::Private::hasNoMatch() const
+{
+    return !noMatchText.isEmpty() && rows->rowCount() > 0 && q->shownRowCount() == 0;
 }
 
 void LayerTableWidget::setNaturalOrder(bool natural)
@@ -46,11 +125,6 @@ void LayerTableWidget::setNaturalOrder(bool natural)
 bool LayerTableWidget::naturalOrder() const
 {
     return m_d->rows->naturalColumn() == NameColumn;
-}
-
-void LayerTableWidget::setUsage(const QHash<QString, int> &usage)
-{
-    m_d->usage = usage;
 }
 
 void LayerTableWidget::invertSelection()
@@ -70,8 +144,7 @@ void LayerTableWidget::selectAllShown()
 void LayerTableWidget::selectUnused()
 {
     m_d->selectShown([this](int row) {
-        const QString &name = m_d->rows->rows().at(row).at(NameColumn);
-        return m_d->usage && m_d->usage->value(name) == 0;
+        return m_d->filter.isUnused(m_d->rows->rows().at(row).at(NameColumn));
     });
 }
 

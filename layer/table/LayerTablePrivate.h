@@ -5,6 +5,7 @@
 
 #include "layer/table/ColumnTable.h"
 #include "layer/table/LayerRows.h"
+#include "layer/table/RowFilter.h"
 #include "layer/table/TableEditing.h"
 
 #include <OvCustomControl/FrozenTableWidget.h>
@@ -19,6 +20,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QMenu;
 
@@ -40,6 +42,11 @@ struct LayerTableWidget::Private
     bool moveMarkerTo(int row);
     void takeOver(const QStringList &lastRead);
     void hideUnfound(const QVector<int> &exceptions = {});
+    void hideIfUnfound(int row);
+    void narrow();
+    void tellShown();
+    bool hasNoMatch() const;
+    bool insertTemplate(int row);
     void selectShown(const std::function<bool(int row)> &isWanted);
 
     struct Followed
@@ -78,11 +85,12 @@ struct LayerTableWidget::Private
     QStringList rowTemplate;
     QString currentLayer = QStringLiteral("0"); ///< as told last
     QString currentRow;                         ///< the name in the row that was read as current
-    QString search;
-    std::optional<QHash<QString, int>> usage; ///< nothing until the host has told
-    bool isLoading = false;                   ///< till all have heard of it
-    bool isChanging = false;                  ///< the rows
-    bool isRefreshDue = false;                ///< when the editors are closed
+    RowFilter filter;
+    QString noMatchText;
+    std::pair<int, int> shownAsTold; ///< how many rows, of how many
+    bool isLoading = false;          ///< till all have heard of it
+    bool isChanging = false;         ///< the rows
+    bool isRefreshDue = false;       ///< when the editors are closed
 
     /// What the user did here since the last refresh of all rows. The drawing need not follow.
     struct AheadOfDrawing

@@ -268,6 +268,8 @@ bool LayerTableWidget::Private::follow(const std::function<Followed()> &bringInS
     }
     if (self && followed.current && *followed.current != currentLayer)
         emit q->updateCurretnLayer(*followed.current);
+    if (self)
+        tellShown();
     return followed.isAnyOther;
 }
 
@@ -285,7 +287,7 @@ LayerTableWidget::Private::Followed LayerTableWidget::Private::followDrawing()
                             && std::is_sorted(order.cbegin(), order.cend());
     if (!isArranged)
         arrange(order, difference.added);
-    if (!search.isEmpty())
+    if (filter.isNarrowing())
         hideUnfound(editing->rows());
     selectAgain(ahead.removed);
 
@@ -324,6 +326,8 @@ LayerTableWidget::Private::followLayers(const QStringList &changedNames)
         if (rows->rows().at(row) != *texts) {
             followed.isAnyOther = true;
             showTexts(row, *texts);
+            if (filter.isNarrowing())
+                hideIfUnfound(row);
         }
         if (name == rowTemplate.at(NameColumn))
             takeOver(*texts);

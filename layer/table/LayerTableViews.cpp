@@ -7,6 +7,7 @@
 #include <OvCustomControl/LayerDelegate.h>
 
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
 
 namespace OvCc {
@@ -31,6 +32,17 @@ void LayerTableWidget::resizeEvent(QResizeEvent *event)
 {
     QTableView::resizeEvent(event);
     m_d->placeFrozenView();
+}
+
+void LayerTableWidget::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    if (!m_d->hasNoMatch())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(m_d->frozen->width(), 0, 0, 0),
+                     Qt::AlignCenter | Qt::TextWordWrap, m_d->noMatchText);
 }
 
 void LayerTableWidget::updateGeometries()
@@ -162,7 +174,13 @@ void LayerTableWidget::Private::connectViews()
                 &LayerTableWidget::slotSortIndexChanged);
     }
     QScrollBar *bar = q->verticalScrollBar();
+    const QScrollBar *horizontalBar = q->horizontalScrollBar();
     QScrollBar *frozenBar = frozen->verticalScrollBar();
+    // What stands in the middle of the view does not scroll.
+    connect(horizontalBar, &QScrollBar::valueChanged, q, [this] {
+        if (hasNoMatch())
+            q->viewport()->update();
+    });
     connect(bar, &QScrollBar::valueChanged, frozenBar, &QScrollBar::setValue);
     connect(frozenBar, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
     connect(

@@ -83,15 +83,17 @@ void LayerTableWidget::InitLayerModel()
     m_d->isChanging = true;
     m_d->isRefreshDue = false;
     m_d->aheadOfDrawing = {};
-    m_d->search.clear();
+    m_d->filter.setSearch({});
     QList<QStringList> rows;
     OvLayerUtility().getAllLayerDate(rows);
     const QString current = m_d->showRows(rows);
     m_d->isChanging = false;
     if (!rows.isEmpty())
         emit updateCurretnLayer(current);
-    if (self)
-        m_d->isLoading = false;
+    if (!self)
+        return;
+    m_d->isLoading = false;
+    m_d->tellShown();
 }
 
 /// Returns the name of the current layer; empty if none is.
@@ -121,6 +123,8 @@ QString LayerTableWidget::Private::showRows(const QList<QStringList> &read)
     q->selectionModel()->setCurrentIndex(rows->index(place, NameColumn),
                                          QItemSelectionModel::ClearAndSelect
                                                  | QItemSelectionModel::Rows);
+    if (filter.isNarrowing())
+        hideUnfound();
     for (QTableView *view : views()) {
         view->horizontalHeader()->setSortIndicator(NameColumn, Qt::AscendingOrder);
         view->doItemsLayout();
@@ -141,10 +145,17 @@ void LayerTableWidget::Private::takeOver(const QStringList &lastRead)
 
 bool LayerTableWidget::insertRowData(int row)
 {
-    if (!m_d->rows->insertRow(row))
+    const bool isInserted = m_d->insertTemplate(row);
+    m_d->tellShown();
+    return isInserted;
+}
+
+bool LayerTableWidget::Private::insertTemplate(int row)
+{
+    if (!rows->insertRow(row))
         return false;
     for (int column = 0; column < LayerColumnCount; ++column)
-        m_d->rows->item(row, column)->setText(m_d->rowTemplate.at(column));
+        rows->item(row, column)->setText(rowTemplate.at(column));
     return true;
 }
 
@@ -185,10 +196,12 @@ void LayerTableWidget::addLayer()
     const int row = m_d->rows->rowCount();
     const int number = row == 0 ? 0 : firstFreeNumber(layerNumbers(m_d->rows->rows()));
     m_d->rowTemplate[NameColumn] = QStringLiteral("Layer%1").arg(number);
-    insertRowData(row);
+    m_d->insertTemplate(row);
 
     m_d->editing->expectNew(m_d->rows->index(row, NameColumn));
     m_d->editName(row);
+    if (self)
+        m_d->tellShown();
 }
 
 void LayerTableWidget::renameLayer()
@@ -248,6 +261,8 @@ void LayerTableWidget::remove()
     }
     if (self)
         emit layersRemoved(names);
+    if (self)
+        m_d->tellShown();
 }
 
 void LayerTableWidget::setCurrentLayer()

@@ -45,7 +45,28 @@ class OVCC_EXPORT LayerTableWidget : public QTableView
     /// Whether names are sorted by the numbers in them; see setNaturalOrder().
     Q_PROPERTY(bool naturalOrder READ naturalOrder WRITE setNaturalOrder)
 
+    /// What the rows are narrowed to.
+    Q_PROPERTY(Filters filter READ filter WRITE setFilter NOTIFY filterChanged)
+
+    /// What stands in the empty table where rows are there but none is shown; nothing at first.
+    Q_PROPERTY(QString noMatchText READ noMatchText WRITE setNoMatchText)
+
 public:
+    /// What the rows may be narrowed to beside the search, by the state of their layers: off, frozen,
+    /// locked; with entities or without, once setUsage() has told of those; of the entities that
+    /// setPicked() has told of, while there are any.
+    enum Filter {
+        NoFilter = 0x00,
+        OffFilter = 0x01,
+        FrozenFilter = 0x02,
+        LockedFilter = 0x04,
+        UsedFilter = 0x08,
+        UnusedFilter = 0x10,
+        PickedFilter = 0x20
+    };
+    Q_DECLARE_FLAGS(Filters, Filter)
+    Q_FLAG(Filters)
+
     /// Where in the user's settings the shown columns are kept. To be called before the first table
     /// is made: each reads them there as it is made, and writes them there as it goes. With an empty
     /// @p organisation they are kept nowhere, for a host that goes by saveState() alone.
@@ -102,6 +123,31 @@ public:
     /// @p usage are unused. Until the first call nothing is known of that. The host calls it again
     /// when it may be otherwise, and for another drawing.
     void setUsage(const QHash<QString, int> &usage);
+
+    /// Tells on which layers the entities lie that the user has selected in the drawing, spelled as
+    /// there. A PickedFilter follows at once; with none it lets all rows through.
+    void setPicked(const QStringList &names);
+
+    /// Narrows the rows to those that each of the filters lets through, and the search as well; a
+    /// UsedFilter and an UnusedFilter together leave none. filterChanged() follows. A reload, a refresh
+    /// and another drawing keep the filter, and rows follow it whenever their layers are read: one
+    /// whose flag the user has clicked stays till then. A row with an open editor stays until that is
+    /// closed. O(N), and nothing while no filter is on.
+    /// @{
+    void setFilter(Filters filters);
+    Filters filter() const;
+    /// @}
+
+    /// The filters of which enough is known: all but those that wait for setUsage() or setPicked().
+    Filters availableFilters() const;
+
+    /// How many rows are shown, of those that the model has. O(1).
+    int shownRowCount() const;
+
+    /// @{
+    void setNoMatchText(const QString &text);
+    QString noMatchText() const;
+    /// @}
 
     /// Takes over what is being edited; layerAdded() or layerRenamed() follows if that is a name.
     void finishEditing();
@@ -186,6 +232,12 @@ Q_SIGNALS:
     /// The user changed layers through this table.
     void updateLayerCombo();
 
+    /// The filter() is another one now.
+    void filterChanged();
+
+    /// There are more or fewer rows than before, or more or fewer of them are shown.
+    void shownRowsChanged();
+
     /// A click is about to change the drawing; see LayerDelegate::changesBegin().
     void changesBegin(QString text);
 
@@ -208,6 +260,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void updateGeometries() override;
 
     /// Names that are fitted to their texts leave room for a few columns beside them.
@@ -225,5 +278,7 @@ private:
     struct Private;
     const std::unique_ptr<Private> m_d;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(LayerTableWidget::Filters)
 
 } // namespace OvCc
