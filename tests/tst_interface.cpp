@@ -138,7 +138,13 @@ void tst_Interface::strings()
         if (words.value(1) == "box")
             checkBox(object, words.value(3), words.at(2));
     }
-    QCOMPARE(textsIn(LayerManager()).filter("OvCc::LayerManager|").size(), 2);
+    LayerManager panel;
+    QCOMPARE(textsIn(panel).filter("OvCc::LayerManager|").size(), 2);
+    panel.setFilterVisible(true);
+    QCOMPARE(textsIn(panel).filter("OvCc::LayerManager|").size(), 10);
+    QCOMPARE(panel.table()->noMatchText(), QString("OvCc::LayerManager|No match"));
+    box.setShownLayers({"0", "1"});
+    QVERIFY(textsIn(box).contains("OvCc::LayerComboBox|Varies"));
     QCOMPARE(textsIn(*ViewButton().menu()).filter("|"), QStringList());
     QVERIFY(headerList.contains("Name") && owner.findChild<LayerAction *>("Plot Style"));
 }
@@ -166,6 +172,7 @@ void tst_Interface::properties()
     LayerControl bar;
     const StackWidget stack(&bar);
     ViewButton button;
+    LayerManager panel;
     const QListWidgetItem *place = qobject_cast<QListWidget *>(colors.view())->item(0);
     const struct
     {
@@ -185,6 +192,8 @@ void tst_Interface::properties()
                  return list.item(0)->sizeHint().height();
              }},
             {bar, "folded", false, [&] { return !stack.isVisible(); }},
+            {panel, "filterVisible", true,
+             [&] { return !panel.findChild<QWidget *>("filterBtn")->isHidden(); }},
             {button, "view", int(SoutheastView),
              [&] { return button.text() == "Northwest" ? button.view() : -1; }},
     };
@@ -212,6 +221,7 @@ void tst_Interface::styleSheets()
     make<LayerManager, LayerItem, LayerControl, QOvColorComboBox, ViewButton, CustomControl,
          MinMaxButton, OvLineWeightDialog, LayerLineWeightDialog, LayerLineTypeDialog,
          LayerWarningDialog>(&owner);
+    owner.findChild<LayerManager *>()->setFilterVisible(true);
     const auto objects = owner.findChildren<QObject *>();
     const QString text = fileContent(OVCC_SOURCE_DIR "/docs/style.md")
                          + fileContent(OVCC_SOURCE_DIR "/docs/slate.qss");

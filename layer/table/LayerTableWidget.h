@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #pragma once
+// clazy:excludeall=qproperty-without-notify
 
 #include <OvCustomControl/OvccExport.h>
 
