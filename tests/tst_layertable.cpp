@@ -545,10 +545,11 @@ void tst_LayerTable::selectionCommands()
         QItemSelection both = changes.at(0).at(0).value<QItemSelection>();
         const auto went = changes.at(0).at(1).value<QItemSelection>();
         both.append(went);
+        const QModelIndexList cells = both.indexes();
         QSet<int> rows;
-        for (const QModelIndex &index : both.indexes())
-            rows.insert(index.row());
-        QCOMPARE(both.indexes().size(), LayerColumnCount * rows.size()); // each cell once
+        for (const QModelIndex &cell : cells)
+            rows.insert(cell.row());
+        QCOMPARE(cells.size(), LayerColumnCount * rows.size()); // each once
     };
     m_frozen->setCurrentIndex(m_model->index(1, NameColumn));
     m_table->setFocus();
@@ -1018,7 +1019,8 @@ void tst_LayerTable::filterMenu()
         QTimer::singleShot(0, button, [&] {
             auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
             QVERIFY(menu);
-            for (QAction *action : menu->actions()) {
+            const QList<QAction *> actions = menu->actions();
+            for (QAction *action : actions) {
                 if (action->text() == text)
                     QTest::mouseClick(menu, Qt::LeftButton, {},
                                       menu->actionGeometry(action).center());
