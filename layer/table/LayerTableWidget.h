@@ -81,8 +81,8 @@ public:
     ~LayerTableWidget() override;
 
     /// Reloads all rows from the drawing, sorted by name, and selects the current layer, or the
-    /// first row if there is none; then sends updateCurretnLayer(). All rows are shown, and the
-    /// table stays scrolled where it was. Without layers the table is empty and nothing is sent. A
+    /// first row if there is none; then sends updateCurretnLayer(). There is no search any more, only the
+    /// filter() leaves out rows, and the table stays scrolled where it was. Without layers the table is empty and nothing is sent. A
     /// call that comes while another one is running is ignored.
     void InitLayerModel();
 
@@ -154,16 +154,16 @@ public:
     void finishEditing();
 
     /// The row that setCurrentLayer() takes: the last one that is selected and shown; -1 if there is
-    /// none. Rows that the search hides stay selected, but no command reaches them.
+    /// none. Rows that search and filter hide stay selected, but no command reaches them.
     int selectedRow() const;
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 public Q_SLOTS:
     /// Brings the rows in step with the drawing, as a reload would show them, and touches only what
-    /// differs: selection, sort order, search and scroll position stay, and nothing is painted that
+    /// differs: selection, sort order, search, filter and scroll position stay, and nothing is painted that
     /// is as it was. Rows that came stand where the table is sorted to have them, and so do rows that
-    /// changed in that column; hidden are those that the search does not find. If the current row
+    /// changed in that column; hidden are those that search and filter() leave out. If the current row
     /// goes, the next one that stays is the current one.
     ///
     /// Sends updateCurretnLayer() if the current layer is another one than that signal told last. A
