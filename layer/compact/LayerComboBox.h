@@ -23,8 +23,8 @@ class LayerItem;
 ///
 /// It is empty until the host calls slotUpdate(), which it does whenever the drawing or its layers
 /// changed. Choosing a row does not make that layer current: the face always goes back to the
-/// drawing's current layer, or to the shownLayers(). While the drop-down is closed, the wheel and all keys but F4 and Alt with
-/// Down, which open it, are the parent's.
+/// drawing's current layer, or to the shownLayers(). While the drop-down is closed, the wheel and
+/// all keys but F4 and Alt with Down, which open it, are the parent's.
 ///
 /// The host may delete the combo box inside layerComboBoxChanged(), ovSetLayerTableChanges() and the
 /// signals of a click. Qt goes on with it after layerChosen() and the signals of QComboBox: use

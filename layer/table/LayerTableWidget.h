@@ -81,9 +81,10 @@ public:
     ~LayerTableWidget() override;
 
     /// Reloads all rows from the drawing, sorted by name, and selects the current layer, or the
-    /// first row if there is none; then sends updateCurretnLayer(). There is no search any more, only the
-    /// filter() leaves out rows, and the table stays scrolled where it was. Without layers the table is empty and nothing is sent. A
-    /// call that comes while another one is running is ignored.
+    /// first row if there is none; then sends updateCurretnLayer(). There is no search any more,
+    /// only the filter() leaves out rows, and the table stays scrolled where it was. Without layers
+    /// the table is empty and nothing is sent. A call that comes while another one is running is
+    /// ignored.
     void InitLayerModel();
 
     /// The current layer as updateCurretnLayer() told it last; "0" before that.
@@ -161,10 +162,10 @@ public:
 
 public Q_SLOTS:
     /// Brings the rows in step with the drawing, as a reload would show them, and touches only what
-    /// differs: selection, sort order, search, filter and scroll position stay, and nothing is painted that
-    /// is as it was. Rows that came stand where the table is sorted to have them, and so do rows that
-    /// changed in that column; hidden are those that search and filter() leave out. If the current row
-    /// goes, the next one that stays is the current one.
+    /// differs: selection, sort order, search, filter and scroll position stay, and nothing is
+    /// painted that is as it was. Rows that came stand where the table is sorted to have them, and
+    /// so do rows that changed in that column; hidden are those that search and filter() leave out.
+    /// If the current row goes, the next one that stays is the current one.
     ///
     /// Sends updateCurretnLayer() if the current layer is another one than that signal told last. A
     /// row with an open editor stays in its place until that is closed, and is put right soon after,
