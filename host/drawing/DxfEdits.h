@@ -44,9 +44,9 @@ public:
     /// Takes in edits that are sorted, as these must be; linear.
     void merge(DxfEdits &&others);
 
-    /// The file's bytes with the edits, which must be sorted and not overlap; but those within bytes
-    /// that another edit replaces as a whole are left out. Null where they would be more than a
-    /// QByteArray holds.
+    /// The file's bytes with the edits, which must be sorted. Of edits of the same bytes the first one
+    /// counts, and one within bytes that another replaces is left out; else they must not overlap.
+    /// Null where the bytes would be more than a QByteArray holds.
     QByteArray apply() const;
 
 private:

@@ -237,6 +237,8 @@ QByteArray DxfEntityWriter::linetypeText(int linetype) const
                    : m_drawing.text.encode(QString::fromStdWString(m_drawing.linetypes[linetype]));
 }
 
+/// Entities on other layers now, or gone, get the new names of their old ones, too; but there the edits
+/// of their properties come first.
 DxfEdits DxfEntityWriter::nameEdits() const
 {
     DxfEdits edits(m_drawing.bytes, m_drawing.firstGroup);
@@ -244,21 +246,11 @@ DxfEdits DxfEntityWriter::nameEdits() const
     if (names.isEmpty())
         return edits;
     std::unordered_map<std::string_view, QByteArray> namesByBytes;
-    auto changed = m_drawing.changedEntities.cbegin();
-    const auto end = m_drawing.changedEntities.cend();
     for (const EntitySection &section : m_drawing.entities) {
         DxfTokens tokens(m_drawing.bytes, section.bytes);
         DxfEntityPlace place;
-        int number = section.firstNumber - 1;
         while (tokens.next() == DxfTokens::Step::Group) {
-            number += tokens.group().code == 0 ? 1 : 0;
-            while (changed != end && changed->first < number)
-                ++changed;
-            const bool isMoved =
-                    changed != end && changed->first == number && changed->second.layer;
-            const DxfEntityPlace::Names named = place.advance(tokens);
-            if (named == DxfEntityPlace::Names::Nothing
-                || (isMoved && named == DxfEntityPlace::Names::OwnLayer))
+            if (place.advance(tokens) == DxfEntityPlace::Names::Nothing)
                 continue;
             const ByteRange value = tokens.group().value;
             const auto [entry, isFirst] = namesByBytes.try_emplace(view(value));
