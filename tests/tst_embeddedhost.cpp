@@ -738,11 +738,11 @@ void TestEmbeddedHost::changesEntities()
 void TestEmbeddedHost::contentsMatchIndependentReader_data()
 {
     QTest::addColumn<QStringList>("source");
-    for (const QString version : {"R12", "R2000", "R2018"})
-        QTest::newRow(qPrintable(version)) << QStringList{"write", m_path, version};
-    for (const QString sample : {"floorplan", "gardenhouse"}) {
-        QTest::newRow(qPrintable(sample))
-                << QStringList{"list", OVCC_SOURCE_DIR "/viewer/sample/" + sample + ".dxf"};
+    for (const char *version : {"R12", "R2000", "R2018"})
+        QTest::newRow(version) << QStringList{"write", m_path, version};
+    for (const char *sample : {"floorplan", "gardenhouse"}) {
+        QTest::newRow(sample) << QStringList{
+                "list", QString(OVCC_SOURCE_DIR "/viewer/sample/%1.dxf").arg(sample)};
     }
 }
 
