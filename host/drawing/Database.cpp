@@ -18,6 +18,7 @@ using namespace Kcore;
 using Embedded::Drawing;
 using Embedded::Layer;
 using Embedded::LayerState;
+using Embedded::UndoJournal;
 
 namespace {
 
@@ -75,6 +76,7 @@ struct __attribute__((visibility("hidden"))) KcDbDatabase::Data
 {
     std::uint32_t serial = 0;
     Drawing drawing;
+    std::shared_ptr<UndoJournal> journal;
     std::vector<std::unique_ptr<KcDbObject>> objects;
 
     std::size_t firstLinetype() const { return 1; }
@@ -95,6 +97,7 @@ std::unique_ptr<KcDbDatabase> KcDbObjectAccess::makeDatabase(Drawing drawing)
 
     std::unique_ptr<KcDbDatabase> database(new KcDbDatabase(std::move(owned)));
     data.serial = registry->add(database.get());
+    data.journal = std::make_shared<UndoJournal>(*database);
     data.objects.emplace_back(new KcDbLayerTable(*database, data.nextNumber()));
     for (const std::wstring &name : data.drawing.linetypes)
         data.objects.emplace_back(new LinetypeRecord(*database, data.nextNumber(), name));
@@ -112,6 +115,11 @@ std::unique_ptr<KcDbDatabase> KcDbObjectAccess::makeDatabase(Drawing drawing)
 Drawing &KcDbObjectAccess::drawing(const KcDbDatabase &database)
 {
     return database.m_data->drawing;
+}
+
+UndoJournal &KcDbObjectAccess::journal(const KcDbDatabase &database)
+{
+    return *database.m_data->journal;
 }
 
 KcDbObject &KcDbObjectAccess::layerTable(const KcDbDatabase &database)
@@ -151,14 +159,7 @@ void KcDbObjectAccess::announceEntities(const KcDbDatabase &database,
 
 void KcDbObjectAccess::announceLayer(const KcDbDatabase &database, int layer)
 {
-    Layer &changed = drawing(database).layers[layer];
-    changed.announced = changed.state;
-    Embedded::announceChange(changed.name);
-}
-
-void KcDbObjectAccess::announceLayer(const KcDbLayerTableRecord &record)
-{
-    announceLayer(record.m_database, record.m_layer);
+    Embedded::announceChange(drawing(database).layers[layer].name);
 }
 
 void KcDbObjectAccess::addLayer(KcDbDatabase &database, const QString &name)
@@ -169,7 +170,7 @@ void KcDbObjectAccess::addLayer(KcDbDatabase &database, const QString &name)
     layer.isAdded = true;
     layer.state.linetype = data.drawing.continuous;
     layer.announced = layer.stored = layer.state;
-    const int index = data.drawing.addLayer(std::move(layer));
+    const int index = data.drawing.addNewLayer(std::move(layer));
     data.objects.emplace_back(new KcDbLayerTableRecord(database, data.nextNumber(), index));
 }
 
@@ -210,6 +211,18 @@ ErrorStatus KcDbObjectAccess::setFlag(KcDbLayerTableRecord &record, bool LayerSt
         return eNotOpenForWrite;
     layer(record).state.*flag = value;
     return eOk;
+}
+
+void KcDbObjectAccess::finishChange(const KcDbLayerTableRecord &record)
+{
+    const Layer &changed = layer(record);
+    if (changed.state == changed.announced)
+        return;
+    UndoJournal &journal = KcDbObjectAccess::journal(record.m_database);
+    journal.begin(Embedded::changeText(changed.announced, changed.state));
+    drawing(record.m_database).takeOverState(record.m_layer);
+    journal.end();
+    announceLayer(record.m_database, record.m_layer);
 }
 
 Layer &KcDbObjectAccess::layer(const KcDbLayerTableRecord &record)
@@ -275,6 +288,7 @@ KcDbDatabase::KcDbDatabase(std::unique_ptr<Data> data)
 KcDbDatabase::~KcDbDatabase()
 {
     Embedded::forgetDatabase(this);
+    m_data->journal->forgetDatabase();
     if (!registry.isDestroyed())
         registry->remove(m_data->serial);
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Drawing.h"
+#include "UndoJournal.h"
 
 #include <KcDb.h>
 
@@ -22,6 +22,7 @@ public:
     static std::unique_ptr<KcDbDatabase> makeDatabase(Embedded::Drawing drawing);
 
     static Embedded::Drawing &drawing(const KcDbDatabase &database);
+    static Embedded::UndoJournal &journal(const KcDbDatabase &database);
     static KcDbObject &layerTable(const KcDbDatabase &database);
     static KcDbObject &layerRecord(const KcDbDatabase &database, int layer);
     static KcDbObject &linetypeRecord(const KcDbDatabase &database, int linetype);
@@ -33,7 +34,6 @@ public:
 
     /// Makes a change of a layer known, likewise.
     static void announceLayer(const KcDbDatabase &database, int layer);
-    static void announceLayer(const KcDbLayerTableRecord &record);
 
     /// Adds a layer whose name is valid and free.
     static void addLayer(KcDbDatabase &database, const QString &name);
@@ -56,6 +56,10 @@ public:
     /// Sets a property of a layer that is open for write.
     static Kcore::ErrorStatus setFlag(KcDbLayerTableRecord &record,
                                       bool Embedded::LayerState::*flag, bool value);
+
+    /// Has what was set in the record reach the database, as a step; then tells of it. Nothing of the
+    /// record may be touched afterwards, since anything may have happened.
+    static void finishChange(const KcDbLayerTableRecord &record);
 
     static Embedded::Layer &layer(const KcDbLayerTableRecord &record);
     static bool isCurrent(const KcDbLayerTableRecord &record);

@@ -200,12 +200,9 @@ bool KcDbLayerTableRecord::isErased() const
     return KcDbObjectAccess::layer(*this).isErased;
 }
 
-/// Nothing of the record is touched after the announcement, in which anything may happen.
 void KcDbLayerTableRecord::onClosed()
 {
-    const Layer &layer = KcDbObjectAccess::layer(*this);
-    if (layer.state != layer.announced)
-        KcDbObjectAccess::announceLayer(*this);
+    KcDbObjectAccess::finishChange(*this);
 }
 
 const std::wstring &KcDbLayerTableRecord::symbolName() const

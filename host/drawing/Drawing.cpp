@@ -26,6 +26,11 @@ bool LayerState::operator==(const LayerState &other) const
     return values(*this) == values(other);
 }
 
+bool LayerValue::operator==(const LayerValue &other) const
+{
+    return name == other.name && state == other.state && isErased == other.isErased;
+}
+
 bool EntityColor::operator==(const EntityColor &other) const
 {
     return index == other.index && trueColor == other.trueColor;
@@ -76,30 +81,72 @@ int Drawing::addLayer(Layer layer)
     return index;
 }
 
+int Drawing::addNewLayer(Layer layer)
+{
+    const int index = addLayer(std::move(layer));
+    LayerValue before = layerValue(index);
+    before.isErased = true;
+    kept.layers.emplace(index, std::move(before));
+    return index;
+}
+
 LayerValue Drawing::layerValue(int index) const
 {
     const Layer &layer = layers[index];
-    return {layer.name, layer.state, layer.isErased};
+    return {layer.name, layer.announced, layer.isErased};
 }
 
 void Drawing::setLayerValue(int index, const LayerValue &value)
 {
     Layer &layer = layers[index];
-    const QString stored = storedName(layer);
-    if (!layer.isErased) {
-        layersByName.remove(symbolKey(QString::fromStdWString(layer.name)));
-        if (layer.isRenamed)
-            renamedLayers.remove(symbolKey(stored));
-    }
+    LayerValue before = layerValue(index);
+    const bool isListedAnew = before.name != value.name || before.isErased != value.isErased;
+    kept.layers.try_emplace(index, std::move(before));
+    if (isListedAnew)
+        unlistLayer(index);
     layer.name = value.name;
-    layer.state = value.state;
+    layer.state = layer.announced = value.state;
     layer.isErased = value.isErased;
-    layer.isRenamed = !layer.nameBytes.isNull() && layer.name != stored.toStdWString();
-    if (!layer.isErased) {
-        layersByName.insert(symbolKey(QString::fromStdWString(layer.name)), index);
-        if (layer.isRenamed)
-            renamedLayers.insert(symbolKey(stored), index);
-    }
+    if (isListedAnew)
+        listLayer(index);
+}
+
+void Drawing::listLayer(int index)
+{
+    Layer &layer = layers[index];
+    if (layer.isErased)
+        return;
+    const QString name = QString::fromStdWString(layer.name);
+    const QString stored = storedName(layer);
+    layersByName.insert(symbolKey(name), index);
+    layer.isRenamed = !layer.nameBytes.isNull() && stored != name;
+    if (layer.isRenamed)
+        renamedLayers.insert(symbolKey(stored), index);
+}
+
+/// Another layer may have the name already, when several change at once.
+void Drawing::unlistLayer(int index)
+{
+    const auto remove = [index](QHash<QString, int> &byName, const QString &name) {
+        const auto entry = byName.find(symbolKey(name));
+        if (entry != byName.end() && *entry == index)
+            byName.erase(entry);
+    };
+    remove(layersByName, QString::fromStdWString(layers[index].name));
+    remove(renamedLayers, storedName(layers[index]));
+}
+
+void Drawing::takeOverState(int index)
+{
+    kept.layers.try_emplace(index, layerValue(index));
+    layers[index].announced = layers[index].state;
+}
+
+void Drawing::setCurrentLayer(int index)
+{
+    if (!kept.currentLayer)
+        kept.currentLayer = currentLayer;
+    currentLayer = index;
 }
 
 void Drawing::eraseLayer(int index)

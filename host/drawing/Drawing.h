@@ -69,6 +69,8 @@ struct LayerValue
     std::wstring name;
     LayerState state;
     bool isErased = false;
+
+    bool operator==(const LayerValue &other) const;
 };
 
 /// A layer as the drawing has it, and where the file has it.
@@ -146,6 +148,14 @@ struct SymbolTable
     int records = 0; ///< in the file
 };
 
+/// What was there before the changes that make one step.
+struct KeptValues
+{
+    std::map<int, LayerValue> layers;         ///< by their indices
+    std::map<int, EntityProperties> entities; ///< by their numbers
+    std::optional<int> currentLayer;
+};
+
 /// A drawing: what its file said, what was changed since, and the places in the file's bytes that
 /// a change has to reach. The bytes stay as they were read.
 struct Drawing
@@ -187,6 +197,7 @@ struct Drawing
     std::map<int, EntityProperties> changedEntities; ///< by their numbers; setEntity() changes it
     std::vector<std::vector<int>> recordsByLayer;    ///< kept by takeRecordsOn(); empty until then
     std::size_t indexedRecords = 0;                  ///< how many there are in all, wrong ones, too
+    KeptValues kept;                                 ///< the setters below keep what they change
 
     /// The layer of that name, whatever its letter case; -1 when there is none.
     int findLayer(const QString &name) const;
@@ -228,11 +239,20 @@ struct Drawing
     /// @return its index
     int addLayer(Layer layer);
 
+    /// Likewise, as a change of the drawing.
+    int addNewLayer(Layer layer);
+
+    /// Of a layer that is open for write, what it was when it was opened.
     LayerValue layerValue(int index) const;
 
     /// Changes a layer, whose name must be free or its own: the one way to rename it, to erase it and
     /// to bring it back.
     void setLayerValue(int index, const LayerValue &value);
+
+    /// Takes over what was set while the layer was open for write.
+    void takeOverState(int index);
+
+    void setCurrentLayer(int index);
 
     void eraseLayer(int index);
 
@@ -249,7 +269,10 @@ struct Drawing
     std::string_view view(ByteRange range) const;
 
 private:
+    bool isIndexWorn() const;
     void indexRecords();
+    void listLayer(int index);
+    void unlistLayer(int index);
 };
 
 /// Whether that is one of the standard lineweights, those by layer, by block and by default included.

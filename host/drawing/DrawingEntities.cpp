@@ -80,6 +80,7 @@ EntityProperties Drawing::entity(int number) const
 void Drawing::setEntity(int number, const EntityProperties &properties)
 {
     const EntityProperties old = entity(number);
+    kept.entities.try_emplace(number, old);
     const bool isMoved = properties.layer != old.layer || properties.isErased != old.isErased;
     const std::vector<int> before = isMoved ? layersOf(number) : std::vector<int>();
     if (properties == EntityProperties())
@@ -99,11 +100,13 @@ void Drawing::setEntity(int number, const EntityProperties &properties)
             ++indexedRecords;
         }
     }
+    if (isIndexWorn())
+        recordsByLayer.clear();
 }
 
 /// A record that goes to another layer is added there and not looked for where it was, so that moving
 /// takes no longer for the many that lie there. What is wrong is thus left out here, and when it has
-/// become much, all begins anew.
+/// become much, by moves or by undoing them, all begins anew.
 std::vector<int> Drawing::takeRecordsOn(int layer)
 {
     indexRecords();
@@ -119,12 +122,17 @@ std::vector<int> Drawing::takeRecordsOn(int layer)
     return records;
 }
 
-void Drawing::indexRecords()
+bool Drawing::isIndexWorn() const
 {
     std::size_t count = 0;
     for (const EntitySection &section : entities)
         count += section.records.size();
-    if (!recordsByLayer.empty() && indexedRecords <= 2 * count) {
+    return indexedRecords > 2 * count;
+}
+
+void Drawing::indexRecords()
+{
+    if (!recordsByLayer.empty()) {
         recordsByLayer.resize(layers.size());
         return;
     }

@@ -109,10 +109,10 @@ void DxfWriter::editHeader()
             m_edits.replace(m_drawing.currentLayerValue, name);
     }
     if (hasHandles() && (!m_newLayers.empty() || m_addsApplication)) {
-        const QByteArray seed = handleText(m_drawing.nextHandle);
+        const QByteArray seed = handleText(handleSeed());
         if (m_drawing.nextHandleValue.isNull())
             added += style.group(9, "$HANDSEED") + style.group(5, seed);
-        else if (toHandle(view(m_drawing.nextHandleValue)) < m_drawing.nextHandle)
+        else if (toHandle(view(m_drawing.nextHandleValue)) < handleSeed())
             m_edits.replaceNumber(m_drawing.nextHandleValue, seed);
     }
     if (hasHeader)
@@ -120,6 +120,20 @@ void DxfWriter::editHeader()
     else if (!added.isEmpty())
         m_edits.insert(m_drawing.firstGroup, style.group(0, "SECTION") + style.group(2, "HEADER")
                                                      + added + style.group(0, "ENDSEC"));
+}
+
+/// Above every handle that is written. The drawing may have given higher ones, to layers that are gone:
+/// they do not count, so that what was undone leaves no trace.
+quint64 DxfWriter::handleSeed() const
+{
+    quint64 last = 0;
+    for (const int index : m_newLayers)
+        last = qMax(last, m_drawing.layers[index].handle);
+    if (!m_newLayers.empty())
+        last = qMax(last, m_drawing.layerTable.handle);
+    if (m_addsApplication)
+        last = qMax(last, qMax(m_drawing.applicationTable.handle, m_drawing.descriptionsHandle));
+    return last + 1;
 }
 
 void DxfWriter::editLayers()

@@ -42,6 +42,7 @@ private:
 
     void findNewLayers();
     void findNewApplication();
+    quint64 handleSeed() const;
     bool needsRecord(int index) const;
     void editHeader();
     void editLayers();

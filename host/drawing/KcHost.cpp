@@ -10,6 +10,8 @@
 #include "HostServices.h"
 #include "LayerContents.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <new>
 #include <utility>
@@ -180,6 +182,8 @@ bool writeDrawing(KcDbDatabase &drawing, const QString &fileName, QString *error
         for (const QString &loss : std::as_const(losses))
             *warnings += sentence(fileName, loss);
     }
+    if (reason.isNull())
+        KcDbObjectAccess::journal(drawing).noteSaved();
     return reason.isNull();
 }
 
@@ -237,7 +241,10 @@ ErrorStatus addLayer(KcDbDatabase &drawing, const QString &name)
             KcDbObjectAccess::check(KcDbObjectAccess::layerTable(drawing), KcDb::kForWrite);
     if (status != eOk)
         return status;
-    KcDbObjectAccess::addLayer(drawing, name);
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Add layer"));
+        KcDbObjectAccess::addLayer(drawing, name);
+    }
     Embedded::announceChange(name.toStdWString());
     return eOk;
 }
@@ -252,7 +259,10 @@ ErrorStatus eraseLayer(KcDbDatabase &drawing, const QString &name)
         return eLayerInUse;
     if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
         return status;
-    data.eraseLayer(index);
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Erase layer"));
+        data.eraseLayer(index);
+    }
     KcDbObjectAccess::announceLayer(drawing, index);
     return eOk;
 }
@@ -270,8 +280,12 @@ ErrorStatus mergeLayer(KcDbDatabase &drawing, const QString &name, const QString
         return eInvalidInput;
     if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
         return status;
-    const std::vector<int> moved = Embedded::moveContents(data, index, target);
-    data.eraseLayer(index);
+    std::vector<int> moved;
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Merge layer"));
+        moved = Embedded::moveContents(data, index, target);
+        data.eraseLayer(index);
+    }
     announceErased(drawing, index, moved);
     return eOk;
 }
@@ -284,8 +298,12 @@ ErrorStatus eraseLayerWithEntities(KcDbDatabase &drawing, const QString &name)
         return status;
     if (const ErrorStatus status = checkUnopened(drawing, index); status != eOk)
         return status;
-    const std::vector<int> changed = Embedded::eraseContents(data, index);
-    data.eraseLayer(index);
+    std::vector<int> changed;
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Erase layer"));
+        changed = Embedded::eraseContents(data, index);
+        data.eraseLayer(index);
+    }
     announceErased(drawing, index, changed);
     return eOk;
 }
@@ -314,7 +332,10 @@ ErrorStatus renameLayer(KcDbDatabase &drawing, const QString &name, const QStrin
     const std::wstring newText = newName.toStdWString();
     if (status != eOk || data.layers[index].name == newText)
         return status;
-    data.renameLayer(index, newName);
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Rename layer"));
+        data.renameLayer(index, newName);
+    }
     KcDbObjectAccess::announceLayer(drawing, index);
     return eOk;
 }
@@ -326,7 +347,11 @@ ErrorStatus setCurrentLayer(KcDbDatabase &drawing, const QString &name)
     if (index < 0)
         return eKeyNotFound;
     if (index != data.currentLayer) {
-        data.currentLayer = index;
+        {
+            const UndoGroup step(drawing,
+                                 QCoreApplication::translate("KcHost", "Change current layer"));
+            data.setCurrentLayer(index);
+        }
         KcDbObjectAccess::announceLayer(drawing, index);
     }
     return eOk;
@@ -359,7 +384,10 @@ ErrorStatus changeLayer(KcDbDatabase &drawing, const QString &name, const LayerC
         state.description = change.description->toStdWString();
     if (state == data.layers[index].state)
         return eOk;
-    data.setLayerValue(index, value);
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Change layer"));
+        data.setLayerValue(index, value);
+    }
     KcDbObjectAccess::announceLayer(drawing, index);
     return eOk;
 }
@@ -388,7 +416,12 @@ ErrorStatus changeEntity(KcDbDatabase &drawing, int entity, const EntityChange &
         properties.color = trueColorOf(*change.trueColor);
     if (change.lineWeight)
         properties.lineWeight = change.lineWeight;
-    KcDbObjectAccess::announceEntities(drawing, Embedded::changeEntity(data, entity, properties));
+    std::vector<int> changed;
+    {
+        const UndoGroup step(drawing, QCoreApplication::translate("KcHost", "Change entity"));
+        changed = Embedded::changeEntity(data, entity, properties);
+    }
+    KcDbObjectAccess::announceEntities(drawing, changed);
     return eOk;
 }
 

@@ -16,6 +16,8 @@
 #include <memory>
 #include <optional>
 
+class QUndoStack;
+
 /// The embedded host: a drawing database in memory with DXF files under it, for programs that have
 /// no CAD application around them. Everything here belongs to the GUI thread, but for newDrawing()
 /// and readDrawing(), which may run in any one thread that hands its drawing over.
@@ -214,6 +216,49 @@ KCSDK_EXPORT bool isErased(const KcDbDatabase &drawing, int entity);
 /// The standard colour, 1 to 255, that looks exactly like 0xRRGGBB, whatever the highest byte: of
 /// several the lowest; 0 where there is none.
 KCSDK_EXPORT int colorIndex(quint32 rgb);
+
+/// The drawing's own stack of undo, which lives as long as the drawing does. Every change through the
+/// SDK or through the functions here becomes a step, whoever made it and from when the drawing was read
+/// on: one call is a step, and one record that was open for write, unless a group makes one of many.
+/// What changes nothing makes none. A step keeps what was there before: about 50 bytes for an entity
+/// and 150 for a layer, and 300 besides.
+///
+/// Undo and redo take no longer than the change did. They call the handlers for layers and entities
+/// once for each that is different then: for a layer that has another name now with both, and for both
+/// layers where another one is current. The stack has finished by then, so that a handler may do
+/// anything. Undone to the start, the drawing writes the bytes that were read. A layer that was added
+/// is erased by undo; after redo its ids lead to it again, and it has the handle that it had in the file.
+///
+/// While a group is open, or while somebody has a layer open that would change, a step is neither undone
+/// nor redone: drawing and stack stop there, which index() tells, and a warning is printed.
+///
+/// writeDrawing() marks the stack as clean. What an open group has changed so far is a step of its own
+/// then. Where a layer is open for write that has changed, nothing is clean until the next time.
+///
+/// Commands of the host's own may be pushed as well, and macros begun, but their redo() must not change
+/// the drawing. A slot of the stack, unlike a handler, must not destroy the drawing.
+KCSDK_EXPORT QUndoStack *undoStack(KcDbDatabase &drawing);
+
+/// Makes one step of undo of all that changes in the drawing while it lives; a group in a group is part
+/// of that one. A group in which nothing changes leaves no trace. The drawing may go before it does.
+///
+/// @ingroup host
+class KCSDK_EXPORT UndoGroup
+{
+public:
+    /// @param text    of the step, as the user is to read it
+    /// @param mergeId 0 or above: groups with this number that follow each other become one step, as
+    ///                long as the drawing is not written in between; where they come to nothing in
+    ///                the end, the step vanishes. Of the host's own commands none has this number.
+    explicit UndoGroup(KcDbDatabase &drawing, const QString &text, int mergeId = -1);
+    ~UndoGroup();
+    UndoGroup(const UndoGroup &) = delete;
+    UndoGroup &operator=(const UndoGroup &) = delete;
+
+private:
+    struct Data;
+    const std::unique_ptr<Data> m_data;
+};
 
 /// The names of the drawing's linetypes, as its table spells and orders them, with "Continuous" at
 /// the end where the table lacks it; without "ByLayer" and "ByBlock".
