@@ -9,9 +9,11 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QUndoStack>
 
 #include <cerrno>
 #include <csignal>
+#include <random>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -205,6 +207,11 @@ private slots:
     void sheetOfIndependentWriter();
     void writesNewDrawing();
     void forgetsDestroyedDrawings();
+    void undoesAnything_data();
+    void undoesAnything();
+    void makesSteps();
+    void refusesToUndo();
+    void tellsOfUndo();
 };
 
 void TestEmbeddedHost::cleanup()
@@ -518,6 +525,11 @@ void TestEmbeddedHost::changesOnlyWhatChanged()
         const QByteArray bytes = fileContent(m_writtenPath);
         QCOMPARE(bytes, dxf(side(groups, true), lineEnd));
         QCOMPARE(m_warnings.join('\n'), warning);
+        QUndoStack *stack = KcHost::undoStack(*m_drawing);
+        stack->setIndex(0);
+        QCOMPARE(written(), dxf(side(groups, false), lineEnd));
+        stack->setIndex(stack->count());
+        QCOMPARE(written(), bytes);
         const QList<QStringList> rows = layerRows();
         QVERIFY2(read(bytes), qPrintable(m_error));
         if (!loss.contains("layer"))
@@ -1174,6 +1186,233 @@ void TestEmbeddedHost::forgetsDestroyedDrawings()
     QCOMPARE(KcDbSymbolUtilities::getSymbolName(name, id), eNullObjectId);
     KcHost::newDrawing().reset();
     QCOMPARE(kcdbHostApplicationServices()->workingDatabase(), m_drawing.get());
+}
+
+void TestEmbeddedHost::undoesAnything_data()
+{
+    QTest::addColumn<QString>("version");
+    for (const char *version : {"R12", "R2000", "R2018"})
+        QTest::newRow(version) << QString(version);
+}
+
+/// Random changes, also in groups and after undone ones, saved now and then: by the places of the
+/// stack at which it was, the file must come out the same whenever one goes there again.
+void TestEmbeddedHost::undoesAnything()
+{
+    QFETCH(QString, version);
+    const int records = ezdxf("entities.py", {"write", m_path, version})["records"].toInt();
+    QVERIFY2(read(fileContent(m_path)), qPrintable(m_error));
+    QUndoStack *stack = KcHost::undoStack(*m_drawing);
+    QMap<int, QByteArray> files{{0, fileContent(m_path)}};
+    std::mt19937 random(quint32(version.mid(1).toInt()));
+    const auto below = [&](int end) { return int(random() % quint32(end)); };
+    const auto oneOf = [&](const QString &words) {
+        const QStringList list = words.split(',');
+        return list[below(list.size())];
+    };
+    const auto name = [&] { return oneOf("0,Walls,Loose,Spare,Locked,A,B,Wände"); };
+    const auto step = [&] {
+        const QString layer = name();
+        const QString value = oneOf("color 3,true 12AB34,weight 25,type dashed,layer " + name());
+        const QStringList steps{oneOf("off ,unoff ,freeze ,unfreeze ,lock ,unlock ,plot ,unplot ")
+                                        + layer,
+                                oneOf("add ,add ,erase ,clear ,current ") + layer,
+                                oneOf("rename ,merge ") + layer + '>' + name(),
+                                "layer " + layer + ' ' + value,
+                                QString("set %1 ").arg(below(records)) + value,
+                                QString("set %1 layer ").arg(below(records)) + layer};
+        return steps[below(steps.size())];
+    };
+    int done = 0;
+    auto group = std::make_unique<KcHost::UndoGroup>(*m_drawing, "Names that go round");
+    for (const char *first : {"merge Walls>Loose", "rename Loose>Walls", "add Loose"})
+        QCOMPARE(change(first), eOk);
+    int merged = 0; // steps of the stack that the next one may change
+    while (done < 1000) {
+        const int before = stack->index();
+        if (!group && below(10) == 0) {
+            merged = below(4) == 0 ? 1 : 0;
+            group = std::make_unique<KcHost::UndoGroup>(*m_drawing, "Group", merged - 1);
+        } else if (below(5) == 0) {
+            group.reset();
+        }
+        done += change(step()) == eOk ? 1 : 0;
+        while (stack->index() == stack->count() && files.lastKey() > qMax(0, before - merged))
+            files.remove(files.lastKey());
+        if (below(20) == 0) {
+            const QByteArray bytes = written();
+            files.insert(stack->index(), bytes);
+        }
+        if (!group && below(20) == 0)
+            stack->setIndex(qMax(0, stack->index() - below(8)));
+    }
+    group.reset();
+    stack->setIndex(stack->count());
+    files.insert(stack->index(), written());
+    QVERIFY(files.size() > 15 && stack->count() > 150);
+    QList<int> places = files.keys();
+    std::shuffle(places.begin(), places.end(), random);
+    for (const int place : QList<int>{0, stack->count()} + places) {
+        stack->setIndex(place);
+        QVERIFY2(written() == files[place], qPrintable(QString("place %1").arg(place)));
+        QCOMPARE(KcHost::layerUsage(*m_drawing),
+                 KcHost::layerUsage(*KcHost::readDrawing(m_writtenPath)));
+    }
+}
+
+void TestEmbeddedHost::makesSteps()
+{
+    open(drawingWithLayers({"A", "B"}));
+    QUndoStack *stack = KcHost::undoStack(*m_drawing);
+    const auto steps = [&] {
+        QStringList texts;
+        for (int index = 0; index < stack->count(); ++index)
+            texts += stack->text(index);
+        stack->clear();
+        return texts.join(';');
+    };
+    QCOMPARE(steps(), "Add layer;Add layer");
+    for (const char *step : {"off A", "off A", "unoff A", "freeze B", "lock B", "unplot A",
+                             "rename A>C", "current C", "current c", "erase B", "erase B"})
+        change(step);
+    QCOMPARE(steps(), "Switch layer off;Switch layer on;Freeze layer;Lock layer;"
+                      "Leave layer out of plots;Rename layer;Change current layer;Erase layer");
+    KcDbLayerTableRecord *record = getLayerByName("C");
+    QCOMPARE(record->upgradeOpen(), eOk);
+    record->setIsOff(true);
+    record->setIsLocked(true);
+    QVERIFY(!written().isEmpty()); // half a step, which no place of the stack has
+    QVERIFY(!stack->isClean());
+    record->close();
+    QCOMPARE(steps(), "Change layer");
+    {
+        const KcHost::UndoGroup group(*m_drawing, "Group");
+        change("unoff C");
+        const KcHost::UndoGroup inner(*m_drawing, "Inner");
+        change("add D");
+        QVERIFY(!written().isEmpty());
+        QVERIFY(stack->isClean());
+        change("erase D");
+        change("unlock C");
+    }
+    QVERIFY(!stack->isClean());
+    QCOMPARE(steps(), "Group;Group");
+
+    const auto setOff = [&](bool off, int id) {
+        const KcHost::UndoGroup group(*m_drawing, "Off", id);
+        change(off ? "off C" : "unoff C");
+        change("lock 0");
+        change("unlock 0");
+    };
+    QVERIFY(!written().isEmpty());
+    setOff(true, 7);
+    change("add E");
+    stack->undo();
+    setOff(false, -1);
+    QCOMPARE(stack->count(), 2);
+    stack->undo();
+    setOff(false, 7);
+    QCOMPARE(stack->count(), 0);
+    QVERIFY(stack->isClean());
+}
+
+/// Nothing is lost and nothing mixed up: the stack stays where the drawing is.
+void TestEmbeddedHost::refusesToUndo()
+{
+    open(drawingWithLayers({"A", "B"}));
+    QUndoStack *stack = KcHost::undoStack(*m_drawing);
+    for (const char *step : {"off A", "off B", "lock B"})
+        change(step);
+    const QByteArray bytes = written();
+    const auto stopsAt = [&](int index) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^KcHost: cannot undo or redo"));
+        stack->setIndex(0);
+        return stack->index() == index;
+    };
+    KcDbLayerTableRecord *record = getLayerByName("A");
+    QVERIFY(stopsAt(3));
+    stack->redo();
+    QVERIFY(stopsAt(3));
+    record->close();
+    stack->setIndex(0);
+    QCOMPARE(names(), "0");
+    stack->setIndex(5);
+    QCOMPARE(written(), bytes);
+    {
+        const KcHost::UndoGroup group(*m_drawing, "Group");
+        QVERIFY(stopsAt(5));
+        QVERIFY(stack->isClean());
+        change("off 0");
+    }
+    stack->undo();
+    QCOMPARE(written(), bytes);
+
+    stack->beginMacro("Macro");
+    change("add C");
+    change("freeze C");
+    stack->push(new QUndoCommand("Own"));
+    stack->endMacro();
+    const QByteArray later = written();
+    record = getLayerByName("A");
+    stack->undo();
+    QCOMPARE(names(), "0,A,B");
+    stack->redo();
+    record->close();
+    QCOMPARE(written(), later);
+    const KcDbObjectId added = idOf("C");
+    stack->undo();
+    QCOMPARE(kcdbOpenObject(record, added, KcDb::kForRead, true), eOk);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^KcHost: cannot undo or redo"));
+    stack->redo();
+    QCOMPARE(names(), "0,A,B");
+    QCOMPARE(record->close(), eOk);
+    stack->redo();
+    QCOMPARE(written(), later);
+}
+
+void TestEmbeddedHost::tellsOfUndo()
+{
+    QVERIFY(read(
+            dxf(layers("0 LAYER|2 A|0 LAYER|2 B") + "(ENTITIES|0 LINE|8 A|0 LINE|8 A|)0 EOF")));
+    for (const char *step : {"off A", "rename A>C", "current B", "lock C", "merge C>B"})
+        change(step);
+    QPointer<QUndoStack> stack = KcHost::undoStack(*m_drawing);
+    QStringList told;
+    KcHost::setLayerModifiedHandler(
+            [&](const QString &name) { told += name + QString::number(stack->index()); });
+    KcHost::setEntityModifiedHandler(
+            [&](int entity) { told += QString("%1: %2").arg(entity).arg(stack->index()); });
+    const std::pair<int, QString> moves[]{{4, "8: 4 9: 4 C4"}, {3, "C3"},
+                                          {2, "B2 02"},        {1, "C1 A1"},
+                                          {4, "A4 C4 04 B4"},  {5, "8: 5 9: 5 C5"}};
+    for (const auto &[index, names] : moves) {
+        told.clear();
+        stack->setIndex(index);
+        QCOMPARE(told.join(' '), names);
+    }
+    KcHost::setEntityModifiedHandler({});
+
+    // A handler may change the drawing, and undo that again; or close it.
+    KcHost::setLayerModifiedHandler([&](const QString &) {
+        KcHost::setLayerModifiedHandler({});
+        change("add D");
+        change("add E");
+        stack->undo();
+    });
+    stack->undo();
+    QCOMPARE(names(), "0,C,B,D");
+    QCOMPARE(stack->index(), 5);
+    QCOMPARE(stack->redoText(), "Add layer");
+    told.clear();
+    KcHost::setLayerModifiedHandler([&](const QString &name) {
+        const KcHost::UndoGroup group(*m_drawing, "Group");
+        told += name;
+        m_drawing.reset();
+    });
+    stack->setIndex(2);
+    QCOMPARE(told, QStringList("D"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!stack);
 }
 
 QTEST_GUILESS_MAIN(TestEmbeddedHost)
