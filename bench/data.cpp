@@ -8,6 +8,8 @@
 #include <OvCustomControl/OvCustomControl.h>
 
 #include <QFile>
+#include <QTemporaryDir>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <utility>
@@ -75,6 +77,62 @@ Times dxfRead(int n)
     return {ours, baseline};
 }
 
+constexpr int changedLayers = 1000;
+constexpr int changedEntities = 10000;
+
+/// The drawing with N layers, and lines on the first one.
+std::unique_ptr<KcDbDatabase> drawingWithLines(int n)
+{
+    const QTemporaryDir dir;
+    QFile source(drawingFile(n));
+    QFile file(dir.filePath(QStringLiteral("lines.dxf")));
+    if (!source.open(QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    const QByteArray lines = QByteArray("  0\nLINE\n  8\n0\n").repeated(changedEntities);
+    file.write(source.readAll().replace("ENTITIES\n", "ENTITIES\n" + lines));
+    file.close();
+    return KcHost::readDrawing(file.fileName());
+}
+
+/// Switches the last layers to another state, and gives the lines a colour, as one step of undo.
+void changeMuch(KcDbDatabase &drawing, int n)
+{
+    const KcHost::UndoGroup group(drawing, QStringLiteral("Much"));
+    KcDbLayerTable *table = nullptr;
+    KcDbLayerTableIterator *iterator = nullptr;
+    if (drawing.getLayerTable(table, KcDb::kForRead) != Kcore::eOk
+        || table->newIterator(iterator, false) != Kcore::eOk)
+        qFatal("cannot read the layers");
+    table->close();
+    const std::unique_ptr<KcDbLayerTableIterator> layers(iterator);
+    for (int count = 0; count < changedLayers; ++count, layers->step(false)) {
+        KcDbLayerTableRecord *record = nullptr;
+        layers->getRecord(record, KcDb::kForWrite);
+        record->setIsOff(!record->isOff());
+        record->close();
+    }
+    const int first = n + 7; // groups of code 0 before the first line
+    KcHost::EntityChange change;
+    change.color = 1;
+    for (int entity = first; entity < first + changedEntities; ++entity) {
+        if (KcHost::changeEntity(drawing, entity, change) != Kcore::eOk)
+            qFatal("cannot change the entity %d", entity);
+    }
+}
+
+/// Undoing a change of 1,000 layers and 10,000 entities, against the change.
+Times undoMany(int n)
+{
+    const auto drawing = drawingWithLines(n);
+    QUndoStack *stack = KcHost::undoStack(*drawing);
+    const double baseline =
+            medianTime([&] { changeMuch(*drawing, n); }, [stack] { stack->setIndex(0); });
+    const double ours = medianTime([stack] { stack->undo(); }, [stack] { stack->setIndex(1); });
+    if (stack->count() != 1)
+        qFatal("one change made %d steps", stack->count());
+    return {ours, baseline};
+}
+
 } // namespace
 
 QList<Work> dataWorks()
@@ -84,5 +142,6 @@ QList<Work> dataWorks()
             {QStringLiteral("bridge_rows"), sizes, bridgeRows},
             {QStringLiteral("bridge_find"), sizes, bridgeFind},
             {QStringLiteral("dxf_read"), sizes, dxfRead},
+            {QStringLiteral("undo_many"), sizes, undoMany},
     };
 }
