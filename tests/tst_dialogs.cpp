@@ -82,6 +82,7 @@ private slots:
     void warningAnswers();
     void lineWeights();
     void lineTypeTable();
+    void lineTypeChoice();
     void answers_data();
     void answers();
 };
@@ -186,6 +187,34 @@ void tst_Dialogs::lineTypeTable()
         readHelp(dialog);
     });
     QCOMPARE(end, stayedOpen);
+}
+
+void tst_Dialogs::lineTypeChoice()
+{
+    LayerLineTypeDialog dialog(nullptr);
+    const auto *table = dialog.findChild<QTableWidget *>();
+    dialog.setLinetypes({"CONTINUOUS", "Dashed", "Hidden"});
+    for (const auto &[asked, found] : {std::pair("", ""),
+                                       {"continuous", "CONTINUOUS"},
+                                       {"none", ""},
+                                       {"HIDDEN", "Hidden"},
+                                       {"", ""}}) {
+        dialog.setCurrentLinetype(asked);
+        QCOMPARE(dialog.currentLinetype(), QString(found));
+    }
+    QVERIFY(table->item(0, 1) && !table->item(1, 1)); // whoever knows no more than a name
+    const int end = runDialog(dialog, [&] {
+        QCOMPARE(dialog.currentLinetype(), QString());
+        const QPoint cell = table->visualItemRect(table->item(1, 0)).center();
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
+    });
+    QCOMPARE(end, accepted);
+    QCOMPARE(dialog.currentLinetype(), QString("Dashed"));
+    dialog.setLinetypes({});
+    dialog.setCurrentLinetype("Continuous");
+    QCOMPARE(table->rowCount(), 1);
+    QCOMPARE(dialog.currentLinetype(), QString("Continuous"));
 }
 
 void tst_Dialogs::answers_data()
