@@ -14,6 +14,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -48,6 +49,7 @@ public:
 
     bool isGone() const { return !m_box && !m_table; }
     bool shows(const QWidget *widget) const { return m_box == widget || m_table == widget; }
+    LayerTableWidget *table() const { return m_table; }
     void setPanel(LayerManager *panel) { m_panel = panel; }
 
     /// @return whether the widget shows anything else than before
@@ -86,9 +88,12 @@ struct LayerLink::Private
     template <class Widget>
     void listenToChanges(Widget *widget);
     void listenToCommands(LayerTableWidget *table);
+    void listenToProperties(LayerTableWidget *table);
     void requestCurrent(const QString &name);
     template <class Signal, class... Arguments>
     void passWish(const QWidget *from, Signal signal, const Arguments &...arguments);
+    template <class Signal, class... Arguments>
+    bool ask(const QStringList &layers, Signal signal, const Arguments &...arguments);
 
     void note(const QString &layer);
     void note(const QStringList &layers);
@@ -99,6 +104,7 @@ struct LayerLink::Private
     LayerLink *const q;
     std::vector<Linked> widgets{};
     KcDbDatabase *drawing = nullptr; ///< that is shown
+    std::optional<QStringList> linetypes{};
     bool doesChoiceMakeCurrent = true;
     bool isScheduled = false;
     bool isUpdating = false;
@@ -142,6 +148,9 @@ void LayerLink::add(LayerTableWidget *table)
     m_d->take(Linked(table));
     m_d->listenToChanges(table);
     m_d->listenToCommands(table);
+    m_d->listenToProperties(table);
+    if (m_d->linetypes)
+        table->setLinetypes(*m_d->linetypes);
 }
 
 bool LayerLink::choiceMakesCurrent() const
@@ -152,6 +161,15 @@ bool LayerLink::choiceMakesCurrent() const
 void LayerLink::setChoiceMakesCurrent(bool makesCurrent)
 {
     m_d->doesChoiceMakeCurrent = makesCurrent;
+}
+
+void LayerLink::setLinetypes(const QStringList &linetypes)
+{
+    m_d->linetypes = linetypes;
+    for (const Linked &linked : m_d->widgets) {
+        if (LayerTableWidget *table = linked.table())
+            table->setLinetypes(linetypes);
+    }
 }
 
 void LayerLink::layerChanged(const QString &name)
@@ -258,12 +276,24 @@ void LayerLink::Private::listenToCommands(LayerTableWidget *table)
             });
 }
 
+/// What a table shows only when the drawing has it.
+void LayerLink::Private::listenToProperties(LayerTableWidget *table)
+{
+    const auto pass = [this, table](auto signal, auto wish) {
+        connect(table, signal, q, [this, wish](const QStringList &names, const auto &value) {
+            ask(names, wish, names, value);
+        });
+    };
+    pass(&LayerTableWidget::colorRequested, &LayerLink::colorRequested);
+    pass(&LayerTableWidget::linetypeRequested, &LayerLink::linetypeRequested);
+    pass(&LayerTableWidget::lineWeightRequested, &LayerLink::lineWeightRequested);
+    pass(&LayerTableWidget::descriptionRequested, &LayerLink::descriptionRequested);
+    pass(&LayerTableWidget::mergeRequested, &LayerLink::mergeRequested);
+}
+
 void LayerLink::Private::requestCurrent(const QString &name)
 {
-    const QPointer<LayerLink> self(q);
-    emit q->currentLayerRequested(name);
-    if (self)
-        note(name);
+    ask({name}, &LayerLink::currentLayerRequested, name);
 }
 
 /// The widget that a wish comes from shows it as fulfilled. Whether it was shows in the others, too, by
@@ -271,12 +301,21 @@ void LayerLink::Private::requestCurrent(const QString &name)
 template <class Signal, class... Arguments>
 void LayerLink::Private::passWish(const QWidget *from, Signal signal, const Arguments &...arguments)
 {
+    if (ask((QStringList() << ... << arguments), signal, arguments...))
+        noteAll(from);
+}
+
+/// Passes a wish on, and has the widgets look at what became of @p layers.
+/// @return false if the link is gone
+template <class Signal, class... Arguments>
+bool LayerLink::Private::ask(const QStringList &layers, Signal signal,
+                             const Arguments &...arguments)
+{
     const QPointer<LayerLink> self(q);
     emit(q->*signal)(arguments...);
-    if (!self)
-        return;
-    noteAll(from);
-    (note(arguments), ...);
+    if (self)
+        note(layers);
+    return self;
 }
 
 void LayerLink::Private::note(const QString &layer)

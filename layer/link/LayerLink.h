@@ -5,6 +5,7 @@
 
 #include <OvCustomControl/OvccExport.h>
 
+#include <QColor>
 #include <QObject>
 #include <QStringList>
 
@@ -66,6 +67,10 @@ public:
     void setChoiceMakesCurrent(bool makesCurrent);
     /// @}
 
+    /// What LayerTableWidget::setLinetypes() is told, in all tables that are in and in those that
+    /// come. Without a call of this each keeps its own.
+    void setLinetypes(const QStringList &linetypes);
+
 public Q_SLOTS:
     /// A layer has other flags, another colour or the like, or it came, or it is gone.
     void layerChanged(const QString &name);
@@ -98,6 +103,18 @@ Q_SIGNALS:
 
     /// The user gave a layer another name in a table.
     void renameRequested(const QString &from, const QString &to);
+
+    /// The user wants these layers to have another colour, linetype, lineweight or description.
+    /// @{
+    void colorRequested(const QStringList &names, const QColor &color);
+    void linetypeRequested(const QStringList &names, const QString &linetype);
+    /// @param lineWeight hundredths of a millimetre, or LineWeightDefault
+    void lineWeightRequested(const QStringList &names, int lineWeight);
+    void descriptionRequested(const QStringList &names, const QString &description);
+    /// @}
+
+    /// The user wants the entities of these layers to lie on @p target, and the layers to go.
+    void mergeRequested(const QStringList &names, const QString &target);
 
     /// The user changed a flag of these layers in the drawing, by one click in any of the widgets.
     void layersToggled(const QStringList &names);

@@ -86,6 +86,14 @@ LayerManager::LayerManager(QWidget *parent)
     connect(m_d->table, &LayerTableWidget::changesBegin, this, &LayerManager::changesBegin);
     connect(m_d->table, &LayerTableWidget::changesEnd, this, &LayerManager::changesEnd);
     connect(m_d->table, &LayerTableWidget::layersToggled, this, &LayerManager::layersToggled);
+    connect(m_d->table, &LayerTableWidget::colorRequested, this, &LayerManager::colorRequested);
+    connect(m_d->table, &LayerTableWidget::linetypeRequested, this,
+            &LayerManager::linetypeRequested);
+    connect(m_d->table, &LayerTableWidget::lineWeightRequested, this,
+            &LayerManager::lineWeightRequested);
+    connect(m_d->table, &LayerTableWidget::descriptionRequested, this,
+            &LayerManager::descriptionRequested);
+    connect(m_d->table, &LayerTableWidget::mergeRequested, this, &LayerManager::mergeRequested);
 }
 
 LayerManager::~LayerManager()
@@ -167,6 +175,12 @@ QPixmap LayerManager::drawIcon(LayerIcons icon, QSize size) const
     const QPoint tile(icon * (tileSize.width() + 1) + 1, 0);
     QPainter(&picture).drawPixmap(QPoint(), m_d->iconStrip, QRect(tile, tileSize));
     return picture;
+}
+
+void LayerManager::setLinetypes(const QStringList &linetypes)
+{
+    if (m_d->table)
+        m_d->table->setLinetypes(linetypes);
 }
 
 void LayerManager::slotUpLayerModel()

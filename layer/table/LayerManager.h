@@ -6,6 +6,7 @@
 
 #include <OvCustomControl/OvccExport.h>
 
+#include <QColor>
 #include <QHash>
 #include <QPixmap>
 #include <QStringList>
@@ -76,6 +77,9 @@ public:
     /// elsewhere.
     QPixmap drawIcon(LayerIcons icon, QSize size) const;
 
+    /// See LayerTableWidget::setLinetypes().
+    void setLinetypes(const QStringList &linetypes);
+
 public Q_SLOTS:
     /// Reloads the table from the drawing and applies the search again. It may be called from
     /// inside any signal of the panel.
@@ -134,6 +138,16 @@ Q_SIGNALS:
 
     /// The user made a layer the current one; see LayerTableWidget::currentLayerRequested().
     void currentLayerRequested(QString name);
+
+    /// The user wants layers to be different, or merged; see LayerTableWidget::colorRequested() and
+    /// those after it.
+    /// @{
+    void colorRequested(QStringList names, QColor color);
+    void linetypeRequested(QStringList names, QString linetype);
+    void lineWeightRequested(QStringList names, int lineWeight);
+    void descriptionRequested(QStringList names, QString description);
+    void mergeRequested(QStringList names, QString target);
+    /// @}
 
 private Q_SLOTS:
     void slotNewLayer();

@@ -88,6 +88,7 @@ struct LayerTableWidget::Private
     RowFilter filter;
     QString noMatchText;
     std::pair<int, int> shownAsTold; ///< how many rows, of how many
+    QStringList linetypes;           ///< to choose from
     bool isLoading = false;          ///< till all have heard of it
     bool isChanging = false;         ///< the rows
     bool isRefreshDue = false;       ///< when the editors are closed

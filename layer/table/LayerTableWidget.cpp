@@ -186,6 +186,11 @@ int LayerTableWidget::selectedRow() const
     return -1;
 }
 
+void LayerTableWidget::setLinetypes(const QStringList &linetypes)
+{
+    m_d->linetypes = linetypes;
+}
+
 void LayerTableWidget::addLayer()
 {
     // Who hears of a name that is settled by this may reload the table.

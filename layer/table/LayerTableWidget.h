@@ -7,6 +7,7 @@
 #include <OvCustomControl/OvccExport.h>
 
 #include <QByteArray>
+#include <QColor>
 #include <QHash>
 #include <QStringList>
 #include <QTableView>
@@ -158,6 +159,10 @@ public:
     /// none. Rows that search and filter hide stay selected, but no command reaches them.
     int selectedRow() const;
 
+    /// The linetypes that the user can choose from, as the drawing spells them. None, as in the
+    /// beginning, leaves "Continuous" alone.
+    void setLinetypes(const QStringList &linetypes);
+
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 public Q_SLOTS:
@@ -259,6 +264,20 @@ Q_SIGNALS:
 
     /// The editor of a name was closed, or a persistent one was left, and the name is another one now.
     void layerRenamed(QString from, QString to);
+
+    /// The user wants these layers to have another colour, linetype, lineweight or description. The
+    /// layers are those of the selected rows that were shown when they were asked for it, top first,
+    /// without any that are gone by now. The table shows it once the drawing says so.
+    /// @{
+    void colorRequested(QStringList names, QColor color);
+    void linetypeRequested(QStringList names, QString linetype);
+    /// @param lineWeight hundredths of a millimetre, or LineWeightDefault
+    void lineWeightRequested(QStringList names, int lineWeight);
+    void descriptionRequested(QStringList names, QString description);
+    /// @}
+
+    /// The user wants the entities of these layers to lie on @p target, and the layers to go.
+    void mergeRequested(QStringList names, QString target);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
