@@ -87,6 +87,8 @@ private slots:
     void hiddenNames();
     void clicksOnCells();
     void currentLayerIsGuarded();
+    void clicksOnSelection();
+    void guardOfSelection();
     void cellPixels();
     void sortingKeepsBothHeadersInStep();
     void naturalOrder();
@@ -397,6 +399,99 @@ void tst_LayerTable::currentLayerIsGuarded()
              QString("Switch layer off 1/0 0|Switch layer on 1/0 0|Freeze layer 0/1"));
 }
 
+/// Of a thousand layers every other one refuses.
+void tst_LayerTable::clicksOnSelection()
+{
+    addNumberedLayers(**m_drawing, 1000);
+    m_table->InitLayerModel();
+    m_table->setToggleSelection(true);
+    std::vector<KcDbLayerTableRecord *> open;
+    for (int row = rowOf("Layer000"); row < rowOf("Walls"); row += 2) {
+        open.push_back(getLayerByName(text(row, NameColumn)));
+        if (row % 4 == 0)
+            open.back()->upgradeOpen();
+    }
+    QSignalSpy changes(m_table, &LayerTableWidget::updateLayerCombo);
+    QSignalSpy cells(m_model, &QAbstractItemModel::dataChanged);
+    m_table->sortByColumn(UnlockedColumn, Qt::AscendingOrder);
+    const QStringList order = names();
+    const auto clickName = [this](const char *name, Qt::KeyboardModifiers modifiers = {}) {
+        m_frozen->scrollTo(m_model->index(rowOf(name), NameColumn));
+        QTest::mouseClick(m_frozen->viewport(), Qt::LeftButton, modifiers,
+                          m_frozen->visualRect(m_model->index(rowOf(name), NameColumn)).center());
+    };
+    clickName("Layer000");
+    clickName("Layer999", Qt::ShiftModifier);
+    const QItemSelection selection = m_table->selectionModel()->selection();
+    const auto current = m_table->currentIndex();
+    changes.clear();
+    m_hostCalls = 0;
+    const auto isKept = [&] {
+        return m_table->selectionModel()->selection() == selection
+               && m_table->currentIndex() == current && rows() == layerRows()
+               && changes.count() == m_hostCalls;
+    };
+    const QPoint place = placeOf(rowOf("Layer500"), UnlockedColumn);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseButtonRelease,
+                            QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
+        mouse(type, m_table->viewport(), place + QPoint(0, type == QEvent::MouseMove ? 22 : 0));
+    for (KcDbLayerTableRecord *layer : open)
+        layer->close();
+    QCOMPARE(names(), order);
+    m_table->sortByColumn(NameColumn, Qt::AscendingOrder);
+    QVERIFY(isKept() && m_hostCalls == 1 && cells.count() == 1);
+    QVERIFY(m_gestures.takeFirst().startsWith("Lock 1000 layers 500/500 Layer001,Layer003"));
+
+    m_search->setText("layer00*");
+    QCOMPARE(m_table->selectedLayers().size(), 10);
+    QCOMPARE(m_table->setSelectedFlag(PlotColumn, false), 10);
+    QCOMPARE(m_table->setSelectedFlag(NameColumn, false), 0);
+    QCOMPARE(m_table->setAllFlags(PlotColumn, false), 994);
+    m_search->clear();
+    QVERIFY(isKept() && m_hostCalls == 3);
+
+    const auto clickCell = [this](const char *name, Qt::KeyboardModifiers modifiers) {
+        const QPoint cell = placeOf(rowOf(name), OnColumn);
+        QTest::mouseClick(m_table->viewport(), Qt::LeftButton, modifiers, cell);
+    };
+    clickCell("Walls", Qt::ControlModifier); // selects only, whatever the cell
+    QVERIFY(m_table->selectedLayers().contains("Walls") && m_gestures.size() == 2);
+    clickCell("Doors", {});
+    QCOMPARE(m_table->selectedLayers(), QStringList{"Doors"});
+    QVERIFY(m_gestures.takeLast() == "Switch layer off 1/0 Doors" && rows() == layerRows());
+}
+
+/// "0" is asked of once, whatever is selected with it.
+void tst_LayerTable::guardOfSelection()
+{
+    m_table->setToggleSelection(true);
+    for (const auto &[column, button, isAlone, expected] :
+         {std::tuple(OnColumn, "noBtn", false, "Switch 2 layers off 2/0 Doors,Walls"),
+          std::tuple(OnColumn, "okBtn", false, "Switch 3 layers off 3/0 Doors,Walls,0"),
+          std::tuple(ThawedColumn, "noBtn", false, "Freeze 3 layers 2/1 Doors,Walls"),
+          std::tuple(OnColumn, "noBtn", true, ""),
+          std::tuple(OnColumn, "okBtn", true, "Switch layer off 1/0 0"),
+          std::tuple(ThawedColumn, "noBtn", true, "Freeze layer 0/1")}) {
+        for (const char *name : {"0", "Doors", "Walls"})
+            OvLayerUtility().setLayerOff(name, true), OvLayerUtility().setLayerFrozen(name, false);
+        m_panel->slotUpLayerModel();
+        if (!isAlone)
+            m_table->selectionModel()->select({m_model->index(0, 0), m_model->index(2, 12)},
+                                              QItemSelectionModel::Select);
+        m_gestures.clear();
+        QVERIFY(!pressAndAnswer(column, button).isEmpty());
+        QCOMPARE(m_gestures.join('|'), QString(expected));
+        QCOMPARE(rows(), layerRows());
+    }
+    // A question about another drawing is none about this one.
+    const auto other = drawingWithLayers({"Doors", "Walls"});
+    m_table->selectAll();
+    m_gestures.clear();
+    pressAndAnswer(OnColumn, "noBtn", [&] { KcHost::setWorkingDatabase(other.get()); });
+    QVERIFY(m_gestures.isEmpty());
+    KcHost::setWorkingDatabase(&**m_drawing);
+}
+
 void tst_LayerTable::cellPixels()
 {
     LayerDelegate delegate;
@@ -684,6 +779,14 @@ void tst_LayerTable::hostActsFromInside()
     };
     const auto command = [this](const char *slot) { return Work([=] { call(slot); }); };
     const Work onWalls = [&] { press("Walls", OnColumn); };
+    const Work selectAll = [&] {
+        m_table->setToggleSelection(true);
+        m_table->selectAll();
+    };
+    const auto insideMany = [&](auto signal) {
+        return Work([&, signal] { selectAll(), inside(signal)(); });
+    };
+    const Work lockAll = [&] { press("Walls", UnlockedColumn); };
     const Work add = [&] {
         connect(m_table, &LayerTableWidget::layerAdded, this, act);
         call("slotNewLayer");
@@ -701,6 +804,12 @@ void tst_LayerTable::hostActsFromInside()
             {inside(&LayerTableWidget::changesEnd), onWalls},
             {inside(&LayerTableWidget::layersToggled), onWalls},
             {inside(&LayerTableWidget::changesBegin), [&] { pressAndAnswer(OnColumn, "okBtn"); }},
+            {insideMany(&LayerTableWidget::updateLayerCombo), lockAll},
+            {insideMany(&LayerTableWidget::changesBegin), lockAll},
+            {insideMany(&LayerTableWidget::changesEnd), lockAll},
+            {insideMany(&LayerTableWidget::layersToggled), lockAll},
+            {[&] { selectAll(), pressAndAnswer(OnColumn, "okBtn", act); }, [] {}},
+            {[&] { selectAll(), pressAndAnswer(OnColumn, "noBtn", act); }, [] {}},
             {inside(&LayerTableWidget::currentLayerRequested), command("makeCurrent")},
             {inside(&LayerTableWidget::layersRemoved), command("slotDeleteLayer")},
             {inside(&LayerTableWidget::updateCurretnLayer), command("slotUpLayerModel")},

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <optional>
+#include <vector>
 
 /// @file
 /// The flags of layers that clicks change. Where nothing else is said they are as their columns show
@@ -29,15 +30,52 @@ enum class FlagChange {
 /// Whether @p column shows one of these flags. The functions below take no other.
 bool isFlagColumn(LayerColumn column);
 
+/// Whether the current layer must not lose that flag, or not unasked.
+constexpr bool isGuarded(LayerColumn column)
+{
+    return column == OnColumn || column == ThawedColumn;
+}
+
+/// A flag in a row of texts.
+inline QString flagText(bool flag)
+{
+    return flag ? QStringLiteral("true") : QStringLiteral("false");
+}
+
 /// @param found is closed here; nothing for one that was not found
 FlagChange setLayerFlag(const std::optional<FoundLayer> &found, LayerColumn column, bool value);
 
 /// Nothing where the layer cannot be opened.
 std::optional<bool> layerFlag(const QString &name, LayerColumn column);
 
-/// What the change of a flag to @p value is called in a list of undo steps, such as "Lock layer";
-/// translated.
-QString flagChangeText(LayerColumn column, bool value);
+/// What the change of a flag to @p value is called in a list of undo steps, such as "Lock layer" or
+/// "Lock 200 layers"; translated.
+QString flagChangeText(LayerColumn column, bool value, int layers = 1);
+
+/// The columns of all these flags. What has one place per flag has it in this order.
+constexpr std::array<LayerColumn, 4> flagColumns{OnColumn, ThawedColumn, UnlockedColumn,
+                                                 PlotColumn};
+
+/// Flags of one layer; those without a value stay, or are not known.
+using SomeFlags = std::array<std::optional<bool>, flagColumns.size()>;
+
+SomeFlags oneFlag(LayerColumn column, bool value);
+
+/// What a layer is to be, and what became of that.
+struct FlagOrder
+{
+    QString name;
+    SomeFlags wanted;
+    SomeFlags shown{};      ///< what the drawing says of them in the end; nothing if it could not
+    bool isChanged = false; ///< in any of them
+    bool isRefused = true;  ///< in any of them, as in setLayerFlag()
+};
+using FlagOrders = std::vector<FlagOrder>;
+
+/// Sets the flags of many layers in one walk over the layer table, by the rules of setLayerFlag(), but
+/// opens for write only what is to be different. Of orders with one name the first counts, and the
+/// others are refused. O(N) in the number of layers; a single one is found as by findLayer().
+void setLayerFlags(FlagOrders &orders);
 
 /// A flag as the compact layer controls keep it.
 struct StatusFlag

@@ -4,7 +4,7 @@
 #include "LayerRowReading.h"
 
 #include "layer/data/HostRecords.h"
-#include "layer/data/LayerSearch.h"
+#include "layer/data/LayerFlags.h"
 
 #include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerColumns.h>
@@ -16,11 +16,6 @@
 namespace OvCc {
 
 namespace {
-
-QString flagText(bool flag)
-{
-    return flag ? QStringLiteral("true") : QStringLiteral("false");
-}
 
 QString textOf(const KcCmColor &color)
 {

@@ -3,16 +3,14 @@
 
 #include "LayerDelegate.h"
 
-#include "layer/data/HostNotice.h"
 #include "layer/data/LayerFlags.h"
 #include "layer/data/LineWeightRows.h"
 #include "layer/table/ColumnTable.h"
+#include "layer/table/FlagGestures.h"
 
 #include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerLineTypeDialog.h>
 #include <OvCustomControl/LayerLineWeightDialog.h>
-#include <OvCustomControl/LayerWarningDialog.h>
-#include <OvCustomControl/OvLayerUtility.h>
 #include <OvCustomControl/Swatches.h>
 
 #include <QApplication>
@@ -23,8 +21,6 @@
 #include <QPointer>
 #include <QSet>
 
-#include <optional>
-
 namespace OvCc {
 
 namespace {
@@ -32,14 +28,6 @@ namespace {
 constexpr int swatchMargin = 2;
 constexpr int swatchSpacing = 4;
 constexpr int textMargin = 3;
-
-/// @return false if there is nobody any more to go on
-bool beginChange(const QPointer<LayerDelegate> &delegate, LayerColumn column, bool value)
-{
-    if (delegate)
-        emit delegate->changesBegin(flagChangeText(column, value));
-    return delegate;
-}
 
 QString textOf(const QModelIndex &index)
 {
@@ -142,27 +130,6 @@ QStringList completions(const QAbstractItemModel &model, int column)
     return texts;
 }
 
-/// Dialogs that must outlive whoever shows them, but not the application.
-QList<QWidget *> &lastingDialogs()
-{
-    static QList<QWidget *> dialogs;
-    return dialogs;
-}
-
-LayerWarningDialog *createWarningDialog()
-{
-    QList<QWidget *> &dialogs = lastingDialogs();
-    if (dialogs.isEmpty()) {
-        qAddPostRoutine([] {
-            qDeleteAll(lastingDialogs());
-            lastingDialogs().clear();
-        });
-    }
-    auto *dialog = new LayerWarningDialog(nullptr);
-    dialogs.append(dialog);
-    return dialog;
-}
-
 } // namespace
 
 struct LayerDelegate::Private
@@ -173,13 +140,11 @@ struct LayerDelegate::Private
     }
 
     bool toggle(QAbstractItemModel *model, const QModelIndex &index, QStringList &touched);
-    bool confirmSwitchingOff(const QString &name, std::optional<FlagChange> &change);
-    bool refuseFreezing(std::optional<FlagChange> &change);
 
     LayerDelegate *const q;
     LayerLineTypeDialog lineTypeDialog{nullptr};
     LayerLineWeightDialog lineWeightDialog{nullptr};
-    LayerWarningDialog *const warningDialog = createWarningDialog();
+    FlagGestures gestures{q};
     int lineWeight = 0; ///< part of the interface, but nothing here asks for it
 };
 
@@ -192,6 +157,11 @@ LayerDelegate::LayerDelegate(QObject *parent)
 }
 
 LayerDelegate::~LayerDelegate() = default;
+
+FlagGestures &FlagGestures::of(const LayerDelegate &delegate)
+{
+    return delegate.m_d->gestures;
+}
 
 void LayerDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const
@@ -269,9 +239,7 @@ bool LayerDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
                 return !self;
         }
     }
-    tellHost(touched);
-    if (self)
-        emit layerDataChanged();
+    FlagGestures::tell(self, touched);
     // A view that is gone, too, is left alone by Qt if the event is used up.
     return !self;
 }
@@ -288,8 +256,7 @@ int LayerDelegate::lineWeightIndexMap(QString label) const
 
 void LayerDelegate::dropQuestion()
 {
-    if (m_d->warningDialog->isVisible())
-        m_d->warningDialog->reject();
+    m_d->gestures.dropQuestion();
 }
 
 void LayerDelegate::commitAndCloseEditor()
@@ -314,65 +281,19 @@ bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex
     const auto column = static_cast<LayerColumn>(index.column());
     if (!isFlagColumn(column))
         return true;
-    // The host may reload or delete all this on the way.
-    const QPersistentModelIndex cell(index);
-    const QPointer<LayerDelegate> delegate(q);
-    const QString name = textOf(index.sibling(index.row(), NameColumn));
     const bool isSet = flagOf(index);
-    const bool isGuarded = isSet && flagOf(index.sibling(index.row(), CurrentColumn));
-
-    bool isAccepted = true;
-    std::optional<FlagChange> change;
-    if (isGuarded && column == OnColumn)
-        isAccepted = confirmSwitchingOff(name, change);
-    else if (isGuarded && column == ThawedColumn)
-        isAccepted = refuseFreezing(change);
-    else if (beginChange(delegate, column, !isSet))
-        change = setLayerFlag(findLayer(name), column, !isSet);
-
-    if (change)
-        touched.append(name);
-    if (isAccepted && cell.isValid())
-        model->setData(cell, QVariant(!isSet).toString(), Qt::DisplayRole);
-    if (delegate && change)
-        emit delegate->changesEnd(change == FlagChange::Made, change == FlagChange::Refused);
-    if (delegate && change == FlagChange::Made)
-        emit delegate->layersToggled({name});
-    return isAccepted;
-}
-
-/// Asks the user; the dialog switches the layer itself.
-/// @param[out] change left alone if nothing was attempted
-bool LayerDelegate::Private::confirmSwitchingOff(const QString &name,
-                                                 std::optional<FlagChange> &change)
-{
-    std::optional<bool> before;
-    const auto begin = [&, delegate = QPointer<LayerDelegate>(q)] {
-        change = FlagChange::Refused;
-        beginChange(delegate, OnColumn, false);
-        before = layerFlag(name, OnColumn);
+    const bool isCurrent = flagOf(index.sibling(index.row(), CurrentColumn));
+    const int guarded = isSet && isCurrent && isGuarded(column) ? 0 : -1;
+    FlagOrders orders{{textOf(index.sibling(index.row(), NameColumn)), oneFlag(column, !isSet)}};
+    // The host may reload or delete all this on the way. The cell shows the click, taken or not.
+    const auto show = [model, isSet, cell = QPersistentModelIndex(index)](const auto &shown) {
+        if (cell.isValid() && !shown.empty())
+            model->setData(cell, flagText(!isSet), Qt::DisplayRole);
     };
-    const auto begun = connect(warningDialog, &LayerWarningDialog::aboutToSwitch, begin);
-    warningDialog->setButtonStatus(true);
-    warningDialog->setIsOn(true);
-    warningDialog->setLayerName(name);
-    warningDialog->setTipsText(tr("The current layer is turned off."));
-    const bool isAccepted = warningDialog->exec() == QDialog::Accepted;
-    disconnect(begun);
-    if (before && layerFlag(name, OnColumn) == false)
-        change = *before ? FlagChange::Made : FlagChange::Needless;
-    return isAccepted;
-}
-
-bool LayerDelegate::Private::refuseFreezing(std::optional<FlagChange> &change)
-{
-    const QPointer<LayerDelegate> delegate(q);
-    warningDialog->setButtonStatus(false);
-    warningDialog->setTipsText(tr("The current layer can't be frozen!"));
-    const bool isAccepted = warningDialog->exec() == QDialog::Accepted;
-    if (beginChange(delegate, ThawedColumn, false))
-        change = FlagChange::Refused;
-    return isAccepted;
+    const auto guard = gestures.set(column, !isSet, orders, guarded, show);
+    for (const FlagOrder &order : orders)
+        touched.append(order.name);
+    return guard != FlagGestures::Guard::Declined;
 }
 
 } // namespace OvCc

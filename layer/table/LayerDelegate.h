@@ -12,6 +12,8 @@
 
 namespace OvCc {
 
+class FlagGestures;
+
 /// Paints the cells of a layer table and turns clicks on its flag cells into changes of the drawing.
 ///
 /// It works on any model whose columns are those of OvLayerUtility::getAllLayerDate(), read and
@@ -89,6 +91,7 @@ Q_SIGNALS:
     void layersToggled(QStringList names);
 
 private:
+    friend class FlagGestures;
     struct Private;
     const std::unique_ptr<Private> m_d;
 };

@@ -108,6 +108,26 @@ void LayerRows::setRows(const QVector<QStringList> &rows)
     endResetModel();
 }
 
+void LayerRows::setTexts(const QVector<CellText> &cells)
+{
+    int top = m_rows.size();
+    int bottom = -1;
+    int left = columnCount();
+    int right = -1;
+    for (const CellText &cell : cells) {
+        QString &text = m_rows[cell.row][cell.column];
+        if (text == cell.text)
+            continue;
+        text = cell.text;
+        top = qMin(top, cell.row);
+        bottom = qMax(bottom, cell.row);
+        left = qMin(left, cell.column);
+        right = qMax(right, cell.column);
+    }
+    if (bottom >= 0)
+        emit dataChanged(index(top, left), index(bottom, right));
+}
+
 void LayerRows::arrange(QVector<int> order, const QVector<QStringList> &added)
 {
     append(added);

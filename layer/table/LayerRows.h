@@ -26,6 +26,14 @@ private:
     bool precedes(const QString &key, const QString &other) const;
 };
 
+/// A text for one place in the table.
+struct CellText
+{
+    int row;
+    int column;
+    QString text;
+};
+
 /// The rows of the layer table: texts, one item per cell.
 ///
 /// An item never moves. Each is a window onto the text at its own place, and sorting and removing
@@ -44,6 +52,9 @@ public:
     /// Replaces all rows; each has as many texts as there are columns. The views are reset, and rows
     /// that were hidden in them are not hidden any more.
     void setRows(const QVector<QStringList> &rows);
+
+    /// Puts texts into cells: one change for the views, however many cells it is.
+    void setTexts(const QVector<CellText> &cells);
 
     const QVector<QStringList> &rows() const { return m_rows; }
 

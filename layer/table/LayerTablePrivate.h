@@ -4,6 +4,7 @@
 #pragma once
 
 #include "layer/table/ColumnTable.h"
+#include "layer/table/FlagGestures.h"
 #include "layer/table/LayerRows.h"
 #include "layer/table/RowFilter.h"
 #include "layer/table/TableEditing.h"
@@ -13,6 +14,7 @@
 
 #include <QHash>
 #include <QPersistentModelIndex>
+#include <QPointer>
 #include <QSet>
 #include <QStringList>
 #include <QVector>
@@ -26,9 +28,9 @@ class QMenu;
 
 /// @file
 /// What the sources of the layer table share: LayerTableWidget.cpp with its rows and commands,
-/// LayerTableRefresh.cpp with what follows changes of the drawing, LayerTableFinding.cpp with which rows
-/// are shown and selected at once, LayerTableViews.cpp with the two views, LayerTableLayout.cpp with the
-/// columns that are shown.
+/// LayerTableFlags.cpp with the flags of many layers, LayerTableRefresh.cpp with what follows changes of
+/// the drawing, LayerTableFinding.cpp with which rows are shown and selected at once, LayerTableViews.cpp
+/// with the two views, LayerTableLayout.cpp with the columns that are shown.
 
 namespace OvCc {
 
@@ -67,6 +69,11 @@ struct LayerTableWidget::Private
     void leaveRowsBeside(const QVector<int> &staying);
     void followEditor();
 
+    int setFlag(LayerColumn column, bool value, const QStringList &names);
+    FlagGestures::Show showing();
+    void showFlags(const FlagOrders &orders);
+    static int tell(const QPointer<LayerDelegate> &delegate, const FlagOrders &orders);
+
     void editName(int row);
 
     /// As the user reads it; empty for the column of the marker.
@@ -92,6 +99,7 @@ struct LayerTableWidget::Private
     bool isLoading = false;          ///< till all have heard of it
     bool isChanging = false;         ///< the rows
     bool isRefreshDue = false;       ///< when the editors are closed
+    bool isSelectionToggled = false;
 
     /// What the user did here since the last refresh of all rows. The drawing need not follow.
     struct AheadOfDrawing

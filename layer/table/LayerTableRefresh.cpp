@@ -4,82 +4,20 @@
 #include "layer/data/LayerRowReading.h"
 #include "layer/data/LayerSearch.h"
 #include "layer/table/LayerTablePrivate.h"
+#include "layer/table/RowsByName.h"
 
 #include <OvCustomControl/OvLayerUtility.h>
 
-#include <QHash>
 #include <QHeaderView>
 #include <QPointer>
-#include <QtMath>
 
 #include <algorithm>
 #include <functional>
 #include <utility>
-#include <vector>
 
 namespace OvCc {
 
 namespace {
-
-/// Names in the drawing, by the cells of rows that have another one in the table.
-using Renamed = QHash<QPersistentModelIndex, QString>;
-
-/// Finds rows by their names. Each is found once: where two have one name, the one that had it before
-/// the user renamed the other, and else the upper one first. A hash of Qt's takes an allocation for
-/// each name, which shows in what a refresh costs beyond reading.
-class RowsByName
-{
-public:
-    RowsByName(const QVector<QStringList> &rows, const Renamed &renamed)
-        : m_rows(rows)
-        , m_places(size_t(qNextPowerOfTwo(quint32(2 * rows.size()))), none)
-    {
-        QVector<int> later;
-        for (auto cell = renamed.keyBegin(); cell != renamed.keyEnd(); ++cell) {
-            if (cell->isValid())
-                later.append(cell->row());
-        }
-        std::sort(later.begin(), later.end());
-        for (int row = 0; row < rows.size(); ++row) {
-            if (!std::binary_search(later.cbegin(), later.cend(), row))
-                insert(row);
-        }
-        for (const int row : std::as_const(later))
-            insert(row);
-    }
-
-    /// -1 if there is none, or none any more.
-    int take(const QString &name)
-    {
-        for (size_t at = first(name); m_places[at] != none; at = next(at)) {
-            const int row = m_places[at];
-            if (row != taken && nameOf(row) == name) {
-                m_places[at] = taken;
-                return row;
-            }
-        }
-        return -1;
-    }
-
-private:
-    static constexpr int none = -1;
-    static constexpr int taken = -2;
-
-    const QString &nameOf(int row) const { return m_rows.at(row).at(NameColumn); }
-    size_t first(const QString &name) const { return qHash(name) & (m_places.size() - 1); }
-    size_t next(size_t place) const { return (place + 1) & (m_places.size() - 1); }
-
-    void insert(int row)
-    {
-        size_t place = first(nameOf(row));
-        while (m_places[place] != none)
-            place = next(place);
-        m_places[place] = row;
-    }
-
-    const QVector<QStringList> &m_rows;
-    std::vector<int> m_places; ///< rows, each at the first free place from that of its name on
-};
 
 /// What tells the rows of a table from the layers of the drawing. Rows that are to come are numbered
 /// behind those that are there.

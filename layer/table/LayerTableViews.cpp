@@ -6,6 +6,7 @@
 
 #include <OvCustomControl/LayerDelegate.h>
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
 #include <QScrollBar>
@@ -74,6 +75,18 @@ QModelIndex LayerTableWidget::moveCursor(CursorAction action, Qt::KeyboardModifi
     if (action == MoveLeft && !isFrozenColumn(current.column()) && left < frozenWidth)
         horizontalScrollBar()->setValue(horizontalScrollBar()->value() + left - frozenWidth);
     return current;
+}
+
+/// A view asks once when a mouse button is pressed, before the delegate has that, and once more when it
+/// is released, to select a row out of those that are.
+QItemSelectionModel::SelectionFlags LayerTableWidget::selectionCommand(const QModelIndex &index,
+                                                                       const QEvent *event) const
+{
+    if (event && event->type() == QEvent::MouseButtonPress)
+        m_d->editing->forgetPress();
+    else if (event && event->type() == QEvent::MouseButtonRelease && m_d->editing->isUsedUp(index))
+        return QItemSelectionModel::NoUpdate;
+    return QTableView::selectionCommand(index, event);
 }
 
 void LayerTableWidget::scrollTo(const QModelIndex &index, ScrollHint hint)

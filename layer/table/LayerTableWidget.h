@@ -4,6 +4,7 @@
 #pragma once
 // clazy:excludeall=qproperty-without-notify
 
+#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/OvccExport.h>
 
 #include <QByteArray>
@@ -43,6 +44,8 @@ class FrozenTableWidget;
 class OVCC_EXPORT LayerTableWidget : public QTableView
 {
     Q_OBJECT
+    /// See setToggleSelection().
+    Q_PROPERTY(bool toggleSelection READ toggleSelection WRITE setToggleSelection)
 
     /// Whether names are sorted by the numbers in them; see setNaturalOrder().
     Q_PROPERTY(bool naturalOrder READ naturalOrder WRITE setNaturalOrder)
@@ -162,6 +165,31 @@ public:
     /// The linetypes that the user can choose from, as the drawing spells them. None, as in the
     /// beginning, leaves "Continuous" alone.
     void setLinetypes(const QStringList &linetypes);
+
+    /// The names of all selected rows that are shown, the top one first.
+    QStringList selectedLayers() const;
+
+    /// Whether a click on a flag cell of a selected row is for all selected rows that are shown: they
+    /// get the value that the clicked one gets, as by setSelectedFlag(), and selection and current
+    /// cell stay as they are. A press with Ctrl or Shift on a flag cell selects then, and changes nothing.
+    /// Any other click is as ever. False to begin with: a click is for its row alone.
+    /// @{
+    bool toggleSelection() const;
+    void setToggleSelection(bool toggles);
+    /// @}
+
+    /// Gives a flag of all selected rows that are shown a value, as a click on one of them would: with
+    /// one changesBegin() and changesEnd(), one layersToggled(), one ovSetLayerTableChanges(), in one walk
+    /// over the layer table. The user is asked once before the current layer is switched off, and is told
+    /// once that it can't be frozen; the other layers change in any case. Rows whose layers refuse stay
+    /// as they are. O(N).
+    /// @param column OnColumn, ThawedColumn, UnlockedColumn or PlotColumn; another one changes nothing
+    /// @param value  as the cell has it: true is on, thawed, unlocked, plotted
+    /// @return how many layers are different now
+    int setSelectedFlag(LayerColumn column, bool value);
+
+    /// As setSelectedFlag(), for all layers of the drawing, those that the search hides included.
+    int setAllFlags(LayerColumn column, bool value);
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
@@ -287,6 +315,8 @@ protected:
     /// Names that are fitted to their texts leave room for a few columns beside them.
     int sizeHintForColumn(int column) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
+                                                         const QEvent *event) const override;
 
 private Q_SLOTS:
     void slotSortIndexChanged(int column, Qt::SortOrder order);

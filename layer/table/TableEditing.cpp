@@ -4,8 +4,8 @@
 #include "TableEditing.h"
 
 #include "ViewAccess.h"
+#include "layer/data/LayerFlags.h"
 
-#include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerDelegate.h>
 
 #include <QMouseEvent>
@@ -57,7 +57,14 @@ public:
         const QPointer<TableEditing> editing(&m_editing);
         const bool isPress = event->type() == QEvent::MouseButtonPress;
         const QPersistentModelIndex cell(isPress ? index : QModelIndex());
-        const bool isUsedUp = LayerDelegate::editorEvent(event, model, option, index);
+        auto use = TableEditing::Use::AsEver;
+        if (isPress || event->type() == QEvent::MouseMove
+            || event->type() == QEvent::MouseButtonRelease)
+            use = m_editing.use(*static_cast<QMouseEvent *>(event), index);
+        if (use == TableEditing::Use::UsedUp)
+            return true;
+        const bool isUsedUp = use == TableEditing::Use::AsEver
+                              && LayerDelegate::editorEvent(event, model, option, index);
         if (editing)
             editing->pressed(cell, isPress ? static_cast<QMouseEvent *>(event)->pos().y() : 0);
         return isUsedUp;
@@ -268,6 +275,26 @@ void TableEditing::pressed(const QModelIndex &cell, int y)
 {
     m_pressed = cell;
     m_pressedAt = y;
+}
+
+TableEditing::Use TableEditing::use(const QMouseEvent &event, const QModelIndex &cell)
+{
+    if (event.type() != QEvent::MouseButtonPress)
+        return m_usedUp.isValid() ? Use::UsedUp : Use::AsEver;
+    forgetPress();
+    if (!m_flagPress || event.button() != Qt::LeftButton
+        || !isFlagColumn(LayerColumn(cell.column())))
+        return Use::AsEver;
+    if (event.modifiers() & (Qt::ControlModifier | Qt::ShiftModifier))
+        return Use::OnlySelects;
+    const QItemSelectionModel &selection = *m_table.selectionModel();
+    const QItemSelection &ranges = selection.selection();
+    if (!selection.isSelected(cell) || (ranges.size() == 1 && ranges.first().height() == 1))
+        return Use::AsEver;
+    m_usedUp = cell;
+    const auto act = m_flagPress;
+    act(cell); // this may be gone now
+    return Use::UsedUp;
 }
 
 QItemSelection TableEditing::asPressed(const QItemSelection &wanted,

@@ -11,6 +11,10 @@
 #include <QVector>
 #include <QWidget>
 
+#include <functional>
+#include <utility>
+
+class QMouseEvent;
 class QTableView;
 
 namespace OvCc {
@@ -71,6 +75,25 @@ public:
     /// @param y    where, in the viewport
     void pressed(const QModelIndex &cell, int y);
 
+    /// What a press on a flag cell does, where several rows are selected and that one among them: the
+    /// press is used up, and so is what the mouse does until it is released. With Ctrl or Shift a press on
+    /// a flag cell selects and does nothing else then. Nothing, which it is to begin with, for the
+    /// delegate's own way.
+    void setFlagPress(std::function<void(const QModelIndex &cell)> act)
+    {
+        m_flagPress = std::move(act);
+    }
+
+    /// For the table: a press begins, whatever is in that place.
+    void forgetPress() { m_usedUp = QModelIndex(); }
+
+    /// For the table: whether the press on @p cell was used up, so that its release selects nothing.
+    bool isUsedUp(const QModelIndex &cell) const { return cell.isValid() && cell == m_usedUp; }
+
+    /// For the delegate: whether it is to have the event of the mouse.
+    enum class Use { AsEver, OnlySelects, UsedUp };
+    Use use(const QMouseEvent &event, const QModelIndex &cell);
+
     /// For the selection: @p wanted, with the row that was pressed in place of the one that is there now.
     QItemSelection asPressed(const QItemSelection &wanted,
                              QItemSelectionModel::SelectionFlags command);
@@ -116,6 +139,8 @@ private:
     QPersistentModelIndex m_newCell;
     QPersistentModelIndex m_pressed;
     int m_pressedAt = 0;
+    std::function<void(const QModelIndex &)> m_flagPress;
+    QPersistentModelIndex m_usedUp;
     QList<Outcome> m_outcomes;
     int m_holds = 0;
 };

@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The OvCustomControl developers
+// SPDX-License-Identifier: MIT
+
+#include "FlagGestures.h"
+
+#include "layer/data/HostNotice.h"
+
+#include <OvCustomControl/LayerDelegate.h>
+#include <OvCustomControl/LayerWarningDialog.h>
+#include <OvCustomControl/OvLayerUtility.h>
+
+#include <QApplication>
+#include <QPointer>
+
+namespace OvCc {
+
+namespace {
+
+/// How a question ends that was dropped; it is neither "Yes" nor "No".
+constexpr int dropped = QDialog::Accepted + 1;
+
+/// Dialogs that must outlive whoever shows them, but not the application.
+QList<QWidget *> &lastingDialogs()
+{
+    static QList<QWidget *> dialogs;
+    return dialogs;
+}
+
+LayerWarningDialog *createWarningDialog()
+{
+    QList<QWidget *> &dialogs = lastingDialogs();
+    if (dialogs.isEmpty()) {
+        qAddPostRoutine([] {
+            qDeleteAll(lastingDialogs());
+            lastingDialogs().clear();
+        });
+    }
+    auto *dialog = new LayerWarningDialog(nullptr);
+    dialogs.append(dialog);
+    return dialog;
+}
+
+/// @return false if there is nobody any more to go on
+bool begin(const QPointer<LayerDelegate> &delegate, const QString &text)
+{
+    if (delegate)
+        emit delegate->changesBegin(text);
+    return delegate;
+}
+
+void end(const QPointer<LayerDelegate> &delegate, const FlagOrders &orders)
+{
+    QStringList changed;
+    int refused = 0;
+    for (const FlagOrder &order : orders) {
+        if (order.isChanged)
+            changed.append(order.name);
+        refused += order.isRefused;
+    }
+    if (delegate)
+        emit delegate->changesEnd(int(changed.size()), refused);
+    if (delegate && !changed.isEmpty())
+        emit delegate->layersToggled(changed);
+}
+
+} // namespace
+
+FlagGestures::FlagGestures(LayerDelegate *delegate)
+    : m_delegate(delegate)
+    , m_dialog(createWarningDialog())
+{
+}
+
+FlagGestures::Guard FlagGestures::set(LayerColumn column, bool value, FlagOrders &orders,
+                                      int guarded, const Show &show)
+{
+    if (guarded < 0) {
+        change(flagChangeText(column, value, int(orders.size())), orders, show);
+        return Guard::NotNeeded;
+    }
+    const auto place = orders.begin() + guarded;
+    const FlagOrder current = *place;
+    orders.erase(place);
+    return column == OnColumn ? switchOff(current, orders, show) : freeze(current, orders, show);
+}
+
+void FlagGestures::change(const QString &text, FlagOrders &orders, const Show &show)
+{
+    const QPointer<LayerDelegate> delegate(m_delegate);
+    if (!begin(delegate, text)) {
+        orders.clear();
+        return;
+    }
+    setLayerFlags(orders);
+    show(orders);
+    end(delegate, orders);
+}
+
+void FlagGestures::tell(const QPointer<LayerDelegate> &delegate, const QStringList &layers)
+{
+    tellHost(layers);
+    if (delegate)
+        emit delegate->layerDataChanged();
+}
+
+void FlagGestures::dropQuestion()
+{
+    if (m_dialog->isVisible())
+        m_dialog->done(dropped);
+}
+
+/// The dialog switches the current layer itself, and before it does, all begins. Where the user says no,
+/// it is the others alone.
+FlagGestures::Guard FlagGestures::switchOff(const FlagOrder &current, FlagOrders &others,
+                                            const Show &show)
+{
+    const QPointer<LayerDelegate> delegate(m_delegate);
+    const KcDbDatabase *drawing = getCurrentDb();
+    const QString text = flagChangeText(OnColumn, false, int(others.size()) + 1);
+    std::optional<bool> before;
+    const auto switching = [&, delegate] {
+        begin(delegate, text);
+        before = layerFlag(current.name, OnColumn);
+    };
+    const auto begun = QObject::connect(m_dialog, &LayerWarningDialog::aboutToSwitch, switching);
+    m_dialog->setIsOn(true);
+    m_dialog->setLayerName(current.name);
+    const int answer = ask(LayerDelegate::tr("The current layer is turned off."), true);
+    QObject::disconnect(begun);
+
+    if (!delegate || answer == dropped || getCurrentDb() != drawing)
+        others.clear();
+    if (answer != QDialog::Accepted) {
+        if (!others.empty())
+            change(flagChangeText(OnColumn, false, int(others.size())), others, show);
+        return Guard::Declined;
+    }
+    setLayerFlags(others);
+    FlagOrder switched = current;
+    const std::optional<bool> after = layerFlag(current.name, OnColumn);
+    if (after)
+        switched.shown = oneFlag(OnColumn, *after);
+    switched.isRefused = !before || after != false;
+    switched.isChanged = !switched.isRefused && *before;
+    others.push_back(switched);
+    show(others);
+    end(delegate, others);
+    return Guard::Passed;
+}
+
+FlagGestures::Guard FlagGestures::freeze(const FlagOrder &current, FlagOrders &others,
+                                         const Show &show)
+{
+    const QPointer<LayerDelegate> delegate(m_delegate);
+    const KcDbDatabase *drawing = getCurrentDb();
+    const QString text = flagChangeText(ThawedColumn, false, int(others.size()) + 1);
+    ask(LayerDelegate::tr("The current layer can't be frozen!"), false);
+    if (getCurrentDb() != drawing)
+        others.clear();
+    if (!begin(delegate, text)) {
+        others.clear();
+        return Guard::Declined;
+    }
+    setLayerFlags(others);
+    show(others);
+    others.push_back(current);
+    end(delegate, others);
+    return Guard::Declined;
+}
+
+/// @return what the dialog ends with; the delegate may be gone then, but not the dialog
+int FlagGestures::ask(const QString &text, bool isQuestion)
+{
+    m_dialog->setButtonStatus(isQuestion);
+    m_dialog->setTipsText(text);
+    return m_dialog->exec();
+}
+
+} // namespace OvCc
