@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
+#include "DrawingFiles.h"
 #include "Support.h"
 
 #include <QImage>
@@ -55,6 +56,9 @@ private slots:
     void settersReachTheDrawing();
     void refusalsAreSilent();
     void unreadableRecordsArePassedOver();
+    void layerStates();
+    void brokenLayerStates_data();
+    void brokenLayerStates();
 };
 
 void tst_LayerData::lineWeightLabels()
@@ -257,6 +261,90 @@ void tst_LayerData::unreadableRecordsArePassedOver()
     current->upgradeOpen();
     QVERIFY(!OvLayerUtility().getCurrentLayer(data));
     current->close();
+}
+
+void tst_LayerData::layerStates()
+{
+    QVERIFY(LayerState::capture() == LayerState());
+    const OpenDrawing drawing(KcHost::readDrawing(file({}, {}))); // layers of all kinds
+    OvLayerUtility().setLayerLock("Blue", true);
+    OvLayerUtility().setLayerPlot("Red", false);
+    KcHost::setCurrentLayer(*drawing, "Blue");
+    const LayerState state = LayerState::capture();
+    QCOMPARE(state.currentLayer(), QString("Blue"));
+    QCOMPARE(state.names().join(' '), QString("0 Blue Frozen Off Red"));
+    QVERIFY(state.layer("Blue")
+            == (LayerState::Layer{true, true, false, true, Qt::blue, "Dash", LineWeightDefault}));
+
+    const QByteArray json = state.toJson();
+    QString error = "?";
+    QVERIFY(LayerState::fromJson(json, &error) == state && error.isEmpty());
+    LayerState odd = state;
+    odd.insert(QString::fromLatin1("\"\\\n\0", 4) + QChar(0xd800),
+               {false, false, false, false, "#010aFE", {}, 17});
+    odd.remove("0");
+    QVERIFY(odd != state && LayerState::fromJson(odd.toJson()) == odd);
+
+    const QList<QStringList> rows = layerRows();
+    for (const QString &name : state.names()) {
+        OvLayerUtility().setLayerOff(name, name == "Off");
+        OvLayerUtility().setLayerFrozen(name, name != "Frozen");
+        OvLayerUtility().setLayerLock(name, name != "Blue");
+        OvLayerUtility().setLayerPlot(name, name == "Red");
+    }
+    QVERIFY(layerRows() != rows);
+    QVERIFY(state.restore().isEmpty() && layerRows() == rows && LayerState::capture() == state);
+
+    // Of another drawing it applies what there is.
+    const OpenDrawing other(drawingWithLayers({"Off", "Red", "Walls"}));
+    KcHost::setCurrentLayer(*other, "Off");
+    KcDbLayerTableRecord *red = getLayerByName("Red");
+    LayerState frozen = state;
+    frozen.insert("Off", {false, false});
+    QCOMPARE(frozen.restore().join(' '), QString("Blue Frozen Off Red"));
+    red->close();
+    QVERIFY(rowOf("Off").at(OnColumn) == "false" && rowOf("Off").at(ThawedColumn) == "true"
+            && rowOf("Walls").at(OnColumn) == "true" && rowOf("Red").at(PlotColumn) == "true");
+    QCOMPARE(frozen.restore().join(' '), QString("Blue Frozen Off"));
+    QCOMPARE(rowOf("Red").at(PlotColumn), QString("false"));
+}
+
+/// What is put in the place of what, and what of it is named.
+void tst_LayerData::brokenLayerStates_data()
+{
+    addTests({"garbage;{;{{;at byte 2", "list;*;[];is not an object", "nothing;*;;at byte 0",
+              "version;1,;2,;\"version\" is 2", "no version;version;Version;\"version\" is missing",
+              "current;\"0\";0;\"current\" is not a text",
+              "layers;[;7,\"x\":[;\"layers\" is not a list",
+              "layer;[;[7,;\"layers[0]\" is not an object",
+              "twice;B;A;\"layers[1].name\" is there twice",
+              "flag;true;1;\"layers[0].on\" is not true or false",
+              "missing;thawed;Thawed;\"layers[0].thawed\" is missing",
+              "color;#ff0000;red;\"layers[0].color\" is not a color",
+              "short color;#ff0000;#f00;\"layers[0].color\" is not a color",
+              "lineweight;-3;1e300;\"layers[0].lineweight\" is not a whole number",
+              "fraction;-3;0.5;\"layers[0].lineweight\" is not a whole number",
+              "no number;-3;null;\"layers[0].lineweight\" is not a whole number"});
+}
+
+void tst_LayerData::brokenLayerStates()
+{
+    QFETCH(QStringList, fields);
+    const QString layer =
+            R"({"name":"%1","on":true,"thawed":true,"unlocked":true,"plot":true,"color":"#ff0000",)"
+            R"("linetype":"Dash","lineweight":-3,"unknown":[]})";
+    const QString json = R"({"version":1,"current":"0","unknown":{},"layers":[%1,%2]})";
+    const QString sound = json.arg(layer.arg("A"), layer.arg("B"));
+    QString error;
+    QCOMPARE(LayerState::fromJson(sound.toUtf8(), &error).names(), QStringList({"A", "B"}));
+    QCOMPARE(error, QString());
+
+    QString broken = fields.at(2);
+    if (fields.at(1) != "*")
+        broken = QString(sound).replace(sound.indexOf(fields.at(1)), fields.at(1).size(), broken);
+    QVERIFY(LayerState::fromJson(broken.toUtf8(), &error) == LayerState());
+    QVERIFY2(error.startsWith("This is no layer state") && error.contains(fields.at(3)),
+             qPrintable(error));
 }
 
 QTEST_MAIN(tst_LayerData)

@@ -109,6 +109,16 @@ void carryOut(FlagOrder &order, Layer &layer)
     order.isChanged = order.shown != before;
 }
 
+QStringList namesWhere(const FlagOrders &orders, bool FlagOrder::*flag)
+{
+    QStringList names;
+    for (const FlagOrder &order : orders) {
+        if (order.*flag)
+            names.append(order.name);
+    }
+    return names;
+}
+
 } // namespace
 
 bool isFlagColumn(LayerColumn column)
@@ -155,8 +165,26 @@ QString flagChangeText(LayerColumn column, bool value, int layers)
 SomeFlags oneFlag(LayerColumn column, bool value)
 {
     SomeFlags wanted;
-    wanted.at(size_t(flagOf(column) - flags.begin())) = value;
+    wanted.at(flagPlace(column)) = value;
     return wanted;
+}
+
+SomeFlags shownFlags(const KcDbLayerTableRecord &layer)
+{
+    SomeFlags shown;
+    for (size_t place = 0; place < flags.size(); ++place)
+        shown.at(place) = flags.at(place).isShown(layer);
+    return shown;
+}
+
+QStringList refusedIn(const FlagOrders &orders)
+{
+    return namesWhere(orders, &FlagOrder::isRefused);
+}
+
+QStringList changedIn(const FlagOrders &orders)
+{
+    return namesWhere(orders, &FlagOrder::isChanged);
 }
 
 void setLayerFlags(FlagOrders &orders)

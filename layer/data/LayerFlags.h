@@ -7,8 +7,10 @@
 
 #include <OvCustomControl/LayerColumns.h>
 #include <OvCustomControl/LayerItemData.h>
+#include <OvCustomControl/LayerState.h>
 
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <optional>
@@ -59,6 +61,15 @@ constexpr std::array<LayerColumn, 4> flagColumns{OnColumn, ThawedColumn, Unlocke
 /// Flags of one layer; those without a value stay, or are not known.
 using SomeFlags = std::array<std::optional<bool>, flagColumns.size()>;
 
+/// Where the flag of a column is in them.
+constexpr size_t flagPlace(LayerColumn column)
+{
+    size_t place = 0;
+    while (flagColumns.at(place) != column)
+        ++place;
+    return place;
+}
+
 SomeFlags oneFlag(LayerColumn column, bool value);
 
 /// What a layer is to be, and what became of that.
@@ -71,6 +82,21 @@ struct FlagOrder
     bool isRefused = true;  ///< in any of them, as in setLayerFlag()
 };
 using FlagOrders = std::vector<FlagOrder>;
+
+/// All flags of a layer in a state.
+SomeFlags flagsOf(const LayerState::Layer &layer);
+
+/// All flags of all layers in a state, in the order of its names.
+FlagOrders ordersOf(const LayerState &state);
+
+/// The names of those that were refused, or changed.
+/// @{
+QStringList refusedIn(const FlagOrders &orders);
+QStringList changedIn(const FlagOrders &orders);
+/// @}
+
+/// All flags of a layer.
+SomeFlags shownFlags(const KcDbLayerTableRecord &layer);
 
 /// Sets the flags of many layers in one walk over the layer table, by the rules of setLayerFlag(), but
 /// opens for write only what is to be different. Of orders with one name the first counts, and the
