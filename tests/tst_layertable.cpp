@@ -89,6 +89,8 @@ private slots:
     void currentLayerIsGuarded();
     void clicksOnSelection();
     void guardOfSelection();
+    void isolation();
+    void visibilityFollowsSelection();
     void cellPixels();
     void sortingKeepsBothHeadersInStep();
     void naturalOrder();
@@ -166,10 +168,10 @@ private:
         QTest::mousePress(m_table->viewport(), Qt::LeftButton, {}, placeOf(rowOf(name), column));
     }
 
-    /// Presses the cell of layer "0" and, in the warning that comes up, the button. Returns the
-    /// warning.
-    QString pressAndAnswer(
-            int column, const char *button, const std::function<void()> &meanwhile = [] {})
+    /// Presses the button in the warning that comes up by @p act. Returns the warning.
+    static QString answer(
+            const char *button, const std::function<void()> &act,
+            const std::function<void()> &meanwhile = [] {})
     {
         QString warning;
         const QObject context;
@@ -180,8 +182,24 @@ private:
             meanwhile();
             QTest::mouseClick(dialog->findChild<QPushButton *>(button), Qt::LeftButton);
         });
-        press("0", column);
+        act();
         return warning;
+    }
+
+    /// That of a press on the cell of layer "0".
+    QString pressAndAnswer(
+            int column, const char *button, const std::function<void()> &meanwhile = [] {})
+    {
+        return answer(
+                button, [&] { press("0", column); }, meanwhile);
+    }
+
+    void selectNames(const QStringList &selected)
+    {
+        QItemSelection selection;
+        for (const QString &name : selected)
+            selection.select(m_model->index(rowOf(name), 0), m_model->index(rowOf(name), 12));
+        m_table->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     }
 
     Rows rows() const
@@ -476,8 +494,7 @@ void tst_LayerTable::guardOfSelection()
             OvLayerUtility().setLayerOff(name, true), OvLayerUtility().setLayerFrozen(name, false);
         m_panel->slotUpLayerModel();
         if (!isAlone)
-            m_table->selectionModel()->select({m_model->index(0, 0), m_model->index(2, 12)},
-                                              QItemSelectionModel::Select);
+            selectNames({"0", "Doors", "Walls"});
         m_gestures.clear();
         QVERIFY(!pressAndAnswer(column, button).isEmpty());
         QCOMPARE(m_gestures.join('|'), QString(expected));
@@ -490,6 +507,117 @@ void tst_LayerTable::guardOfSelection()
     pressAndAnswer(OnColumn, "noBtn", [&] { KcHost::setWorkingDatabase(other.get()); });
     QVERIFY(m_gestures.isEmpty());
     KcHost::setWorkingDatabase(&**m_drawing);
+}
+
+void tst_LayerTable::isolation()
+{
+    OvLayerUtility().setLayerOff("Walls", false);
+    OvLayerUtility().setLayerOff("Doors", false);
+    OvLayerUtility().setLayerFrozen("Doors", true);
+    m_panel->refresh();
+    Rows before = rows();
+    QSignalSpy canGiveBack(m_table, &LayerTableWidget::giveBackChanged);
+    const auto isolate = [this] { m_table->isolateSelection(); };
+
+    m_table->clearSelection();
+    isolate();
+    m_table->selectAll();
+    m_search->setText("d*");
+    QVERIFY(!answer("noBtn", isolate).isEmpty());
+    QCOMPARE(m_gestures.takeLast(), QString("Isolate layer 2/0 Doors,wall-1"));
+    QVERIFY(!answer("noBtn", isolate).isEmpty());
+    m_search->clear();
+    selectNames({"Walls", "wall-1"});
+    QVERIFY(!answer("okBtn", isolate).isEmpty());
+    QCOMPARE(m_gestures.takeLast(), QString("Isolate 2 layers 4/0 Doors,Walls,wall-1,0"));
+    isolate();
+    QVERIFY(m_gestures.isEmpty() && rows() == layerRows() && m_hostCalls == 2);
+
+    OvLayerUtility().setLayerOff("Doors", true); // by somebody, as all but the first
+    OvLayerUtility().setLayerLock("Doors", true);
+    KcHost::addLayer(**m_drawing, "New");
+    m_panel->refresh();
+    m_table->giveBack();
+    m_table->giveBack();
+    QVERIFY(m_gestures.takeLast().startsWith("Give back isolated layers 3/0 ") && m_hostCalls == 3);
+    KcHost::eraseLayer(**m_drawing, "New");
+    OvLayerUtility().setLayerLock("Doors", false);
+    QVERIFY(m_gestures.isEmpty() && layerRows() == before);
+
+    m_panel->refresh();
+    selectNames({"0"});
+    isolate();
+    QVERIFY(m_table->canGiveBack());
+    const OpenDrawing other(drawingWithLayers({"Doors", "Walls"}));
+    m_panel->showOtherDrawing();
+    QVERIFY(!m_table->canGiveBack());
+    QCOMPARE(canGiveBack, (Calls{{true}, {false}, {true}, {false}}));
+}
+
+void tst_LayerTable::visibilityFollowsSelection()
+{
+    OvLayerUtility().setLayerOff("Walls", false);
+    OvLayerUtility().setLayerFrozen("Doors", true);
+    m_panel->refresh();
+    const Rows before = rows();
+    QSignalSpy changes(m_panel.get(), &LayerManager::visibilityFollowsSelectionChanged);
+    const auto follows = [this] { QVERIFY(m_panel->visibilityFollowsSelection()); };
+    connect(m_panel.get(), &LayerManager::changesBegin, this, follows);
+    connect(m_panel.get(), &LayerManager::changesEnd, this, follows);
+    const auto on = [this](int gestures) {
+        QCoreApplication::processEvents();
+        QStringList names;
+        const Rows layers = layerRows();
+        for (const QStringList &layer : layers) {
+            if (layer[OnColumn] == "true")
+                names += layer[NameColumn];
+        }
+        const bool isAsTold = m_gestures.filter("Show selected layers ").size() == gestures
+                              && m_gestures.size() == gestures && m_hostCalls == gestures
+                              && rows() == layers;
+        return isAsTold ? names.join(' ') : m_gestures.join('|');
+    };
+    m_panel->setVisibilityFollowsSelection(true); // "0" is selected
+    QCOMPARE(on(1), QString("0"));
+    selectNames({"0", "wall-1"});
+    selectNames({"Walls"});
+    selectNames({"Doors", "Walls"});
+    QCOMPARE(on(2), QString("Doors Walls"));
+    OvLayerUtility().setLayerOff("wall-1", true); // which it was anyway
+    OvLayerUtility().setLayerOff("Doors", false); // somebody's own wish
+    selectNames({"Doors"});
+    QCOMPARE(on(3), QString("Doors"));
+    m_table->clearSelection();
+    QCOMPARE(on(4), QString("0 wall-1"));
+    m_table->selectAll();
+    QCOMPARE(on(5), QString("0 Doors Walls wall-1"));
+    OvLayerUtility().setLayerOff("Doors", true); // changed only to be changed back
+    m_panel->setVisibilityFollowsSelection(false);
+    QCOMPARE(on(6), QString("0 wall-1"));
+    selectNames({"Walls"});
+    QCOMPARE(on(6), QString("0 wall-1"));
+    QCOMPARE(changes, (Calls{{true}, {false}}));
+
+    // Asked for out of its own gesture; and with the panel; for another drawing it is not meant.
+    OvLayerUtility().setLayerOff("Doors", true);
+    const Rows meanwhile = layerRows();
+    m_panel->setVisibilityFollowsSelection(true);
+    connect(m_panel.get(), &LayerManager::changesEnd, m_table,
+            [this] { m_panel->setVisibilityFollowsSelection(false); });
+    selectNames({"wall-1"});
+    QTRY_VERIFY(!m_panel->visibilityFollowsSelection());
+    QVERIFY(layerRows() == meanwhile && layerRows() == before);
+    openPanel();
+    m_panel->setVisibilityFollowsSelection(true);
+    m_panel.reset();
+    QVERIFY(layerRows() == before);
+
+    openPanel();
+    m_panel->setVisibilityFollowsSelection(true);
+    const OpenDrawing other(drawingWithLayers({"Doors", "Walls"}));
+    m_panel->showOtherDrawing();
+    QVERIFY(!m_panel->visibilityFollowsSelection());
+    QCOMPARE(rows(), layerRows());
 }
 
 void tst_LayerTable::cellPixels()

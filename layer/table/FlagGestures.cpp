@@ -50,13 +50,8 @@ bool begin(const QPointer<LayerDelegate> &delegate, const QString &text)
 
 void end(const QPointer<LayerDelegate> &delegate, const FlagOrders &orders)
 {
-    QStringList changed;
-    int refused = 0;
-    for (const FlagOrder &order : orders) {
-        if (order.isChanged)
-            changed.append(order.name);
-        refused += order.isRefused;
-    }
+    const QStringList changed = changedIn(orders);
+    const int refused = int(refusedIn(orders).size());
     if (delegate)
         emit delegate->changesEnd(int(changed.size()), refused);
     if (delegate && !changed.isEmpty())
@@ -71,29 +66,26 @@ FlagGestures::FlagGestures(LayerDelegate *delegate)
 {
 }
 
-FlagGestures::Guard FlagGestures::set(LayerColumn column, bool value, FlagOrders &orders,
-                                      int guarded, const Show &show)
+FlagGestures::Guard FlagGestures::change(const Text &text, FlagOrders &orders, const Show &show,
+                                         int guarded)
 {
-    if (guarded < 0) {
-        change(flagChangeText(column, value, int(orders.size())), orders, show);
-        return Guard::NotNeeded;
+    if (guarded >= 0) {
+        const auto place = orders.begin() + guarded;
+        const FlagOrder current = *place;
+        orders.erase(place);
+        const bool isToBeOff = current.wanted == oneFlag(OnColumn, false);
+        return isToBeOff ? switchOff(text, current, orders, show)
+                         : freeze(text, current, orders, show);
     }
-    const auto place = orders.begin() + guarded;
-    const FlagOrder current = *place;
-    orders.erase(place);
-    return column == OnColumn ? switchOff(current, orders, show) : freeze(current, orders, show);
-}
-
-void FlagGestures::change(const QString &text, FlagOrders &orders, const Show &show)
-{
     const QPointer<LayerDelegate> delegate(m_delegate);
-    if (!begin(delegate, text)) {
+    if (!begin(delegate, text(int(orders.size())))) {
         orders.clear();
-        return;
+        return Guard::NotNeeded;
     }
     setLayerFlags(orders);
     show(orders);
     end(delegate, orders);
+    return Guard::NotNeeded;
 }
 
 void FlagGestures::tell(const QPointer<LayerDelegate> &delegate, const QStringList &layers)
@@ -111,15 +103,15 @@ void FlagGestures::dropQuestion()
 
 /// The dialog switches the current layer itself, and before it does, all begins. Where the user says no,
 /// it is the others alone.
-FlagGestures::Guard FlagGestures::switchOff(const FlagOrder &current, FlagOrders &others,
-                                            const Show &show)
+FlagGestures::Guard FlagGestures::switchOff(const Text &text, const FlagOrder &current,
+                                            FlagOrders &others, const Show &show)
 {
     const QPointer<LayerDelegate> delegate(m_delegate);
     const KcDbDatabase *drawing = getCurrentDb();
-    const QString text = flagChangeText(OnColumn, false, int(others.size()) + 1);
+    const int count = int(others.size()) + 1;
     std::optional<bool> before;
     const auto switching = [&, delegate] {
-        begin(delegate, text);
+        begin(delegate, text(count));
         before = layerFlag(current.name, OnColumn);
     };
     const auto begun = QObject::connect(m_dialog, &LayerWarningDialog::aboutToSwitch, switching);
@@ -132,7 +124,7 @@ FlagGestures::Guard FlagGestures::switchOff(const FlagOrder &current, FlagOrders
         others.clear();
     if (answer != QDialog::Accepted) {
         if (!others.empty())
-            change(flagChangeText(OnColumn, false, int(others.size())), others, show);
+            change(text, others, show);
         return Guard::Declined;
     }
     setLayerFlags(others);
@@ -148,16 +140,16 @@ FlagGestures::Guard FlagGestures::switchOff(const FlagOrder &current, FlagOrders
     return Guard::Passed;
 }
 
-FlagGestures::Guard FlagGestures::freeze(const FlagOrder &current, FlagOrders &others,
-                                         const Show &show)
+FlagGestures::Guard FlagGestures::freeze(const Text &text, const FlagOrder &current,
+                                         FlagOrders &others, const Show &show)
 {
     const QPointer<LayerDelegate> delegate(m_delegate);
     const KcDbDatabase *drawing = getCurrentDb();
-    const QString text = flagChangeText(ThawedColumn, false, int(others.size()) + 1);
+    const int count = int(others.size()) + 1;
     ask(LayerDelegate::tr("The current layer can't be frozen!"), false);
     if (getCurrentDb() != drawing)
         others.clear();
-    if (!begin(delegate, text)) {
+    if (!begin(delegate, text(count))) {
         others.clear();
         return Guard::Declined;
     }

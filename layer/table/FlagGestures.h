@@ -37,14 +37,13 @@ public:
     /// Those of a delegate.
     static FlagGestures &of(const LayerDelegate &delegate);
 
-    /// Gives one flag of some layers a value.
-    /// @param[in,out] orders  those that were attempted in the end; none if nothing was begun
-    /// @param         guarded the place of the current layer in it, if that needs the guard; or -1
-    Guard set(LayerColumn column, bool value, FlagOrders &orders, int guarded, const Show &show);
+    /// What the change of so many layers is called; at least one.
+    using Text = std::function<QString(int layers)>;
 
-    /// Changes any flags, without a guard.
-    /// @param[in,out] orders none if nothing was begun
-    void change(const QString &text, FlagOrders &orders, const Show &show);
+    /// Changes flags.
+    /// @param[in,out] orders  those that were attempted in the end; none if nothing was begun
+    /// @param         guarded the place in it of the current layer, if that needs the guard; or -1
+    Guard change(const Text &text, FlagOrders &orders, const Show &show, int guarded = -1);
 
     /// Tells the host, and sends layerDataChanged() if there still is a delegate.
     static void tell(const QPointer<LayerDelegate> &delegate, const QStringList &layers);
@@ -53,8 +52,9 @@ public:
     void dropQuestion();
 
 private:
-    Guard switchOff(const FlagOrder &current, FlagOrders &others, const Show &show);
-    Guard freeze(const FlagOrder &current, FlagOrders &others, const Show &show);
+    Guard switchOff(const Text &text, const FlagOrder &current, FlagOrders &others,
+                    const Show &show);
+    Guard freeze(const Text &text, const FlagOrder &current, FlagOrders &others, const Show &show);
     int ask(const QString &text, bool isQuestion);
 
     LayerDelegate *const m_delegate;

@@ -290,7 +290,10 @@ bool LayerDelegate::Private::toggle(QAbstractItemModel *model, const QModelIndex
         if (cell.isValid() && !shown.empty())
             model->setData(cell, flagText(!isSet), Qt::DisplayRole);
     };
-    const auto guard = gestures.set(column, !isSet, orders, guarded, show);
+    const auto text = [column, isSet](int layers) {
+        return flagChangeText(column, !isSet, layers);
+    };
+    const auto guard = gestures.change(text, orders, show, guarded);
     for (const FlagOrder &order : orders)
         touched.append(order.name);
     return guard != FlagGestures::Guard::Declined;

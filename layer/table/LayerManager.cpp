@@ -86,6 +86,8 @@ LayerManager::LayerManager(QWidget *parent)
     connect(m_d->table, &LayerTableWidget::changesBegin, this, &LayerManager::changesBegin);
     connect(m_d->table, &LayerTableWidget::changesEnd, this, &LayerManager::changesEnd);
     connect(m_d->table, &LayerTableWidget::layersToggled, this, &LayerManager::layersToggled);
+    connect(m_d->table, &LayerTableWidget::visibilityFollowsSelectionChanged, this,
+            &LayerManager::visibilityFollowsSelectionChanged);
     connect(m_d->table, &LayerTableWidget::colorRequested, this, &LayerManager::colorRequested);
     connect(m_d->table, &LayerTableWidget::linetypeRequested, this,
             &LayerManager::linetypeRequested);
@@ -175,6 +177,17 @@ QPixmap LayerManager::drawIcon(LayerIcons icon, QSize size) const
     const QPoint tile(icon * (tileSize.width() + 1) + 1, 0);
     QPainter(&picture).drawPixmap(QPoint(), m_d->iconStrip, QRect(tile, tileSize));
     return picture;
+}
+
+bool LayerManager::visibilityFollowsSelection() const
+{
+    return m_d->table && m_d->table->visibilityFollowsSelection();
+}
+
+void LayerManager::setVisibilityFollowsSelection(bool follows)
+{
+    if (m_d->table)
+        m_d->table->setVisibilityFollowsSelection(follows);
 }
 
 void LayerManager::setLinetypes(const QStringList &linetypes)

@@ -34,6 +34,9 @@ class SearchLayerEdit;
 class OVCC_EXPORT LayerManager : public QWidget
 {
     Q_OBJECT
+    /// See setVisibilityFollowsSelection().
+    Q_PROPERTY(bool visibilityFollowsSelection READ visibilityFollowsSelection WRITE
+                       setVisibilityFollowsSelection DESIGNABLE false)
 
     /// Whether the user can narrow the table to some layers; see setFilterVisible().
     Q_PROPERTY(bool filterVisible READ isFilterVisible WRITE setFilterVisible)
@@ -76,6 +79,12 @@ public:
     /// A picture of @p size with the 16 × 16 tile of a command at its top left, transparent
     /// elsewhere.
     QPixmap drawIcon(LayerIcons icon, QSize size) const;
+
+    /// See LayerTableWidget::setVisibilityFollowsSelection().
+    /// @{
+    bool visibilityFollowsSelection() const;
+    void setVisibilityFollowsSelection(bool follows);
+    /// @}
 
     /// See LayerTableWidget::setLinetypes().
     void setLinetypes(const QStringList &linetypes);
@@ -123,6 +132,9 @@ Q_SIGNALS:
 
     /// A click changed these layers; see LayerDelegate::layersToggled().
     void layersToggled(QStringList names);
+
+    /// See LayerTableWidget::visibilityFollowsSelectionChanged().
+    void visibilityFollowsSelectionChanged(bool follows);
 
     /// A new row's name was settled; see LayerTableWidget::layerAdded().
     void layerAdded(QString name);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "layer/data/HostRecords.h"
+#include "layer/data/LayerSearch.h"
 #include "layer/table/FlagGestures.h"
 #include "layer/table/LayerTablePrivate.h"
 #include "layer/table/RowsByName.h"
@@ -22,19 +23,6 @@ FlagOrders ordersOf(const QStringList &names, const SomeFlags &wanted)
     for (const QString &name : names)
         orders.push_back({name, wanted});
     return orders;
-}
-
-/// The place of the drawing's current layer, if it is to be switched off or frozen by this; or -1.
-int guardedPlace(const FlagOrders &orders, LayerColumn column, bool value)
-{
-    LayerItemData current;
-    if (value || !isGuarded(column) || !OvLayerUtility().getCurrentLayer(current)
-        || (column == OnColumn ? !current.isOn : current.isFrozen))
-        return -1;
-    const auto place =
-            std::find_if(orders.begin(), orders.end(),
-                         [&current](const FlagOrder &order) { return order.name == current.name; });
-    return place == orders.end() ? -1 : int(place - orders.begin());
 }
 
 QStringList allLayers()
@@ -85,6 +73,20 @@ int LayerTableWidget::setAllFlags(LayerColumn column, bool value)
     return isFlagColumn(column) ? m_d->setFlag(column, value, allLayers()) : 0;
 }
 
+/// The place of the drawing's current layer, if it is to be switched off or frozen by this; or -1.
+int LayerTableWidget::Private::guardedPlace(const FlagOrders &orders, LayerColumn column,
+                                            bool value)
+{
+    LayerItemData current;
+    if (value || !isGuarded(column) || !OvLayerUtility().getCurrentLayer(current)
+        || (column == OnColumn ? !current.isOn : current.isFrozen))
+        return -1;
+    const auto place =
+            std::find_if(orders.begin(), orders.end(),
+                         [&current](const FlagOrder &order) { return order.name == current.name; });
+    return place == orders.end() ? -1 : int(place - orders.begin());
+}
+
 /// @return how many layers are different; the table may be gone
 int LayerTableWidget::Private::setFlag(LayerColumn column, bool value, const QStringList &names)
 {
@@ -93,7 +95,8 @@ int LayerTableWidget::Private::setFlag(LayerColumn column, bool value, const QSt
     const QPointer<LayerDelegate> delegate(editing->delegate());
     FlagOrders orders = ordersOf(names, oneFlag(column, value));
     const int guarded = guardedPlace(orders, column, value);
-    FlagGestures::of(*delegate).set(column, value, orders, guarded, showing());
+    const auto text = [column, value](int layers) { return flagChangeText(column, value, layers); };
+    FlagGestures::of(*delegate).change(text, orders, showing(), guarded);
     return tell(delegate, orders);
 }
 
@@ -109,9 +112,11 @@ FlagGestures::Show LayerTableWidget::Private::showing()
 void LayerTableWidget::Private::showFlags(const FlagOrders &orders)
 {
     QVector<CellText> cells;
-    RowsByName byName(rows->rows(), aheadOfDrawing.renamed);
+    std::optional<RowsByName> byName;
+    if (orders.size() > mostSearches)
+        byName.emplace(rows->rows(), aheadOfDrawing.renamed);
     for (const FlagOrder &order : orders) {
-        const int row = byName.take(order.name);
+        const int row = byName ? byName->take(order.name) : rowNamed(order.name);
         for (size_t place = 0; row >= 0 && place < flagColumns.size(); ++place) {
             if (const std::optional<bool> flag = order.shown.at(place))
                 cells.append({row, flagColumns.at(place), flagText(*flag)});
@@ -128,13 +133,10 @@ int LayerTableWidget::Private::tell(const QPointer<LayerDelegate> &delegate,
     if (orders.empty())
         return 0;
     QStringList names;
-    int changed = 0;
-    for (const FlagOrder &order : orders) {
+    for (const FlagOrder &order : orders)
         names.append(order.name);
-        changed += order.isChanged;
-    }
     FlagGestures::tell(delegate, names);
-    return changed;
+    return int(changedIn(orders).size());
 }
 
 } // namespace OvCc

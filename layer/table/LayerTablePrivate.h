@@ -24,13 +24,15 @@
 #include <optional>
 #include <utility>
 
+class KcDbDatabase;
 class QMenu;
 
 /// @file
 /// What the sources of the layer table share: LayerTableWidget.cpp with its rows and commands,
-/// LayerTableFlags.cpp with the flags of many layers, LayerTableRefresh.cpp with what follows changes of
-/// the drawing, LayerTableFinding.cpp with which rows are shown and selected at once, LayerTableViews.cpp
-/// with the two views, LayerTableLayout.cpp with the columns that are shown.
+/// LayerTableFlags.cpp with the flags of many layers, LayerTableVisibility.cpp with what shows some layers
+/// alone, LayerTableRefresh.cpp with what follows changes of the drawing, LayerTableFinding.cpp with which
+/// rows are shown and selected at once, LayerTableViews.cpp with the two views, LayerTableLayout.cpp with
+/// the columns that are shown.
 
 namespace OvCc {
 
@@ -69,12 +71,20 @@ struct LayerTableWidget::Private
     void leaveRowsBeside(const QVector<int> &staying);
     void followEditor();
 
+    static int guardedPlace(const FlagOrders &orders, LayerColumn column, bool value);
     int setFlag(LayerColumn column, bool value, const QStringList &names);
     FlagGestures::Show showing();
     void showFlags(const FlagOrders &orders);
     static int tell(const QPointer<LayerDelegate> &delegate, const FlagOrders &orders);
 
     void editName(int row);
+
+    void isolate(const QSet<QString> &selected);
+    void selectionChanged();
+    void postFollowing();
+    void followSelection(const QStringList &selected);
+    void stopFollowing();
+    void forgetOtherDrawing();
 
     /// As the user reads it; empty for the column of the marker.
     static QString shownTitle(const ColumnTraits &column);
@@ -100,6 +110,35 @@ struct LayerTableWidget::Private
     bool isChanging = false;         ///< the rows
     bool isRefreshDue = false;       ///< when the editors are closed
     bool isSelectionToggled = false;
+
+    /// What isolating has changed.
+    struct Isolation
+    {
+        void note(const FlagOrders &outcome, const LayerState &state);
+
+        KcDbDatabase *drawing = nullptr;
+        QHash<QString, SomeFlags> before; ///< as these flags were, by the names of the layers
+    };
+    std::optional<Isolation> isolation;
+
+    /// What is kept while the selected layers alone are on.
+    struct Following
+    {
+        struct Layer
+        {
+            bool own;  ///< whether it is on but for the selection
+            bool left; ///< whether it was left on here
+        };
+
+        FlagOrders ordersFor(const QSet<QString> &selected);
+        void note(const FlagOrders &outcome);
+
+        KcDbDatabase *drawing = nullptr;
+        QHash<QString, Layer> layers{}; ///< by their names
+        bool isDue = false;             ///< to look at what is selected
+        bool isBusy = false;            ///< with a gesture
+    };
+    std::optional<Following> following; ///< while that is switched on
 
     /// What the user did here since the last refresh of all rows. The drawing need not follow.
     struct AheadOfDrawing

@@ -184,7 +184,8 @@ bool LayerTableWidget::showOtherDrawing()
     m_d->editing->drop();
     m_d->aheadOfDrawing = {};
     const QPointer<LayerTableWidget> self(this);
-    const bool isAnyOther = refresh();
+    m_d->forgetOtherDrawing();
+    const bool isAnyOther = self && refresh();
     if (self && !selectionModel()->hasSelection())
         m_d->selectRow(m_d->rowNamed(m_d->currentLayer));
     return isAnyOther;

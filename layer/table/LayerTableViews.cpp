@@ -186,6 +186,8 @@ void LayerTableWidget::Private::connectViews()
         connect(header, &QHeaderView::sortIndicatorChanged, q,
                 &LayerTableWidget::slotSortIndexChanged);
     }
+    connect(q->selectionModel(), &QItemSelectionModel::selectionChanged, q,
+            [this] { selectionChanged(); });
     QScrollBar *bar = q->verticalScrollBar();
     const QScrollBar *horizontalBar = q->horizontalScrollBar();
     QScrollBar *frozenBar = frozen->verticalScrollBar();

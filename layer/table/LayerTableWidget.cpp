@@ -69,6 +69,7 @@ LayerTableWidget::LayerTableWidget(QWidget *parent)
 
 LayerTableWidget::~LayerTableWidget()
 {
+    m_d->stopFollowing();
     writeSettings();
     // An editor that is still open loses the focus as it goes: nobody is to hear of that any more.
     delete m_d->editing;
@@ -79,6 +80,9 @@ void LayerTableWidget::InitLayerModel()
     if (m_d->isLoading || m_d->isChanging)
         return;
     const QPointer<LayerTableWidget> self(this);
+    m_d->forgetOtherDrawing();
+    if (!self)
+        return;
     m_d->isLoading = true;
     m_d->isChanging = true;
     m_d->isRefreshDue = false;

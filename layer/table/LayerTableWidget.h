@@ -46,6 +46,9 @@ class OVCC_EXPORT LayerTableWidget : public QTableView
     Q_OBJECT
     /// See setToggleSelection().
     Q_PROPERTY(bool toggleSelection READ toggleSelection WRITE setToggleSelection)
+    /// See setVisibilityFollowsSelection().
+    Q_PROPERTY(bool visibilityFollowsSelection READ visibilityFollowsSelection WRITE
+                       setVisibilityFollowsSelection DESIGNABLE false)
 
     /// Whether names are sorted by the numbers in them; see setNaturalOrder().
     Q_PROPERTY(bool naturalOrder READ naturalOrder WRITE setNaturalOrder)
@@ -191,6 +194,24 @@ public:
     /// As setSelectedFlag(), for all layers of the drawing, those that the search hides included.
     int setAllFlags(LayerColumn column, bool value);
 
+    /// Whether giveBack() has anything to give back; false for another drawing.
+    bool canGiveBack() const;
+
+    /// While this is on, the selected layers that are shown are on in the drawing, and no others; with
+    /// none selected all are as they were before. Frozen layers stay frozen, and nothing is asked, not even
+    /// for the current layer. Each change of the selection is one gesture, whose changesBegin() has the
+    /// same text each time; what changes before control is back in the event loop is one change.
+    ///
+    /// Switched off, and when the table goes, all is as it was, by one more such gesture, during which
+    /// this still says that it is on. What somebody else switched on or off meanwhile, the user by a click
+    /// or the host, stays as they wanted it then. For another drawing it is switched off, and the drawing
+    /// before, which the table cannot reach any more, stays as it is: a host switches it off before, and
+    /// for as long as it writes the drawing to a file. False to begin with. O(N) for each change.
+    /// @{
+    bool visibilityFollowsSelection() const;
+    void setVisibilityFollowsSelection(bool follows);
+    /// @}
+
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 public Q_SLOTS:
@@ -248,6 +269,16 @@ public Q_SLOTS:
     void selectUnused();
     /// @}
 
+    /// Switches the selected layers that are shown on, thaws them, and switches all others off, in one
+    /// gesture. The user is asked before the current layer is switched off, which stays on if the answer
+    /// is no. Nothing where no row is selected, and where all is so already.
+    void isolateSelection();
+
+    /// Gives back what isolateSelection() has changed, several calls of it together, in one gesture: a
+    /// flag that it changed is as it was before the first one; all else stays as it is by now. Nothing
+    /// unless canGiveBack().
+    void giveBack();
+
     /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
     /// any characters: at the beginning, or else at the end, or else the first one inside.
     void slotSearchLayer(const QString &text);
@@ -281,6 +312,12 @@ Q_SIGNALS:
 
     /// A click changed these layers; see LayerDelegate::layersToggled().
     void layersToggled(QStringList names);
+
+    /// What canGiveBack() says has changed.
+    void giveBackChanged(bool canGiveBack);
+
+    /// setVisibilityFollowsSelection() took effect, or another drawing switched it off.
+    void visibilityFollowsSelectionChanged(bool follows);
 
     /// The editor that addLayer() opened was closed, whoever closed it. After a reload that took the
     /// row away there is nothing to tell.
