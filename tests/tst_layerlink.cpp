@@ -206,6 +206,7 @@ private slots:
     void clicksAndCommands();
     void wishes();
     void refusals();
+    void layerStates();
     void otherDrawing();
     void hostsThatDoOddThings();
     void widgetsComeAndGo();
@@ -359,6 +360,73 @@ void tst_LayerLink::refusals()
     host.command("New", "a/b\r");
     QCoreApplication::processEvents();
     QCOMPARE(host.difference(), QString());
+}
+
+/// What the host hears, in its order, and how far it gets where it goes away on the way.
+void tst_LayerLink::layerStates()
+{
+    Host host({"Doors", "Stairs", "Walls"});
+    const LayerState plain = LayerState::capture();
+    LayerState state = plain;
+    state.setCurrentLayer("Walls");
+    state.insert("0", {true, false});
+    state.insert("Doors", {false, true, false, true, Qt::red, "CONTINUOUS", 25});
+    state.insert("Stairs", {true, true, true, true, Qt::red, "Continuous", 50});
+    state.insert("Gone", {});
+    QStringList heard;
+    const auto hear = [&heard](const char *what) {
+        return [&heard, what](const auto &...of) { ((heard << what) << ... << of); };
+    };
+    const auto change = [&](const QStringList &names, const auto &set) {
+        heard << names;
+        for (const QString &name : names) {
+            KcHost::LayerChange change;
+            set(change);
+            KcHost::changeLayer(*host.drawing, name, change);
+        }
+    };
+    LayerLink &link = *host.link;
+    connect(&link, &LayerLink::changesBegin, this, hear("begin"));
+    connect(&link, &LayerLink::currentLayerRequested, this, hear("current"));
+    connect(&link, &LayerLink::colorRequested, this, [&](const QStringList &names, QColor color) {
+        change(names, [&](auto &each) { each.trueColor = color.rgb() & 0xffffff; });
+    });
+    connect(&link, &LayerLink::linetypeRequested, this, hear("linetype"));
+    connect(&link, &LayerLink::lineWeightRequested, this,
+            [&](const QStringList &names, int weight) {
+                change(names, [&](auto &each) { each.lineWeight = weight; });
+            });
+    connect(&link, &LayerLink::changesEnd, this, [&](int changed, int refused) {
+        heard << QString("end %1/%2").arg(changed).arg(refused);
+    });
+    connect(&link, &LayerLink::layersToggled, this, hear("toggled"));
+    int calls = 0;
+    KcHost::setLayerTableChangesHandler([&] { ++calls; });
+    QSignalSpy updated(&link, &LayerLink::updated);
+    QCOMPARE(link.restore(state), QStringList("Gone"));
+    QCOMPARE(heard.join(' '), QString("begin Restore layer state current Walls Doors Stairs Doors "
+                                      "Stairs end 4/1 toggled 0 Doors"));
+    QCoreApplication::processEvents();
+    QVERIFY(host.difference().isEmpty() && updated.count() == 1 && calls == 1);
+
+    heard.clear();
+    KcDbLayerTableRecord *doors = getLayerByName("Doors");
+    LayerState back = plain;
+    back.setCurrentLayer("Gone");
+    QCOMPARE(link.restore(back), QStringList("Doors"));
+    QCOMPARE(heard.join(' '), QString("begin Restore layer state Doors Stairs Doors Stairs "
+                                      "end 2/1 toggled 0"));
+    doors->close();
+
+    for (const auto signal : {&LayerLink::changesBegin, &LayerLink::currentLayerRequested}) {
+        auto *other = new LayerLink;
+        connect(other, signal, this, [other] { delete other; });
+        QCOMPARE(other->restore(plain), plain.names());
+    }
+    auto *other = new LayerLink;
+    connect(other, &LayerLink::changesEnd, this, [other] { delete other; });
+    QVERIFY(other->restore(plain).isEmpty());
+    QVERIFY(LayerState::capture().layer("Doors").isOn);
 }
 
 void tst_LayerLink::otherDrawing()

@@ -4,13 +4,16 @@
 #include "LayerLink.h"
 
 #include "layer/data/HostNotice.h"
+#include "layer/data/LayerFlags.h"
 #include "layer/data/LayerSearch.h"
 
 #include <OvCustomControl/LayerComboBox.h>
 #include <OvCustomControl/LayerManager.h>
+#include <OvCustomControl/LayerState.h>
 #include <OvCustomControl/LayerTableWidget.h>
 #include <OvCustomControl/OvLayerUtility.h>
 
+#include <QMap>
 #include <QPointer>
 
 #include <algorithm>
@@ -79,6 +82,42 @@ private:
     QPointer<LayerManager> m_panel;
 };
 
+/// Linetypes go by any letter case.
+bool hasLinetype(const LayerState::Layer &layer, const QString &linetype)
+{
+    return layer.linetype.compare(linetype, Qt::CaseInsensitive) == 0;
+}
+
+bool isAs(LayerState::Layer wanted, const LayerState::Layer &layer)
+{
+    if (hasLinetype(layer, wanted.linetype))
+        wanted.linetype = layer.linetype;
+    return layer == wanted;
+}
+
+/// What restoring @p state has come to.
+struct Restored
+{
+    Restored(const LayerState &state, const LayerState &before)
+    {
+        const LayerState after = LayerState::capture();
+        const QStringList names = after.names();
+        for (const QString &name : names) {
+            const bool isMadeCurrent =
+                    name == after.currentLayer() && name != before.currentLayer();
+            changed += isMadeCurrent || after.layer(name) != before.layer(name);
+            refused += state.contains(name) && !isAs(state.layer(name), after.layer(name));
+        }
+        const QStringList wanted = state.names();
+        refused += int(std::count_if(wanted.begin(), wanted.end(), [&after](const QString &name) {
+            return !after.contains(name);
+        }));
+    }
+
+    int changed = 0;
+    int refused = 0;
+};
+
 } // namespace
 
 struct LayerLink::Private
@@ -94,6 +133,8 @@ struct LayerLink::Private
     void passWish(const QWidget *from, Signal signal, const Arguments &...arguments);
     template <class Signal, class... Arguments>
     bool ask(const QStringList &layers, Signal signal, const Arguments &...arguments);
+
+    void askFor(const LayerState &state, const LayerState &before);
 
     void note(const QString &layer);
     void note(const QStringList &layers);
@@ -170,6 +211,33 @@ void LayerLink::setLinetypes(const QStringList &linetypes)
         if (LayerTableWidget *table = linked.table())
             table->setLinetypes(linetypes);
     }
+}
+
+QStringList LayerLink::restore(const LayerState &state)
+{
+    const QPointer<LayerLink> self(this);
+    const LayerState before = LayerState::capture();
+    const QString current = state.currentLayer();
+    emit changesBegin(tr("Restore layer state"));
+    if (self && current != before.currentLayer() && before.contains(current))
+        m_d->requestCurrent(current);
+    if (!self)
+        return state.names();
+
+    FlagOrders orders = ordersOf(state);
+    setLayerFlags(orders);
+    if (self)
+        m_d->askFor(state, before);
+    if (self) {
+        const Restored restored(state, before);
+        m_d->noteAll(nullptr);
+        emit changesEnd(restored.changed, restored.refused);
+    }
+    const QStringList toggled = changedIn(orders);
+    if (self && !toggled.isEmpty())
+        emit layersToggled(toggled);
+    tellHost(state.names());
+    return refusedIn(orders);
 }
 
 void LayerLink::layerChanged(const QString &name)
@@ -294,6 +362,34 @@ void LayerLink::Private::listenToProperties(LayerTableWidget *table)
 void LayerLink::Private::requestCurrent(const QString &name)
 {
     ask({name}, &LayerLink::currentLayerRequested, name);
+}
+
+/// Sends as wishes what differs beside the flags.
+void LayerLink::Private::askFor(const LayerState &state, const LayerState &before)
+{
+    QMap<QRgb, QStringList> colors;
+    QMap<QString, QStringList> linetypes;
+    QMap<int, QStringList> lineWeights;
+    const QStringList names = state.names();
+    for (const QString &name : names) {
+        const LayerState::Layer wanted = state.layer(name);
+        const LayerState::Layer present = before.contains(name) ? before.layer(name) : wanted;
+        if (wanted.color != present.color)
+            colors[wanted.color.rgb()].append(name);
+        if (!hasLinetype(present, wanted.linetype))
+            linetypes[wanted.linetype].append(name);
+        if (wanted.lineWeight != present.lineWeight)
+            lineWeights[wanted.lineWeight].append(name);
+    }
+    const QPointer<LayerLink> self(q);
+    const auto askEach = [this, &self](const auto &wishes, auto signal, auto valueOf) {
+        for (auto wish = wishes.cbegin(); self && wish != wishes.cend(); ++wish)
+            this->ask(*wish, signal, *wish, valueOf(wish.key()));
+    };
+    const auto same = [](const auto &value) { return value; };
+    askEach(colors, &LayerLink::colorRequested, [](QRgb rgb) { return QColor(rgb); });
+    askEach(linetypes, &LayerLink::linetypeRequested, same);
+    askEach(lineWeights, &LayerLink::lineWeightRequested, same);
 }
 
 /// The widget that a wish comes from shows it as fulfilled. Whether it was shows in the others, too, by

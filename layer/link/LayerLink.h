@@ -15,6 +15,7 @@ namespace OvCc {
 
 class LayerComboBox;
 class LayerManager;
+class LayerState;
 class LayerTableWidget;
 
 /// Keeps any number of layer widgets in step with the working drawing, and tells in one place what the
@@ -70,6 +71,19 @@ public:
     /// What LayerTableWidget::setLinetypes() is told, in all tables that are in and in those that
     /// come. Without a call of this each keeps its own.
     void setLinetypes(const QStringList &linetypes);
+
+    /// Makes the working drawing as @p state says, as one gesture. Between changesBegin() and
+    /// changesEnd() come currentLayerRequested(), if another layer is to be current than is, the flags, in
+    /// one walk over the layer table, and colorRequested(), linetypeRequested() and lineWeightRequested(),
+    /// for the layers that differ, once for each value, the lowest first. layersToggled() and
+    /// ovSetLayerTableChanges() follow, as after a click.
+    ///
+    /// What changesEnd() tells is what the drawing says by then, whatever was changed: a layer that was
+    /// made current counts as changed, and as refused one that is not as the state says. Layers that are
+    /// not in the state stay as they are.
+    /// @return the names of layers in it that are gone, or did not take their flags; all of them if the link
+    ///         was destroyed before these were set
+    QStringList restore(const LayerState &state);
 
 public Q_SLOTS:
     /// A layer has other flags, another colour or the like, or it came, or it is gone.
