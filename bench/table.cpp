@@ -266,6 +266,41 @@ Times tableToggle(int n)
     return {ours, baseline};
 }
 
+/// Toggling a flag of a thousand selected layers in drawing and table, against ten clicks on that of the
+/// last layer in the drawing.
+Times toggleMany(int n)
+{
+    const auto drawing = openDrawing(n);
+    const auto table = shownTable();
+    const QAbstractItemModel *model = table->model();
+    const QString last = drawingRows().constLast().at(OvCc::NameColumn);
+    int row = 0;
+    while (model->index(row, OvCc::NameColumn).data() != last)
+        ++row;
+    const QModelIndex cell = model->index(row, OvCc::UnlockedColumn);
+    table->scrollTo(cell);
+    QApplication::processEvents();
+    const QPoint place = table->visualRect(cell).center();
+    const double baseline = 10 * medianTime([&] {
+                                click(*table->viewport(), place);
+                                QApplication::processEvents();
+                            });
+
+    const int count = qMin(1000, n / 2);
+    const QItemSelection rows(model->index(n / 4, 0),
+                              model->index(n / 4 + count - 1, OvCc::LayerColumnCount - 1));
+    table->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
+    bool isUnlocked = true;
+    table->setSelectedFlag(OvCc::UnlockedColumn, isUnlocked);
+    const double ours = medianTime([&] {
+        isUnlocked = !isUnlocked;
+        if (table->setSelectedFlag(OvCc::UnlockedColumn, isUnlocked) != count)
+            qFatal("Not all %d layers were toggled", count);
+        QApplication::processEvents();
+    });
+    return {ours, baseline};
+}
+
 /// A click on a flag of the layer in the middle of the drawing, where a link keeps a layer box in step
 /// and is told of the change by the host, against the same click in the table alone.
 Times linkClick(int n)
@@ -387,6 +422,7 @@ QList<Work> tableWorks()
             {QStringLiteral("table_close"), sizes, tableClose},
             {QStringLiteral("table_search"), sizes, tableSearch},
             {QStringLiteral("table_toggle"), sizes, tableToggle},
+            {QStringLiteral("toggle_many"), {10000, 100000}, toggleMany},
             {QStringLiteral("link_click"), sizes, linkClick},
             {QStringLiteral("table_paint"), sizes, tablePaint},
             {QStringLiteral("table_remove"), sizes, tableRemove},
