@@ -42,9 +42,14 @@ void LayerLineWeightDialog::setCurrentLineweight(int row)
     m_ui->oldLabel->setText(item->text());
 }
 
+int LayerLineWeightDialog::currentLineweight() const
+{
+    return m_ui->listWidget->currentRow();
+}
+
 void LayerLineWeightDialog::slotAccepted()
 {
-    emit layerLineWeightChanged(m_ui->listWidget->currentRow());
+    emit layerLineWeightChanged(currentLineweight());
     accept();
 }
 

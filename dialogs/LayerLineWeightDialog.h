@@ -34,6 +34,9 @@ public:
     /// row that is not in the list changes nothing.
     void setCurrentLineweight(int row);
 
+    /// The list's current row, -1 when there is none.
+    int currentLineweight() const;
+
 Q_SIGNALS:
     /// The user pressed "OK"; the dialog is still open.
     /// @param currentRow the list's current row, -1 when there is none

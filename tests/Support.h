@@ -13,12 +13,14 @@
 #include <QPointer>
 #include <QProcess>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <numeric>
 #include <vector>
 
@@ -151,6 +153,35 @@ inline void wheel(QWidget *widget, std::initializer_list<int> turns)
         QCoreApplication::instance()->notify(widget, &event);
     }
 }
+
+/// What a table, a panel or a link tells of properties that the user wants layers to have.
+class Wishes
+{
+public:
+    explicit Wishes(QObject &sender)
+    {
+        for (const char *signal : {SIGNAL(colorRequested(QStringList, QColor)),
+                                   SIGNAL(linetypeRequested(QStringList, QString)),
+                                   SIGNAL(lineWeightRequested(QStringList, int)),
+                                   SIGNAL(descriptionRequested(QStringList, QString)),
+                                   SIGNAL(mergeRequested(QStringList, QString))})
+            m_spies.push_back(std::make_unique<QSignalSpy>(&sender, signal));
+    }
+
+    /// The arguments of what was told since the last call of this.
+    QList<QVariantList> take()
+    {
+        QList<QVariantList> calls;
+        for (const auto &spy : m_spies) {
+            calls += *spy;
+            spy->clear();
+        }
+        return calls;
+    }
+
+private:
+    std::vector<std::unique_ptr<QSignalSpy>> m_spies;
+};
 
 inline QByteArray fileContent(const QString &path)
 {

@@ -16,6 +16,7 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTimer>
 
 #include <array>
@@ -205,6 +206,7 @@ private slots:
     void clicksAndCommands_data();
     void clicksAndCommands();
     void wishes();
+    void propertyWishes();
     void refusals();
     void layerStates();
     void otherDrawing();
@@ -326,6 +328,44 @@ void tst_LayerLink::wishes()
 }
 
 /// All shows what the drawing says again, after one update, and what was selected is.
+void tst_LayerLink::propertyWishes()
+{
+    Host host({"Doors", "Walls"});
+    KcHost::setLayerModifiedHandler({});
+    bool isLocked = false;
+    LayerTableWidget early, late;
+    host.link->add(&early);
+    host.link->setLinetypes({"Dashed"});
+    host.link->add(&late);
+    for (LayerTableWidget *table : {&early, &late, host.table}) {
+        const QStringList names("Walls");
+        const QList<QPair<std::function<void()>, QVariant>> wishes{
+                {[&] { emit table->colorRequested(names, Qt::red); }, QColor(Qt::red)},
+                {[&] {
+                     QTimer::singleShot(0, table, [] {
+                         QWidget *dialog = QApplication::activeModalWidget();
+                         dialog->findChild<QTableWidget *>()->selectRow(0);
+                         QTest::keyClick(dialog, Qt::Key_Return);
+                     });
+                     table->selectRow(2);
+                     table->editLinetype();
+                 },
+                 "Dashed"},
+                {[&] { emit table->lineWeightRequested(names, 25); }, 25},
+                {[&] { emit table->descriptionRequested(names, "new"); }, "new"},
+                {[&] { emit table->mergeRequested(names, "0"); }, "0"}};
+        for (const auto &[wish, value] : wishes) {
+            Wishes heard(*host.link);
+            isLocked = !isLocked;
+            OvLayerUtility().setLayerLock("Walls", isLocked); // whatever the host does
+            wish();
+            QCOMPARE(heard.take(), (QList<QVariantList>{{names, value}}));
+            host.link->flush();
+            QCOMPARE(host.difference(), QString());
+        }
+    }
+}
+
 void tst_LayerLink::refusals()
 {
     Host host({"Doors", "Walls"});

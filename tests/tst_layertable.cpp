@@ -4,11 +4,14 @@
 #include "Support.h"
 
 #include <QAbstractItemModelTester>
+#include <QColorDialog>
+#include <QComboBox>
 #include <QCompleter>
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
@@ -16,6 +19,7 @@
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QStringListModel>
+#include <QTableWidget>
 #include <QTimer>
 #include <QToolButton>
 
@@ -61,6 +65,8 @@ public:
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(QDialog &)>)
+
 class tst_LayerTable : public QObject
 {
     Q_OBJECT
@@ -104,6 +110,10 @@ private slots:
     void refreshTouchesWhatDiffers();
     void refreshWaitsForEditors();
     void scrollPositionStays();
+    void propertyDialogs_data();
+    void propertyDialogs();
+    void merging();
+    void questionsAreDropped();
     void columnLayoutIsKept();
     void layoutState();
     void searchField();
@@ -230,6 +240,43 @@ private:
                 names.append(text(row, NameColumn) + (views == 2 ? "" : " in one view only"));
         }
         return names;
+    }
+
+    void select(const QStringList &names)
+    {
+        m_table->clearSelection();
+        for (const QString &name : names)
+            QTest::mouseClick(
+                    m_frozen->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    m_frozen->visualRect(m_model->index(rowOf(name), NameColumn)).center());
+    }
+
+    void doubleClick(const QString &name, int column)
+    {
+        click(rowOf(name), column);
+        QTest::mouseDClick(m_table->viewport(), Qt::LeftButton, {}, placeOf(rowOf(name), column));
+    }
+
+    /// @return whether a dialog came up, which is answered then
+    template <class Act>
+    bool isAsked(Act act, const std::function<void(QDialog &)> &answer)
+    {
+        bool isUp = false;
+        QTimer timer; // single shots come before what is posted later
+        timer.callOnTimeout([&] {
+            const QPointer dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            timer.stop();
+            isUp = true;
+            answer(*dialog);
+            if (dialog && dialog->isVisible())
+                dialog->reject(); // where the answer was none
+        });
+        timer.start(0);
+        act();
+        QCoreApplication::processEvents();
+        return isUp;
     }
 
     /// The editor of the current cell, if it is open.
@@ -1127,6 +1174,153 @@ void tst_LayerTable::scrollPositionStays()
     QCOMPARE(m_table->verticalScrollBar()->value(), 2000);
     m_table->InitLayerModel();
     QCOMPARE(m_table->verticalScrollBar()->value(), 2000);
+}
+
+void tst_LayerTable::propertyDialogs_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("text"); // of the cell where the dialog is to start
+    QTest::addColumn<std::function<void(QDialog &)>>("answer");
+    QTest::addColumn<QVariant>("wish");
+
+    const auto row = [](const char *name, int column, const char *text, auto answer,
+                        const QVariant &wish) {
+        QTest::newRow(name) << column << text << std::function<void(QDialog &)>(answer) << wish;
+    };
+    row(
+            "color", ColorColumn, "ll*;1,2,3",
+            [](QDialog &dialog) {
+                auto &colors = static_cast<QColorDialog &>(dialog);
+                QCOMPARE(colors.currentColor(), QColor(1, 2, 3));
+                colors.setCurrentColor(QColor(4, 5, 6));
+                QTest::keyClick(&dialog, Qt::Key_Return);
+            },
+            QColor(4, 5, 6));
+    row(
+            "linetype", LinetypeColumn, "DASHED",
+            [](QDialog &dialog) {
+                QCOMPARE(static_cast<LayerLineTypeDialog &>(dialog).currentLinetype(),
+                         QString("Dashed"));
+                QTest::keyClick(dialog.findChild<QTableWidget *>(), Qt::Key_Down);
+                QTest::keyClick(&dialog, Qt::Key_Return);
+            },
+            "Hidden");
+    row("no linetype", LinetypeColumn, "another",
+        [](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }, {});
+    row(
+            "lineweight", LineWeightColumn, "0.05 mm",
+            [](QDialog &dialog) {
+                QTest::keyClick(dialog.findChild<QListWidget *>(), Qt::Key_Down);
+                QTest::keyClick(&dialog, Qt::Key_Return);
+            },
+            9);
+    row(
+            "default lineweight", LineWeightColumn, "0.00 mm",
+            [](QDialog &dialog) {
+                QTest::keyClick(dialog.findChild<QListWidget *>(), Qt::Key_Up);
+                QTest::keyClick(&dialog, Qt::Key_Return);
+            },
+            int(LineWeightDefault));
+    row(
+            "description", DescriptionColumn, "as it was",
+            [](QDialog &dialog) {
+                auto *edit = dialog.findChild<QLineEdit *>();
+                QCOMPARE(edit->text(), QString("as it was"));
+                QTest::keyClicks(edit, "new");
+                QTest::keyClick(edit, Qt::Key_Return);
+            },
+            "new");
+    row("cancelled", ColorColumn, "ll*;1,2,3",
+        [](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, {});
+}
+
+void tst_LayerTable::propertyDialogs()
+{
+    QFETCH(int, column);
+    QFETCH(QString, text);
+    QFETCH(std::function<void(QDialog &)>, answer);
+    QFETCH(QVariant, wish);
+    Wishes wishes(*m_panel);
+    const QStringList layers{"Doors", "Walls"};
+    m_panel->setLinetypes({"Continuous", "Dashed", "Hidden"});
+    m_model->item(rowOf("Walls"), column)->setText(text);
+    const Rows before = rows();
+    for (const bool isOn : {false, true}) {
+        m_table->setPropertyEditing(isOn);
+        select(layers);
+        QCOMPARE(isAsked([&] { doubleClick("Walls", column); }, answer), isOn);
+        QCOMPARE(m_table->selectionModel()->selectedRows().size(), isOn ? 2 : 1);
+        QCOMPARE(wishes.take(), (isOn && wish.isValid() ? Calls{{layers, wish}} : Calls()));
+    }
+    const auto press = [](QWidget *view) {
+        return [view] { QTest::keyClick(view, Qt::Key_Enter, Qt::KeypadModifier); };
+    };
+    QVERIFY(isAsked(press(m_table), answer) && isAsked(press(m_frozen), answer));
+    QCOMPARE(wishes.take().size(), wish.isValid() ? 2 : 0);
+    QCOMPARE(rows(), before);
+    for (const int other : {NameColumn, OnColumn, PlotStyleColumn}) {
+        m_table->selectionModel()->setCurrentIndex(m_model->index(0, other), {});
+        QVERIFY(!isAsked(press(m_table), answer));
+    }
+}
+
+void tst_LayerTable::merging()
+{
+    const auto merge = [this] { m_table->mergeSelection(); };
+    const auto targets = [](QDialog &dialog) {
+        const auto *box = dialog.findChild<QComboBox *>();
+        QStringList texts(box->currentText() + " of");
+        for (int row = 0; row < box->count(); ++row)
+            texts += box->itemText(row);
+        return texts.join(' ');
+    };
+    const auto accept = [](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Return); };
+    Wishes wishes(*m_panel);
+    select({"Walls"});
+    QVERIFY(isAsked(merge, [&](QDialog &dialog) {
+        QCOMPARE(targets(dialog), QString("0 of 0 Doors wall-1"));
+        m_table->editColor(); // one at a time
+        accept(dialog);
+    }));
+    QCOMPARE(wishes.take(), (Calls{{QStringList("Walls"), "0"}}));
+
+    // The current layer stays, and what is hidden is left alone.
+    select({"wall-1", "0", "Walls"});
+    m_table->slotSearchLayer("w");
+    QVERIFY(isAsked(merge, [&](QDialog &dialog) {
+        QCOMPARE(targets(dialog), QString("0 of 0 Doors Walls wall-1"));
+        QTest::keyClick(dialog.findChild<QComboBox *>(), Qt::Key_End);
+        KcHost::addLayer(**m_drawing, "Another");
+        m_panel->slotUpLayerModel();
+        accept(dialog);
+    }));
+    QCOMPARE(wishes.take(), (Calls{{QStringList("Walls"), "wall-1"}}));
+
+    select({"Walls"});
+    QVERIFY(isAsked(merge, [&](QDialog &dialog) {
+        KcHost::eraseLayer(**m_drawing, "Walls");
+        m_panel->slotUpLayerModel();
+        accept(dialog);
+    }));
+    QCOMPARE(wishes.take(), Calls());
+}
+
+void tst_LayerTable::questionsAreDropped()
+{
+    Wishes wishes(*m_panel);
+    QSignalSpy renamed(m_panel.get(), &LayerManager::layerRenamed);
+    m_table->setPropertyEditing(true);
+    m_table->renameLayer();
+    QTest::keyClicks(editor(), "Windows");
+    QVERIFY(isAsked([this] { m_table->editColor(); },
+                    [&](QDialog &dialog) {
+                        QCOMPARE(renamed.count(), 1);
+                        m_panel->showOtherDrawing();
+                        QVERIFY(!dialog.isVisible());
+                    }));
+    QVERIFY(isAsked([this] { doubleClick("Walls", ColorColumn); },
+                    [this](QDialog &) { m_panel.reset(); }));
+    QCOMPARE(wishes.take(), Calls());
 }
 
 void tst_LayerTable::columnLayoutIsKept()

@@ -12,6 +12,7 @@
 #include <OvCustomControl/FrozenTableWidget.h>
 #include <OvCustomControl/LayerTableWidget.h>
 
+#include <QDialog>
 #include <QHash>
 #include <QPersistentModelIndex>
 #include <QPointer>
@@ -30,9 +31,9 @@ class QMenu;
 /// @file
 /// What the sources of the layer table share: LayerTableWidget.cpp with its rows and commands,
 /// LayerTableFlags.cpp with the flags of many layers, LayerTableVisibility.cpp with what shows some layers
-/// alone, LayerTableRefresh.cpp with what follows changes of the drawing, LayerTableFinding.cpp with which
-/// rows are shown and selected at once, LayerTableViews.cpp with the two views, LayerTableLayout.cpp with
-/// the columns that are shown.
+/// alone, LayerTableProperties.cpp with the dialogs about them, LayerTableRefresh.cpp with what follows
+/// changes of the drawing, LayerTableFinding.cpp with which rows are shown and selected at once,
+/// LayerTableViews.cpp with the two views, LayerTableLayout.cpp with the columns that are shown.
 
 namespace OvCc {
 
@@ -89,6 +90,13 @@ struct LayerTableWidget::Private
     /// As the user reads it; empty for the column of the marker.
     static QString shownTitle(const ColumnTraits &column);
 
+    template <class Make, class Answer>
+    void ask(Make make, Answer answer);
+    void dropQuestion();
+    QStringList names() const;
+    bool awaitsDoubleClick(const QModelIndex &cell) const;
+    bool open(const QModelIndex &cell);
+
     void setUp(QTableView &view);
     void setUpFrozenView();
     void placeFrozenView();
@@ -110,6 +118,8 @@ struct LayerTableWidget::Private
     bool isChanging = false;         ///< the rows
     bool isRefreshDue = false;       ///< when the editors are closed
     bool isSelectionToggled = false;
+    bool isPropertyEditing = false;
+    QPointer<QDialog> question; ///< about the selected layers
 
     /// What isolating has changed.
     struct Isolation

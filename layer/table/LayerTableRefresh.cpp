@@ -182,6 +182,7 @@ bool LayerTableWidget::showOtherDrawing()
     if (m_d->isChanging)
         return false;
     m_d->editing->drop();
+    m_d->dropQuestion();
     m_d->aheadOfDrawing = {};
     const QPointer<LayerTableWidget> self(this);
     m_d->forgetOtherDrawing();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "layer/table/LayerTablePrivate.h"
+#include "layer/table/RowEvents.h"
 #include "layer/table/ViewAccess.h"
 
 #include <OvCustomControl/LayerDelegate.h>
@@ -84,7 +85,8 @@ QItemSelectionModel::SelectionFlags LayerTableWidget::selectionCommand(const QMo
 {
     if (event && event->type() == QEvent::MouseButtonPress)
         m_d->editing->forgetPress();
-    else if (event && event->type() == QEvent::MouseButtonRelease && m_d->editing->isUsedUp(index))
+    else if (event && event->type() == QEvent::MouseButtonRelease
+             && (m_d->editing->isUsedUp(index) || m_d->awaitsDoubleClick(index)))
         return QItemSelectionModel::NoUpdate;
     return QTableView::selectionCommand(index, event);
 }
@@ -201,6 +203,8 @@ void LayerTableWidget::Private::connectViews()
     connect(
             editing, &TableEditing::editorClosed, q, [this] { followEditor(); },
             Qt::QueuedConnection);
+    new RowEvents(views(), {[this](const QModelIndex &cell) { return open(cell); },
+                            [](const QModelIndex &, QPoint) { return false; }});
     connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
     connect(editing, &TableEditing::renamed, q,
             [this](const QPersistentModelIndex &cell, const QString &from, const QString &to) {

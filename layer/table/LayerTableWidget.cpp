@@ -190,11 +190,6 @@ int LayerTableWidget::selectedRow() const
     return -1;
 }
 
-void LayerTableWidget::setLinetypes(const QStringList &linetypes)
-{
-    m_d->linetypes = linetypes;
-}
-
 void LayerTableWidget::addLayer()
 {
     // Who hears of a name that is settled by this may reload the table.

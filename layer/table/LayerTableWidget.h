@@ -59,6 +59,9 @@ class OVCC_EXPORT LayerTableWidget : public QTableView
     /// What stands in the empty table where rows are there but none is shown; nothing at first.
     Q_PROPERTY(QString noMatchText READ noMatchText WRITE setNoMatchText)
 
+    /// Whether a double click and Return open a dialog on cells with a property of layers.
+    Q_PROPERTY(bool propertyEditing READ propertyEditing WRITE setPropertyEditing)
+
 public:
     /// What the rows may be narrowed to beside the search, by the state of their layers: off, frozen,
     /// locked; with entities or without, once setUsage() has told of those; of the entities that
@@ -164,6 +167,14 @@ public:
     /// The row that setCurrentLayer() takes: the last one that is selected and shown; -1 if there is
     /// none. Rows that search and filter hide stay selected, but no command reaches them.
     int selectedRow() const;
+
+    /// Whether a double click, or Return, on a colour, linetype, lineweight or description opens the
+    /// dialog for it, as editColor() and the like do; false to begin with. A click on such a cell of a
+    /// selected row leaves all selected rows selected then.
+    /// @{
+    bool propertyEditing() const;
+    void setPropertyEditing(bool isOn);
+    /// @}
 
     /// The linetypes that the user can choose from, as the drawing spells them. None, as in the
     /// beginning, leaves "Continuous" alone.
@@ -278,6 +289,22 @@ public Q_SLOTS:
     /// flag that it changed is as it was before the first one; all else stays as it is by now. Nothing
     /// unless canGiveBack().
     void giveBack();
+
+    /// Asks the user for another colour, linetype, lineweight or description of the selected rows that
+    /// are shown, in a dialog that starts at that of the current one of them. What is being edited is
+    /// taken over, and told of, before. If the user accepts, colorRequested() or the like follows.
+    /// Nothing without such rows, and while another dialog of these is up. The table may be reloaded,
+    /// or go, while the user is asked.
+    /// @{
+    void editColor();
+    void editLinetype();
+    void editLineWeight();
+    void editDescription();
+    /// @}
+
+    /// Asks the user into which layer the selected rows that are shown are to be merged: any other one
+    /// or, where they are several, one of them. As editColor() otherwise; mergeRequested() follows.
+    void mergeSelection();
 
     /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
     /// any characters: at the beginning, or else at the end, or else the first one inside.
