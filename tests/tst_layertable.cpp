@@ -4,6 +4,7 @@
 #include "Support.h"
 
 #include <QAbstractItemModelTester>
+#include <QClipboard>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QCompleter>
@@ -114,6 +115,9 @@ private slots:
     void propertyDialogs();
     void merging();
     void questionsAreDropped();
+    void rowMenu();
+    void rowMenuByHand();
+    void rowsAsText();
     void columnLayoutIsKept();
     void layoutState();
     void searchField();
@@ -278,6 +282,35 @@ private:
         QCoreApplication::processEvents();
         return isUp;
     }
+
+    /// As a right click on the cell, if it has one; null if none comes up.
+    QMenu *menuOf(const QString &name, int column, Qt::KeyboardModifiers modifiers = {})
+    {
+        const bool isFrozen = column <= NameColumn;
+        QWidget *viewport = (isFrozen ? m_frozen : static_cast<QTableView *>(m_table))->viewport();
+        const QPoint place =
+                isFrozen ? m_frozen->visualRect(m_model->index(rowOf(name), column)).center()
+                         : placeOf(rowOf(name), column);
+        QTest::mousePress(viewport, Qt::RightButton, modifiers, place);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, viewport->mapToGlobal(place));
+        QApplication::sendEvent(viewport, &event);
+        return shownMenu();
+    }
+
+    static QMenu *shownMenu()
+    {
+        QCoreApplication::processEvents();
+        return qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    }
+
+    static void choose(QMenu *menu, Qt::Key mnemonic)
+    {
+        const QPointer<QMenu> used(menu);
+        QTest::keyClick(menu, mnemonic);
+        QTRY_VERIFY(!used);
+    }
+
+    QStringList selected() const { return m_table->selectedLayers(); }
 
     /// The editor of the current cell, if it is open.
     QLineEdit *editor() const
@@ -1321,6 +1354,122 @@ void tst_LayerTable::questionsAreDropped()
     QVERIFY(isAsked([this] { doubleClick("Walls", ColorColumn); },
                     [this](QDialog &) { m_panel.reset(); }));
     QCOMPARE(wishes.take(), Calls());
+}
+
+void tst_LayerTable::rowMenu()
+{
+    QVERIFY(!menuOf("Walls", ColorColumn)); // off
+    m_table->setRowMenu(true);
+    Wishes wishes(*m_panel);
+    QSignalSpy removed(m_panel.get(), &LayerManager::layersRemoved);
+    QSignalSpy current(m_panel.get(), &LayerManager::currentLayerRequested);
+    const auto texts = [](const QMenu &menu, auto isListed) {
+        QStringList texts;
+        for (const QAction *entry : menu.actions()) {
+            if (!entry->isSeparator() && isListed(*entry))
+                texts += entry->text().remove('&').remove("...");
+        }
+        return texts.join(", ");
+    };
+    const auto disabled = [&](const QMenu &menu) {
+        return texts(menu, [](const QAction &entry) { return !entry.isEnabled(); });
+    };
+    const auto checked = [&](const QMenu &menu) {
+        return texts(menu, [](const QAction &entry) { return entry.isChecked(); });
+    };
+
+    // A row that is not selected is for itself, and no flag is toggled.
+    select({"Doors", "Walls"});
+    QMenu *menu = menuOf("wall-1", UnlockedColumn, Qt::ControlModifier);
+    QCOMPARE(selected(), QStringList("wall-1"));
+    QCOMPARE(checked(*menu), QString("On, Plot"));
+    QCOMPARE(disabled(*menu), QString("Select unused"));
+    choose(menu, Qt::Key_F);
+    QTRY_COMPARE(m_gestures, QStringList("Freeze layer 1/0 wall-1"));
+
+    // A selected one is for all that are.
+    m_table->setUsage({{"Doors", 2}});
+    select({"Doors", "Walls", "wall-1"});
+    menu = menuOf("wall-1", NameColumn);
+    QCOMPARE(checked(*menu), QString("On, Frozen, Plot"));
+    QCOMPARE(disabled(*menu), QString("Make current, Rename"));
+    choose(menu, Qt::Key_L);
+    QTRY_COMPARE(m_gestures.value(1), QString("Lock 3 layers 3/0 Doors,Walls,wall-1"));
+    choose(menuOf("Doors", NameColumn), Qt::Key_T);
+    QTRY_COMPARE(m_gestures.value(2), QString("Thaw 4 layers 1/0 wall-1"));
+    choose(menuOf("Doors", NameColumn), Qt::Key_S);
+    QTRY_COMPARE(selected(), (QStringList{"0", "Walls", "wall-1"}));
+    choose(menuOf("Walls", NameColumn), Qt::Key_V);
+    QTRY_COMPARE(selected(), QStringList("Doors"));
+    choose(menuOf("Doors", ColorColumn), Qt::Key_C);
+    QTRY_COMPARE(current, (Calls{{"Doors"}}));
+
+    m_table->setPropertyEditing(true);
+    const std::map<Qt::Key, int> keys{
+            {Qt::Key_R, 0}, {Qt::Key_Y, 0}, {Qt::Key_W, 1}, {Qt::Key_E, 1}, {Qt::Key_M, 1}};
+    for (const auto &[key, wished] : keys) {
+        menu = menuOf("Doors", PlotColumn);
+        QVERIFY(isAsked([&, key = key] { choose(menu, key); },
+                        [](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }));
+    }
+    QCOMPARE(wishes.take().size(), 5);
+    choose(menuOf("Doors", NameColumn), Qt::Key_N);
+    QTRY_VERIFY(editor());
+    choose(menuOf("Doors", NameColumn), Qt::Key_D);
+    QTRY_COMPARE(removed, (Calls{{QStringList("Doors")}}));
+}
+
+void tst_LayerTable::rowMenuByHand()
+{
+    m_table->setRowMenu(true);
+    QSignalSpy chosen(m_panel.get(), &QObject::objectNameChanged);
+    connect(m_table, &LayerTableWidget::rowMenuAboutToShow, m_panel.get(), [this](QMenu *menu) {
+        menu->addAction("&Zap", m_panel.get(), [this] { m_panel->setObjectName("zapped"); });
+    });
+    select({"Doors"});
+    QTest::keyClick(m_frozen, Qt::Key_F10, Qt::ShiftModifier);
+    QMenu *menu = shownMenu();
+    QVERIFY(menu
+            && menu->geometry().contains(m_frozen->viewport()->mapToGlobal(
+                    m_frozen->visualRect(m_frozen->currentIndex()).bottomLeft())));
+    choose(menu, Qt::Key_Z);
+    QCOMPARE(chosen.count(), 1);
+
+    m_table->setFocus();
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint());
+    QApplication::sendEvent(m_table, &byKey);
+    QVERIFY(shownMenu());
+    m_panel->showOtherDrawing(); // the menu was for the other one
+    QVERIFY(!shownMenu());
+    m_table->slotSearchLayer("w"); // the current row is hidden
+    QTest::keyClick(m_table, Qt::Key_F10, Qt::ShiftModifier);
+    QVERIFY(!shownMenu());
+    m_table->setContextMenuPolicy(Qt::NoContextMenu);
+    QVERIFY(!menuOf("Walls", NameColumn));
+    m_table->setContextMenuPolicy(Qt::DefaultContextMenu);
+    const QPointer open(menuOf("Walls", NameColumn));
+    QVERIFY(open);
+    QTest::keyClick(open, Qt::Key_R);
+    m_panel.reset(); // before the command is carried out
+    QVERIFY(!shownMenu() && !open);
+}
+
+void tst_LayerTable::rowsAsText()
+{
+    for (const int column : {NameColumn, LinetypeColumn, PlotStyleColumn, NewViewportFreezeColumn})
+        m_table->hideColumn(column);
+    click(rowOf("Doors"), ThawedColumn);
+    m_model->item(rowOf("Doors"), ColorColumn)->setText("ll*red;255,0,0");
+    m_model->item(rowOf("Doors"), DescriptionColumn)->setText("two\nlines\tand a tab");
+    for (const QStringList &names : {QStringList{"Doors", "0"}, QStringList()}) {
+        select(names);
+        m_table->copySelection(); // none selected, what was copied stays
+        QCOMPARE(QApplication::clipboard()->text(),
+                 QString("\tName\tOn\tFreeze\tLock\tColor\tLineweight\tPlot\tDescription\n"
+                         "current\t0\ton\tthawed\tunlocked\twhite\tDefault\tplotted\t\n"
+                         "\tDoors\ton\tfrozen\tunlocked\tred\tDefault\tplotted\t"
+                         "two lines and a tab\n"));
+    }
 }
 
 void tst_LayerTable::columnLayoutIsKept()

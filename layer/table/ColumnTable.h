@@ -27,6 +27,25 @@ enum class Hiding {
 /// How the delegate paints a cell.
 enum class CellPainting { AsByDefault, Picture, Color, LineWeight, Text, PaleText };
 
+/// What stands for a picture where there are words only.
+struct FlagWords
+{
+    const char *whenTrue;
+    const char *whenFalse;
+};
+
+constexpr FlagWords noWords{"", ""};
+constexpr FlagWords currentWords{QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "current"), ""};
+constexpr FlagWords onWords{QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "on"),
+                            QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "off")};
+constexpr FlagWords thawedWords{QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "thawed"),
+                                QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "frozen")};
+constexpr FlagWords unlockedWords{QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "unlocked"),
+                                  QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "locked")};
+constexpr FlagWords plotWords{QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "plotted"),
+                              QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "not plotted")};
+constexpr FlagWords viewportFreezeWords{thawedWords.whenFalse, thawedWords.whenTrue};
+
 struct ColumnTraits
 {
     LayerColumn column;
@@ -36,19 +55,21 @@ struct ColumnTraits
     CellPainting painting;
     int width = 0;                ///< in pixels; 0 for the view's own
     FlagImages images = noImages; ///< of a Picture
+    FlagWords words = noWords;    ///< for a Picture
     bool hasFocusFrame = true;
 };
 
 constexpr std::array<ColumnTraits, LayerColumnCount> columnTable{{
-        {CurrentColumn, "", "true", Hiding::Never, CellPainting::Picture, 18, currentImages, false},
+        {CurrentColumn, "", "true", Hiding::Never, CellPainting::Picture, 18, currentImages,
+         currentWords, false},
         {NameColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Name"), "0", Hiding::OnceSaved,
          CellPainting::AsByDefault, 60},
         {OnColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "On"), "true", Hiding::Always,
-         CellPainting::Picture, 30, onImages},
+         CellPainting::Picture, 30, onImages, onWords},
         {ThawedColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Freeze"), "true",
-         Hiding::Always, CellPainting::Picture, 45, thawedImages},
+         Hiding::Always, CellPainting::Picture, 45, thawedImages, thawedWords},
         {UnlockedColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Lock"), "true",
-         Hiding::Always, CellPainting::Picture, 40, unlockedImages},
+         Hiding::Always, CellPainting::Picture, 40, unlockedImages, unlockedWords},
         {ColorColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Color"), "ll*white",
          Hiding::Always, CellPainting::Color, 50},
         {LinetypeColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Linetype"), "Continuous",
@@ -56,14 +77,14 @@ constexpr std::array<ColumnTraits, LayerColumnCount> columnTable{{
         {LineWeightColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Lineweight"), "Default",
          Hiding::Always, CellPainting::LineWeight},
         {PlotStyleColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Plot Style"), "Color-7",
-         Hiding::Always, CellPainting::PaleText, 0, noImages, false},
+         Hiding::Always, CellPainting::PaleText, 0, noImages, noWords, false},
         {PlotColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Plot"), "true", Hiding::Always,
-         CellPainting::Picture, 45, plotImages},
+         CellPainting::Picture, 45, plotImages, plotWords},
         {NewViewportFreezeColumn,
          QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "New Viewport Freeze"), "true", Hiding::Always,
-         CellPainting::Picture, 0, viewportFreezeImages},
+         CellPainting::Picture, 0, viewportFreezeImages, viewportFreezeWords},
         {ViewportFreezeColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "VP Freeze"), "true",
-         Hiding::Never, CellPainting::Picture, 0, viewportFreezeImages},
+         Hiding::Never, CellPainting::Picture, 0, viewportFreezeImages, viewportFreezeWords},
         {DescriptionColumn, QT_TRANSLATE_NOOP("OvCc::LayerTableWidget", "Description"), "",
          Hiding::Always, CellPainting::Text},
 }};

@@ -75,11 +75,6 @@ void LayerTableWidget::setSettingsScope(const QString &organisation, const QStri
     LayoutSettings::setScope(organisation, application);
 }
 
-QString LayerTableWidget::Private::shownTitle(const ColumnTraits &column)
-{
-    return *column.title ? tr(column.title) : QString();
-}
-
 void LayerTableWidget::creatActions()
 {
     m_d->menu = new QMenu(tr("layerManager"), horizontalHeader());

@@ -31,8 +31,9 @@ class QMenu;
 /// @file
 /// What the sources of the layer table share: LayerTableWidget.cpp with its rows and commands,
 /// LayerTableFlags.cpp with the flags of many layers, LayerTableVisibility.cpp with what shows some layers
-/// alone, LayerTableProperties.cpp with the dialogs about them, LayerTableRefresh.cpp with what follows
-/// changes of the drawing, LayerTableFinding.cpp with which rows are shown and selected at once,
+/// alone, LayerTableProperties.cpp with the dialogs about them, LayerTableMenu.cpp with the menu of the
+/// rows, LayerTableText.cpp with rows as text, LayerTableRefresh.cpp with what follows changes of the
+/// drawing, LayerTableFinding.cpp with which rows are shown and selected at once,
 /// LayerTableViews.cpp with the two views, LayerTableLayout.cpp with the columns that are shown.
 
 namespace OvCc {
@@ -89,6 +90,7 @@ struct LayerTableWidget::Private
 
     /// As the user reads it; empty for the column of the marker.
     static QString shownTitle(const ColumnTraits &column);
+    static QString shownText(const ColumnTraits &column, const QString &text);
 
     template <class Make, class Answer>
     void ask(Make make, Answer answer);
@@ -96,6 +98,8 @@ struct LayerTableWidget::Private
     QStringList names() const;
     bool awaitsDoubleClick(const QModelIndex &cell) const;
     bool open(const QModelIndex &cell);
+    bool showRowMenu(const QModelIndex &cell, QPoint place);
+    void openRowMenu(const QModelIndex &clicked, QPoint place);
 
     void setUp(QTableView &view);
     void setUpFrozenView();
@@ -119,6 +123,8 @@ struct LayerTableWidget::Private
     bool isRefreshDue = false;       ///< when the editors are closed
     bool isSelectionToggled = false;
     bool isPropertyEditing = false;
+    bool hasRowMenu = false;
+    QPointer<QMenu> rowMenuOpen;
     QPointer<QDialog> question; ///< about the selected layers
 
     /// What isolating has changed.

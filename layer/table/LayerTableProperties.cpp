@@ -10,6 +10,7 @@
 
 #include <QColorDialog>
 #include <QInputDialog>
+#include <QMenu>
 #include <QPointer>
 
 #include <algorithm>
@@ -198,9 +199,11 @@ void LayerTableWidget::Private::ask(Make make, Answer answer)
     delete dialog.data();
 }
 
-/// Takes back what the user is being asked: it was about another drawing.
+/// Takes back what the user is being asked or offered: it was about another drawing.
 void LayerTableWidget::Private::dropQuestion()
 {
+    if (rowMenuOpen)
+        rowMenuOpen->close();
     if (question)
         question->reject();
 }

@@ -204,7 +204,9 @@ void LayerTableWidget::Private::connectViews()
             editing, &TableEditing::editorClosed, q, [this] { followEditor(); },
             Qt::QueuedConnection);
     new RowEvents(views(), {[this](const QModelIndex &cell) { return open(cell); },
-                            [](const QModelIndex &, QPoint) { return false; }});
+                            [this](const QModelIndex &cell, QPoint place) {
+                                return showRowMenu(cell, place);
+                            }});
     connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
     connect(editing, &TableEditing::renamed, q,
             [this](const QPersistentModelIndex &cell, const QString &from, const QString &to) {

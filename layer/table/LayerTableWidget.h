@@ -15,6 +15,8 @@
 
 #include <memory>
 
+class QMenu;
+
 namespace OvCc {
 
 class FrozenTableWidget;
@@ -61,6 +63,9 @@ class OVCC_EXPORT LayerTableWidget : public QTableView
 
     /// Whether a double click and Return open a dialog on cells with a property of layers.
     Q_PROPERTY(bool propertyEditing READ propertyEditing WRITE setPropertyEditing)
+
+    /// Whether rows have a context menu.
+    Q_PROPERTY(bool rowMenu READ rowMenu WRITE setRowMenu)
 
 public:
     /// What the rows may be narrowed to beside the search, by the state of their layers: off, frozen,
@@ -174,6 +179,16 @@ public:
     /// @{
     bool propertyEditing() const;
     void setPropertyEditing(bool isOn);
+    /// @}
+
+    /// Whether a right click on a row, or a key for it, opens a menu with the commands of this table;
+    /// false to begin with. It is for the selected rows; a row that is not selected is first, alone.
+    /// Properties of layers and merging are in it only with propertyEditing(). The host adds its own
+    /// in rowMenuAboutToShow(). Nothing of it where the context menu policy is another one than the
+    /// default.
+    /// @{
+    bool rowMenu() const;
+    void setRowMenu(bool isOn);
     /// @}
 
     /// The linetypes that the user can choose from, as the drawing spells them. None, as in the
@@ -306,6 +321,11 @@ public Q_SLOTS:
     /// or, where they are several, one of them. As editColor() otherwise; mergeRequested() follows.
     void mergeSelection();
 
+    /// Puts the selected rows that are shown on the clipboard: a line of the titles and one per row,
+    /// with tabs between the columns that are shown, and words for the pictures. What is being edited
+    /// is taken over, and told of, before. Nothing without such rows.
+    void copySelection();
+
     /// Shows the rows whose names begin with @p text, in whatever letter case. One "*" stands for
     /// any characters: at the beginning, or else at the end, or else the first one inside.
     void slotSearchLayer(const QString &text);
@@ -370,6 +390,10 @@ Q_SIGNALS:
 
     /// The user wants the entities of these layers to lie on @p target, and the layers to go.
     void mergeRequested(QStringList names, QString target);
+
+    /// The menu of setRowMenu() is about to be shown, for the rows that are selected now. The host may
+    /// change it; it is deleted when it is closed.
+    void rowMenuAboutToShow(QMenu *menu);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
