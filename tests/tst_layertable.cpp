@@ -1383,7 +1383,7 @@ void tst_LayerTable::rowMenu()
     QMenu *menu = menuOf("wall-1", UnlockedColumn, Qt::ControlModifier);
     QCOMPARE(selected(), QStringList("wall-1"));
     QCOMPARE(checked(*menu), QString("On, Plot"));
-    QCOMPARE(disabled(*menu), QString("Select unused"));
+    QCOMPARE(disabled(*menu), QString("Give back, Select unused"));
     choose(menu, Qt::Key_F);
     QTRY_COMPARE(m_gestures, QStringList("Freeze layer 1/0 wall-1"));
 
@@ -1392,7 +1392,7 @@ void tst_LayerTable::rowMenu()
     select({"Doors", "Walls", "wall-1"});
     menu = menuOf("wall-1", NameColumn);
     QCOMPARE(checked(*menu), QString("On, Frozen, Plot"));
-    QCOMPARE(disabled(*menu), QString("Make current, Rename"));
+    QCOMPARE(disabled(*menu), QString("Make current, Rename, Give back"));
     choose(menu, Qt::Key_L);
     QTRY_COMPARE(m_gestures.value(1), QString("Lock 3 layers 3/0 Doors,Walls,wall-1"));
     choose(menuOf("Doors", NameColumn), Qt::Key_T);
@@ -1403,6 +1403,12 @@ void tst_LayerTable::rowMenu()
     QTRY_COMPARE(selected(), QStringList("Doors"));
     choose(menuOf("Doors", ColorColumn), Qt::Key_C);
     QTRY_COMPARE(current, (Calls{{"Doors"}}));
+
+    menu = menuOf("Doors", NameColumn);
+    QVERIFY(isAsked([&] { choose(menu, Qt::Key_I); }, [](QDialog &) {})); // "0" stays on
+    QTRY_VERIFY(m_table->canGiveBack());
+    choose(menuOf("Doors", NameColumn), Qt::Key_G);
+    QTRY_VERIFY(!m_table->canGiveBack());
 
     m_table->setPropertyEditing(true);
     const std::map<Qt::Key, int> keys{

@@ -77,6 +77,8 @@ public:
         if (offer.isPropertyEditing)
             add(tr("&Merge into..."), &Table::mergeSelection, offer.hasOtherRows);
         m_menu.addSeparator();
+        add(tr("&Isolate"), &Table::isolateSelection);
+        add(tr("&Give back"), &Table::giveBack, m_table.canGiveBack());
         addForAll();
         m_menu.addSeparator();
         add(tr("Select all s&hown"), &Table::selectAllShown);
