@@ -6,6 +6,7 @@
 #include "layer/table/ColumnTable.h"
 #include "layer/table/FlagGestures.h"
 #include "layer/table/LayerRows.h"
+#include "layer/table/RowEvents.h"
 #include "layer/table/RowFilter.h"
 #include "layer/table/TableEditing.h"
 
@@ -22,6 +23,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -110,6 +112,7 @@ struct LayerTableWidget::Private
     FrozenTableWidget *const frozen;
     LayerRows *const rows;
     TableEditing *editing = nullptr;
+    std::unique_ptr<RowEvents> rowEvents;
     QMenu *menu = nullptr;
     QStringList rowTemplate;
     QString currentLayer = QStringLiteral("0"); ///< as told last

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "layer/table/LayerTablePrivate.h"
-#include "layer/table/RowEvents.h"
 #include "layer/table/ViewAccess.h"
 
 #include <OvCustomControl/LayerDelegate.h>
@@ -203,10 +202,11 @@ void LayerTableWidget::Private::connectViews()
     connect(
             editing, &TableEditing::editorClosed, q, [this] { followEditor(); },
             Qt::QueuedConnection);
-    new RowEvents(views(), {[this](const QModelIndex &cell) { return open(cell); },
-                            [this](const QModelIndex &cell, QPoint place) {
-                                return showRowMenu(cell, place);
-                            }});
+    rowEvents = std::make_unique<RowEvents>(
+            views(), RowEvents::Handlers{[this](const QModelIndex &cell) { return open(cell); },
+                                         [this](const QModelIndex &cell, QPoint place) {
+                                             return showRowMenu(cell, place);
+                                         }});
     connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
     connect(editing, &TableEditing::renamed, q,
             [this](const QPersistentModelIndex &cell, const QString &from, const QString &to) {

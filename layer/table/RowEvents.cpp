@@ -12,8 +12,7 @@
 namespace OvCc {
 
 RowEvents::RowEvents(const std::array<QTableView *, 2> &views, Handlers handlers)
-    : QObject(views.front())
-    , m_views(views)
+    : m_views(views)
     , m_handlers(std::move(handlers))
 {
     for (QTableView *view : m_views) {

@@ -30,7 +30,7 @@ public:
         std::function<bool(const QModelIndex &cell, QPoint place)> showMenu;
     };
 
-    /// It belongs to the first of the views. They are in the middle of an event when a handler is
+    /// The views live longer. They are in the middle of an event when a handler is
     /// called, which is not to delete them then.
     RowEvents(const std::array<QTableView *, 2> &views, Handlers handlers);
 
