@@ -224,7 +224,7 @@ void TestViewer::widgetsKeepInStep()
 void TestViewer::commands_data()
 {
     // With "Red" the current layer: rows to select, command, what is typed, the layers in the file,
-    // a part of the message, and what is searched for before the command.
+    // a part of the message, what is searched for before the command, and what a question is answered.
     addTests(
             {"new;4;New;Zinc\r;*Red 0 Blue Frozen Off Zinc;",
              "new, not ended;4;New;Zinc;*Red 0 Blue Frozen Off Zinc;",
@@ -234,7 +234,11 @@ void TestViewer::commands_data()
              "rename 0;0;Rename;Zinc\r;*Red 0 Blue Frozen Off;every drawing",
              "delete;3;Delete;;*Red 0 Blue Frozen;",
              "delete some;0,1,3,4;Delete;;*Red 0 Blue Frozen;Not deleted: \"0\" (every drawing has "
-             "this layer), \"Blue\" (there are entities on it), \"Red\" (it is the current layer).",
+             "this layer), \"Blue\" (there are entities on it), \"Red\" (it is the current "
+             "layer).;;"
+             "Only empty layers",
+             "delete all;1,2,3;Delete;;*Red 0;;;Delete them, too",
+             "delete none;1,2,3;Delete;;*Red 0 Blue Frozen Off;;;Cancel",
              "delete of what is shown;2,3;Delete;;*Red 0 Blue Off;;fr",
              "current;1;Set current;;*Blue 0 Frozen Off Red;",
              "current of what is shown;1,3;Set current;;*Blue 0 Frozen Off Red;;b",
@@ -255,8 +259,14 @@ void TestViewer::commands()
     for (const QString &row : rows)
         viewer.clickCell(row.toInt(), NameColumn, Qt::ControlModifier);
     viewer.manager->searchEdit()->setText(fields.value(6));
-    viewer.command(fields.at(2), fields.at(3));
+    const auto act = [&] { viewer.command(fields.at(2), fields.at(3)); };
+    if (fields.size() < 8)
+        act();
+    else
+        answerDialog(act, [&](QDialog &dialog) { clickButton(dialog, fields.at(7)); });
     const QString message = viewer.statusBar()->currentMessage();
+    viewer.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&viewer));
     QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);
     QVERIFY(message.contains(fields.at(5)) && message.isEmpty() == fields.at(5).isEmpty());
     QTRY_COMPARE(viewer.layers().join(' '), fields.at(4));

@@ -4,6 +4,7 @@
 #include "CanvasPanes.h"
 
 #include "Canvas.h"
+#include "ShownEntities.h"
 
 #include <QPainter>
 
@@ -76,6 +77,7 @@ void CanvasPanes::setArrangement(int index)
 
 void CanvasPanes::setDrawing(const Drawing *drawing)
 {
+    m_drawing = drawing;
     for (Canvas *canvas : std::as_const(m_canvases))
         canvas->setDrawing(drawing);
 }
@@ -90,6 +92,26 @@ void CanvasPanes::setHandMode(bool on)
 {
     for (Canvas *canvas : std::as_const(m_canvases))
         canvas->setHandMode(on);
+}
+
+void CanvasPanes::selectAll()
+{
+    if (!m_drawing)
+        return;
+    ShownEntities shown(*m_drawing, {});
+    QSet<int> all;
+    int index = 0;
+    for (const Entity &entity : m_drawing->geometry.modelSpace().entities) {
+        if (shown.shows(entity))
+            all.insert(index);
+        ++index;
+    }
+    changeSelection(all);
+}
+
+void CanvasPanes::deselect()
+{
+    changeSelection({});
 }
 
 void CanvasPanes::refresh()
@@ -118,10 +140,13 @@ void CanvasPanes::addCanvas()
     m_canvases += canvas;
     connect(canvas, &Canvas::pressed, this, [this, canvas] { makeCurrent(canvas); });
     connect(canvas, &Canvas::pointerMoved, this, &CanvasPanes::pointerMoved);
-    connect(canvas, &Canvas::selectionChanged, this, [this](const QSet<int> &entities) {
-        setSelection(entities);
-        emit selectionChanged(entities);
-    });
+    connect(canvas, &Canvas::selectionChanged, this, &CanvasPanes::changeSelection);
+}
+
+void CanvasPanes::changeSelection(const QSet<int> &entities)
+{
+    setSelection(entities);
+    emit selectionChanged(entities);
 }
 
 void CanvasPanes::makeCurrent(Canvas *canvas)

@@ -40,6 +40,12 @@ public:
     void setSelection(const QSet<int> &entities);
     void setHandMode(bool on);
 
+    /// Commands of the user: all that shows, or nothing.
+    /// @{
+    void selectAll();
+    void deselect();
+    /// @}
+
     /// The drawing looks different now.
     void refresh();
 
@@ -56,11 +62,13 @@ protected:
 
 private:
     void addCanvas();
+    void changeSelection(const QSet<int> &entities);
     void makeCurrent(Canvas *canvas);
     void layOut();
 
     QVector<Canvas *> m_canvases; ///< the shown ones first
     Canvas *m_current = nullptr;
+    const Drawing *m_drawing = nullptr;
     int m_arrangement = 0;
 };
 

@@ -9,7 +9,6 @@
 
 #include <KcHost/KcHost.h>
 
-#include <QColor>
 #include <QtMath>
 
 #include <dxflib/dl_dxf.h>
@@ -119,21 +118,12 @@ void EntityReader::finishRecord()
 
 EntityStyle EntityReader::style()
 {
-    const int color = attributes.getColor();
-    const int trueColor = attributes.getColor24();
     EntityStyle style;
     style.layer = layerIndex(attributes.getLayer());
+    style.color = entityColor(attributes.getColor(), attributes.getColor24());
     style.lineWeight = attributes.getWidth();
     style.linetype = linetypeIndex(attributes.getLinetype());
     style.linetypeScale = attributes.getLinetypeScale();
-    if (trueColor >= 0) {
-        style.color = QRgb(trueColor) | 0xff000000;
-    } else if (color == 0) {
-        style.color = colorByBlock;
-    } else if (color > 0 && color < 256) {
-        const double *parts = dxfColors[color];
-        style.color = QColor::fromRgbF(parts[0], parts[1], parts[2]).rgb();
-    }
     return style;
 }
 
@@ -185,12 +175,7 @@ int EntityReader::linetypeIndex(const std::string &name)
     const auto known = m_linetypeIndexes.find(name);
     if (known != m_linetypeIndexes.end())
         return known->second;
-    const QString text = decoded(name);
-    int index = lineTypeByLayer;
-    if (text.compare(QLatin1String("BYBLOCK"), Qt::CaseInsensitive) == 0)
-        index = lineTypeByBlock;
-    else if (text.compare(QLatin1String("BYLAYER"), Qt::CaseInsensitive) != 0)
-        index = m_geometry.linetypeOf(text);
+    const int index = m_geometry.entityLinetypeOf(decoded(name));
     m_linetypeIndexes.emplace(name, index);
     return index;
 }

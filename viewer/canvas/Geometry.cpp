@@ -3,6 +3,10 @@
 
 #include "Geometry.h"
 
+#include <QColor>
+
+#include <dxflib/dl_codes.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -217,6 +221,24 @@ void Measurer::note(const Entity &entity, Block &block) const
 
 } // namespace
 
+QRgb entityColor(int index, int trueColor)
+{
+    if (trueColor >= 0)
+        return QRgb(trueColor) | 0xff000000;
+    if (index == 0)
+        return colorByBlock;
+    if (index < 0 || index > 255)
+        return colorByLayer;
+    const double *parts = dxfColors[index];
+    return QColor::fromRgbF(parts[0], parts[1], parts[2]).rgb();
+}
+
+bool EntityStyle::operator==(const EntityStyle &other) const
+{
+    return layer == other.layer && color == other.color && lineWeight == other.lineWeight
+           && linetype == other.linetype && linetypeScale == other.linetypeScale;
+}
+
 SpaceTransform BlockInsert::placementOf(int column, int row) const
 {
     SpaceTransform result = placement;
@@ -256,6 +278,15 @@ int Geometry::linetypeOf(const QString &name) const
                 return linetype.name.compare(name, Qt::CaseInsensitive) == 0;
             });
     return known == linetypes.end() ? 0 : int(known - linetypes.begin());
+}
+
+int Geometry::entityLinetypeOf(const QString &name) const
+{
+    if (name.compare(QLatin1String("BYLAYER"), Qt::CaseInsensitive) == 0)
+        return lineTypeByLayer;
+    if (name.compare(QLatin1String("BYBLOCK"), Qt::CaseInsensitive) == 0)
+        return lineTypeByBlock;
+    return linetypeOf(name);
 }
 
 QStringList measure(Geometry &geometry)

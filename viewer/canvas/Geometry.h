@@ -29,6 +29,11 @@ namespace Tessa {
 constexpr QRgb colorByLayer = 0;
 constexpr QRgb colorByBlock = 1;
 
+/// The colour of an entity.
+/// @param index     0 by block, 1 to 255; all else is by layer
+/// @param trueColor 0xRRGGBB, which goes before the index, or -1
+QRgb entityColor(int index, int trueColor);
+
 /// Linetypes that the entity leaves to its layer, or to the insert of its block.
 constexpr int lineTypeByLayer = -1;
 constexpr int lineTypeByBlock = -2;
@@ -49,6 +54,8 @@ struct EntityStyle
     int lineWeight = KcDb::kLnWtByLayer; ///< hundredths of a millimetre, or a code
     int linetype = lineTypeByLayer;      ///< one of Geometry::linetypes, or a code
     double linetypeScale = 1;
+
+    bool operator==(const EntityStyle &other) const;
 };
 
 /// Text with its place.
@@ -121,6 +128,7 @@ struct Entity
     bool isEndless = false; ///< something in it has no ends
     /// The number of its record in the file, which is how many begin before it; -1 without one.
     int record = -1;
+    bool isErased = false; ///< from the drawing; it stays in its place, since it may come back
     QPainterPath path;
     double height = 0;                    ///< of the whole path
     std::unique_ptr<SpacePath> spacePath; ///< instead, if it is not level
@@ -197,6 +205,9 @@ struct Geometry
     /// The number of a linetype, 0 for a name that is not there. Letter case does not tell names
     /// apart.
     int linetypeOf(const QString &name) const;
+
+    /// The same for an entity's linetype, which may be "ByLayer" or "ByBlock".
+    int entityLinetypeOf(const QString &name) const;
 
     /// Whether there is anything that a FaceStyle changes.
     bool hasFaces() const;

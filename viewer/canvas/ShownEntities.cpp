@@ -76,11 +76,11 @@ const Block &ShownEntities::blockOf(const BlockInsert &insert) const
     return m_drawing.geometry.blocks[std::size_t(insert.block)];
 }
 
-/// The rule of visibility: what a frozen layer has does not show, and beside that an insert goes by
-/// what is in it, all else by whether its layer is on.
+/// The rule of visibility: what is erased or on a frozen layer does not show, and beside that an insert
+/// goes by what is in it, all else by whether its layer is on.
 bool ShownEntities::mayShow(const Entity &entity, const LayerLook &layer)
 {
-    return !layer.isFrozen && (layer.isOn || entity.as<BlockInsert>());
+    return !entity.isErased && !layer.isFrozen && (layer.isOn || entity.as<BlockInsert>());
 }
 
 /// In a block, layer "0" stands for the layer of the insert.
@@ -193,7 +193,7 @@ std::optional<Look> ShownEntities::lookInside(const BlockInsert &insert, const L
 
 int ShownEntities::linetypeOfLayer(int layer)
 {
-    int &linetype = m_layerLinetypes.at(layer);
+    int &linetype = m_layerLinetypes.at(layer + 1);
     if (linetype < 0)
         linetype = m_drawing.geometry.linetypeOf(m_drawing.layers.at(layer).linetype);
     return linetype;

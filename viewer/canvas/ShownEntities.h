@@ -107,7 +107,7 @@ private:
     double m_pixel = 0;
     double m_coarser = 0; ///< with less than that, the last walk would have been as long
     bool m_isSimplified = false;
-    std::vector<int> m_layerLinetypes;               ///< -1 where not known yet
+    std::vector<int> m_layerLinetypes; ///< the unknown layer's first; -1 where not known yet
     std::map<std::pair<int, int>, int> m_firstShown; ///< by block and layer of the insert
 };
 

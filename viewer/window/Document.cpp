@@ -117,7 +117,6 @@ bool Document::writeTo(const QString &fileName)
         return false;
     }
     m_drawing->fileName = fileName;
-    m_window->setWindowModified(false);
     emit saved(remarks);
     return true;
 }
@@ -142,7 +141,6 @@ void Document::show(std::unique_ptr<Drawing> drawing)
 {
     const std::unique_ptr<Drawing> before = std::exchange(m_drawing, std::move(drawing));
     emit replaced();
-    m_window->setWindowModified(false);
 }
 
 } // namespace Tessa

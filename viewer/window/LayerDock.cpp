@@ -28,41 +28,11 @@ namespace Tessa {
 namespace {
 
 constexpr QSize iconSize(16, 16);
-constexpr int longestQuote = 40;
-constexpr int mostReasons = 5;
 
 /// The column of names, in average characters, and how many names are measured for it.
 constexpr int fewestCharacters = 16;
 constexpr int mostCharacters = 40;
 constexpr int mostMeasured = 1000;
-
-QString quoted(const QString &name)
-{
-    const bool isLong = name.size() > longestQuote;
-    return QLatin1Char('"') + (isLong ? name.left(longestQuote - 1) + QChar(0x2026) : name)
-           + QLatin1Char('"');
-}
-
-/// Why the drawing refuses, to go on after a colon.
-QString reasonFor(Kcore::ErrorStatus status)
-{
-    switch (status) {
-    case Kcore::eInvalidInput:
-        return LayerDock::tr("a name has 1 to 255 characters, and none of <>/\\\":;?*|=");
-    case Kcore::eDuplicateKey:
-        return LayerDock::tr("there is another layer of that name");
-    case Kcore::eCannotBeErasedByCaller:
-        return LayerDock::tr("every drawing has this layer");
-    case Kcore::eLayerIsCurrent:
-        return LayerDock::tr("it is the current layer");
-    case Kcore::eLayerInUse:
-        return LayerDock::tr("there are entities on it");
-    case Kcore::eKeyNotFound:
-        return LayerDock::tr("the drawing has no such layer");
-    default:
-        return LayerDock::tr("it is in use elsewhere");
-    }
-}
 
 } // namespace
 
@@ -84,24 +54,13 @@ LayerDock::LayerDock(OvCc::LayerLink &link, QWidget *parent)
     column->addWidget(m_panel);
     widenColumns();
 
-    listenTo(link);
+    m_table->setToggleSelection(true);
+    m_table->setPropertyEditing(true);
+    m_table->setRowMenu(true);
+    m_table->setNaturalOrder(true);
+    m_panel->setFilterVisible(true);
     link.add(m_panel);
     setDrawing(nullptr);
-}
-
-void LayerDock::listenTo(const OvCc::LayerLink &link)
-{
-    using OvCc::LayerLink;
-    connect(&link, &LayerLink::addRequested, this, &LayerDock::addToDrawing);
-    connect(&link, &LayerLink::removeRequested, this, &LayerDock::eraseFromDrawing);
-    connect(&link, &LayerLink::renameRequested, this, &LayerDock::renameInDrawing);
-    connect(&link, &LayerLink::currentLayerRequested, this, &LayerDock::makeCurrentInDrawing);
-    connect(&link, &LayerLink::changesBegin, this,
-            [this](const QString &text) { m_change = text; });
-    connect(&link, &LayerLink::changesEnd, this, [this](int, int refusedLayers) {
-        if (refusedLayers > 0)
-            emit refused(tr("%1: the drawing refused.").arg(m_change));
-    });
 }
 
 void LayerDock::createCommands()
@@ -178,6 +137,7 @@ QSize LayerDock::sizeHint() const
 void LayerDock::setDrawing(Drawing *drawing)
 {
     m_drawing = drawing;
+    m_link.setLinetypes(drawing ? KcHost::linetypes(*drawing->database) : QStringList());
     m_link.drawingChanged();
     m_link.flush();
     fitNameColumn();
@@ -192,8 +152,14 @@ int LayerDock::layerCount() const
 void LayerDock::finishEditing()
 {
     m_table->finishEditing();
-    // What comes next is to find the table as it will stay.
+    m_panel->setVisibilityFollowsSelection(false);
     m_link.flush();
+}
+
+void LayerDock::showUsage(const QStringList &pickedLayers)
+{
+    m_panel->setUsage(m_drawing ? KcHost::layerUsage(*m_drawing->database) : QHash<QString, int>());
+    m_panel->setPicked(pickedLayers);
 }
 
 void LayerDock::newLayer()
@@ -207,50 +173,6 @@ void LayerDock::refresh()
 {
     finishEditing();
     m_link.layersChanged();
-}
-
-void LayerDock::addToDrawing(const QString &name)
-{
-    tellRefusal(KcHost::addLayer(*m_drawing->database, name),
-                tr("Layer %1 cannot be added").arg(quoted(name)));
-}
-
-void LayerDock::makeCurrentInDrawing(const QString &name)
-{
-    tellRefusal(KcHost::setCurrentLayer(*m_drawing->database, name),
-                tr("Layer %1 cannot be made the current one").arg(quoted(name)));
-}
-
-void LayerDock::eraseFromDrawing(const QStringList &names)
-{
-    int stayed = 0;
-    QStringList reasons;
-    for (const QString &name : names) {
-        const Kcore::ErrorStatus status = KcHost::eraseLayer(*m_drawing->database, name);
-        if (status != Kcore::eOk && ++stayed <= mostReasons)
-            reasons.append(tr("%1 (%2)").arg(quoted(name), reasonFor(status)));
-    }
-    if (stayed > mostReasons)
-        emit refused(tr("Not deleted: %1 and %2 more.")
-                             .arg(reasons.join(QLatin1String(", ")))
-                             .arg(stayed - mostReasons));
-    else if (stayed > 0)
-        emit refused(tr("Not deleted: %1.").arg(reasons.join(QLatin1String(", "))));
-}
-
-void LayerDock::renameInDrawing(const QString &from, const QString &to)
-{
-    const Kcore::ErrorStatus status = KcHost::renameLayer(*m_drawing->database, from, to);
-    if (status == Kcore::eOk)
-        m_drawing->layers.rename(from, to);
-    tellRefusal(status, tr("Layer %1 cannot be renamed to %2").arg(quoted(from), quoted(to)));
-}
-
-/// @param sentence is completed by the reason
-void LayerDock::tellRefusal(Kcore::ErrorStatus status, const QString &sentence)
-{
-    if (status != Kcore::eOk)
-        emit refused(tr("%1: %2.").arg(sentence, reasonFor(status)));
 }
 
 } // namespace Tessa

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include <KcBase.h>
-
 #include <QDockWidget>
 
 namespace OvCc {
@@ -20,8 +18,7 @@ namespace Tessa {
 
 struct Drawing;
 
-/// The layer manager with the commands that the host gives it, and what comes of the user's wishes
-/// for layers in whatever widget: a change of the drawing, or a refusal.
+/// The layer manager, with all that it can do switched on, and the commands that the host gives it.
 class LayerDock : public QDockWidget
 {
     Q_OBJECT
@@ -43,27 +40,20 @@ public:
     /// The layers of the drawing, as the panel shows them.
     int layerCount() const;
 
-    /// Takes over a name that is still being typed.
+    /// Takes over a name that is still being typed, and has layers shown again that only the selection
+    /// hides: what comes next is to find the drawing as it will stay.
     void finishEditing();
 
-signals:
-    /// The drawing did not take all that the user wanted.
-    /// @param reason one sentence
-    void refused(const QString &reason);
+    /// Has the panel know how much lies on each layer now, and where the entities lie that the user has
+    /// selected. O(N), the number of layers.
+    void showUsage(const QStringList &pickedLayers);
 
 private:
     void createCommands();
     void widenColumns();
     void fitNameColumn();
-    void listenTo(const OvCc::LayerLink &link);
     void newLayer();
     void refresh();
-
-    void addToDrawing(const QString &name);
-    void makeCurrentInDrawing(const QString &name);
-    void eraseFromDrawing(const QStringList &names);
-    void renameInDrawing(const QString &from, const QString &to);
-    void tellRefusal(Kcore::ErrorStatus status, const QString &sentence);
 
     OvCc::LayerLink &m_link;
     Drawing *m_drawing = nullptr;
@@ -72,7 +62,6 @@ private:
     OvCc::LayerTableWidget *m_table;
     OvCc::FrozenTableWidget *m_names; ///< the part of the table with the names
     OvCc::SearchLayerEdit *m_search;
-    QString m_change; ///< that a click is about to make, as a user calls it
 };
 
 } // namespace Tessa

@@ -6,14 +6,19 @@
 #include "Document.h"
 #include "DrawingFrame.h"
 #include "LayerDock.h"
+#include "LayerEditor.h"
+#include "LayerMenu.h"
+#include "Phrases.h"
 #include "PropertyBar.h"
 #include "PropertyEditor.h"
-#include "RemarksDialog.h"
+#include "Remarks.h"
+#include "Selection.h"
 #include "StatusBar.h"
+#include "UndoCommands.h"
 #include "ViewRibbon.h"
 #include "viewer/canvas/Canvas.h"
 #include "viewer/canvas/CanvasPanes.h"
-#include "viewer/canvas/ShownEntities.h"
+#include "viewer/canvas/EntityFollower.h"
 
 #include <KcHost/KcHost.h>
 #include <OvCustomControl/LayerComboBox.h>
@@ -36,9 +41,7 @@
 #include <QStyle>
 #include <QToolBar>
 
-#include <algorithm>
-#include <cstdio>
-#include <iterator>
+#include <utility>
 
 namespace Tessa {
 
@@ -49,24 +52,11 @@ constexpr QSize windowFrame(16, 48); // with the title bar, at most
 constexpr int widestDock = 512;      // to begin with
 constexpr int labelMargin = 6;
 
-/// What the canvas does for each row of the visual style picker. A drawing is shown in one projection
-/// only, so both wireframes look the same.
-constexpr FaceStyle visualStyles[] = {
-        FaceStyle::Wireframe, FaceStyle::Wireframe, FaceStyle::Hidden,       FaceStyle::Flat,
-        FaceStyle::Gouraud,   FaceStyle::FlatEdges, FaceStyle::GouraudEdges,
-};
-static_assert(std::size(visualStyles) == OvCc::GouraudEdgesStyle + 1);
-
 /// The only file that is dragged; empty if it is anything else.
 QString draggedFile(const QMimeData &data)
 {
     const QList<QUrl> urls = data.urls();
     return urls.size() == 1 ? urls.first().toLocalFile() : QString();
-}
-
-void printLine(const QString &line)
-{
-    std::fprintf(stderr, "tessa-viewer: %s\n", qUtf8Printable(line));
 }
 
 } // namespace
@@ -82,12 +72,19 @@ MainWindow::MainWindow(QWidget *parent)
     , m_ribbon(new ViewRibbon)
     , m_pickers(new PropertyBar)
     , m_properties(new PropertyEditor(this))
+    , m_layerEditor(new LayerEditor(*m_link, *m_dock->panel(), this))
+    , m_layerMenu(new LayerMenu(*m_link, *m_dock->panel(), this))
+    , m_undo(new UndoCommands(this))
+    , m_selection(new Selection(*m_panes, this))
     , m_status(new StatusBar)
+    , m_remarks(new Remarks(*m_status, this))
 {
     setCentralWidget(m_frame);
     addDockWidget(Qt::RightDockWidgetArea, m_dock);
     createFileMenu();
+    createEditMenu();
     createViewMenu();
+    menuBar()->addMenu(m_layerMenu);
     createPropertyBar();
     createRibbon();
     setStatusBar(m_status);
@@ -104,10 +101,13 @@ MainWindow::MainWindow(QWidget *parent)
 MainWindow::~MainWindow()
 {
     KcHost::setLayerModifiedHandler({});
+    KcHost::setEntityModifiedHandler({});
     KcHost::setWorkingDatabase(nullptr);
     m_panes->setDrawing(nullptr);
     m_dock->setDrawing(nullptr);
     m_properties->setDrawing(nullptr);
+    m_layerEditor->setDrawing(nullptr);
+    m_undo->setStack(nullptr);
 }
 
 void MainWindow::createFileMenu()
@@ -125,6 +125,23 @@ void MainWindow::createFileMenu()
     m_close->setShortcut(QKeySequence::Close);
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence::Quit);
+}
+
+void MainWindow::createEditMenu()
+{
+    QMenu *edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addActions({m_undo->undoAction(), m_undo->redoAction()});
+    edit->addSeparator();
+    const auto addOnCanvas = [this, edit](const QString &text, const QKeySequence &keys,
+                                          void (CanvasPanes::*act)()) {
+        QAction *action = edit->addAction(text, m_panes, act);
+        action->setShortcut(keys);
+        // Elsewhere these keys select rows and letters.
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        m_panes->addAction(action);
+    };
+    addOnCanvas(tr("Select &all"), QKeySequence::SelectAll, &CanvasPanes::selectAll);
+    addOnCanvas(tr("&Deselect"), QKeySequence(), &CanvasPanes::deselect);
 }
 
 void MainWindow::createViewMenu()
@@ -147,8 +164,7 @@ void MainWindow::createViewMenu()
     connect(hand, &QAction::toggled, m_panes, &CanvasPanes::setHandMode);
     view->addSeparator();
     view->addAction(m_dock->toggleViewAction());
-    m_listRemarks = view->addAction(tr("&Remarks..."), this, &MainWindow::listRemarks);
-    m_listRemarks->setEnabled(false);
+    view->addAction(m_remarks->listAction());
     createToolBar({fit, hand});
 }
 
@@ -159,6 +175,8 @@ void MainWindow::createToolBar(const QList<QAction *> &viewActions)
     tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     tools->addAction(m_open);
     tools->addAction(m_save);
+    tools->addSeparator();
+    tools->addActions({m_undo->undoAction(), m_undo->redoAction()});
     tools->addSeparator();
     auto *layerLabel = new QLabel(tr("Layer"));
     layerLabel->setContentsMargins(labelMargin, 0, labelMargin, 0);
@@ -178,11 +196,9 @@ void MainWindow::createPropertyBar()
     bar->addSeparator();
 
     m_properties->attach(m_pickers->panel());
-    connect(m_panes, &CanvasPanes::selectionChanged, m_properties, &PropertyEditor::setSelection);
-    connect(m_properties, &PropertyEditor::changed, this, &MainWindow::followEntityChange);
+    connect(m_selection, &Selection::changed, this, &MainWindow::followSelection);
     connect(m_properties, &PropertyEditor::refused, this, &MainWindow::tellRefusal);
-    connect(m_pickers->visualStyles(), &OvCc::BaseComboBox::rowChosen, this,
-            &MainWindow::showInStyle);
+    connect(m_pickers, &PropertyBar::faceStyleChosen, this, &MainWindow::showInStyle);
     connect(m_pickers->textStyles(), &OvCc::BaseComboBox::dialogRequested, this, [this] {
         m_status->showMessage(tr("All texts are shown in one style: there is none to manage."));
     });
@@ -210,6 +226,9 @@ void MainWindow::connectDocument()
     connect(m_document, &Document::replaced, this, &MainWindow::showDrawing);
     connect(m_document, &Document::opened, this, &MainWindow::finishOpening);
     connect(m_document, &Document::aboutToSave, m_dock, &LayerDock::finishEditing);
+    connect(m_undo, &UndoCommands::aboutToAct, m_dock, &LayerDock::finishEditing);
+    connect(m_undo, &UndoCommands::cleanChanged, this,
+            [this](bool isClean) { setWindowModified(!isClean); });
     connect(m_document, &Document::saved, this, &MainWindow::followSaving);
     connect(m_document, &Document::refused, this, &MainWindow::tellRefusal);
     connect(m_document, &Document::failed, this, &MainWindow::showError);
@@ -219,10 +238,14 @@ void MainWindow::connectHost()
 {
     for (OvCc::LayerComboBox *box : layerBoxes())
         m_link->add(box);
+    m_link->setChoiceMakesCurrent(false);
     KcHost::setLayerModifiedHandler([this](const QString &name) { followLayerChange(name); });
-    connect(m_link, &OvCc::LayerLink::updated, this, &MainWindow::followUpdate);
-    connect(m_dock, &LayerDock::refused, this, &MainWindow::tellRefusal);
-    connect(m_status, &StatusBar::remarksWanted, this, &MainWindow::listRemarks);
+    KcHost::setEntityModifiedHandler([this](int record) { followEntityChange(record); });
+    connect(m_link, &OvCc::LayerLink::updated, this, &MainWindow::postUpdate);
+    connect(m_link, &OvCc::LayerLink::layerChosen, this, &MainWindow::followChoice);
+    connect(m_layerEditor, &LayerEditor::refused, this, &MainWindow::tellRefusal);
+    connect(m_layerMenu, &LayerMenu::aboutToAct, m_dock, &LayerDock::finishEditing);
+    connect(m_layerMenu, &LayerMenu::refused, this, &MainWindow::tellRefusal);
 }
 
 void MainWindow::open(const QString &fileName)
@@ -257,13 +280,17 @@ void MainWindow::showDrawing()
     m_properties->setDrawing(nullptr);
     m_panes->setDrawing(drawing);
     KcHost::setWorkingDatabase(drawing ? drawing->database.get() : nullptr);
+    m_follower = drawing ? std::make_unique<EntityFollower>(*drawing) : nullptr;
+    m_layerEditor->setDrawing(drawing);
     m_dock->setDrawing(drawing);
     m_properties->setDrawing(drawing);
-    followUpdate();
+    m_selection->setDrawing(drawing);
+    m_undo->setStack(drawing ? KcHost::undoStack(*drawing->database) : nullptr);
+    updateAll();
     m_frame->setTitle(m_document->title());
     m_status->clearMessage();
-    m_remarks.clear();
-    addRemarks(drawing ? drawing->warnings : QStringList());
+    m_remarks->setRead(m_document->title(), drawing ? drawing->warnings : QStringList());
+    m_layerMenu->setDrawing(drawing);
 }
 
 void MainWindow::followSaving(const QStringList &remarks)
@@ -271,8 +298,8 @@ void MainWindow::followSaving(const QStringList &remarks)
     m_frame->setTitle(m_document->title());
     showState();
     m_status->showMessage(tr("Saved %1.").arg(m_document->title()));
-    m_remarks = drawing()->warnings;
-    addRemarks(remarks);
+    m_remarks->setSaved(m_document->title(), remarks);
+    m_layerMenu->followSaving();
 }
 
 void MainWindow::followLayerChange(const QString &name)
@@ -280,23 +307,57 @@ void MainWindow::followLayerChange(const QString &name)
     if (!drawing())
         return;
     m_document->drawing()->layers.reload(name);
-    m_panes->refresh();
-    if (!isWindowModified())
-        setWindowModified(true);
     m_link->layerChanged(name);
+    postUpdate();
 }
 
-void MainWindow::followEntityChange()
+void MainWindow::followEntityChange(int record)
 {
+    if (!m_follower)
+        return;
+    m_follower->follow(record);
+    postUpdate();
+}
+
+void MainWindow::postUpdate()
+{
+    if (!std::exchange(m_isUpdateDue, true))
+        QMetaObject::invokeMethod(this, &MainWindow::updateAll, Qt::QueuedConnection);
+}
+
+/// Puts right what shows layers and entities.
+void MainWindow::updateAll()
+{
+    m_isUpdateDue = true;
+    m_link->flush();
+    m_isUpdateDue = false;
     m_panes->refresh();
-    setWindowModified(true);
+    m_selection->update();
+    showState();
 }
 
-void MainWindow::showInStyle(int row)
+void MainWindow::followSelection()
 {
-    m_panes->current()->setFaceStyle(visualStyles[row]);
-    const bool isSmooth =
-            visualStyles[row] == FaceStyle::Gouraud || visualStyles[row] == FaceStyle::GouraudEdges;
+    m_properties->setSelection(m_selection->entities());
+    for (OvCc::LayerComboBox *box : layerBoxes())
+        box->setShownLayers(m_selection->layers());
+    m_dock->showUsage(m_selection->layers());
+    m_status->setSelection(m_selection->entities().size(), m_selection->layers());
+}
+
+/// A layer that was chosen in a layer box is for what is selected.
+void MainWindow::followChoice(const QString &layer)
+{
+    if (m_selection->entities().isEmpty())
+        m_layerEditor->makeCurrent(layer);
+    else
+        m_properties->moveToLayer(layer);
+}
+
+void MainWindow::showInStyle(FaceStyle style)
+{
+    m_panes->current()->setFaceStyle(style);
+    const bool isSmooth = style == FaceStyle::Gouraud || style == FaceStyle::GouraudEdges;
     if (!drawing() || !drawing()->geometry.hasFaces())
         m_status->showMessage(tr("There are no faces here: all visual styles look the same."));
     else if (isSmooth)
@@ -310,33 +371,7 @@ void MainWindow::followCanvas()
 {
     const Canvas &canvas = *m_panes->current();
     m_ribbon->showView(canvas.view());
-    const auto style =
-            std::find(std::begin(visualStyles), std::end(visualStyles), canvas.faceStyle());
-    m_pickers->visualStyles()->setCurrentIndex(int(style - std::begin(visualStyles)));
-}
-
-/// What a layer hides now must not be changed unseen.
-void MainWindow::deselectHidden()
-{
-    const QSet<int> selected = m_panes->current()->selection();
-    if (selected.isEmpty())
-        return;
-    ShownEntities entities(*drawing(), {});
-    QSet<int> shown;
-    for (const int index : selected) {
-        if (entities.shows(drawing()->geometry.modelSpace().entities.at(index)))
-            shown.insert(index);
-    }
-    if (shown.size() == selected.size())
-        return;
-    m_panes->setSelection(shown);
-    m_properties->setSelection(shown);
-}
-
-void MainWindow::followUpdate()
-{
-    deselectHidden();
-    showState();
+    m_pickers->showFaceStyle(canvas.faceStyle());
 }
 
 void MainWindow::showState()
@@ -353,6 +388,8 @@ void MainWindow::showState()
         box->setEnabled(isEditable);
     m_dock->widget()->setEnabled(isEditable);
     m_properties->setEnabled(isEditable);
+    m_layerMenu->menuAction()->setEnabled(isEditable);
+    m_undo->setEnabled(isEditable);
 
     if (!drawing) {
         setWindowTitle(tr("Tessa"));
@@ -361,10 +398,9 @@ void MainWindow::showState()
     }
     setWindowTitle(tr("%1[*] – Tessa").arg(m_document->title()));
     const QLocale locale;
-    m_status->setCounts(
-            tr("Entities: %1, layers: %2")
-                    .arg(locale.toString(int(drawing->geometry.modelSpace().entities.size())),
-                         locale.toString(m_dock->layerCount())));
+    m_status->setCounts(tr("Entities: %1, layers: %2")
+                                .arg(locale.toString(m_follower->count()),
+                                     locale.toString(m_dock->layerCount())));
 }
 
 void MainWindow::tellRefusal(const QString &reason)
@@ -379,26 +415,6 @@ void MainWindow::showError(const QString &error)
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
-}
-
-/// Tells the user of the first remark, and keeps all for the list.
-void MainWindow::addRemarks(const QStringList &remarks)
-{
-    for (const QString &remark : remarks)
-        printLine(remark);
-    if (!remarks.isEmpty())
-        m_status->showMessage(remarks.first());
-    m_remarks += remarks;
-    m_status->setRemarkCount(m_remarks.size());
-    m_listRemarks->setEnabled(!m_remarks.isEmpty());
-}
-
-void MainWindow::listRemarks()
-{
-    const QString title = tr("Remarks on %1").arg(m_document->title());
-    auto *dialog = new RemarksDialog(title, m_remarks, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->open();
 }
 
 /// A minimised window takes its floating pickers with it.

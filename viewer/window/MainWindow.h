@@ -6,6 +6,7 @@
 #include <QMainWindow>
 
 #include <array>
+#include <memory>
 
 namespace OvCc {
 class LayerComboBox;
@@ -18,17 +19,26 @@ class CanvasPanes;
 class Document;
 struct Drawing;
 class DrawingFrame;
+class EntityFollower;
+enum class FaceStyle;
 class LayerDock;
+class LayerEditor;
+class LayerMenu;
 class PropertyBar;
 class PropertyEditor;
+class Remarks;
+class Selection;
 class StatusBar;
+class UndoCommands;
 class ViewRibbon;
 
 /// A window around one drawing: its layers in the tool bar and in the layer manager, its entities on
 /// one or more canvases, and pickers for the properties of those that are selected there.
 ///
 /// It shows how a program takes the widgets in: it makes the drawing the host's working one, hears
-/// from the host which layer changed, whoever changed it, and tells the link between the widgets.
+/// from the host which layer or entity changed, whoever changed it, and tells the link between the
+/// widgets and the canvases. What comes of many changes is put right once, before control is back in the
+/// event loop.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -64,6 +74,7 @@ protected:
 
 private:
     void createFileMenu();
+    void createEditMenu();
     void createViewMenu();
     void createToolBar(const QList<QAction *> &viewActions);
     void createPropertyBar();
@@ -76,16 +87,16 @@ private:
     void showDrawing();
     void followSaving(const QStringList &remarks);
     void followLayerChange(const QString &name);
-    void followEntityChange();
-    void showInStyle(int row);
+    void followEntityChange(int record);
+    void postUpdate();
+    void updateAll();
+    void followSelection();
+    void followChoice(const QString &layer);
+    void showInStyle(FaceStyle style);
     void followCanvas();
-    void deselectHidden();
-    void followUpdate();
     void showState();
     void tellRefusal(const QString &reason);
     void showError(const QString &error);
-    void addRemarks(const QStringList &remarks);
-    void listRemarks();
     std::array<OvCc::LayerComboBox *, 3> layerBoxes() const;
 
     Document *m_document;
@@ -97,13 +108,18 @@ private:
     ViewRibbon *m_ribbon;
     PropertyBar *m_pickers;
     PropertyEditor *m_properties;
+    LayerEditor *m_layerEditor;
+    LayerMenu *m_layerMenu;
+    UndoCommands *m_undo;
+    Selection *m_selection;
+    std::unique_ptr<EntityFollower> m_follower; ///< null without a drawing
+    bool m_isUpdateDue = false;
     QAction *m_open = nullptr;
     QAction *m_save = nullptr;
     QAction *m_saveAs = nullptr;
     QAction *m_close = nullptr;
-    QAction *m_listRemarks = nullptr;
     StatusBar *m_status;
-    QStringList m_remarks; ///< on reading the drawing, and on saving it last
+    Remarks *m_remarks;
 };
 
 } // namespace Tessa

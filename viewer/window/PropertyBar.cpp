@@ -12,6 +12,9 @@
 #include <QListWidget>
 #include <QStyle>
 
+#include <algorithm>
+#include <iterator>
+
 namespace Tessa {
 
 namespace {
@@ -19,6 +22,14 @@ namespace {
 constexpr int margin = 6;
 constexpr int rowSpacing = 2; // as in the property panel
 constexpr int styleColumns = 3;
+
+/// What the canvas does for each row of the visual style picker. A drawing is shown in one projection
+/// only, so both wireframes look the same.
+constexpr FaceStyle faceStyles[] = {
+        FaceStyle::Wireframe, FaceStyle::Wireframe, FaceStyle::Hidden,       FaceStyle::Flat,
+        FaceStyle::Gouraud,   FaceStyle::FlatEdges, FaceStyle::GouraudEdges,
+};
+static_assert(std::size(faceStyles) == OvCc::GouraudEdgesStyle + 1);
 
 /// Widens the cells of a picker with pictures until they cut no name.
 void widenCells(OvCc::BaseComboBox *picker)
@@ -58,6 +69,14 @@ PropertyBar::PropertyBar(QWidget *parent)
     rows->addWidget(new QLabel(tr("Visual style")), 2, 1);
     rows->addWidget(m_visualStyles, 2, 2);
     widenCells(m_visualStyles);
+    connect(m_visualStyles, &OvCc::BaseComboBox::rowChosen, this,
+            [this](int row) { emit faceStyleChosen(faceStyles[row]); });
+}
+
+void PropertyBar::showFaceStyle(FaceStyle style)
+{
+    const auto row = std::find(std::begin(faceStyles), std::end(faceStyles), style);
+    m_visualStyles->setCurrentIndex(int(row - std::begin(faceStyles)));
 }
 
 } // namespace Tessa

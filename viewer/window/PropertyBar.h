@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "viewer/canvas/FaceStyle.h"
+
 #include <QWidget>
 
 namespace OvCc {
@@ -25,6 +27,13 @@ public:
     OvCc::PropertyManager *panel() const { return m_panel; }
     OvCc::TextStyleComboBox *textStyles() const { return m_textStyles; }
     OvCc::VisualStyleComboBox *visualStyles() const { return m_visualStyles; }
+
+    /// Shows which style the current canvas has.
+    void showFaceStyle(FaceStyle style);
+
+signals:
+    /// The user chose a visual style.
+    void faceStyleChosen(Tessa::FaceStyle style);
 
 private:
     OvCc::PropertyManager *m_panel;

@@ -79,9 +79,12 @@ QPixmap lineTypeSwatch(const Linetype &linetype)
 
 /// What all of them have in common; nothing where they differ.
 template <class T>
-std::optional<T> commonOf(const Drawing &drawing, const QSet<int> &entities, T EntityStyle::*member)
+std::optional<T> commonOf(const Drawing *drawing, const QSet<int> &entities, T EntityStyle::*member)
 {
-    const auto &all = drawing.geometry.modelSpace().entities;
+    // What a new entity has.
+    if (entities.isEmpty())
+        return EntityStyle().*member;
+    const auto &all = drawing->geometry.modelSpace().entities;
     const T first = all.at(*entities.begin()).style.*member;
     for (const int entity : entities) {
         if (all.at(entity).style.*member != first)
@@ -99,6 +102,7 @@ void showVaries(OvCc::BaseComboBox *picker)
 
 PropertyEditor::PropertyEditor(QObject *parent)
     : QObject(parent)
+    , m_properties(colorByLayer, KcDb::kLnWtByLayer, lineTypeByLayer)
 {
 }
 
@@ -116,16 +120,21 @@ void PropertyEditor::attach(OvCc::PropertyManager *panel)
     show(*panel);
 }
 
-void PropertyEditor::setDrawing(Drawing *drawing)
+void PropertyEditor::setDrawing(const Drawing *drawing)
 {
     m_drawing = drawing;
     setSelection({});
 }
 
+/// A picker whose drop-down is open must not lose it for nothing.
 void PropertyEditor::setSelection(const QSet<int> &entities)
 {
     m_selection = entities;
-    refresh();
+    const Properties properties{commonOf(m_drawing, entities, &EntityStyle::color),
+                                commonOf(m_drawing, entities, &EntityStyle::lineWeight),
+                                commonOf(m_drawing, entities, &EntityStyle::linetype)};
+    if (std::exchange(m_properties, properties) != properties)
+        showAll();
 }
 
 void PropertyEditor::setEnabled(bool enabled)
@@ -134,53 +143,45 @@ void PropertyEditor::setEnabled(bool enabled)
         panel->setEnabled(enabled);
 }
 
-void PropertyEditor::refresh()
+void PropertyEditor::moveToLayer(const QString &name)
 {
-    for (const OvCc::PropertyManager *panel : m_panels)
-        show(*panel);
+    KcHost::EntityChange pick;
+    pick.layer = name;
+    change(tr("Move to layer"), pick);
 }
 
 void PropertyEditor::pickColor(int row, const QColor &color)
 {
     KcHost::EntityChange pick;
-    QRgb shown = color.rgb();
-    if (row == OvCc::ColorByLayerRow) {
+    if (row == OvCc::ColorByLayerRow)
         pick.color = colorByLayerIndex;
-        shown = colorByLayer;
-    } else if (row == OvCc::ColorByBlockRow) {
+    else if (row == OvCc::ColorByBlockRow)
         pick.color = colorByBlockIndex;
-        shown = colorByBlock;
-    } else if (row < OvCc::FirstCustomColorRow) {
+    else if (row < OvCc::FirstCustomColorRow)
         pick.color = row - OvCc::RedRow + redIndex;
-    } else {
+    else
         pick.trueColor = color.rgb();
-    }
-    change(pick, [shown](EntityStyle &style) { style.color = shown; });
+    change(tr("Change color"), pick);
 }
 
 void PropertyEditor::pickLineWeight(int lineWeight)
 {
     KcHost::EntityChange pick;
     pick.lineWeight = lineWeight;
-    change(pick, [lineWeight](EntityStyle &style) { style.lineWeight = lineWeight; });
+    change(tr("Change lineweight"), pick);
 }
 
 void PropertyEditor::pickLineType(const QString &name)
 {
     const OvCc::LineTypeComboBox &picker = *m_panels.front()->lineTypePicker();
     KcHost::EntityChange pick;
-    int linetype = 0;
-    if (name == picker.item(OvCc::LineTypeByLayerRow)->text()) {
+    if (name == picker.item(OvCc::LineTypeByLayerRow)->text())
         pick.linetype = QStringLiteral("ByLayer");
-        linetype = lineTypeByLayer;
-    } else if (name == picker.item(OvCc::LineTypeByBlockRow)->text()) {
+    else if (name == picker.item(OvCc::LineTypeByBlockRow)->text())
         pick.linetype = QStringLiteral("ByBlock");
-        linetype = lineTypeByBlock;
-    } else {
+    else
         pick.linetype = name;
-        linetype = m_drawing ? m_drawing->geometry.linetypeOf(name) : 0;
-    }
-    change(pick, [linetype](EntityStyle &style) { style.linetype = linetype; });
+    change(tr("Change linetype"), pick);
 }
 
 /// Answers the button "Others..." with the linetypes of the drawing.
@@ -200,44 +201,50 @@ void PropertyEditor::offerLineTypes(OvCc::LineTypeComboBox *picker)
     pickLineType(name);
 }
 
-void PropertyEditor::change(const KcHost::EntityChange &change,
-                            const std::function<void(EntityStyle &)> &restyle)
+void PropertyEditor::change(const QString &step, const KcHost::EntityChange &change)
 {
+    if (m_selection.isEmpty()) {
+        emit refused(tr("Nothing is selected: click on entities of the drawing first."));
+        showAll();
+        return;
+    }
     int locked = 0;
     int failed = 0;
-    for (const int index : std::as_const(m_selection)) {
-        Entity &entity = m_drawing->geometry.blocks.front().entities.at(index);
-        switch (KcHost::changeEntity(*m_drawing->database, entity.record, change)) {
-        case Kcore::eOk:
-            restyle(entity.style);
-            break;
-        case Kcore::eOnLockedLayer:
-            ++locked;
-            break;
-        default:
-            ++failed;
+    {
+        const KcHost::UndoGroup group(*m_drawing->database, step);
+        const QSet<int> entities = m_selection;
+        for (const int index : entities) {
+            const Entity &entity = m_drawing->geometry.modelSpace().entities.at(index);
+            switch (KcHost::changeEntity(*m_drawing->database, entity.record, change)) {
+            case Kcore::eOk:
+                break;
+            case Kcore::eOnLockedLayer:
+                ++locked;
+                break;
+            default:
+                ++failed;
+            }
         }
     }
-    if (m_selection.isEmpty())
-        emit refused(tr("Nothing is selected: click on entities of the drawing first."));
-    else if (locked > 0)
+    if (locked > 0)
         emit refused(tr("Entities on locked layers stay as they are: %n.", "", locked));
     else if (failed > 0)
         emit refused(tr("Entities that the drawing cannot change so: %n.", "", failed));
-    if (locked + failed < m_selection.size())
-        emit changed();
-    refresh();
+    setSelection(m_selection);
+    showAll();
+}
+
+/// Shows the properties, whatever was picked.
+void PropertyEditor::showAll() const
+{
+    for (const OvCc::PropertyManager *panel : m_panels)
+        show(*panel);
 }
 
 void PropertyEditor::show(const OvCc::PropertyManager &panel) const
 {
-    if (m_selection.isEmpty()) {
-        panel.colorPicker()->setCurrentIndex(OvCc::ColorByLayerRow);
-        panel.lineWeightPicker()->setCurrentIndex(OvCc::LineWeightByLayerRow);
-        panel.lineTypePicker()->setCurrentIndex(OvCc::LineTypeByLayerRow);
-        return;
-    }
-    if (const auto color = commonOf(*m_drawing, m_selection, &EntityStyle::color); !color) {
+    const auto &[color, weight, linetype] = m_properties;
+    if (!color) {
         showVaries(panel.colorPicker());
     } else if (const int row = rowOfColor(*panel.colorPicker(), *color); row >= 0) {
         panel.colorPicker()->setCurrentIndex(row);
@@ -246,7 +253,7 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
         panel.colorPicker()->showCurrentItem(creatColorPix(shown), OvCc::componentsOf(shown));
     }
 
-    if (const auto weight = commonOf(*m_drawing, m_selection, &EntityStyle::lineWeight); !weight)
+    if (!weight)
         showVaries(panel.lineWeightPicker());
     else if (const int row = OvCc::LineWidthComboBox::rowOf(*weight); row >= 0)
         panel.lineWeightPicker()->setCurrentIndex(row);
@@ -254,8 +261,7 @@ void PropertyEditor::show(const OvCc::PropertyManager &panel) const
         panel.lineWeightPicker()->showCurrentItem(
                 {}, OvCc::fixedLineWeightLabel(*weight, OvCc::LineWeightUnit::Millimetres));
 
-    if (const auto linetype = commonOf(*m_drawing, m_selection, &EntityStyle::linetype);
-        !linetype) {
+    if (!linetype) {
         showVaries(panel.lineTypePicker());
     } else if (*linetype < 0) {
         panel.lineTypePicker()->setCurrentIndex(

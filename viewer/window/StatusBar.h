@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QStatusBar>
+#include <QStringList>
 
 class QLabel;
 class QProgressBar;
@@ -12,7 +13,7 @@ class QToolButton;
 namespace Tessa {
 
 /// The line below the drawing: what the last command has to say, what is being done, how many remarks
-/// there are on the drawing, where the pointer is, and what the drawing holds.
+/// there are on the drawing, what is selected, where the pointer is, and what the drawing holds.
 ///
 /// A message is about the last command: it goes with the user's next press of a button or a key,
 /// wherever in the program that is.
@@ -29,6 +30,9 @@ public:
     /// Offers to list the remarks; 0 takes the offer away.
     void setRemarkCount(int count);
 
+    /// Tells how many entities are selected, and on which layers, those with the most first.
+    void setSelection(int count, const QStringList &layers);
+
     void setPosition(QPointF position);
     void setCounts(const QString &counts);
 
@@ -43,6 +47,7 @@ private:
     QLabel *m_work;
     QProgressBar *m_progress;
     QToolButton *m_remarks;
+    QLabel *m_selection;
     QLabel *m_position;
     QLabel *m_counts;
 };
