@@ -29,6 +29,7 @@ constexpr QSize tileSize(16, 16);
 struct LayerManager::Private
 {
     bool refresh(const std::function<bool(LayerTableWidget &)> &refreshTable);
+    void passSignals();
     void makeFilter();
     void showCount();
 
@@ -71,31 +72,32 @@ LayerManager::LayerManager(QWidget *parent)
     column->addWidget(header);
     column->addWidget(m_d->table);
 
-    connect(m_d->table, &LayerTableWidget::updateCurretnLayer, this,
-            &LayerManager::slotUpdateLineEdit);
-    connect(m_d->searchEdit, &SearchLayerEdit::searchTextChanged, m_d->table,
+    m_d->passSignals();
+}
+
+/// The panel speaks for its table.
+void LayerManager::Private::passSignals()
+{
+    connect(table, &LayerTableWidget::updateCurretnLayer, q, &LayerManager::slotUpdateLineEdit);
+    connect(searchEdit, &SearchLayerEdit::searchTextChanged, table,
             &LayerTableWidget::slotSearchLayer);
-    connect(m_d->table, &LayerTableWidget::updateLayerCombo, this, &LayerManager::slotLayerChanged);
-    connect(m_d->table, &LayerTableWidget::layerAdded, this, &LayerManager::layerAdded);
-    connect(m_d->table, &LayerTableWidget::layersRemoved, this, &LayerManager::layersRemoved);
-    connect(m_d->table, &LayerTableWidget::layerRenamed, this, &LayerManager::layerRenamed);
-    connect(m_d->table, &LayerTableWidget::updateCurretnLayer, this,
-            &LayerManager::updateCurretnLayer);
-    connect(m_d->table, &LayerTableWidget::currentLayerRequested, this,
+    connect(table, &LayerTableWidget::updateLayerCombo, q, &LayerManager::slotLayerChanged);
+    connect(table, &LayerTableWidget::layerAdded, q, &LayerManager::layerAdded);
+    connect(table, &LayerTableWidget::layersRemoved, q, &LayerManager::layersRemoved);
+    connect(table, &LayerTableWidget::layerRenamed, q, &LayerManager::layerRenamed);
+    connect(table, &LayerTableWidget::updateCurretnLayer, q, &LayerManager::updateCurretnLayer);
+    connect(table, &LayerTableWidget::currentLayerRequested, q,
             &LayerManager::currentLayerRequested);
-    connect(m_d->table, &LayerTableWidget::changesBegin, this, &LayerManager::changesBegin);
-    connect(m_d->table, &LayerTableWidget::changesEnd, this, &LayerManager::changesEnd);
-    connect(m_d->table, &LayerTableWidget::layersToggled, this, &LayerManager::layersToggled);
-    connect(m_d->table, &LayerTableWidget::visibilityFollowsSelectionChanged, this,
+    connect(table, &LayerTableWidget::changesBegin, q, &LayerManager::changesBegin);
+    connect(table, &LayerTableWidget::changesEnd, q, &LayerManager::changesEnd);
+    connect(table, &LayerTableWidget::layersToggled, q, &LayerManager::layersToggled);
+    connect(table, &LayerTableWidget::visibilityFollowsSelectionChanged, q,
             &LayerManager::visibilityFollowsSelectionChanged);
-    connect(m_d->table, &LayerTableWidget::colorRequested, this, &LayerManager::colorRequested);
-    connect(m_d->table, &LayerTableWidget::linetypeRequested, this,
-            &LayerManager::linetypeRequested);
-    connect(m_d->table, &LayerTableWidget::lineWeightRequested, this,
-            &LayerManager::lineWeightRequested);
-    connect(m_d->table, &LayerTableWidget::descriptionRequested, this,
-            &LayerManager::descriptionRequested);
-    connect(m_d->table, &LayerTableWidget::mergeRequested, this, &LayerManager::mergeRequested);
+    connect(table, &LayerTableWidget::colorRequested, q, &LayerManager::colorRequested);
+    connect(table, &LayerTableWidget::linetypeRequested, q, &LayerManager::linetypeRequested);
+    connect(table, &LayerTableWidget::lineWeightRequested, q, &LayerManager::lineWeightRequested);
+    connect(table, &LayerTableWidget::descriptionRequested, q, &LayerManager::descriptionRequested);
+    connect(table, &LayerTableWidget::mergeRequested, q, &LayerManager::mergeRequested);
 }
 
 LayerManager::~LayerManager()
