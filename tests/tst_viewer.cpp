@@ -4,6 +4,7 @@
 #include "DrawingFiles.h"
 #include "PickerSupport.h"
 
+#include "layer/data/HostRecords.h"
 #include "viewer/canvas/Canvas.h"
 #include "viewer/canvas/CanvasPanes.h"
 #include "viewer/window/DrawingFrame.h"
@@ -113,6 +114,7 @@ struct Viewer : MainWindow
     void clickCell(int row, int column, Qt::KeyboardModifiers modifiers = {})
     {
         QTableView *view = column == NameColumn ? static_cast<QTableView *>(names) : table;
+        view->scrollTo(view->model()->index(row, column));
         const QRect cell = view->visualRect(view->model()->index(row, column));
         QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers, cell.center());
     }
@@ -125,6 +127,44 @@ struct Viewer : MainWindow
             return;
         QTRY_VERIFY(names->isAncestorOf(QApplication::focusWidget()));
         QTest::keyClicks(QApplication::focusWidget(), typed);
+    }
+
+    /// Presses keys, as a user does who sees the window.
+    void keys(const QKeySequence &sequence)
+    {
+        activateWindow();
+        QTRY_COMPARE(QApplication::activeWindow(), this);
+        QTest::keySequence(windowHandle(), sequence);
+    }
+
+    /// An entry of a menu of the window; null if it has none of that name.
+    QAction *entry(const QString &name) const
+    {
+        for (QAction *menu : menuBar()->actions()) {
+            for (QAction *action : menu->menu()->actions()) {
+                if (action->text().remove('&') == name)
+                    return action;
+            }
+        }
+        return nullptr;
+    }
+
+    void chooseLayer(int row) const
+    {
+        QTest::mouseClick(box->lineEdit(), Qt::LeftButton);
+        QTRY_VERIFY(list->isVisible());
+        list->setCurrentRow(row);
+        QTest::keyClick(list, Qt::Key_Return);
+    }
+
+    QString statusText(const char *label) const
+    {
+        return statusBar()->findChild<QLabel *>(label)->text();
+    }
+
+    QString faceOf(const LayerComboBox *layerBox) const
+    {
+        return layerBox->lineEdit()->findChildren<QLabel *>().last()->text();
     }
 
     /// Closes the message box, if there is one, and tells what it said.
@@ -175,6 +215,16 @@ private slots:
     void commands();
     void nameInAnInactiveWindow();
     void manyLayers();
+    void manyAtOnce_data();
+    void manyAtOnce();
+    void refusalOfMany();
+    void undoneOnTheCanvas();
+    void undoWhileTyping();
+    void layersOfTheSelection();
+    void shownForTheSelection();
+    void layerStates();
+    void brokenStates_data();
+    void brokenStates();
     void remarks();
     void errorKeepsTheDrawing();
     void changesAreNotLost();
@@ -265,9 +315,7 @@ void TestViewer::commands()
     else
         answerDialog(act, [&](QDialog &dialog) { clickButton(dialog, fields.at(7)); });
     const QString message = viewer.statusBar()->currentMessage();
-    viewer.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&viewer));
-    QTest::keyClick(&viewer, Qt::Key_S, Qt::ControlModifier);
+    viewer.keys(QKeySequence::Save);
     QVERIFY(message.contains(fields.at(5)) && message.isEmpty() == fields.at(5).isEmpty());
     QTRY_COMPARE(viewer.layers().join(' '), fields.at(4));
     QVERIFY(!viewer.isWindowModified());
@@ -314,6 +362,321 @@ void TestViewer::manyLayers()
     viewer.clickLight(1501);
     QTRY_COMPARE(viewer.text(1501, OnColumn), QStringLiteral("false"));
     QCOMPARE(viewer.list->currentRow(), 1501);
+}
+
+void TestViewer::manyAtOnce_data()
+{
+    // What is done with 199 layers and the current one, in which column, what of each changes in the
+    // file, by its places there, to what for those, and for the 42 others. "gone" are layers that are not the current one.
+    addTests({"plot;9;3;false;", "isolate;1;0;;false", "give back;1;0;;", "color;5;5;1;",
+              "true color;5;6 5;66051 178;", "lineweight;7;8;211;", "merge;1;0;gone;",
+              "delete;1;0;gone;"});
+}
+
+/// With mouse and keys, down to the file, and back to the bytes that it had.
+void TestViewer::manyAtOnce()
+{
+    QFETCH(QStringList, fields);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("plan.dxf");
+    ezdxf("plan.py", {path, "240"});
+    const QByteArray original = fileContent(path);
+    const QJsonObject before = ezdxf("layers.py", {"read", path});
+    Viewer viewer(path);
+    const QString action = fields.first();
+    const int column = fields.at(1).toInt();
+    const int current = 3;
+    QCOMPARE(viewer.text(current, NameColumn), QStringLiteral("W001"));
+    viewer.clickCell(current, NameColumn);
+    viewer.clickCell(current + 199, column, Qt::ShiftModifier);
+    const auto edit = [&](auto answer) {
+        answerDialog(
+                [&] {
+                    QTest::keyClick(viewer.table, Qt::Key_Return);
+                    QCoreApplication::processEvents();
+                },
+                answer);
+    };
+    const auto pickColor = [](const QColor &color) {
+        return [color](QDialog &dialog) {
+            static_cast<QColorDialog &>(dialog).setCurrentColor(color);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        };
+    };
+    if (action == "plot") {
+        viewer.clickCell(current + 50, PlotColumn);
+    } else if (action == "isolate" || action == "give back") {
+        viewer.keys(Qt::CTRL | Qt::Key_I);
+        if (action == "give back")
+            viewer.keys(Qt::CTRL | Qt::SHIFT | Qt::Key_I);
+    } else if (action == "color") {
+        edit(pickColor(Qt::red));
+    } else if (action == "true color") {
+        edit(pickColor(QColor(1, 2, 3)));
+    } else if (action == "lineweight") {
+        edit([](QDialog &dialog) {
+            QTest::keyClick(dialog.findChild<QListWidget *>(), Qt::Key_End);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+    } else if (action == "merge") {
+        answerDialog([&] { viewer.table->mergeSelection(); },
+                     [](QDialog &dialog) {
+                         dialog.findChild<QComboBox *>()->setCurrentText("W001");
+                         QTest::keyClick(&dialog, Qt::Key_Return);
+                     });
+    } else {
+        answerDialog([&] { viewer.command("Delete"); },
+                     [](QDialog &dialog) { clickButton(dialog, "Delete them, too"); });
+    }
+    QVERIFY(viewer.isWindowModified());
+    viewer.keys(QKeySequence::Save);
+
+    const QStringList places = fields.at(2).split(' ');
+    QJsonObject expected = before["layers"].toObject();
+    for (const QString &name : expected.keys()) {
+        const int number = name.mid(1).toInt();
+        const bool isChosen = name.startsWith('W') && number >= 1 && number <= 200;
+        const QString value = fields.at(isChosen ? 3 : 4);
+        if (value == "gone") {
+            if (number != 1)
+                expected.remove(name);
+            continue;
+        }
+        QJsonArray layer = expected[name].toArray();
+        const QStringList values = value.split(' ', Qt::SkipEmptyParts);
+        for (int i = 0; i < values.size(); ++i)
+            layer[places.at(i).toInt()] =
+                    value == "false" ? QJsonValue(false) : values.at(i).toInt();
+        expected[name] = layer;
+    }
+    const QJsonObject after = ezdxf("layers.py", {"read", path});
+    QCOMPARE(after["layers"].toObject(), expected);
+    QCOMPARE(after["used"].toArray().size(), fields.at(3) == "gone" ? 42 : 241);
+
+    for (int steps = action == "give back" ? 2 : 1; steps > 0; --steps)
+        viewer.keys(QKeySequence::Undo);
+    viewer.keys(QKeySequence::Save);
+    QCOMPARE(fileContent(path), original);
+    QVERIFY(!viewer.isWindowModified());
+}
+
+/// Of six layers two are open elsewhere.
+void TestViewer::refusalOfMany()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue")));
+    std::vector<KcDbLayerTableRecord *> open;
+    for (const QString name : {"Red", "Off"}) {
+        open.push_back(walkLayers(viewer.drawing()->database.get(),
+                                  [&](const auto &layer) { return layerName(layer) != name; }));
+        QCOMPARE(open.back()->upgradeOpen(), Kcore::eOk);
+    }
+    viewer.clickCell(1, NameColumn);
+    viewer.clickCell(4, NameColumn, Qt::ShiftModifier);
+    viewer.clickCell(1, PlotColumn);
+    QVERIFY(viewer.statusBar()->currentMessage().contains("the drawing refused 2 of them"));
+    for (KcDbLayerTableRecord *layer : open)
+        layer->close();
+    viewer.keys(QKeySequence::Undo);
+    QVERIFY(!viewer.isWindowModified());
+    QTRY_COMPARE(viewer.text(1, PlotColumn), QStringLiteral("true"));
+}
+
+/// What was erased, merged or renamed, and comes back.
+void TestViewer::undoneOnTheCanvas()
+{
+    const QString part = block("Part", square(40, 0, "8 Blue"));
+    Viewer viewer(file(part, square(0, 0, "8 Red") + "0 INSERT|8 0|2 Part|10 0|20 0|"));
+    const auto colors = [&] {
+        return QList<QColor>{viewer.shownAt({5, 5}), viewer.shownAt({45, 5})};
+    };
+    const QList<QColor> original{Qt::red, Qt::blue};
+    const auto counts = [&] { return viewer.statusBar()->findChildren<QLabel *>().last()->text(); };
+    QCOMPARE(colors(), original);
+
+    viewer.clickCell(1, NameColumn); // Blue
+    viewer.clickCell(4, NameColumn, Qt::ControlModifier);
+    answerDialog([&] { viewer.command("Delete"); },
+                 [](QDialog &dialog) { clickButton(dialog, "Delete them, too"); });
+    QCOMPARE(colors(), (QList<QColor>{ground, ground}));
+    QTRY_COMPARE(counts(), QStringLiteral("Entities: 1, layers: 3"));
+    viewer.dragOnCanvas({-1, -1}, {51, 11});
+    QVERIFY(viewer.canvas->selection().isEmpty());
+    viewer.keys(QKeySequence::Undo);
+    QCOMPARE(colors(), original);
+    QTRY_COMPARE(counts(), QStringLiteral("Entities: 2, layers: 5"));
+
+    viewer.activateWindow();
+    viewer.table->clearSelection();
+    viewer.clickCell(1, NameColumn);
+    viewer.command("Rename", "Zinc\r");
+    QTRY_COMPARE(viewer.text(3, NameColumn), QStringLiteral("Red"));
+    viewer.clickCell(3, NameColumn);
+    answerDialog([&] { viewer.table->mergeSelection(); },
+                 [](QDialog &dialog) {
+                     dialog.findChild<QComboBox *>()->setCurrentText("Zinc");
+                     QTest::keyClick(&dialog, Qt::Key_Return);
+                 });
+    QCOMPARE(colors(), (QList<QColor>{Qt::blue, Qt::blue}));
+    for (const auto both : {QKeySequence::Undo, QKeySequence::Redo, QKeySequence::Undo}) {
+        viewer.keys(both);
+        viewer.keys(both);
+        QCOMPARE(colors().first(), both == QKeySequence::Undo ? QColor(Qt::red) : QColor(Qt::blue));
+    }
+    QTRY_VERIFY(viewer.layers().contains("Blue"));
+    QCOMPARE(colors(), original);
+    viewer.clickLight(2);
+    QCOMPARE(colors(), (QList<QColor>{Qt::red, ground}));
+    viewer.keys(QKeySequence::Undo);
+    QVERIFY(!viewer.isWindowModified());
+}
+
+/// The name is taken over, and that step is the one which is undone.
+void TestViewer::undoWhileTyping()
+{
+    Viewer viewer(file({}, square(0, 0, "8 Red")));
+    viewer.clickLight(1);
+    viewer.activateWindow();
+    viewer.command("New", "Zinc");
+    viewer.entry("Undo Switch layer off")->trigger();
+    QTRY_VERIFY(!viewer.layers().contains("Zinc"));
+    QCOMPARE(viewer.text(4, OnColumn), QStringLiteral("false"));
+    viewer.keys(QKeySequence::Redo);
+    QTRY_VERIFY(viewer.layers().contains("Zinc"));
+}
+
+void TestViewer::layersOfTheSelection()
+{
+    Viewer viewer(
+            file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue") + square(40, 0, "8 Blue")));
+    const auto boxes = viewer.findChildren<LayerComboBox *>();
+    QCOMPARE(boxes.size(), 3);
+    const auto check = [&](const QString &selected, const QString &face) {
+        QCOMPARE(viewer.statusText("selection"), selected);
+        for (const LayerComboBox *box : boxes)
+            QCOMPARE(viewer.faceOf(box), face);
+    };
+    check({}, "0");
+    QTest::keySequence(viewer.canvas, QKeySequence::SelectAll);
+    check("3 selected on Blue, Red", "Varies");
+    viewer.dragOnCanvas({5, 5}, {5, 5});
+    check("1 selected on Red", "Red");
+    viewer.chooseLayer(2);
+    QTRY_COMPARE(viewer.statusText("selection"), QStringLiteral("1 selected on Blue"));
+    check("1 selected on Blue", "Blue");
+    viewer.keys(QKeySequence::Undo);
+    QTRY_COMPARE(viewer.statusText("selection"), QStringLiteral("1 selected on Red"));
+    QVERIFY(!viewer.isWindowModified() && viewer.layers().contains("*0"));
+    // A layer that is off takes out of sight what comes there.
+    viewer.chooseLayer(3);
+    QTRY_VERIFY(viewer.canvas->selection().isEmpty());
+    check({}, "0");
+    viewer.chooseLayer(2);
+    QTRY_VERIFY(viewer.layers().contains("*Blue"));
+}
+
+/// It leaves no step behind, and is in no file.
+void TestViewer::shownForTheSelection()
+{
+    const QString path = file({}, square(0, 0, "8 Red") + square(20, 0, "8 Blue"));
+    const QByteArray original = fileContent(path);
+    Viewer viewer(path);
+    for (const bool isSaved : {false, true}) {
+        viewer.entry("Show only selected layers")->trigger();
+        for (const int row : {4, 1, 4}) {
+            viewer.clickCell(row, NameColumn);
+            QTRY_COMPARE(viewer.shownAt({25, 5}), row == 1 ? QColor(Qt::blue) : ground);
+        }
+        if (isSaved)
+            viewer.keys(QKeySequence::Save);
+        else
+            viewer.entry("Show only selected layers")->trigger();
+        QCOMPARE(viewer.shownAt({25, 5}), QColor(Qt::blue));
+        QVERIFY(!viewer.isWindowModified() && !viewer.entry("Undo")->isEnabled());
+    }
+    QCOMPARE(fileContent(path), original);
+}
+
+void TestViewer::layerStates()
+{
+    const QString path = file({}, square(0, 0, "8 Red"));
+    const QString states = QString(path).replace(".dxf", ".states.json");
+    const auto remove = qScopeGuard([&] { QFile::remove(states); });
+    const auto type = [](QDialog &dialog) {
+        QTest::keyClicks(dialog.findChild<QLineEdit *>(), "A & B");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    };
+    {
+        Viewer viewer(path);
+        answerDialog([&] { viewer.entry("Save layer state...")->trigger(); }, type);
+        QVERIFY(!viewer.isWindowModified());
+        viewer.clickLight(1);
+        answerDialog([&] { viewer.entry("Save layer state...")->trigger(); }, type,
+                     [](QDialog &dialog) { clickButton(dialog, "No"); });
+        answer(QMessageBox::Discard);
+        viewer.close();
+    }
+    Viewer viewer(path);
+    viewer.clickLight(1);
+    viewer.clickCell(1, NameColumn);
+    viewer.command("Delete");
+    viewer.entry("A  B")->trigger();
+    QCOMPARE(viewer.shownAt({5, 5}), QColor(Qt::red));
+    QVERIFY(viewer.statusBar()->currentMessage().contains("gone or refuse: \"Blue\""));
+    viewer.keys(QKeySequence::Undo);
+    QCOMPARE(viewer.shownAt({5, 5}), ground);
+    viewer.entry("Delete state")->menu()->actions().first()->trigger();
+    QTRY_VERIFY(!viewer.entry("A  B"));
+    QCOMPARE(fileContent(states).simplified(), QByteArray("{ }"));
+}
+
+void TestViewer::brokenStates_data()
+{
+    // What is in the file of states, what is told of it, and whether it is kept when one is saved.
+    addTests({"no json;[;cannot be read;kept", "no object;[];cannot be read;kept",
+              "no state;{\"A\":1};;"});
+}
+
+/// Nothing that the user has, or has had, is lost.
+void TestViewer::brokenStates()
+{
+    QFETCH(QStringList, fields);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("plan.dxf");
+    QVERIFY(QFile::copy(file({}, square(0, 0, "8 Red")), path));
+    QFile states(folder.filePath("plan.states.json"));
+    QVERIFY(states.open(QIODevice::WriteOnly));
+    states.write(fields.at(1).toUtf8());
+    states.close();
+
+    Viewer viewer(path);
+    const auto told = [&] { return viewer.statusBar()->currentMessage(); };
+    QVERIFY(told().contains(fields.at(2)) && told().isEmpty() == fields.at(2).isEmpty());
+    if (QAction *state = viewer.entry("A")) {
+        state->trigger();
+        QVERIFY(told().contains("\"A\" cannot be restored"));
+    }
+    QCOMPARE(fileContent(states.fileName()), fields.at(1).toUtf8());
+    const auto save = [&](const QString &name) {
+        answerDialog([&] { viewer.entry("Save layer state...")->trigger(); },
+                     [&](QDialog &dialog) {
+                         QTest::keyClicks(dialog.findChild<QLineEdit *>(), name);
+                         QTest::keyClick(&dialog, Qt::Key_Return);
+                     });
+    };
+    save("B");
+    QVERIFY(fileContent(states.fileName()).contains("\"B\""));
+    QCOMPARE(fileContent(states.fileName() + ".kept"),
+             fields.at(3).isEmpty() ? QByteArray() : fields.at(1).toUtf8());
+
+    // Where the folder is gone the states stay in the menu, and go along to the next one.
+    const QTemporaryDir other;
+    QVERIFY(QDir(folder.path()).removeRecursively());
+    save("C");
+    QVERIFY(told().contains("cannot be written") && viewer.entry("C"));
+    answerDialog([&] { viewer.entry("Save as...")->trigger(); },
+                 [&](QDialog &dialog) { chooseFile(dialog, other.filePath("new.dxf")); });
+    const QByteArray taken = fileContent(other.filePath("new.states.json"));
+    QVERIFY(taken.contains("\"B\"") && taken.contains("\"C\""));
 }
 
 void TestViewer::remarks()

@@ -85,7 +85,7 @@ void LayerEditor::endGesture(int, int refusedLayers)
     if (refusedLayers == 1)
         emit refused(tr("%1: the drawing refused.").arg(m_gesture));
     else if (refusedLayers > 1)
-        emit refused(tr("%1: the drawing refused %2 of the layers.")
+        emit refused(tr("%1: the drawing refused %2 of them.")
                              .arg(m_gesture, QString::number(refusedLayers)));
 }
 
