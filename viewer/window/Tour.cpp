@@ -38,6 +38,7 @@
 #include <QListWidget>
 #include <QTimer>
 #include <QToolBar>
+#include <QToolButton>
 #include <QWheelEvent>
 #include <QtTest>
 
@@ -62,9 +63,10 @@ void require(bool isDone, const char *otherwise)
 }
 
 /// Clicks on a widget through its window, as a user does: an open drop-down sees the click, too.
-void click(const QWidget &widget, QPoint place, Qt::MouseButton button = Qt::LeftButton)
+void click(const QWidget &widget, QPoint place, Qt::MouseButton button = Qt::LeftButton,
+           Qt::KeyboardModifiers modifiers = {})
 {
-    QTest::mouseClick(widget.window()->windowHandle(), button, Qt::NoModifier,
+    QTest::mouseClick(widget.window()->windowHandle(), button, modifiers,
                       widget.mapTo(widget.window(), place));
 }
 
@@ -73,11 +75,11 @@ void click(const QWidget &widget)
     click(widget, widget.rect().center());
 }
 
-void clickCell(const QTableView &view, int row, int column)
+void clickCell(const QTableView &view, int row, int column, Qt::KeyboardModifiers modifiers = {})
 {
     const QRect cell = view.visualRect(view.model()->index(row, column));
     require(view.viewport()->rect().contains(cell.center()), "a cell of the panel is out of sight");
-    click(*view.viewport(), cell.center());
+    click(*view.viewport(), cell.center(), Qt::LeftButton, modifiers);
 }
 
 QString nameAt(const QTableView &view, int row)
@@ -172,17 +174,24 @@ void Tour::visitPanel()
     addCurrentLayer();
     save(QStringLiteral("08-new-layer.png"));
     warnOfCurrentLayer();
+    const QImage before = canvasImage();
+    toggleSelection();
+    require(canvasImage() != before, "the canvas still shows the layers that are off");
+    openRowMenu();
+    openFilter();
+    undo();
+    require(canvasImage() == before, "the layers are not all back by one step");
 }
 
 void Tour::visitProperties()
 {
     const QImage before = canvasImage();
     selectAll();
-    save(QStringLiteral("10-selection.png"));
+    save(QStringLiteral("13-selection.png"));
     pickColor();
     QTest::keyClick(&m_canvas, Qt::Key_Escape);
     require(canvasImage() != before, "the selected entities do not get the colour that was picked");
-    save(QStringLiteral("12-color.png"));
+    save(QStringLiteral("15-color.png"));
 }
 
 void Tour::visitViews()
@@ -190,7 +199,7 @@ void Tour::visitViews()
     const QImage before = canvasImage();
     const OvCc::BaseGallery &views = *m_ribbon.views();
     openGallery(views);
-    save(QStringLiteral("13-views.png"));
+    save(QStringLiteral("16-views.png"));
     pressItem(views, OvCc::SouthwestView);
     require(canvasImage() != before, "the canvas does not show the view that was chosen");
 
@@ -198,12 +207,12 @@ void Tour::visitViews()
     openGallery(arrangements);
     pressItem(arrangements, OvCc::TwoVerticalViewports);
     require(m_window.panes()->shown().size() == 2, "the window is not split as chosen");
-    save(QStringLiteral("14-panes.png"));
+    save(QStringLiteral("17-panes.png"));
 
     const QLayout &bar = *m_ribbon.layerBar()->layout();
     click(*bar.itemAt(bar.count() - 1)->widget());
     require(m_ribbon.pickers()->isVisible(), "the layer bar does not unfold its pickers");
-    save(QStringLiteral("15-pickers.png"));
+    save(QStringLiteral("18-pickers.png"));
 }
 
 void Tour::openLayers()
@@ -318,6 +327,44 @@ void Tour::warnOfCurrentLayer()
     require(currentLayer().isOn, "the current layer is off, though the warning was heeded");
 }
 
+/// Switches the upper half of the layers in sight off by a click on one of them.
+void Tour::toggleSelection()
+{
+    m_names.scrollToTop();
+    const int last = m_names.rowAt(m_names.viewport()->height() / 2);
+    clickCell(m_names, 0, OvCc::NameColumn);
+    clickCell(m_names, last, OvCc::NameColumn, Qt::ShiftModifier);
+    clickCell(m_table, last, OvCc::OnColumn);
+    const DrawingLayers &layers = m_window.drawing()->layers;
+    for (int row = 0; row <= last; ++row)
+        require(!layers.at(layers.indexOf(nameAt(m_table, row))).isOn,
+                "a click on a selected layer is not for all of them");
+    save(QStringLiteral("10-many-layers.png"));
+}
+
+void Tour::openRowMenu()
+{
+    const QRect cell = m_table.visualRect(m_table.model()->index(1, OvCc::ColorColumn));
+    lookAt(QStringLiteral("11-row-menu.png"),
+           [&] { click(*m_table.viewport(), cell.center(), Qt::RightButton); });
+}
+
+void Tour::openFilter()
+{
+    const auto *button = m_dock.panel()->findChild<QToolButton *>(QStringLiteral("filterBtn"));
+    lookAt(QStringLiteral("12-filter.png"), [&] { click(*button); });
+}
+
+void Tour::undo()
+{
+    const auto buttons = m_window.findChildren<QToolButton *>();
+    const auto button = std::find_if(buttons.begin(), buttons.end(), [](const QToolButton *it) {
+        return it->defaultAction() && it->defaultAction()->shortcut() == QKeySequence::Undo;
+    });
+    require(button != buttons.end(), "the tool bar has no button that undoes");
+    click(**button);
+}
+
 /// Draws a band over the whole canvas.
 void Tour::selectAll()
 {
@@ -339,7 +386,7 @@ void Tour::pickColor()
     click(*picker.lineEdit());
     require(QTest::qWaitFor([&] { return picker.view()->isVisible(); }),
             "the colour picker does not open");
-    save(QStringLiteral("11-colors.png"));
+    save(QStringLiteral("14-colors.png"));
     const QListWidget &rows = *picker.item(0)->listWidget();
     click(*rows.viewport(), rows.visualItemRect(rows.item(OvCc::CyanRow)).center());
     require(!picker.view()->isVisible(), "the colour picker stays open");
@@ -392,7 +439,7 @@ void Tour::lookAt(const QString &name, const std::function<void()> &open) const
     });
     timer.start(0);
     open();
-    require(isOpened, "a dialog or menu does not open");
+    require(QTest::qWaitFor([&] { return isOpened; }), "a dialog or menu does not open");
     require(isSaved, pictureFailure);
 }
 

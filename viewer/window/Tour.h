@@ -52,6 +52,10 @@ private:
     void fit();
     void searchLayer();
     void selectLayer();
+    void toggleSelection();
+    void openRowMenu();
+    void openFilter();
+    void undo();
     void openColumnMenu();
     void addCurrentLayer();
     void warnOfCurrentLayer();
