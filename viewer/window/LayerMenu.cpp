@@ -77,17 +77,12 @@ void LayerMenu::followSaving()
     showStates();
 }
 
-void LayerMenu::setEditable(bool editable)
-{
-    for (QAction *action : actions())
-        action->setEnabled(editable);
-}
-
 void LayerMenu::showStates()
 {
     qDeleteAll(std::exchange(m_entries, {}));
     m_deletion->clear();
-    for (const QString &name : m_states.names()) {
+    const QStringList names = m_states.names();
+    for (const QString &name : names) {
         m_entries += addAction(entryText(name), this, [this, name] { restore(name); });
         m_deletion->addAction(entryText(name), this, [this, name] { remove(name); });
     }

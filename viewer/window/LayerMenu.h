@@ -32,9 +32,6 @@ public:
     /// Takes the states along to the drawing's file of now.
     void followSaving();
 
-    /// Whether the user can change layers.
-    void setEditable(bool editable);
-
 signals:
     /// What the user has not ended to edit is to be in the drawing after this.
     void aboutToAct();
