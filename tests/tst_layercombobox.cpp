@@ -489,7 +489,7 @@ void tst_LayerComboBox::shownLayers()
     clickInPopup(0, Lock); // the current one, which is not on the face
     QCOMPARE(face(), QString("Doors * * * *"));
     QCOMPARE(shownOn(m_labels.at(2)), statusImage("ulk"));
-    QCOMPARE(qMakePair(changes.count(), m_hostCalls), qMakePair(2, 2));
+    QCOMPARE(qMakePair(int(changes.count()), m_hostCalls), qMakePair(2, 2));
     click(rowAt(2)->findChild<QLabel *>());
     QTRY_COMPARE(chosen, (Calls{{"Walls"}}));
     QCOMPARE(face(), QString("Doors * * * *"));
