@@ -131,12 +131,14 @@ void LayerTableWidget::setRowMenu(bool isOn)
     m_d->hasRowMenu = isOn;
 }
 
-/// Shows the menu when the views are done with what asks for it.
-/// @return false if there is none
-bool LayerTableWidget::Private::showRowMenu(const QModelIndex &cell, QPoint place)
+bool LayerTableWidget::Private::opensRowMenu() const
 {
-    if (!hasRowMenu || !cell.isValid() || q->contextMenuPolicy() != Qt::DefaultContextMenu)
-        return false;
+    return hasRowMenu && q->contextMenuPolicy() == Qt::DefaultContextMenu;
+}
+
+/// Shows the menu when the views are done with what asks for it.
+void LayerTableWidget::Private::showRowMenu(const QModelIndex &cell, QPoint place)
+{
     const auto show = [this, clicked = QPersistentModelIndex(cell), place] {
         const QPointer<LayerTableWidget> self(q);
         editing->finish();
@@ -144,7 +146,6 @@ bool LayerTableWidget::Private::showRowMenu(const QModelIndex &cell, QPoint plac
             openRowMenu(clicked, place);
     };
     QMetaObject::invokeMethod(q, show, Qt::QueuedConnection);
-    return true;
 }
 
 void LayerTableWidget::Private::openRowMenu(const QModelIndex &clicked, QPoint place)

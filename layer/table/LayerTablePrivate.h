@@ -100,7 +100,8 @@ struct LayerTableWidget::Private
     QStringList names() const;
     bool awaitsDoubleClick(const QModelIndex &cell) const;
     bool open(const QModelIndex &cell);
-    bool showRowMenu(const QModelIndex &cell, QPoint place);
+    bool opensRowMenu() const;
+    void showRowMenu(const QModelIndex &cell, QPoint place);
     void openRowMenu(const QModelIndex &clicked, QPoint place);
 
     void setUp(QTableView &view);

@@ -204,8 +204,9 @@ void LayerTableWidget::Private::connectViews()
             Qt::QueuedConnection);
     rowEvents = std::make_unique<RowEvents>(
             views(), RowEvents::Handlers{[this](const QModelIndex &cell) { return open(cell); },
+                                         [this] { return opensRowMenu(); },
                                          [this](const QModelIndex &cell, QPoint place) {
-                                             return showRowMenu(cell, place);
+                                             showRowMenu(cell, place);
                                          }});
     connect(editing, &TableEditing::added, q, &LayerTableWidget::layerAdded);
     connect(editing, &TableEditing::renamed, q,

@@ -31,7 +31,7 @@ bool RowEvents::eventFilter(QObject *watched, QEvent *event)
                 m_handlers.open(view->indexAt(mouse->pos()));
         } else if (watched == view->viewport() && event->type() == QEvent::ContextMenu) {
             const auto *menu = static_cast<QContextMenuEvent *>(event);
-            return m_handlers.showMenu(view->indexAt(menu->pos()), menu->globalPos());
+            return showMenu(view->indexAt(menu->pos()), menu->globalPos());
         } else if (watched == view && event->type() == QEvent::ContextMenu) {
             // One of the mouse has been at the viewport before.
             return static_cast<QContextMenuEvent *>(event)->reason() == QContextMenuEvent::Keyboard
@@ -53,16 +53,25 @@ bool RowEvents::isUsedUp(const QTableView &view, const QKeyEvent &key) const
     return key.key() == Qt::Key_F10 && modifiers == Qt::ShiftModifier && showMenuAtCurrent();
 }
 
+/// @return false if there is none
+bool RowEvents::showMenu(const QModelIndex &cell, QPoint place) const
+{
+    if (!cell.isValid() || !m_handlers.hasMenu())
+        return false;
+    m_handlers.showMenu(cell, place);
+    return true;
+}
+
 bool RowEvents::showMenuAtCurrent() const
 {
     const QModelIndex cell = m_views.front()->currentIndex();
-    if (!cell.isValid() || m_views.front()->isRowHidden(cell.row()))
+    if (!cell.isValid() || m_views.front()->isRowHidden(cell.row()) || !m_handlers.hasMenu())
         return false;
     QTableView *view =
             m_views.back()->isColumnHidden(cell.column()) ? m_views.front() : m_views.back();
     view->scrollTo(cell);
     const QRect place = view->visualRect(cell) & view->viewport()->rect();
-    return m_handlers.showMenu(cell, view->viewport()->mapToGlobal(place.bottomLeft()));
+    return showMenu(cell, view->viewport()->mapToGlobal(place.bottomLeft()));
 }
 
 } // namespace OvCc

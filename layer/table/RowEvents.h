@@ -25,9 +25,11 @@ public:
         /// @return whether anything is to be opened: Return is used up then
         std::function<bool(const QModelIndex &cell)> open;
 
+        /// Whether there is a menu: otherwise the event goes where it would have gone.
+        std::function<bool()> hasMenu;
+
         /// @param place on the screen
-        /// @return whether there is a menu: otherwise the event goes where it would have gone
-        std::function<bool(const QModelIndex &cell, QPoint place)> showMenu;
+        std::function<void(const QModelIndex &cell, QPoint place)> showMenu;
     };
 
     /// The views live longer. They are in the middle of an event when a handler is
@@ -38,6 +40,7 @@ public:
 
 private:
     bool isUsedUp(const QTableView &view, const QKeyEvent &key) const;
+    bool showMenu(const QModelIndex &cell, QPoint place) const;
     bool showMenuAtCurrent() const;
 
     const std::array<QTableView *, 2> m_views;
