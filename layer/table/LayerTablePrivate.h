@@ -88,7 +88,7 @@ struct LayerTableWidget::Private
     void postFollowing();
     void followSelection(const QStringList &selected);
     void stopFollowing();
-    void forgetOtherDrawing();
+    void forgetOtherDrawing(bool isOther = false);
 
     /// As the user reads it; empty for the column of the marker.
     static QString shownTitle(const ColumnTraits &column);

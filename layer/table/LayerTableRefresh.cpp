@@ -185,7 +185,7 @@ bool LayerTableWidget::showOtherDrawing()
     m_d->dropQuestion();
     m_d->aheadOfDrawing = {};
     const QPointer<LayerTableWidget> self(this);
-    m_d->forgetOtherDrawing();
+    m_d->forgetOtherDrawing(true);
     const bool isAnyOther = self && refresh();
     if (self && !selectionModel()->hasSelection())
         m_d->selectRow(m_d->rowNamed(m_d->currentLayer));

@@ -105,25 +105,33 @@ void LayerTableWidget::giveBack()
     const QPointer<LayerDelegate> delegate(m_d->editing->delegate());
     FlagOrders orders;
     const auto before = std::exchange(m_d->isolation, {})->before;
-    for (auto layer = before.cbegin(); layer != before.cend(); ++layer)
-        orders.push_back({layer.key(), *layer});
+    walkLayers(getCurrentDb(), [&before, &orders](const KcDbLayerTableRecord &record) {
+        const auto flags = before.constFind(layerName(record));
+        if (flags != before.cend())
+            orders.push_back({flags.key(), *flags});
+        return true;
+    });
     const auto text = [](int) { return tr("Give back isolated layers"); };
-    FlagGestures::of(*delegate).change(text, orders, m_d->showing());
+    if (!orders.empty())
+        FlagGestures::of(*delegate).change(text, orders, m_d->showing());
     Private::tell(delegate, orders);
     if (table)
         emit giveBackChanged(false);
 }
 
 /// What was kept of a drawing that is not the working one any more.
-void LayerTableWidget::Private::forgetOtherDrawing()
+/// @param isOther the working drawing is another one, though it may lie where the one before lay
+void LayerTableWidget::Private::forgetOtherDrawing(bool isOther)
 {
     const QPointer<LayerTableWidget> table(q);
-    const auto isOther = [](const auto &kept) { return kept && kept->drawing != getCurrentDb(); };
-    if (isOther(isolation)) {
+    const auto isOfOther = [isOther](const auto &kept) {
+        return kept && (isOther || kept->drawing != getCurrentDb());
+    };
+    if (isOfOther(isolation)) {
         isolation.reset();
         emit q->giveBackChanged(false);
     }
-    if (table && isOther(following)) {
+    if (table && isOfOther(following)) {
         following.reset();
         emit q->visibilityFollowsSelectionChanged(false);
     }
@@ -185,14 +193,14 @@ void LayerTableWidget::Private::postFollowing()
 /// @param selected the layers that are to be on; with none of them all are as the user has them
 void LayerTableWidget::Private::followSelection(const QStringList &selected)
 {
+    const QPointer<LayerTableWidget> table(q);
     forgetOtherDrawing();
-    if (!following)
+    if (!table || !following)
         return;
     following->isDue = false;
     FlagOrders orders = following->ordersFor(asSet(selected));
     if (orders.empty())
         return;
-    const QPointer<LayerTableWidget> table(q);
     const QPointer<LayerDelegate> delegate(editing->delegate());
     const auto text = [](int) { return tr("Show selected layers"); };
     const auto show = [this, table](const FlagOrders &outcome) {

@@ -301,8 +301,8 @@ public Q_SLOTS:
     void isolateSelection();
 
     /// Gives back what isolateSelection() has changed, several calls of it together, in one gesture: a
-    /// flag that it changed is as it was before the first one; all else stays as it is by now. Nothing
-    /// unless canGiveBack().
+    /// flag that it changed is as it was before the first one; all else stays as it is by now, and
+    /// layers that are gone are passed over. Nothing unless canGiveBack().
     void giveBack();
 
     /// Asks the user for another colour, linetype, lineweight or description of the selected rows that
