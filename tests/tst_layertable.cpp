@@ -1366,6 +1366,12 @@ void tst_LayerTable::questionsAreDropped()
                         m_panel->showOtherDrawing();
                         QVERIFY(!dialog.isVisible());
                     }));
+    std::optional<OpenDrawing> other; // that the table has not been told of
+    QVERIFY(isAsked([this] { doubleClick("Walls", ColorColumn); },
+                    [&](QDialog &dialog) {
+                        other.emplace(drawingWithLayers({"Walls"}));
+                        dialog.accept();
+                    }));
     QVERIFY(isAsked([this] { doubleClick("Walls", ColorColumn); },
                     [this](QDialog &) { m_panel.reset(); }));
     QCOMPARE(wishes.take(), Calls());

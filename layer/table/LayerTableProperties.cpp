@@ -7,6 +7,7 @@
 #include <OvCustomControl/ColorText.h>
 #include <OvCustomControl/LayerLineTypeDialog.h>
 #include <OvCustomControl/LayerLineWeightDialog.h>
+#include <OvCustomControl/OvLayerUtility.h>
 
 #include <QColorDialog>
 #include <QInputDialog>
@@ -191,7 +192,9 @@ void LayerTableWidget::Private::ask(Make make, Answer answer)
     // The dialog goes with the table.
     const QPointer dialog(make(rows->rows().at(startsAtCurrent ? current : places.first()), asked));
     question = dialog.data();
-    if (dialog && dialog->exec() == QDialog::Accepted && dialog) {
+    const KcDbDatabase *drawing = getCurrentDb();
+    const bool isAccepted = dialog && dialog->exec() == QDialog::Accepted && dialog;
+    if (isAccepted && getCurrentDb() == drawing) {
         const QStringList left = among(this->names(), asked);
         if (!left.isEmpty())
             answer(*dialog, left);
