@@ -576,6 +576,7 @@ void TestEmbeddedHost::changesContents_data()
            "1001 X|1000 x|[>" + data + "1000 |1000  d\xE4 |]");
     record("layer A description d", r12, data + "1000 x|1000 [b>d]|1000 z|1001 X|1000 y");
     record("layer A description ", r12, data + "1000 x|1000 [b>]");
+    record("layer A description \\U+0041", r12, data + "1000 x|1000 [b>\\U+005CU+0041]");
     record("layer A description d", r12, data + "1000 x|[>1000 d|]1001 X|1000 y");
     record("layer A description d", r12, data + "[>1000 |1000 d|]1070 1");
     const QByteArray added = "[>" + data + "1000 |1000 d|]";

@@ -46,16 +46,24 @@ QChar escapedUnit(const QString &text, int at)
     return isEscape ? QChar(digits.toUShort(nullptr, 16)) : QChar();
 }
 
-/// What stands for no character stays as it is: half a surrogate pair, and the end of a text.
+/// The character that the text has as an escape at @p at; empty where it has none. Half a surrogate
+/// pair and the end of a text are none.
+QString escapedCharacter(const QString &text, int at)
+{
+    QString character(escapedUnit(text, at));
+    if (character.at(0).isHighSurrogate())
+        character += escapedUnit(text, at + kEscapeLength);
+    return character.at(0).isNull() || !character.isValidUtf16() ? QString() : character;
+}
+
+/// What stands for no character stays as it is.
 QString replaceEscapes(const QString &text)
 {
     QString result;
     int done = 0;
     for (int at = text.indexOf(kEscape); at >= 0; at = text.indexOf(kEscape, qMax(at + 1, done))) {
-        QString character(escapedUnit(text, at));
-        if (character.at(0).isHighSurrogate())
-            character += escapedUnit(text, at + kEscapeLength);
-        if (character.at(0).isNull() || !character.isValidUtf16())
+        const QString character = escapedCharacter(text, at);
+        if (character.isEmpty())
             continue;
         result.append(text.constData() + done, at - done);
         result += character;
@@ -92,6 +100,7 @@ QString TextCodec::decode(std::string_view bytes) const
     return replaceEscapes(text);
 }
 
+/// A backslash that readers would take for the beginning of an escape becomes one itself.
 QByteArray TextCodec::encode(const QString &text) const
 {
     QByteArray result;
@@ -99,7 +108,7 @@ QByteArray TextCodec::encode(const QString &text) const
         const bool isPair = text.at(at).isHighSurrogate() && at + 1 < text.size()
                             && text.at(at + 1).isLowSurrogate();
         const QString character = text.mid(at, isPair ? 2 : 1);
-        if (m_codec->canEncode(character)) {
+        if (m_codec->canEncode(character) && escapedCharacter(text, at).isEmpty()) {
             result += m_codec->fromUnicode(character);
         } else {
             for (const QChar unit : character)
