@@ -233,7 +233,8 @@ KCSDK_EXPORT int colorIndex(quint32 rgb);
 /// nor redone: drawing and stack stop there, which index() tells, and a warning is printed.
 ///
 /// writeDrawing() marks the stack as clean. What an open group has changed so far is a step of its own
-/// then. Where a layer is open for write that has changed, nothing is clean until the next time.
+/// then. Where a layer is open for write that has changed, or a macro is open, nothing is clean until
+/// the next time.
 ///
 /// Commands of the host's own may be pushed as well, and macros begun, but their redo() must not change
 /// the drawing. A slot of the stack, unlike a handler, must not destroy the drawing.

@@ -146,7 +146,8 @@ void UndoJournal::prune(UndoValues &values) const
 }
 
 /// A layer that is open for write goes into the file as it is now, and into a command when it is
-/// closed: no place on the stack is what the file has.
+/// closed: no place on the stack is what the file has. Nor is any while somebody's macro is open, in
+/// which a stack never becomes clean.
 void UndoJournal::noteSaved()
 {
     commit();
@@ -154,10 +155,12 @@ void UndoJournal::noteSaved()
     const bool isHalfChanged = std::any_of(layers.begin(), layers.end(), [](const Layer &layer) {
         return layer.state != layer.announced;
     });
-    if (isHalfChanged)
+    if (!isHalfChanged && !m_stack)
+        return;
+    if (!isHalfChanged)
+        stack().setClean();
+    if (isHalfChanged || !stack().isClean())
         stack().resetClean();
-    else if (m_stack)
-        m_stack->setClean();
 }
 
 void UndoJournal::forgetDatabase()
