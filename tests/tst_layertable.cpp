@@ -1463,7 +1463,7 @@ void tst_LayerTable::rowMenuByHand()
     QCOMPARE(chosen.count(), 1);
 
     m_table->setFocus();
-    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint());
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
     QApplication::sendEvent(m_table, &byKey);
     QVERIFY(shownMenu());
     m_panel->showOtherDrawing(); // the menu was for the other one
