@@ -634,6 +634,16 @@ void tst_LayerTable::isolation()
     QCOMPARE(m_gestures.takeLast(), QString("Give back isolated layers 1/0 wall-1"));
     selectNames({"0"});
     isolate();
+    selectNames({"wall-1"});
+    m_table->renameLayer();
+    QTest::keyClicks(editor(), "Yard");
+    KcHost::renameLayer(**m_drawing, "wall-1", "Yard");
+    QTest::keyClick(editor(), Qt::Key_Return);
+    m_panel->refresh();
+    m_table->giveBack();
+    QCOMPARE(m_gestures.takeLast(), QString("Give back isolated layers 1/0 Yard"));
+    selectNames({"0"});
+    isolate();
     QVERIFY(m_table->canGiveBack());
     const OpenDrawing other(drawingWithLayers({"Doors", "Walls"}));
     m_panel->showOtherDrawing();
@@ -642,7 +652,7 @@ void tst_LayerTable::isolation()
     isolate();
     m_panel->showOtherDrawing(); // at the same address, for all that can be known
     QVERIFY(!m_table->canGiveBack());
-    QCOMPARE(canGiveBack.count(), 8);
+    QCOMPARE(canGiveBack.count(), 10);
 }
 
 void tst_LayerTable::visibilityFollowsSelection()

@@ -231,6 +231,11 @@ void LayerTableWidget::Private::noteRenamed(const QPersistentModelIndex &cell, c
     aheadOfDrawing.renamed.remove(cell);
     if (cell.isValid() && inDrawing != to)
         aheadOfDrawing.renamed.insert(cell, inDrawing);
+    // Under both names: the drawing need not follow, or may take the new one back.
+    if (isolation && isolation->before.contains(inDrawing))
+        isolation->before.insert(to, isolation->before.value(inDrawing));
+    if (following && following->layers.contains(inDrawing))
+        following->layers.insert(to, *following->layers.constFind(inDrawing));
 }
 
 void LayerTableWidget::Private::editName(int row)
