@@ -36,7 +36,7 @@ public:
         bool isUnlocked = true;
         bool isPlotted = true;
         QColor color = Qt::white; ///< as it is shown, opaque
-        QString linetype = QStringLiteral("Continuous");
+        QString linetype{QLatin1String("Continuous")};
         int lineWeight = LineWeightDefault; ///< hundredths of a millimetre, or a LineWeightCode
 
         bool operator==(const Layer &other) const;
