@@ -266,15 +266,21 @@ void tst_LayerData::unreadableRecordsArePassedOver()
 void tst_LayerData::layerStates()
 {
     QVERIFY(LayerState::capture() == LayerState());
-    const OpenDrawing drawing(KcHost::readDrawing(file({}, {}))); // layers of all kinds
+    const OpenDrawing drawing(drawingWithLayers({"Blue", "Frozen", "Off", "Red"}));
+    KcHost::LayerChange blue;
+    blue.trueColor = 0x0000ff;
+    blue.lineWeight = 25;
+    KcHost::changeLayer(*drawing, "Blue", blue);
     OvLayerUtility().setLayerLock("Blue", true);
+    OvLayerUtility().setLayerFrozen("Frozen", true);
+    OvLayerUtility().setLayerOff("Off", false);
     OvLayerUtility().setLayerPlot("Red", false);
     KcHost::setCurrentLayer(*drawing, "Blue");
     const LayerState state = LayerState::capture();
     QCOMPARE(state.currentLayer(), QString("Blue"));
     QCOMPARE(state.names().join(' '), QString("0 Blue Frozen Off Red"));
     QVERIFY(state.layer("Blue")
-            == (LayerState::Layer{true, true, false, true, Qt::blue, "Dash", LineWeightDefault}));
+            == (LayerState::Layer{true, true, false, true, Qt::blue, "Continuous", 25}));
 
     const QByteArray json = state.toJson();
     QString error = "?";

@@ -25,6 +25,7 @@
 #include <QToolButton>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 using namespace OvCc;

@@ -129,6 +129,28 @@ Kcore::ErrorStatus LayerFile::setFlag(const Layer &layer, const char *column, bo
                   {int(value), layer.key});
 }
 
+Kcore::ErrorStatus LayerFile::setColor(Layer &layer, std::uint32_t rgb)
+{
+    const QString name =
+            QStringLiteral("%1,%2,%3").arg(rgb >> 16 & 0xff).arg(rgb >> 8 & 0xff).arg(rgb & 0xff);
+    const auto status = change(QStringLiteral("UPDATE layer SET rgb = ?, color = ? WHERE key = ?"),
+                               {rgb, name, layer.key});
+    if (status == Kcore::eOk) {
+        layer.rgb = rgb;
+        layer.colorName = name.toStdWString();
+    }
+    return status;
+}
+
+Kcore::ErrorStatus LayerFile::setLineWeight(Layer &layer, int lineWeight)
+{
+    const auto status = change(QStringLiteral("UPDATE layer SET lineweight = ? WHERE key = ?"),
+                               {lineWeight, layer.key});
+    if (status == Kcore::eOk)
+        layer.lineWeight = lineWeight;
+    return status;
+}
+
 /// Runs a statement; @p values take the places of its question marks.
 QSqlQuery LayerFile::run(const QString &statement, const QVariantList &values) const
 {

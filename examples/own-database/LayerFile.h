@@ -69,6 +69,12 @@ public:
     Kcore::ErrorStatus makeCurrent(Layer &layer);
     Kcore::ErrorStatus setFlag(const Layer &layer, const char *column, bool value);
 
+    /// @param rgb 0xRRGGBB, whose components are its name then
+    Kcore::ErrorStatus setColor(Layer &layer, std::uint32_t rgb);
+
+    /// @param lineWeight hundredths of a millimetre, or a code
+    Kcore::ErrorStatus setLineWeight(Layer &layer, int lineWeight);
+
 Q_SIGNALS:
     /// Another program has changed the file; the layers are read anew.
     void changedElsewhere();

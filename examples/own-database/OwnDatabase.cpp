@@ -58,7 +58,7 @@ ErrorStatus openLayer(KcDbLayerTableRecord *&record, Layer &layer, KcDb::OpenMod
 
 /// Changes the layer of that name, unless it is open.
 template <class Change>
-ErrorStatus changeLayer(const KcDbDatabase &drawing, const QString &name, Change change)
+ErrorStatus withLayer(const KcDbDatabase &drawing, const QString &name, Change change)
 {
     Layer *layer = drawing.file().find(name);
     if (!layer)
@@ -431,15 +431,28 @@ ErrorStatus OwnDatabase::addLayer(KcDbDatabase &drawing, const QString &name)
 
 ErrorStatus OwnDatabase::eraseLayer(KcDbDatabase &drawing, const QString &name)
 {
-    return changeLayer(drawing, name,
-                       [](LayerFile &file, Layer &layer) { return file.erase(layer); });
+    return withLayer(drawing, name,
+                     [](LayerFile &file, Layer &layer) { return file.erase(layer); });
 }
 
 ErrorStatus OwnDatabase::renameLayer(KcDbDatabase &drawing, const QString &name,
                                      const QString &newName)
 {
-    return changeLayer(drawing, name, [&newName](LayerFile &file, Layer &layer) {
+    return withLayer(drawing, name, [&newName](LayerFile &file, Layer &layer) {
         return file.rename(layer, newName);
+    });
+}
+
+ErrorStatus OwnDatabase::changeLayer(KcDbDatabase &drawing, const QString &name,
+                                     const LayerChange &change)
+{
+    return withLayer(drawing, name, [&change](LayerFile &file, Layer &layer) {
+        ErrorStatus status = eOk;
+        if (change.trueColor)
+            status = file.setColor(layer, *change.trueColor);
+        if (status == eOk && change.lineWeight)
+            status = file.setLineWeight(layer, *change.lineWeight);
+        return status;
     });
 }
 
