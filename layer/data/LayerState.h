@@ -31,22 +31,29 @@ public:
     /// One layer.
     struct Layer
     {
-        bool isOn = true;
-        bool isThawed = true;
-        bool isUnlocked = true;
-        bool isPlotted = true;
-        QColor color = Qt::white; ///< as it is shown, opaque
-        QString linetype{QLatin1String("Continuous")};
+        bool isOn = true;                              ///< switched on
+        bool isThawed = true;                          ///< not frozen
+        bool isUnlocked = true;                        ///< not locked
+        bool isPlotted = true;                         ///< seen on paper, too
+        QColor color = Qt::white;                      ///< as it is shown, opaque
+        QString linetype{QLatin1String("Continuous")}; ///< its name, as the drawing spells it
         int lineWeight = LineWeightDefault; ///< hundredths of a millimetre, or a LineWeightCode
 
+        /// Whether both are alike in all of it.
+        /// @{
         bool operator==(const Layer &other) const;
         bool operator!=(const Layer &other) const;
+        /// @}
     };
 
     /// A state of no layers.
     LayerState();
+
+    /// A copy shares what is in it until one of them changes. O(1).
+    /// @{
     LayerState(const LayerState &other);
     LayerState &operator=(const LayerState &other);
+    /// @}
     ~LayerState();
 
     /// What the working drawing is like now; empty without one. Of layers with one name it is the first.
@@ -66,6 +73,7 @@ public:
     /// The layers in it, sorted.
     QStringList names() const;
 
+    /// Whether that layer is in it.
     bool contains(const QString &name) const;
 
     /// A layer of default flags if it is not in the state.
@@ -74,6 +82,7 @@ public:
     /// Puts a layer in, or another one in its place. Its colour is taken as opaque.
     void insert(const QString &name, const Layer &layer);
 
+    /// Takes a layer out; nothing if it is not in the state.
     void remove(const QString &name);
 
     /// The name of the layer that is current; empty if none is. It need not be one of names().
@@ -82,8 +91,11 @@ public:
     void setCurrentLayer(const QString &name);
     /// @}
 
+    /// Whether both have the same layers, alike, and the same one current.
+    /// @{
     bool operator==(const LayerState &other) const;
     bool operator!=(const LayerState &other) const;
+    /// @}
 
     /// The same bytes for the same state.
     QByteArray toJson() const;

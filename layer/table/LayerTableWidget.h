@@ -161,6 +161,7 @@ public:
     /// How many rows are shown, of those that the model has. O(1).
     int shownRowCount() const;
 
+    /// What stands in the empty table where rows are there but none is shown; nothing at first.
     /// @{
     void setNoMatchText(const QString &text);
     QString noMatchText() const;
