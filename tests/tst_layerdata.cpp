@@ -287,12 +287,13 @@ void tst_LayerData::layerStates()
     QVERIFY(LayerState::fromJson(json, &error) == state && error.isEmpty());
     LayerState odd = state;
     odd.insert(QString::fromLatin1("\"\\\n\0", 4) + QChar(0xd800),
-               {false, false, false, false, "#010aFE", {}, 17});
+               {false, false, false, false, QColor(1, 10, 254), {}, 17});
     odd.remove("0");
     QVERIFY(odd != state && LayerState::fromJson(odd.toJson()) == odd);
 
     const QList<QStringList> rows = layerRows();
-    for (const QString &name : state.names()) {
+    const QStringList names = state.names();
+    for (const QString &name : names) {
         OvLayerUtility().setLayerOff(name, name == "Off");
         OvLayerUtility().setLayerFrozen(name, name != "Frozen");
         OvLayerUtility().setLayerLock(name, name != "Blue");

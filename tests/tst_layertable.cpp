@@ -1392,7 +1392,8 @@ void tst_LayerTable::rowMenu()
     QSignalSpy current(m_panel.get(), &LayerManager::currentLayerRequested);
     const auto texts = [](const QMenu &menu, auto isListed) {
         QStringList texts;
-        for (const QAction *entry : menu.actions()) {
+        const QList<QAction *> entries = menu.actions();
+        for (const QAction *entry : entries) {
             if (!entry->isSeparator() && isListed(*entry))
                 texts += entry->text().remove('&').remove("...");
         }

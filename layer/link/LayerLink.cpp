@@ -349,7 +349,7 @@ void LayerLink::Private::listenToProperties(LayerTableWidget *table)
 {
     const auto pass = [this, table](auto signal, auto wish) {
         connect(table, signal, q, [this, wish](const QStringList &names, const auto &value) {
-            ask(names, wish, names, value);
+            this->ask(names, wish, names, value);
         });
     };
     pass(&LayerTableWidget::colorRequested, &LayerLink::colorRequested);
