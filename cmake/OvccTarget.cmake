@@ -7,7 +7,38 @@ set(OVCC_INCLUDE_DIR "${PROJECT_BINARY_DIR}/include")
 
 set(OVCC_SYMBOL_MAP "${CMAKE_CURRENT_LIST_DIR}/own-symbols.map")
 
-# ovcc_own_target(<target>): the language, warnings and visibility of this project's own code.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# ovcc_harden(<target>): has it notice an overflowing buffer, and hold nothing that can be written and
+# run, or written after it was loaded. Sanitizers notice more by themselves, and one's own choice of
+# _FORTIFY_SOURCE goes first.
+function(ovcc_harden target)
+    get_target_property(type ${target} TYPE)
+    if(NOT CMAKE_CXX_FLAGS MATCHES sanitize)
+        target_compile_options(${target} PRIVATE -fstack-protector-strong)
+        if(NOT CMAKE_CXX_FLAGS MATCHES _FORTIFY_SOURCE)
+            # It needs an optimizing compiler.
+            target_compile_options(${target} PRIVATE
+                "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"
+                "$<$<CONFIG:RelWithDebInfo>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"
+                "$<$<CONFIG:MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+        endif()
+    endif()
+    if(type STREQUAL EXECUTABLE)
+        set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+        set(binding now)
+    else()
+        # The host's functions may come later than the library, whatever flags it is packaged with.
+        set(binding lazy)
+    endif()
+    if(NOT type STREQUAL STATIC_LIBRARY)
+        target_link_options(${target} PRIVATE
+            LINKER:-z,relro LINKER:-z,noexecstack LINKER:-z,${binding})
+    endif()
+endfunction()
+
+# ovcc_own_target(<target>): the language, warnings, visibility and hardening of this project's own code.
 function(ovcc_own_target target)
     set_target_properties(${target} PROPERTIES
         AUTOMOC ON
@@ -22,6 +53,7 @@ function(ovcc_own_target target)
         $<$<BOOL:${OVCC_WERROR}>:-Werror>)
     target_compile_definitions(${target} PRIVATE
         QT_DEPRECATED_WARNINGS QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+    ovcc_harden(${target})
     get_target_property(type ${target} TYPE)
     if(type STREQUAL SHARED_LIBRARY)
         target_link_options(${target} PRIVATE LINKER:--version-script=${OVCC_SYMBOL_MAP})
