@@ -10,6 +10,7 @@
 #include "viewer/canvas/DrawingLoader.h"
 #include "viewer/canvas/GeometryReader.h"
 #include "viewer/canvas/HatchLines.h"
+#include "viewer/canvas/Outline.h"
 #include "viewer/canvas/ShownEntities.h"
 
 #include <QtTest>
@@ -97,6 +98,7 @@ private slots:
     void areas_data();
     void areas();
     void leader();
+    void countlessDashes();
     void endlessLines_data();
     void endlessLines();
     void copiesInSight();
@@ -618,6 +620,15 @@ void TestDrawings::leader()
     ShownEntities shown(*picture.drawing, {});
     const std::vector<Entity> &entities = picture.drawing->geometry.modelSpace().entities;
     QVERIFY(shown.shows(entities.at(0)) && !shown.shows(entities.at(1)));
+}
+
+void TestDrawings::countlessDashes()
+{
+    SpacePath path;
+    const std::vector<double> dashes{1e-6, -1e-6};
+    const Outline line{{{-3e18, 0, 0}, 0}, {{3e18, 0, 0}, 2e12}};
+    addDashes(path, line, {dashes, 1, 1, 3}, {-50, -50, 100, 100});
+    QCOMPARE(int(path.elements.size()), 2);
 }
 
 void TestDrawings::endlessLines_data()

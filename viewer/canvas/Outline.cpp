@@ -12,6 +12,8 @@ namespace Tessa {
 namespace {
 
 constexpr int mostChords = 400;
+/// Of more periods than these, neither the numbers nor the places are exact.
+constexpr double mostPeriods = 1e12;
 
 /// Makes outlines of a path's elements.
 class Flattener
@@ -145,6 +147,10 @@ void Dasher::addSegment(const OutlinePoint &start, const OutlinePoint &end, cons
         return;
     m_start = &start;
     m_end = &end;
+    if (m_count > mostPeriods) {
+        addDash(start.along, end.along);
+        return;
+    }
     // So that a dash around a corner stays in one piece, ends are exact where nothing is cut off.
     const double from = start.along + length * shareFrom;
     const double to = shareTo == 1 ? end.along : start.along + length * shareTo;

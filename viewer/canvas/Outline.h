@@ -51,8 +51,8 @@ Outline endlessOutline(const Entity &entity, const SpaceTransform &toPicture, co
                        const DashPattern *pattern = nullptr);
 
 /// Adds to @p path the dashes of a line that may show in @p area. The line begins and ends with a
-/// dash, which is lengthened for that, and is solid if it is too short for a gap. The cost does not
-/// grow with the part of the line outside.
+/// dash, which is lengthened for that. It is solid if it is too short for a gap, or so long that its
+/// dashes cannot be counted. The cost does not grow with the part of the line outside.
 void addDashes(SpacePath &path, const Outline &outline, const DashPattern &pattern,
                const QRectF &area);
 
