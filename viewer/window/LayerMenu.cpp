@@ -45,7 +45,7 @@ void LayerMenu::addTools(OvCc::LayerManager &panel)
 {
     OvCc::LayerTableWidget *table = panel.table();
     QAction *isolate = addAction(tr("&Isolate selected layers"), this, &LayerMenu::aboutToAct);
-    isolate->setShortcut(Qt::CTRL | Qt::Key_I);
+    isolate->setShortcut(QStringLiteral("Ctrl+I"));
     connect(isolate, &QAction::triggered, table, &OvCc::LayerTableWidget::isolateSelection);
     QAction *back = addAction(tr("&Give back"), table, &OvCc::LayerTableWidget::giveBack);
     back->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_I);

@@ -13,7 +13,7 @@ namespace Tessa {
 namespace {
 
 /// No file of states that a program has written is nearly as large.
-constexpr qint64 mostBytes = 256 * 1024 * 1024;
+constexpr qint64 mostBytes = qint64(256) * 1024 * 1024;
 
 QString statesFileOf(const QString &drawingFile)
 {
