@@ -17,7 +17,7 @@ reference_packages="doxygen"
 packaging_packages="dpkg-dev lintian"
 qt6_packages="qt6-base-dev qt6-5compat-dev qt6-tools-dev libqt6opengl6-dev libqt6sql6-sqlite"
 ci_packages="ccache"
-lint_packages="git clang-format clazy librsvg2-bin python3-pil reuse"
+lint_packages="git clang-format clang-tidy clazy cppcheck librsvg2-bin python3-pil reuse"
 
 # Here are the builds and their logs: in build/, or where that cannot be, in the user's cache.
 builds=$PWD/build
