@@ -11,7 +11,8 @@ build_packages="g++ cmake ninja-build qtbase5-dev qttools5-dev libdxflib-dev
                 libboost-system-dev libxcb1-dev"
 test_packages="abigail-tools appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3
                python3-ezdxf shared-mime-info xvfb x11-utils"
-attack_packages="clang libclang-rt-14-dev librecad-data python3 python3-ezdxf"
+attack_packages="clang libclang-rt-14-dev librecad-data llvm openscad-testing-data python3
+                 python3-ezdxf"
 picture_packages="fonts-dejavu-core python3-pil qttools5-dev-tools xvfb"
 reference_packages="doxygen"
 packaging_packages="dpkg-dev lintian"
