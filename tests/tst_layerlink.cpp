@@ -685,7 +685,7 @@ void tst_LayerLink::randomWork()
                 host.panel->searchEdit()->setText(QStringList{"", "L*", "*1"}.at(search));
             },
     };
-    for (int step = 0; step < 1000; ++step) {
+    for (int step = 0; step < 400; ++step) {
         for (int count = random.bounded(3); count >= 0; --count)
             works[random.bounded(int(std::size(works)))]();
         // A layer may have been given a name that another one has.
