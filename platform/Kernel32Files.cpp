@@ -4,10 +4,12 @@
 #include "Kernel32Errors.h"
 #include "Kernel32Handles.h"
 #include "Kernel32Paths.h"
+#include "ReplaceFile.h"
 
 #include <QDateTime>
 #include <QDir>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cwchar>
@@ -144,6 +146,31 @@ OvKernel32::FileTime fileTime(const QDateTime &time)
     return {static_cast<Dword>(ticks), static_cast<Dword>(ticks >> 32)};
 }
 
+/// Writes what a file holds to the descriptor, with its mode.
+/// @return 0, or the errno
+int copyContent(const QByteArray &source, int descriptor)
+{
+    struct stat status = {};
+    if (::stat(source.constData(), &status) != 0)
+        return errno;
+    if (!S_ISREG(status.st_mode))
+        return ENOTSUP;
+    const int opened = ::open(source.constData(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0)
+        return errno;
+    const File file(opened, OvKernel32::GenericRead);
+    std::array<char, 65536> buffer = {};
+    ssize_t count = 0;
+    do {
+        count = ::read(file.descriptor, buffer.data(), buffer.size());
+        if (count < 0 && errno != EINTR)
+            return errno;
+        if (const int error = OvCc::Files::writeAll(descriptor, buffer.data(), count))
+            return error;
+    } while (count != 0);
+    return ::fchmod(descriptor, status.st_mode) == 0 ? 0 : errno;
+}
+
 /// Fills @p data for the next name that is still there.
 bool findNext(Find &find, OvKernel32::FindData *data)
 {
@@ -272,9 +299,15 @@ OvKernel32::Bool OvKernel32::copyFile(const wchar_t *from, const wchar_t *to, Bo
     const fs::path paths[] = {QFile::encodeName(source).toStdString(),
                               QFile::encodeName(target).toStdString()};
     std::error_code error;
-    fs::copy_file(paths[0], paths[1],
-                  failIfExists ? fs::copy_options::none : fs::copy_options::overwrite_existing,
-                  error);
+    if (failIfExists || fs::equivalent(paths[0], paths[1], error)) {
+        fs::copy_file(paths[0], paths[1], error);
+    } else {
+        const int number = OvCc::Files::replaceFile(
+                QFile::encodeName(target), [name = QFile::encodeName(source)](int descriptor) {
+                    return copyContent(name, descriptor);
+                });
+        error.assign(number, std::generic_category());
+    }
     if (error)
         return failAt(QFileInfo::exists(source) ? target : source, error.value());
     fs::last_write_time(paths[1], fs::last_write_time(paths[0], error), error);
@@ -288,6 +321,8 @@ OvKernel32::Bool OvKernel32::moveFile(const wchar_t *from, const wchar_t *to)
     if (wanted.isNull())
         return false;
     QString target = spelledOnDisk(wanted);
+    if (target.isNull())
+        return false;
     if (target == source) // another case for the same name
         target = QFileInfo(target).dir().filePath(QFileInfo(wanted).fileName());
     else if (QFileInfo::exists(target))

@@ -7,22 +7,36 @@
 
 #include <QDir>
 
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+namespace fs = std::filesystem;
 using OvCc::Kernel32::fail;
+using OvCc::Kernel32::failErrno;
 
 namespace {
 
-/// The name in @p folder that differs from @p name in case at most, an exact match first.
+/// The name in @p folder that differs from @p name in case at most, an exact match first. A folder that
+/// may not be listed, or is none, has the name as it is.
+/// @return null, with the last error set, if nobody knows
 QString nameOnDisk(const QString &folder, const QString &name)
 {
-    const QStringList names =
-            QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Name);
-    if (names.contains(name))
-        return name;
-    for (const QString &other : names) {
-        if (other.compare(name, Qt::CaseInsensitive) == 0)
-            return other;
+    std::error_code error;
+    QString found;
+    const std::string path = QFile::encodeName(folder.isEmpty() ? "." : folder).toStdString();
+    for (fs::directory_iterator entry(path, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const QString other = QFile::decodeName(entry->path().filename().native().c_str());
+        if (other == name)
+            return name;
+        if (other.compare(name, Qt::CaseInsensitive) == 0 && (found.isNull() || other < found))
+            found = other;
     }
-    return name;
+    const int number = error.value();
+    if (number != 0 && number != ENOENT && number != ENOTDIR && number != EACCES)
+        return failErrno(number), QString();
+    return found.isNull() ? name : found;
 }
 
 } // namespace
@@ -64,8 +78,8 @@ QString OvCc::Kernel32::spelledOnDisk(const QString &path)
     QStringList parts = path.split('/');
     QString folder;
     for (QString &part : parts) {
-        if (!part.isEmpty())
-            part = nameOnDisk(folder, part);
+        if (!part.isEmpty() && (part = nameOnDisk(folder, part)).isNull())
+            return {};
         folder += part + '/';
     }
     return parts.join('/');

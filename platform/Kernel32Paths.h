@@ -11,7 +11,8 @@ namespace OvCc::Kernel32 {
 /// failure.
 QString mappedPath(const wchar_t *name);
 
-/// @p path, spelled as far as it exists as the folders have it.
+/// @p path, spelled as far as it exists as the folders have it; null, with the last error set, if
+/// one that is there cannot be read.
 QString spelledOnDisk(const QString &path);
 
 /// mappedPath(), spelled as on disk.

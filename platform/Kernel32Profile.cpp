@@ -3,9 +3,10 @@
 
 #include "Kernel32Errors.h"
 #include "Kernel32Paths.h"
+#include "ReplaceFile.h"
 
+#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringList>
 #include <QTextCodec>
 #include <QVector>
@@ -274,13 +275,11 @@ bool save(const Profile &profile)
 {
     if (!profile.isEncodable)
         return fail(OvKernel32::ErrorNoUnicodeTranslation, false);
-    QSaveFile file(profile.path);
-    if (!file.open(QIODevice::WriteOnly))
-        return fail(OvKernel32::ErrorAccessDenied, false);
-    file.write(profile.mark);
+    QByteArray bytes = profile.mark;
     for (const Line &line : profile.lines)
-        file.write(line.bytes);
-    return file.commit() || fail(OvKernel32::ErrorGenFailure, false);
+        bytes += line.bytes;
+    const int error = OvCc::Files::replaceFile(QFile::encodeName(profile.path), bytes);
+    return error == 0 || failErrno(error);
 }
 
 /// Changes the file as a whole, one thread after the other.

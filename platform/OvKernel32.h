@@ -169,8 +169,8 @@ public:
     /// Closes a file; for searches there is findClose(), for modules freeLibrary().
     static Bool closeHandle(Handle file);
 
-    /// Copies a file, with the time of its last change. One that is there is replaced, unless it is
-    /// read-only, or @p failIfExists.
+    /// Copies a file, with the time of its last change. One that is there is replaced whole or not at
+    /// all, unless it is read-only, or @p failIfExists.
     static Bool copyFile(const wchar_t *from, const wchar_t *to, Bool failIfExists);
     /// Moves or renames a file or folder. Does not replace what is there; between file systems only
     /// files move.

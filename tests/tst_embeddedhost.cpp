@@ -12,23 +12,32 @@
 #include <QUndoStack>
 
 #include <cerrno>
-#include <csignal>
 #include <random>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 #include <utility>
 
 using namespace Kcore;
 
 static bool cannotFlush = false;
+static bool cannotSetMode = false;
 
-/// In the place of that of the system: it fails on demand, as a broken disk cannot be had, and does not
+/// In the place of those of the system: they fail on demand, as a broken disk cannot be had, and do not
 /// wait for one that is not.
+/// @{
 extern "C" __attribute__((visibility("default"))) int fsync(int)
 {
     errno = EIO;
     return cannotFlush ? -1 : 0;
 }
+
+extern "C" __attribute__((visibility("default"))) int fchmod(int file, mode_t mode)
+{
+    errno = EPERM;
+    return cannotSetMode ? -1 : int(::syscall(SYS_fchmod, file, mode));
+}
+/// @}
 
 namespace {
 
@@ -850,12 +859,10 @@ void TestEmbeddedHost::namesWhatFails()
     }
 
     const QStringList files = QDir(path).entryList(QDir::Files | QDir::Hidden);
-    const auto onLimit = std::signal(SIGXFSZ, SIG_IGN);
     {
         const Limit size(RLIMIT_FSIZE, 40);
         QVERIFY(!KcHost::writeDrawing(*m_drawing, m_path, &m_error));
     }
-    std::signal(SIGXFSZ, onLimit);
     QCOMPARE(m_error, m_path + ": File too large.");
     cannotFlush = true;
     QVERIFY(!KcHost::writeDrawing(*m_drawing, m_path, &m_error));
@@ -893,6 +900,17 @@ void TestEmbeddedHost::replacesFiles()
     QVERIFY(QFileInfo(link).isSymLink() && ::stat(path, &status) == 0);
     QCOMPARE(status.st_mode & 07777, mode_t(0604));
     QVERIFY(!isRoot || (status.st_uid == 1234 && status.st_gid == 2345));
+
+    // A drawing that few may read is not one for all, nor does it go where a link only seems to lead.
+    cannotSetMode = true;
+    QVERIFY(!KcHost::writeDrawing(*m_drawing, link, &m_error));
+    cannotSetMode = false;
+    QCOMPARE(m_error, link + ": Operation not permitted.");
+    const QByteArray odd = QFile::encodeName(m_folder.path()) + "/\xe4";
+    QVERIFY(std::rename(path, odd) == 0 && ::symlink("\xe4", path) == 0 && ::truncate(odd, 0) == 0);
+    QVERIFY(KcHost::writeDrawing(*m_drawing, link, &m_error));
+    QVERIFY(::stat(odd, &status) == 0 && status.st_size > 0);
+    QCOMPARE(std::rename(odd, path), 0); // which Qt can remove
 }
 
 void TestEmbeddedHost::noticesOtherWriters()

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
+#include "Limit.h"
+
 #include <OvCustomControl/DisplaySize.h>
 #include <OvCustomControl/OvKernel32.h>
 
@@ -20,7 +22,6 @@
 
 #include <dlfcn.h>
 #include <iconv.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using K = OvKernel32;
@@ -413,13 +414,24 @@ void tst_Platform::profileOfNoUse()
         QCOMPARE(errorOf(0, [&, name = name] { return set(name); }), error);
     QVERIFY(!QFileInfo(path("socket.ini")).isFile() && QFileInfo(path("broken.ini")).isSymLink());
 
-    rlimit limit = {};
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    const rlimit none{0, limit.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &none);
-    const K::Dword error = errorOf(0, [&] { return set("file.ini"); });
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-    QCOMPARE(error, 4U);
+    // Without a descriptor, or room for more than a byte, the file is what it was.
+    const std::wstring file = at("file.ini");
+    const auto copy = [&] { return K::copyFile(at("large").c_str(), file.c_str(), false); };
+    write("large", "large");
+    const auto move = [&] { return K::moveFile(at("large").c_str(), at("FILE.ini").c_str()); };
+    K::Dword errors[4] = {};
+    {
+        const Limit files(RLIMIT_NOFILE, 0);
+        errors[0] = errorOf(0, [&] { return set("file.ini"); });
+        errors[3] = errorOf(0, move); // nobody can know that the name is taken
+    }
+    {
+        const Limit size(RLIMIT_FSIZE, 1);
+        errors[1] = errorOf(0, [&] { return set("file.ini"); });
+        errors[2] = errorOf(0, copy);
+    }
+    QVERIFY(errors[0] == 4 && errors[1] == 112 && errors[2] == 112 && errors[3] == 4);
+    QCOMPARE(read("file.ini"), QByteArray("[b]\ny=1\n"));
     QVERIFY(set("link.ini") && QFileInfo(path("link.ini")).isSymLink());
     QCOMPARE(read("file.ini"), QByteArray("[b]\ny=1\nx=2\n"));
 }

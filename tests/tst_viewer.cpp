@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "DrawingFiles.h"
+#include "Limit.h"
 #include "PickerSupport.h"
 
 #include "layer/data/HostRecords.h"
@@ -671,6 +672,14 @@ void TestViewer::brokenStates()
     QCOMPARE(fileContent(states.fileName() + ".kept"),
              fields.at(3).isEmpty() ? QByteArray() : fields.at(1).toUtf8());
 
+    // A full disk leaves them as they are.
+    const QByteArray saved = fileContent(states.fileName());
+    {
+        const Limit size(RLIMIT_FSIZE, 1);
+        save("D");
+    }
+    QVERIFY(told().contains("json cannot be written") && fileContent(states.fileName()) == saved);
+
     // Where the folder is gone the states stay in the menu, and go along to the next one.
     const QTemporaryDir other;
     QVERIFY(QDir(folder.path()).removeRecursively());
@@ -679,7 +688,13 @@ void TestViewer::brokenStates()
     answerDialog([&] { viewer.entry("Save as...")->trigger(); },
                  [&](QDialog &dialog) { chooseFile(dialog, other.filePath("new.dxf")); });
     const QByteArray taken = fileContent(other.filePath("new.states.json"));
-    QVERIFY(taken.contains("\"B\"") && taken.contains("\"C\""));
+    QVERIFY(taken.contains("\"B\"") && taken.contains("\"C\"") && taken.contains("\"D\""));
+
+    // What cannot be read is not touched.
+    const QDir last(other.path());
+    QVERIFY(QFile::remove(last.filePath("new.states.json")) && last.mkdir("new.states.json"));
+    save("E");
+    QVERIFY(told().contains("it is no file") && last.entryList({"*.kept"}).isEmpty());
 }
 
 void TestViewer::remarks()

@@ -3,16 +3,14 @@
 
 #include "DrawingFile.h"
 
+#include "ReplaceFile.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <cerrno>
-#include <cstdio>
 #include <ctime>
-
-#include <unistd.h>
 
 namespace Embedded {
 
@@ -24,14 +22,6 @@ constexpr qint64 kLargestFile = 2'000'000'000;
 
 /// How long ago a change must be for the coarsest of the usual file systems to tell it from another.
 constexpr std::time_t kCoarsestTime = 2;
-
-constexpr int kMostLinks = 40;
-constexpr int kMostTries = 10;
-
-QString systemMessage()
-{
-    return qt_error_string(errno);
-}
 
 /// Why the drawing cannot be there; null for a plain file.
 QString refusal(const struct stat &status)
@@ -65,86 +55,6 @@ QByteArray digestOf(const QByteArray &bytes)
 {
     return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
 }
-
-/// Where a file of that name goes: behind all links, be there something or not.
-QString pathBehindLinks(const QString &fileName)
-{
-    QFileInfo file(fileName);
-    for (int link = 0; file.isSymLink() && link < kMostLinks; ++link)
-        file.setFile(file.symLinkTarget());
-    return file.absoluteFilePath();
-}
-
-/// A new file beside another one, which takes that one's name or is gone in the end.
-class Replacement
-{
-public:
-    explicit Replacement(const QString &path)
-        : m_path(path)
-    {
-    }
-    ~Replacement()
-    {
-        if (m_file.isOpen() && !m_isInPlace)
-            m_file.remove();
-    }
-    Q_DISABLE_COPY(Replacement)
-
-    // Each step returns why it failed, or nothing.
-
-    /// Its name is short, since that of the other one may be as long as names can be.
-    QString open()
-    {
-        int tries = 0;
-        do {
-            const quint64 number = QRandomGenerator::global()->generate64();
-            m_file.setFileName(QFileInfo(m_path).path() + QLatin1String("/.ovcc-")
-                               + QString::number(number, 36));
-        } while (++tries < kMostTries && m_file.exists());
-        const bool isOpen =
-                m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
-        return isOpen ? QString() : m_file.errorString();
-    }
-
-    /// Who must not give files away may still have the right group. What runs as its owner must not
-    /// do so as another one.
-    void takeOver(const struct stat &status)
-    {
-        constexpr auto sameUser = static_cast<uid_t>(-1);
-        const bool isOwned = ::fchown(m_file.handle(), status.st_uid, status.st_gid) == 0
-                             || ::fchown(m_file.handle(), sameUser, status.st_gid) == 0;
-        ::fchmod(m_file.handle(), status.st_mode & (isOwned ? 07777 : 0777));
-    }
-
-    /// Goes on after the part that still found room, so that the failure tells its reason.
-    QString write(const QByteArray &bytes)
-    {
-        for (int done = 0; done < bytes.size();) {
-            const qint64 count = m_file.write(bytes.constData() + done, bytes.size() - done);
-            if (count <= 0)
-                return m_file.errorString();
-            done += static_cast<int>(count);
-        }
-        // Some file systems have nothing to flush to, and say so.
-        const bool isFlushed = ::fsync(m_file.handle()) == 0 || errno == EINVAL;
-        return isFlushed ? QString() : systemMessage();
-    }
-
-    /// @param[out] status of the file in its place
-    QString putInPlace(struct stat &status)
-    {
-        m_isInPlace = std::rename(QFile::encodeName(m_file.fileName()).constData(),
-                                  QFile::encodeName(m_path).constData())
-                      == 0;
-        const bool isDone = m_isInPlace && ::fstat(m_file.handle(), &status) == 0;
-        return isDone ? QString() : systemMessage();
-    }
-
-private:
-    const QString m_path;
-    QFile m_file;
-    bool m_isInPlace = false;
-};
 
 } // namespace
 
@@ -181,22 +91,11 @@ bool DrawingFile::write(const QString &fileName, const QByteArray &bytes, QStrin
 {
     struct stat status = {};
     const QByteArray name = QFile::encodeName(fileName);
-    const bool isThere = ::stat(name.constData(), &status) == 0;
-    if (isThere ? ::access(name.constData(), W_OK) != 0 : errno != ENOENT || fileName.isEmpty())
-        reason = systemMessage();
-    if (isThere && !refusal(status).isNull())
+    if (::stat(name.constData(), &status) == 0)
         reason = refusal(status);
-    if (!reason.isNull())
-        return false;
-
-    Replacement file(pathBehindLinks(fileName));
-    reason = file.open();
-    if (reason.isNull() && isThere)
-        file.takeOver(status);
-    if (reason.isNull())
-        reason = file.write(bytes);
-    if (reason.isNull())
-        reason = file.putInPlace(status);
+    const int error = reason.isNull() ? OvCc::Files::replaceFile(name, bytes, &status) : 0;
+    if (error != 0)
+        reason = qt_error_string(error);
     if (!reason.isNull())
         return false;
     remember(fileName, status);

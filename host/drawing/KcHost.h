@@ -45,7 +45,9 @@ readDrawing(const QString &fileName, QString *error = nullptr, QStringList *warn
 
 /// Writes the drawing to @p fileName: whole, or not at all. What was not changed since the drawing
 /// was read stays byte for byte, line ends included. A file that is there keeps its mode, and its
-/// owner where the system allows; a link goes on leading to it. Linear in F.
+/// owner where the system allows; a symbolic link goes on leading to it, a second hard link has what
+/// was there before. Killed meanwhile, the process may leave a file ".ovcc-" and a number beside it.
+/// Linear in F.
 ///
 /// @param[out] error    one sentence with file and reason on failure; the file is then as it was
 /// @param[out] warnings one sentence per property that the file's version cannot hold

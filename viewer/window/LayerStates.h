@@ -16,7 +16,8 @@ namespace Tessa {
 ///
 /// A file that cannot be written is no loss as long as this lives: the states stay here, and the next
 /// change tries again. Nor is one that somebody else has written meanwhile: only what was changed here
-/// goes into it. One that holds no states is kept under another name before it is replaced.
+/// goes into it. One that holds no states is kept under another name before it is replaced, and one
+/// that cannot be read is not touched.
 class LayerStates
 {
     Q_DECLARE_TR_FUNCTIONS(LayerStates)
