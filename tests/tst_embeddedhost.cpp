@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
+#include "Changes.h"
 #include "Limit.h"
 #include "Support.h"
 
@@ -61,69 +62,15 @@ KcDbObjectId idOf(const QString &name)
     return record && record->close() == eOk ? id : KcDbObjectId();
 }
 
-/// The change by a property's name and value, such as "color" and "5" or "true" and "FF0000".
-template <class Change>
-Change propertyChange(const QString &property, const QString &value)
-{
-    Change change;
-    if (property == "color")
-        change.color = value.toInt();
-    else if (property == "true")
-        change.trueColor = value.toUInt(nullptr, 16);
-    else if (property == "weight")
-        change.lineWeight = value.toInt();
-    else if (property == "type")
-        change.linetype = value;
-    else if constexpr (std::is_same_v<Change, KcHost::EntityChange>)
-        change.layer = value;
-    else
-        change.description = value;
-    return change;
-}
-
-/// Takes one step in the working drawing: "off A", "unlock A", "add A", "rename A>B", or the like;
-/// "layer A color 5" and "set 8 color 5" for a layer and for the entity with that number; "clear A"
-/// for a layer with all that lies on it.
+/// Takes one step in the working drawing, written as "off A", "rename A>B", "layer A color 5" or the like.
 ErrorStatus change(const QString &step)
 {
-    KcDbDatabase &drawing = *kcdbHostApplicationServices()->workingDatabase();
     const QString word = step.section(' ', 0, 0);
-    const QString name = step.section(' ', 1);
-    if (word == "add")
-        return KcHost::addLayer(drawing, name);
-    if (word == "erase")
-        return KcHost::eraseLayer(drawing, name);
-    if (word == "current")
-        return KcHost::setCurrentLayer(drawing, name);
-    if (word == "rename")
-        return KcHost::renameLayer(drawing, name.section('>', 0, 0), name.section('>', 1));
-    if (word == "merge")
-        return KcHost::mergeLayer(drawing, name.section('>', 0, 0), name.section('>', 1));
-    if (word == "clear")
-        return KcHost::eraseLayerWithEntities(drawing, name);
-    const QString object = name.section(' ', 0, 0);
-    const QString property = name.section(' ', 1, 1);
-    const QString text = name.section(' ', 2);
-    if (word == "set") {
-        return KcHost::changeEntity(drawing, object.toInt(),
-                                    propertyChange<KcHost::EntityChange>(property, text));
-    }
-    if (word == "layer") {
-        return KcHost::changeLayer(drawing, object,
-                                   propertyChange<KcHost::LayerChange>(property, text));
-    }
-    const QHash<QString, ErrorStatus (KcDbLayerTableRecord::*)(bool)> setters{
-            {"off", &KcDbLayerTableRecord::setIsOff},
-            {"freeze", &KcDbLayerTableRecord::setIsFrozen},
-            {"lock", &KcDbLayerTableRecord::setIsLocked},
-            {"plot", &KcDbLayerTableRecord::setIsPlottable}};
-    KcDbLayerTableRecord *record = getLayerByName(name);
-    if (!record || record->upgradeOpen() != eOk)
-        return eKeyNotFound;
-    const bool value = !word.startsWith("un");
-    const ErrorStatus status = (record->*setters[word.mid(value ? 0 : 2)])(value);
-    record->close();
-    return status;
+    const QString rest = step.section(' ', 1);
+    if (word != "set" && word != "layer")
+        return change(QStringList(word) + rest.split('>'));
+    return change(QStringList{word, rest.section(' ', 0, 0), rest.section(' ', 1, 1),
+                              rest.section(' ', 2)});
 }
 
 /// The lines of groups such as "(HEADER|9 $CLAYER|8 0|)", in which the parentheses mark a section.
