@@ -78,7 +78,8 @@ def read(file):
     print(json.dumps({"layers": layers, "used": used, "current": doc.header["$CLAYER"]}))
 
 
-if sys.argv[1] == "write":
-    write(sys.argv[2], int(sys.argv[3]))
-else:
-    read(sys.argv[2])
+if __name__ == "__main__":
+    if sys.argv[1] == "write":
+        write(sys.argv[2], int(sys.argv[3]))
+    else:
+        read(sys.argv[2])
