@@ -551,6 +551,7 @@ void TestEmbeddedHost::changesContents_data()
         layers("[0 LAYER|2 A|0 LAYER|2 B|>][>0 LAYER|2 B" + defaults + "]", "[1>2]")
                 + "(ENTITIES|0 X|8 [a>B]|[0 X|8 B|>]0 X|8 0|)");
 
+    row("erase A", layers("[0 LAYER|2 A|>]") + "(ENTITIES|8 A|0 LINE|8 0|)");
     row("merge A>B",
         layers("[0 LAYER|5 1A|2 A|>]0 LAYER|2 B")
                 + "(BLOCKS|0 BLOCK|8 [A>B]|2 X|0 LINE|8 [a>B]|0 ENDBLK|8 [A>B]|)(ENTITIES|"

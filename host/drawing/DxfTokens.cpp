@@ -99,7 +99,8 @@ DxfEntityPlace::Names DxfEntityPlace::advance(const DxfTokens &tokens)
         type = value();
         return Names::Nothing;
     case 8:
-        if (record.isInExtension() || (hasLayer && !isPlainEntity(type)))
+        // What stands before the first record belongs to none.
+        if (type.empty() || record.isInExtension() || (hasLayer && !isPlainEntity(type)))
             return Names::Nothing;
         hasLayer = true;
         return Names::OwnLayer;
