@@ -14,6 +14,7 @@ namespace Tessa {
 
 namespace {
 
+constexpr int comment = 999;
 constexpr const char *kindsReadFromGroups[] = {"DIMSTYLE", "HATCH", "LEADER"};
 
 } // namespace
@@ -39,7 +40,12 @@ void DxfRecord::addGroup(int code, const std::string &value)
         groups.emplace_back(code, value);
     switch (code) {
     case 2:
-        name = value;
+        if (kind != "SECTION" || !hasGroups)
+            name = value;
+        break;
+    case 8:
+        if (layer.empty() && !isInAppGroup && !isInExtendedData)
+            layer = value;
         break;
     case 30:
         height = dxfReal(value);
@@ -65,9 +71,16 @@ void DxfRecord::addGroup(int code, const std::string &value)
     case 74:
         counts[std::size_t(code) - 71] = dxfInt(value);
         break;
+    case 102:
+        isInAppGroup = value.compare(0, 1, "{") == 0;
+        break;
+    case 1001:
+        isInExtendedData = true;
+        break;
     default:
         break;
     }
+    hasGroups |= code != comment;
 }
 
 } // namespace Tessa

@@ -23,7 +23,8 @@ struct DxfRecord
 {
     int number = -1; ///< how many begin before it
     std::string kind;
-    std::string name;    ///< of the section, or of a dimension's block
+    std::string name;    ///< of the section, in its first group, or of a dimension's block
+    std::string layer;   ///< the first that is named, as the host has it
     double rotation = 0; ///< degrees
     bool isHidden = false;
     bool isInPaperSpace = false;
@@ -32,6 +33,10 @@ struct DxfRecord
     double height = 0;
     std::vector<double> dashes;
     std::vector<std::pair<int, std::string>> groups; ///< all, of kinds that are read from them
+
+    bool hasGroups = false;        ///< beside comments
+    bool isInAppGroup = false;     ///< between 102 "{NAME" and 102 "}"
+    bool isInExtendedData = false; ///< of other applications, to the record's end
 
     bool isVisible() const { return !isHidden && !isInPaperSpace; }
 

@@ -82,6 +82,8 @@ void EntityReader::processCodeValuePair(unsigned int code, const std::string &va
         m_record.kind = value;
         finishRecord();
     } else {
+        if (code == 9)
+            m_finished = m_record; // dxflib takes a variable for the record's end
         checkSize(code, value);
         m_record.addGroup(int(code), value);
     }
@@ -104,8 +106,10 @@ void EntityReader::finishRecord()
 {
     if (m_polyline && m_finished.kind == "VERTEX")
         m_polyline->addMeshFace(m_finished);
+    m_hasEnded |= m_finished.kind == "EOF";
     if (m_finished.kind == "SECTION")
-        m_isInDrawing = m_finished.name == "ENTITIES" || m_finished.name == "BLOCKS";
+        m_isInDrawing =
+                !m_hasEnded && (m_finished.name == "ENTITIES" || m_finished.name == "BLOCKS");
     else if (m_finished.kind == "ENDSEC")
         m_isInDrawing = false;
     else if (m_finished.kind == "DIMSTYLE")
@@ -119,7 +123,7 @@ void EntityReader::finishRecord()
 EntityStyle EntityReader::style()
 {
     EntityStyle style;
-    style.layer = layerIndex(attributes.getLayer());
+    style.layer = layerIndex(m_finished.layer);
     style.color = entityColor(attributes.getColor(), attributes.getColor24());
     style.lineWeight = attributes.getWidth();
     style.linetype = linetypeIndex(attributes.getLinetype());
@@ -199,9 +203,15 @@ void EntityReader::addLinetype(const DL_LinetypeData &data)
     m_linetypeIndexes.clear();
 }
 
+/// dxflib tells of entities wherever they stand; the database knows those of two sections.
+bool EntityReader::isShown() const
+{
+    return m_isInDrawing && m_finished.isVisible();
+}
+
 void EntityReader::add(Entity entity)
 {
-    if (!m_finished.isVisible())
+    if (!isShown())
         return;
     entity.style = style();
     entity.record = m_finished.number;
@@ -342,7 +352,7 @@ void EntityReader::add3dFace(const DL_3dFaceData &data)
 
 void EntityReader::addPolyline(const DL_PolylineData &data)
 {
-    if (!m_finished.isVisible())
+    if (!isShown())
         return;
     // dxflib tells the height of one kind only.
     const double height = m_finished.kind == "POLYLINE" ? m_finished.height : data.elevation;

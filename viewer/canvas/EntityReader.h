@@ -101,6 +101,7 @@ private:
     int blockIndex(const std::string &name);
     int linetypeIndex(const std::string &name);
 
+    bool isShown() const;
     void add(Entity entity);
     void addPath(SpacePath &&path, Entity::Kind kind = Line{});
     void add(PlacedText &&text);
@@ -127,6 +128,7 @@ private:
     DxfRecord m_record;   ///< the one that is being read
     DxfRecord m_finished; ///< the one that dxflib tells of
     bool m_isInDrawing = false;
+    bool m_hasEnded = false; ///< dxflib reads on behind the end mark
     QMap<QString, int> m_unknown;
 
     std::optional<PolylineBuilder> m_polyline;
