@@ -496,6 +496,9 @@ void TestDrawings::lineInFace()
     QCOMPARE(picture.item.entityAt({30, 20}, 2), 1);
     picture.item.setProjection(projectionOf(ViewDirection::Bottom));
     QCOMPARE(picture.painted({50, 50}, 1, {-41, 0}).pixelColor(20, 20), QColor(Qt::white));
+    Picture folded(file({}, face({"0 0 0", "40 0 0", "40 40 0", "36 10 0"}, "8 Red")));
+    folded.item.setFaceStyle(FaceStyle::Flat);
+    QCOMPARE(folded.item.entityAt({30, 15}, 1), 0);
 }
 
 void TestDrawings::allSides_data()

@@ -62,8 +62,14 @@ std::vector<Area> areasOf(const Faces &faces, const SpaceTransform &toPicture, F
     if (style == FaceStyle::Wireframe)
         return areas;
     for (const std::array<int, 4> &corners : faces.corners) {
-        const auto at = [&](int i) { return faces.points[std::size_t(corners[i])]; };
-        areas.push_back({seenPolygon({at(0), at(1), at(2), at(3)}, toPicture)});
+        const auto at = [&](int i) { return toPicture.map(faces.points[std::size_t(corners[i])]); };
+        areas.push_back({seenPolygon({at(0), at(1), at(2), at(3)}, {})});
+        // Of a folded face the triangles that are painted lie above one another.
+        const SpacePoint across = at(2) - at(0);
+        if (cross(at(1) - at(0), across).z * cross(across, at(3) - at(0)).z < 0) {
+            areas.push_back({seenPolygon({at(0), at(1), at(2)}, {})});
+            areas.push_back({seenPolygon({at(0), at(2), at(3)}, {})});
+        }
     }
     return areas;
 }
