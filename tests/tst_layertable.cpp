@@ -603,7 +603,7 @@ void tst_LayerTable::isolation()
     isolate();
     m_table->selectAll();
     m_search->setText("d*");
-    QVERIFY(!answer("noBtn", isolate).isEmpty());
+    QVERIFY(!answer("noBtn", isolate, isolate).isEmpty());
     QCOMPARE(m_gestures.takeLast(), QString("Isolate layer 2/0 Doors,wall-1"));
     QVERIFY(!answer("noBtn", isolate).isEmpty());
     m_search->clear();

@@ -73,6 +73,10 @@ FlagGestures::Guard FlagGestures::change(const Text &text, FlagOrders &orders, c
         const auto place = orders.begin() + guarded;
         const FlagOrder current = *place;
         orders.erase(place);
+        if (m_dialog->isVisible()) { // it is about another gesture, and would switch this one's layer
+            orders.clear();
+            return Guard::Declined;
+        }
         const bool isToBeOff = current.wanted == oneFlag(OnColumn, false);
         return isToBeOff ? switchOff(text, current, orders, show)
                          : freeze(text, current, orders, show);
