@@ -271,13 +271,28 @@ void removeSection(Profile &profile, const QString &section)
         replace(profile, {range.begin - 1, range.end}, {});
 }
 
+/// What is left of a file can look like one in another encoding: that one becomes UTF-8, with a mark.
+QByteArray bytesOf(const Profile &profile)
+{
+    QByteArray bytes = profile.mark;
+    QString text;
+    for (const Line &line : profile.lines) {
+        bytes += line.bytes;
+        text += line.text;
+    }
+    Profile reader;
+    findEncoding(reader, bytes);
+    const bool isSame = reader.codec == profile.codec && reader.mark == profile.mark;
+    return isSame || reader.decoded(bytes.mid(reader.mark.size())) == text
+                   ? bytes
+                   : "\xef\xbb\xbf" + text.toUtf8();
+}
+
 bool save(const Profile &profile)
 {
     if (!profile.isEncodable)
         return fail(OvKernel32::ErrorNoUnicodeTranslation, false);
-    QByteArray bytes = profile.mark;
-    for (const Line &line : profile.lines)
-        bytes += line.bytes;
+    const QByteArray bytes = bytesOf(profile);
     const int error = OvCc::Files::replaceFile(QFile::encodeName(profile.path), bytes);
     return error == 0 || failErrno(error);
 }
@@ -331,6 +346,19 @@ bool isWritable(const wchar_t *text)
     return !text || (OvCc::Kernel32::isWellFormed(text) && !std::wcspbrk(text, L"\r\n"));
 }
 
+/// Whether a section of that name is read as one.
+bool isSection(const QString &name)
+{
+    return sectionName('[' + name + ']') == name;
+}
+
+/// Whether a value of that key is read as one.
+bool isEntry(const QString &key, const wchar_t *value)
+{
+    const QString line = key + '=' + QString::fromWCharArray(value);
+    return !key.isEmpty() && !isHeader(line) && keyName(line) == key;
+}
+
 } // namespace
 
 Dword OvKernel32::getPrivateProfileString(const wchar_t *section, const wchar_t *key,
@@ -380,6 +408,8 @@ OvKernel32::Bool OvKernel32::writePrivateProfileString(const wchar_t *section, c
 {
     if (!section || !isWritable(section) || !isWritable(key) || !isWritable(value))
         return fail(ErrorInvalidParameter, false);
+    if (key && value && !(isSection(named(section)) && isEntry(named(key), value)))
+        return fail(ErrorInvalidParameter, false);
     return changeProfile(file, [section, key, value](Profile &profile) {
         if (!key)
             removeSection(profile, named(section));
@@ -393,11 +423,11 @@ OvKernel32::Bool OvKernel32::writePrivateProfileString(const wchar_t *section, c
 OvKernel32::Bool OvKernel32::writePrivateProfileSection(const wchar_t *section,
                                                         const wchar_t *entries, const wchar_t *file)
 {
-    if (!section || !isWritable(section))
+    if (!section || !isWritable(section) || (entries && !isSection(named(section))))
         return fail(ErrorInvalidParameter, false);
     QStringList texts;
     for (const wchar_t *next = entries; next && *next; next += std::wcslen(next) + 1) {
-        if (!isWritable(next))
+        if (!isWritable(next) || isHeader(QString::fromWCharArray(next)))
             return fail(ErrorInvalidParameter, false);
         texts.append(QString::fromWCharArray(next));
     }

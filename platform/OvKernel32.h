@@ -254,10 +254,12 @@ public:
     static Dword getPrivateProfileSectionNames(wchar_t *buffer, Dword size, const wchar_t *file);
     /// Sets a value; removes the key without a @p value, the section without a @p key. The file is
     /// replaced whole or not at all, never if it can't be read; what is not changed keeps its bytes
-    /// and its place. Text with a line break is refused.
+    /// and its place. Text with a line break is refused, and so is what would be read as something else:
+    /// a section's name with a `]`, an empty key, or a key with a `=`, a `;` in front or that begins a
+    /// section. A file that could then be taken for one in another encoding becomes UTF-8 with a mark.
     static Bool writePrivateProfileString(const wchar_t *section, const wchar_t *key,
                                           const wchar_t *value, const wchar_t *file);
-    /// Replaces all lines of a section, comments included.
+    /// Replaces all lines of a section, comments included. What is no line of a section is refused.
     /// @param entries "key=value" texts, each with a NUL and one more at the end
     static Bool writePrivateProfileSection(const wchar_t *section, const wchar_t *entries,
                                            const wchar_t *file);

@@ -381,6 +381,9 @@ void tst_Platform::profileKeepsTheFile()
              "\xef\xbb\xbf;\xe4\n[b]\n\xff=\xc3\nY =2\n"},
             {QByteArray("\xff\xfe[\0b\0]\0\n\0\x01\n\0\x01r", 15),
              QByteArray("\xff\xfe[\0b\0]\0\n\0\x01\n\0\x01r\0\n\0y\0=\0\x32\0\n\0", 26)},
+            // what is left would be UTF-8, and not the Latin-1 that it is
+            {"[b]\ny=\xe9\n;\xc3\xa4\n", "\xef\xbb\xbf[b]\ny=2\n;\xc3\x83\xc2\xa4\n"},
+            {"[a]\nx=\xe9\n\xc3\xa4", "\xef\xbb\xbf[a]\n\xc3\x83\xc2\xa4\n[b]\ny=2\n"},
             {"", "[b]\r\ny=2\r\n"}};
     const std::wstring file = at("keep.ini");
     const auto set = [&file](const wchar_t *value) {
@@ -393,6 +396,21 @@ void tst_Platform::profileKeepsTheFile()
         QCOMPARE(errorOf(2, [&] { return K::getPrivateProfileInt(L" B ", L"y", 7, file.c_str()); }),
                  12345U);
         QCOMPARE(errorOf(0, [&] { return set(L"3\n[c]"); }), 87U);
+        for (const auto &[section, key] :
+             {std::pair(L"c]", L"x"), {L"b", L""}, {L"b", L"p=q"}, {L"b", L";x"}, {L"b", L"[x"}}) {
+            QCOMPARE(errorOf(0,
+                             [&, section = section, key = key] {
+                                 return K::writePrivateProfileString(section, key, L"]",
+                                                                     file.c_str());
+                             }),
+                     87U);
+        }
+        QCOMPARE(errorOf(0,
+                         [&] {
+                             return K::writePrivateProfileSection(L"b", L"x=1\0[c]\0",
+                                                                  file.c_str());
+                         }),
+                 87U);
         QCOMPARE(read("keep.ini"), after);
         const bool isLatin1 = before.startsWith("[\xe4");
         QCOMPARE(isLatin1 ? errorOf(0, [&] { return set(L"\x6587"); }) : 1113U, 1113U);
