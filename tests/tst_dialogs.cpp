@@ -85,6 +85,12 @@ private slots:
     void lineTypeChoice();
     void answers_data();
     void answers();
+    /// A host may delete all windows before the application ends.
+    void cleanupTestCase()
+    {
+        LayerDelegate();
+        qDeleteAll(QApplication::topLevelWidgets());
+    }
 };
 
 void tst_Dialogs::warningAnswers_data()

@@ -19,16 +19,17 @@ namespace {
 /// How a question ends that was dropped; it is neither "Yes" nor "No".
 constexpr int dropped = QDialog::Accepted + 1;
 
-/// Dialogs that must outlive whoever shows them, but not the application.
-QList<QWidget *> &lastingDialogs()
+/// Dialogs that must outlive whoever shows them, but not the application; null where the host has deleted
+/// one itself, as all top-level widgets at its end.
+QList<QPointer<QWidget>> &lastingDialogs()
 {
-    static QList<QWidget *> dialogs;
+    static QList<QPointer<QWidget>> dialogs;
     return dialogs;
 }
 
 LayerWarningDialog *createWarningDialog()
 {
-    QList<QWidget *> &dialogs = lastingDialogs();
+    QList<QPointer<QWidget>> &dialogs = lastingDialogs();
     if (dialogs.isEmpty()) {
         qAddPostRoutine([] {
             qDeleteAll(lastingDialogs());
