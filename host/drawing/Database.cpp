@@ -8,10 +8,10 @@
 
 #include <QGlobalStatic>
 #include <QHash>
-#include <QMutex>
 
 #include <algorithm>
 #include <iterator>
+#include <mutex>
 #include <vector>
 
 using namespace Kcore;
@@ -29,25 +29,25 @@ class Registry
 public:
     std::uint32_t add(KcDbDatabase *database)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_databases.insert(++m_last, database);
         return m_last;
     }
 
     void remove(std::uint32_t serial)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_databases.remove(serial);
     }
 
     const KcDbDatabase *find(std::uint32_t serial) const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return m_databases.value(serial);
     }
 
 private:
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QHash<std::uint32_t, KcDbDatabase *> m_databases;
     std::uint32_t m_last = 0;
 };
