@@ -11,7 +11,7 @@
 
 /// A text, just enough for the collections: CStringList, CStringArray, CMapStringToPtr and
 /// CMapStringToString. Null pointers make an empty one; narrow text is UTF-8. `+` puts two texts
-/// together, `==` and `!=` compare them.
+/// together, `==` and `!=` compare them. As the collections do, a text belongs to one thread at a time.
 ///
 /// @ingroup platform
 class OVCC_EXPORT CString

@@ -20,7 +20,7 @@ class QUndoStack;
 
 /// The embedded host: a drawing database in memory with DXF files under it, for programs that have
 /// no CAD application around them. Everything here belongs to the GUI thread, but for newDrawing()
-/// and readDrawing(), which may run in any one thread that hands its drawing over.
+/// and readDrawing(), which may run in any threads at once that hand their drawings over.
 ///
 /// N is the number of layers, F the size of the file.
 ///

@@ -17,6 +17,7 @@ namespace OvCc {
 
 /// What the layers of a drawing are like: the flags, colour, linetype and lineweight of each, by its name,
 /// and which one is current. A value, copied at no cost; a state of one drawing may be restored in another.
+/// Each thread may have its copy; capture() and restore() belong to the GUI thread.
 ///
 /// It knows layers by their names, told apart to the letter. In JSON it is an object for people to read:
 ///

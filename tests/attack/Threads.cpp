@@ -8,7 +8,7 @@
 #include <OvCustomControl/LayerState.h>
 #include <OvCustomControl/Platform.h>
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTemporaryDir>
 
 #include <atomic>
@@ -116,7 +116,7 @@ int main(int argc, char **argv)
     const auto end = now() + std::chrono::seconds(argc > 1 ? std::atoi(argv[1]) : 20);
     const int seed = argc > 2 ? std::atoi(argv[2]) : int(now().time_since_epoch().count() % 100000);
     std::printf("seed %d\n", seed);
-    const QCoreApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     const QTemporaryDir temporary;
     folder = temporary.path().toStdWString();
     std::vector<std::thread> threads;
