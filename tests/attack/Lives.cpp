@@ -73,7 +73,8 @@ std::vector<Kind> allKinds()
              LayerLineTypeDialog, LayerWarningDialog>(kinds);
     QPluginLoader plugin(OVCC_DESIGNER_PLUGIN);
     const auto *offer = qobject_cast<QDesignerCustomWidgetCollectionInterface *>(plugin.instance());
-    for (QDesignerCustomWidgetInterface *each : offer->customWidgets())
+    const auto widgets = offer->customWidgets();
+    for (QDesignerCustomWidgetInterface *each : widgets)
         kinds.push_back({each->name().toLatin1(), [each] { return each->createWidget(nullptr); }});
     return kinds;
 }
@@ -101,7 +102,8 @@ void live(Kind &kind, bool isFirst)
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
-    for (QWidget *left : QApplication::topLevelWidgets()) {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *left : windows) {
         dialogs -= int(left->inherits("OvCc::LayerWarningDialog"));
         delete left;
     }
