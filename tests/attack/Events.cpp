@@ -222,7 +222,7 @@ QString findIn(const QString &report, const QProcess &process)
 }
 
 /// Call stacks are short as a rule, which is five times as fast. A leak is looked at once more with
-/// whole ones, which tests/leaks.supp goes by.
+/// whole ones, which cmake/suppressions goes by.
 Outcome Attacker::play(const QVector<Event> &events, bool withWholeStacks) const
 {
     QFile file(m_fileName);
