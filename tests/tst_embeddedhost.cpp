@@ -371,6 +371,8 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
                              "[0 X|5 2C|102 {ACAD_REACTORS|330 C|102 }|330 2A|>])");
     row("erase B", layers("[0 LAYER|5 1B|102 {ACAD_XDICTIONARY|360 2A|102 }|2 B|>]")
                            + "(OBJECTS|0 DICTIONARY|5 2A|330 C|0 X|5 2B|330 1B|)");
+    row("off 0",
+        "(TABLES|0 TABLE|2 LAYER|70 [x>1]|[>0 LAYER|2 0|70 0|62 -7|6 Continuous|]0 ENDTAB|)");
     row("rename B>X;erase X;rename A>Y", layers("0 LAYER|2 [A>Y]|[0 LAYER|2 B|>]") + frozen);
 
     // The entity's number is 8.

@@ -557,6 +557,9 @@ void tst_LayerTable::clicksOnSelection()
     clickCell("Doors", {});
     QCOMPARE(m_table->selectedLayers(), QStringList{"Doors"});
     QVERIFY(m_gestures.takeLast() == "Switch layer off 1/0 Doors" && rows() == layerRows());
+    m_table->selectAll();
+    click(rowOf("Doors"), ColorColumn); // no flag
+    QVERIFY(m_table->selectedLayers() == QStringList{"Doors"} && m_gestures.size() == 2);
 }
 
 /// "0" is asked of once, whatever is selected with it.

@@ -106,7 +106,8 @@ private:
     K::Handle open(const char *name, K::Dword access = readWrite,
                    K::Dword disposition = K::OpenAlways) const
     {
-        return K::createFile(at(name).c_str(), access, 0, nullptr, disposition, 0, 0);
+        return K::createFile(at(name).c_str(), access, 0, nullptr, disposition,
+                             K::FileAttributeArchive | K::FileAttributeNormal, 0);
     }
     void write(const char *name, const QByteArray &bytes) const
     {
@@ -384,6 +385,7 @@ void tst_Platform::profileKeepsTheFile()
             // what is left would be UTF-8, and not the Latin-1 that it is
             {"[b]\ny=\xe9\n;\xc3\xa4\n", "\xef\xbb\xbf[b]\ny=2\n;\xc3\x83\xc2\xa4\n"},
             {"[a]\nx=\xe9\n\xc3\xa4", "\xef\xbb\xbf[a]\n\xc3\x83\xc2\xa4\n[b]\ny=2\n"},
+            {"[b]\ny=1\n;\xc3", "[b]\ny=2\n;\xc3"}, // half a character alone is none of UTF-8
             {"", "[b]\r\ny=2\r\n"}};
     const std::wstring file = at("keep.ini");
     const auto set = [&file](const wchar_t *value) {
@@ -412,7 +414,7 @@ void tst_Platform::profileKeepsTheFile()
                          }),
                  87U);
         QCOMPARE(read("keep.ini"), after);
-        const bool isLatin1 = before.startsWith("[\xe4");
+        const bool isLatin1 = before.startsWith("[\xe4") || before.endsWith(";\xc3");
         QCOMPARE(isLatin1 ? errorOf(0, [&] { return set(L"\x6587"); }) : 1113U, 1113U);
     }
 }
@@ -479,6 +481,14 @@ void tst_Platform::profileBuffers()
     QCOMPARE(read("file.ini"), QByteArray("[two]"));
     QCOMPARE(errorOf(0, [&] { return K::getPrivateProfileSectionNames(nullptr, 9, file.c_str()); }),
              87U);
+    for (const auto &[name, entries] : {std::pair(L"a\nb", L"k=1\0"), {L"a", L"k\n=1\0"}}) {
+        const wchar_t *const texts[] = {name, entries};
+        QCOMPARE(errorOf(0,
+                         [&] {
+                             return K::writePrivateProfileSection(texts[0], texts[1], file.c_str());
+                         }),
+                 87U);
+    }
 }
 
 void tst_Platform::codePagesMatchIconv()
@@ -688,6 +698,8 @@ void tst_Platform::splitAndMake()
     QCOMPARE(K::wsplitpathS(L"/ab.c", nullptr, 0, nullptr, 0, small, 2, nullptr, 0), ERANGE);
     QCOMPARE(std::wstring(small, 3), std::wstring(L"\0##", 3));
     QCOMPARE(K::wmakepathS(small, 2, L"C", L"x", nullptr, nullptr), ERANGE);
+    QCOMPARE(K::splitpath(QByteArray(256, 'x').constData(), drive, folder, name, extension),
+             ERANGE);
     QCOMPARE(K::splitpath(nullptr, drive, folder, name, extension), EINVAL);
 }
 
