@@ -409,6 +409,7 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
            "100 X|[62 3|>][370 4|>][6 X|>]1001 ACAD|1070 62");
     entity("set 8 color 1", r2000, "5 F|100 AcDbEntity|[>62 1|]100 X|[62 3|>]");
     entity("set 8 color 1", r2000, "5 F|8 0|[>62 1|]100 X|[62 3|>]");
+    entity("set 8 color 1", r2000, "5 F|100 X|8 0|62 [3>1]|10 0");
     const QByteArray foreign = "5 F|100 AcDbEntity|%1100 AcDbLine|8 0|";
     const auto misplaced = [foreign](const char *added) {
         return QByteArray(foreign).replace("%1", added);

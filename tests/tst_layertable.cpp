@@ -347,6 +347,9 @@ void tst_LayerTable::model()
     QVERIFY(!model.setData(model.index(1, 2), "x", Qt::DisplayRole));
     QVERIFY(model.setData(model.index(0, 1), 5, Qt::DisplayRole));
     QCOMPARE(rows.at(0).at(1), QStringLiteral("5"));
+    const QModelIndex gone = model.index(1, 0);
+    rows.removeLast();
+    QVERIFY(!gone.data().isValid() && !model.setData(gone, "x", Qt::DisplayRole));
     QCOMPARE(changes.count(), 1);
 }
 
@@ -996,6 +999,10 @@ void tst_LayerTable::editedNames()
         m_frozen->closePersistentEditor(m_model->index(0, column));
     }
     QCOMPARE(told.join(' '), QString("0>Y Y>YZ"));
+    told.clear();
+    add("Vault");
+    m_table->renameLayer(); // what is being typed counts first
+    QCOMPARE(told.join(' '), QString("+Vault"));
 }
 
 /// It reloads or deletes inside a notification, while the user is asked, and while a name is edited.

@@ -320,6 +320,8 @@ void tst_Pickers::plainColors()
     picker.setCurrentIndex(7);
     QCOMPARE(picker.currentText(), QStringLiteral("White"));
     QCOMPARE(reports.count(), 2);
+    picker.setCurrentIndex(0);
+    QCOMPARE(reports.value(2), QVariantList{orange});
 
     const QPointer<ColorComboBox> gone = new ColorComboBox;
     answerDialog([&] { gone->setCurrentIndex(7); },
