@@ -109,8 +109,6 @@ RibbonGallery *BaseGallery::popupGallery() const
 
 void BaseGallery::itemChangedPressed(RibbonGalleryItem *item)
 {
-    if (checkedItem() == item)
-        return;
     setCheckedItem(item);
     if (m_d->popupGallery)
         m_d->popupGallery->setCheckedItem(item);

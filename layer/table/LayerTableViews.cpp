@@ -125,7 +125,6 @@ void LayerTableWidget::updateSectionHeight(int logicalIndex, int, int newSize)
 void LayerTableWidget::Private::setUp(QTableView &view)
 {
     QHeaderView *header = view.horizontalHeader();
-    header->setSectionsMovable(false);
     header->setHighlightSections(false);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setMinimumSectionSize(narrowestColumn);
