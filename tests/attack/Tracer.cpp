@@ -17,7 +17,14 @@
 
 static const char *const file = std::getenv("MUTATE_TRACE");
 static std::mutex mutex;
-static auto &reached = *new std::map<std::string, std::set<std::uintptr_t>>; // outlives what calls
+
+/// The places by function.
+static auto &reached()
+{
+    static auto &places =
+            *new std::map<std::string, std::set<std::uintptr_t>>; // outlives what calls
+    return places;
+}
 
 extern "C" void __sanitizer_cov_trace_pc()
 {
@@ -32,7 +39,7 @@ extern "C" void __sanitizer_cov_trace_pc()
     if (std::exchange(seen[(place ^ place >> 20) & 0xfffff], both) == both)
         return;
     const std::lock_guard lock(mutex);
-    reached[function].insert(place);
+    reached()[function].insert(place);
 }
 
 __attribute__((destructor)) static void write()
@@ -40,7 +47,7 @@ __attribute__((destructor)) static void write()
     if (!file)
         return;
     std::ofstream out(file + ('.' + std::to_string(getpid())));
-    for (const auto &[function, places] : reached) {
+    for (const auto &[function, places] : reached()) {
         for (const std::uintptr_t place : places) {
             Dl_info info;
             if (dladdr(reinterpret_cast<void *>(place), &info))
