@@ -148,8 +148,10 @@ void TestDrawings::textCodes()
 void TestDrawings::pictures_data()
 {
     // The insert of a block with one square, or nothing; that square; its colour; its places.
-    addTests({"by layer;;8 red;red;5,5", "own true colour;;8 Red|62 2|420 1193046;#123456;5,5",
-              "in paper space;;8 Red|67 1;;", "invisible;;8 Red|60 1;;",
+    addTests({"by layer;;8 red;red;5,5",
+              "own true colour;;8 Red|62 2|420 1193046;#123456;5,5",
+              "in paper space;;8 Red|67 1;;",
+              "invisible;;8 Red|60 1;;",
               "several layers;;102 {A|8 Blue|102 }|8 Red|8 Blue;red;5,5",
               "in another section;;60 1|0 ENDSEC|0 SECTION|2 X|0 SOLID|8 Red;;",
               "section named late;;60 1|0 ENDSEC|0 SECTION|5 1|2 ENTITIES|0 SOLID|8 Red;;",
@@ -157,9 +159,12 @@ void TestDrawings::pictures_data()
               "variable;;8 Blue|10 0|20 0|11 9|21 0|12 0|22 9|13 9|23 9|9 $X;blue;5,5",
               "insert's layer, not its colour;8 Red|62 4;8 0;red;5,5",
               "by block;8 Red|62 4;8 0|62 0;cyan;5,5",
-              "by block from layer;8 Red;8 Blue|62 0;red;5,5", "insert off;8 Off;8 Blue;blue;5,5",
-              "insert off, layer 0;8 Off;8 0;;", "insert frozen;8 Frozen;8 Blue;;",
-              "off in a block;8 Red;8 Off;;", "frozen in a block;8 Red;8 Frozen;;",
+              "by block from layer;8 Red;8 Blue|62 0;red;5,5",
+              "insert off;8 Off;8 Blue;blue;5,5",
+              "insert off, layer 0;8 Off;8 0;;",
+              "insert frozen;8 Frozen;8 Blue;;",
+              "off in a block;8 Red;8 Off;;",
+              "frozen in a block;8 Red;8 Frozen;;",
               "turned;8 Red|10 50|20 50|50 90;8 0;red;45,55",
               "scaled;8 Red|10 50|20 50|41 -1|42 -1;8 0;red;45,45",
               "mirrored;8 Red|10 -50|20 50|210 0|220 0|230 -1;8 0;red;45,55",
