@@ -303,6 +303,7 @@ void TestEmbeddedHost::changesOnlyWhatChanged_data()
     record("off A;unoff A;add B;current B;current 0;erase B", r2000, "62 5");
     record("erase B", r12, "62 5|[0 LAYER|2 B|62 5|0 LAYER|2 b|>]999 about C|0 LAYER|2 C");
     row("current 0", header(r12, "9 $CLAYER|8 [a>0]") + layers("0 LAYER|2 A"));
+    row("current A", header(r12, "9 $CLAYER|8 [0>A]|9 $CLAYER|8 [0>A]") + layers("0 LAYER|2 A"));
     row("current A", header(r12, "[>9 $CLAYER|8 A|]") + layers("0 LAYER|2 A"));
     row("current A", "[>(HEADER|9 $CLAYER|8 A|)]" + layers("0 LAYER|2 A"));
     const QByteArray added = "[>0 LAYER|2 B|70 0|62 7|6 Continuous|]";

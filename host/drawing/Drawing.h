@@ -180,13 +180,13 @@ struct Drawing
     QString missingCurrentLayer; ///< the name in $CLAYER, where the file has no such layer
     int currentViewport = -1;    ///< in paper space; -1 when there is none
 
-    quint64 nextHandle = 1;      ///< above every handle of the file
-    ByteRange currentLayerValue; ///< of $CLAYER
-    ByteRange nextHandleValue;   ///< of $HANDSEED
-    int firstGroup = 0;          ///< where the file's groups begin
-    int headerEnd = -1;          ///< its ENDSEC; -1 without a header, as with the other ends
-    int bodyBegin = 0;           ///< the first section that belongs behind the tables
-    int tablesEnd = -1;          ///< its ENDSEC
+    quint64 nextHandle = 1;                    ///< above every handle of the file
+    std::vector<ByteRange> currentLayerValues; ///< of $CLAYER, which may be there twice
+    ByteRange nextHandleValue;                 ///< of $HANDSEED
+    int firstGroup = 0;                        ///< where the file's groups begin
+    int headerEnd = -1; ///< its ENDSEC; -1 without a header, as with the other ends
+    int bodyBegin = 0;  ///< the first section that belongs behind the tables
+    int tablesEnd = -1; ///< its ENDSEC
     SymbolTable layerTable;
     SymbolTable applicationTable;
     bool hasDescriptions = false;         ///< the table has the application kDescriptionApplication

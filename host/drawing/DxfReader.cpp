@@ -162,7 +162,7 @@ void DxfReader::readVariable(std::string_view name)
         m_codePage = {m_cursor.group(), m_cursor.line()};
     } else if (name == "$CLAYER" && m_cursor.code() == 8) {
         m_currentLayer = {m_cursor.group(), m_cursor.line()};
-        m_drawing.currentLayerValue = m_cursor.group().value;
+        m_drawing.currentLayerValues.push_back(m_cursor.group().value);
     } else if (name == "$HANDSEED" && m_cursor.code() == 5) {
         m_handleSeed = toHandle(m_cursor.value());
         m_drawing.nextHandleValue = m_cursor.group().value;

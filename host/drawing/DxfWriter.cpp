@@ -103,10 +103,10 @@ void DxfWriter::editHeader()
                          && m_drawing.findLayer(m_drawing.missingCurrentLayer) >= 0;
     if (m_drawing.currentLayer != m_drawing.storedCurrentLayer || current.isRenamed || isFound) {
         const QByteArray name = m_drawing.nameBytes(current);
-        if (m_drawing.currentLayerValue.isNull())
+        if (m_drawing.currentLayerValues.empty())
             added += style.group(9, "$CLAYER") + style.group(8, name);
-        else
-            m_edits.replace(m_drawing.currentLayerValue, name);
+        for (const ByteRange &value : m_drawing.currentLayerValues)
+            m_edits.replace(value, name);
     }
     if (hasHandles() && (!m_newLayers.empty() || m_addsApplication)) {
         const QByteArray seed = handleText(handleSeed());
