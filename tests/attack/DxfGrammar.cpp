@@ -135,7 +135,8 @@ struct Writer
     /// @param chance of a group with a "?" to be there, one in so many
     void add(const QByteArray &groups, int chance = 2)
     {
-        for (const QByteArray &group : groups.split('|')) {
+        const QList<QByteArray> texts = groups.split('|');
+        for (const QByteArray &group : texts) {
             const bool isOptional = group.startsWith('?');
             const QByteArray what = group.mid(isOptional ? 1 : 0);
             if (what.isEmpty() || (isOptional && choices.below(chance) != 0))

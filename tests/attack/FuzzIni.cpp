@@ -54,10 +54,12 @@ QStringList listOf(const QString &list)
 Sections sectionsIn(const std::wstring &file)
 {
     Sections sections;
-    for (const QString &name : listOf(readExactly(nullptr, nullptr, file))) {
+    const QStringList names = listOf(readExactly(nullptr, nullptr, file));
+    for (const QString &name : names) {
         const std::wstring section = name.toStdWString();
         Entries &entries = sections[name];
-        for (const QString &key : listOf(readExactly(section.c_str(), nullptr, file)))
+        const QStringList keys = listOf(readExactly(section.c_str(), nullptr, file));
+        for (const QString &key : keys)
             entries[key] = readExactly(section.c_str(), key.toStdWString().c_str(), file);
     }
     return sections;

@@ -87,7 +87,8 @@ void restore(World &world, const LayerState &state, bool isByLink)
     const int steps = undo.index();
     const QStringList refused = isByLink ? world.link.restore(state) : state.restore();
     const LayerState after = LayerState::capture();
-    for (const QString &name : before.names() + state.names()) {
+    const QStringList either = before.names() + state.names();
+    for (const QString &name : either) {
         const LayerState::Layer was = before.layer(name);
         LayerState::Layer wanted = state.contains(name) ? state.layer(name) : was;
         const bool isFrozenCurrent = !wanted.isThawed && name == after.currentLayer();

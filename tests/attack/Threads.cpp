@@ -23,7 +23,12 @@ using K = OvKernel32;
 namespace {
 
 std::atomic<int> finds, jobsDone;
-std::wstring folder;
+const std::wstring &folder()
+{
+    static const QTemporaryDir temporary;
+    static const std::wstring path = temporary.path().toStdWString();
+    return path;
+}
 
 void require(bool holds, const char *what)
 {
@@ -34,7 +39,7 @@ void require(bool holds, const char *what)
 /// One file for all threads, each with a key of its own.
 void writeProfile(int number)
 {
-    const std::wstring file = folder + L"/shared.ini", key = std::to_wstring(number % 8);
+    const std::wstring file = folder() + L"/shared.ini", key = std::to_wstring(number % 8);
     const std::wstring value = std::to_wstring(number);
     wchar_t buffer[20];
     require(K::writePrivateProfileString(L"a", key.c_str(), value.c_str(), file.c_str()),
@@ -45,7 +50,7 @@ void writeProfile(int number)
 
 void writeFile(int number)
 {
-    const std::wstring name = folder + L"/" + std::to_wstring(number);
+    const std::wstring name = folder() + L"/" + std::to_wstring(number);
     K::Dword count = 0;
     const K::Handle file =
             K::createFile(name.c_str(), K::GenericWrite, 0, nullptr, K::CreateAlways, 0, 0);
@@ -117,8 +122,6 @@ int main(int argc, char **argv)
     const int seed = argc > 2 ? std::atoi(argv[2]) : int(now().time_since_epoch().count() % 100000);
     std::printf("seed %d\n", seed);
     const QGuiApplication application(argc, argv);
-    const QTemporaryDir temporary;
-    folder = temporary.path().toStdWString();
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([=] {
