@@ -6,7 +6,6 @@
 #include "layer/data/HostNotice.h"
 
 #include <OvCustomControl/LayerDelegate.h>
-#include <OvCustomControl/LayerWarningDialog.h>
 #include <OvCustomControl/OvLayerUtility.h>
 
 #include <QApplication>
@@ -74,7 +73,7 @@ FlagGestures::Guard FlagGestures::change(const Text &text, FlagOrders &orders, c
         const auto place = orders.begin() + guarded;
         const FlagOrder current = *place;
         orders.erase(place);
-        if (m_dialog->isVisible()) { // it is about another gesture, and would switch this one's layer
+        if (isAsking()) { // it is about another gesture, and would switch this one's layer
             orders.clear();
             return Guard::Declined;
         }
@@ -102,7 +101,7 @@ void FlagGestures::tell(const QPointer<LayerDelegate> &delegate, const QStringLi
 
 void FlagGestures::dropQuestion()
 {
-    if (m_dialog->isVisible())
+    if (isAsking())
         m_dialog->done(dropped);
 }
 
@@ -119,9 +118,9 @@ FlagGestures::Guard FlagGestures::switchOff(const Text &text, const FlagOrder &c
         begin(delegate, text(count));
         before = layerFlag(current.name, OnColumn);
     };
-    const auto begun = QObject::connect(m_dialog, &LayerWarningDialog::aboutToSwitch, switching);
-    m_dialog->setIsOn(true);
-    m_dialog->setLayerName(current.name);
+    const auto begun = QObject::connect(dialog(), &LayerWarningDialog::aboutToSwitch, switching);
+    dialog()->setIsOn(true);
+    dialog()->setLayerName(current.name);
     const int answer = ask(LayerDelegate::tr("The current layer is turned off."), true);
     QObject::disconnect(begun);
 
@@ -168,9 +167,22 @@ FlagGestures::Guard FlagGestures::freeze(const Text &text, const FlagOrder &curr
 /// @return what the dialog ends with; the delegate may be gone then, but not the dialog
 int FlagGestures::ask(const QString &text, bool isQuestion)
 {
-    m_dialog->setButtonStatus(isQuestion);
-    m_dialog->setTipsText(text);
-    return m_dialog->exec();
+    dialog()->setButtonStatus(isQuestion);
+    dialog()->setTipsText(text);
+    return dialog()->exec();
+}
+
+bool FlagGestures::isAsking() const
+{
+    return m_dialog && m_dialog->isVisible();
+}
+
+/// Another one where the host has deleted it.
+LayerWarningDialog *FlagGestures::dialog()
+{
+    if (!m_dialog)
+        m_dialog = createWarningDialog();
+    return m_dialog;
 }
 
 } // namespace OvCc

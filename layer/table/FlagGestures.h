@@ -5,6 +5,8 @@
 
 #include "layer/data/LayerFlags.h"
 
+#include <OvCustomControl/LayerWarningDialog.h>
+
 #include <QPointer>
 #include <QString>
 #include <QStringList>
@@ -14,7 +16,6 @@
 namespace OvCc {
 
 class LayerDelegate;
-class LayerWarningDialog;
 
 /// Changes of flags by the user of a layer table, of one layer or of many. Each stands between
 /// changesBegin() and changesEnd() of the delegate, and layersToggled() follows where anything is
@@ -57,8 +58,11 @@ private:
     Guard freeze(const Text &text, const FlagOrder &current, FlagOrders &others, const Show &show);
     int ask(const QString &text, bool isQuestion);
 
+    bool isAsking() const;
+    LayerWarningDialog *dialog();
+
     LayerDelegate *const m_delegate;
-    LayerWarningDialog *const m_dialog;
+    QPointer<LayerWarningDialog> m_dialog;
 };
 
 } // namespace OvCc
