@@ -8,121 +8,122 @@
 #include <OvCustomControl/OvKernel32.h>
 
 #include <QAction>
+#include <QDir>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-
-#include <map>
+#include <QSettings>
+#include <QTextCodec>
 
 using K = OvKernel32;
 
 namespace {
 
-struct AnyCase
+/// What the program under test reads: a text, or a list with a NUL behind each.
+template <typename Read>
+std::wstring whole(Read read)
 {
-    bool operator()(const QString &one, const QString &other) const
-    {
-        return one.compare(other, Qt::CaseInsensitive) < 0;
-    }
-};
-using Entries = std::map<QString, QString, AnyCase>;
-using Sections = std::map<QString, Entries, AnyCase>;
+    static wchar_t buffer[5000];
+    return {buffer, read(buffer, K::Dword(std::size(buffer)))};
+}
 
-K::Dword sizeOfBuffers = 1;
-
-/// Reads into a buffer of that size, and compares with what a large one gets.
-QString readExactly(const wchar_t *section, const wchar_t *key, const std::wstring &file)
+/// A smaller buffer gets the start of it, in front of one NUL after a text, and two after a list.
+template <typename Read>
+void readInto(K::Dword size, K::Dword nuls, Read read)
 {
-    static wchar_t large[10000];
-    const auto read = [&](wchar_t *buffer, K::Dword size) {
-        return K::getPrivateProfileString(section, key, L"none ", buffer, size, file.c_str());
-    };
-    const K::Dword all = read(large, 10000), size = sizeOfBuffers, nuls = section && key ? 1 : 2;
-    const bool isCut = size <= all;
+    const std::wstring all = whole(read);
+    const bool isCut = size <= all.size();
     const auto buffer = exactly(std::wstring(size, L'#'), size);
-    const K::Dword count = read(buffer.get(), size);
-    require(count == (!isCut ? all : size < nuls ? 0 : size - nuls), "it tells how much it is");
-    require(std::equal(large, large + count, buffer.get()) && !buffer[count], "it is the start");
-    require(nuls < 2 || size < 2 || !buffer[isCut || !all ? count + 1 : count - 1], "a list ends");
-    return QString::fromWCharArray(large, int(all));
+    const size_t count = read(buffer.get(), size);
+    require(count == (!isCut ? all.size() : size < nuls ? 0 : size - nuls), "it tells how much");
+    require(all.compare(0, count, buffer.get(), count) == 0 && !buffer[count], "it is the start");
+    require(nuls < 2 || size < 2 || !buffer[isCut || all.empty() ? count + 1 : count - 1],
+            "a list ends");
 }
 
-QStringList listOf(const QString &list)
+QString valueOf(const std::wstring &section, const std::wstring &key, const std::wstring &file,
+                const wchar_t *fallback)
 {
-    return list.split(QChar(0), Qt::SkipEmptyParts);
+    return QString::fromStdWString(whole([&](wchar_t *buffer, K::Dword size) {
+        return K::getPrivateProfileString(section.c_str(), key.c_str(), fallback, buffer, size,
+                                          file.c_str());
+    }));
 }
 
-Sections sectionsIn(const std::wstring &file)
+/// All that is in sections, each entry behind the name of its section.
+QStringList entriesOf(const std::wstring &file)
 {
-    Sections sections;
-    const QStringList names = listOf(readExactly(nullptr, nullptr, file));
-    for (const QString &name : names) {
-        const std::wstring section = name.toStdWString();
-        Entries &entries = sections[name];
-        const QStringList keys = listOf(readExactly(section.c_str(), nullptr, file));
-        for (const QString &key : keys)
-            entries[key] = readExactly(section.c_str(), key.toStdWString().c_str(), file);
+    QStringList names, entries;
+    const std::wstring all = whole([&](wchar_t *buffer, K::Dword size) {
+        return K::getPrivateProfileSectionNames(buffer, size, file.c_str());
+    });
+    for (const QString &name : QString::fromStdWString(all).split(QChar(0))) { // the last is none
+        if (names.contains(name, Qt::CaseInsensitive))
+            continue;
+        names.append(name);
+        const std::wstring found = whole([&](wchar_t *buffer, K::Dword size) {
+            return K::getPrivateProfileSection(name.toStdWString().c_str(), buffer, size,
+                                               file.c_str());
+        });
+        for (const QString &entry : QString::fromStdWString(found).split(QChar(0)))
+            entries.append(name + '\n' + entry);
+        entries.removeLast();
     }
-    return sections;
+    return entries;
 }
 
-QByteArray content(const QString &path)
+/// How many lie between those that are alike at both ends, before and now.
+template <typename List>
+std::pair<int, int> difference(const List &old, const List &now)
 {
-    QFile file(path);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Whether what lies between the lines that are alike at both ends is one line, and one or two now.
-bool isOneChange(const QByteArray &before, const QByteArray &after)
-{
-    const QList<QByteArray> old = before.split('\n'), now = after.split('\n');
     const auto head = std::mismatch(old.begin(), old.end(), now.begin(), now.end());
-    using Back = std::reverse_iterator<QList<QByteArray>::const_iterator>;
+    using Back = std::reverse_iterator<typename List::const_iterator>;
     const auto tail =
             std::mismatch(Back(old.end()), Back(head.first), Back(now.end()), Back(head.second));
-    return tail.first.base() - head.first <= 1 && tail.second.base() - head.second <= 2;
+    return {int(tail.first.base() - head.first), int(tail.second.base() - head.second)};
 }
 
 /// Sets a key, or removes it without a value, and looks that nothing else is changed.
-void change(const QString &path, const QString &section, const QString &key, const QString &value)
+/// @param isWhole whether the file has no NUL and no half a character
+void change(const QString &path, const std::wstring &section, const std::wstring &key,
+            const QString &value, bool isWhole)
 {
+    static const QRegularExpression quotes("^([\"'])(.*)\\1$");
+    constexpr const wchar_t *none = L"\x1f"; // which is in no input
     const std::wstring file = path.toStdWString();
-    const QByteArray before = content(path);
-    Sections expected = sectionsIn(file);
+    const QByteArray before = contentOf(path);
+    const QStringList entries = entriesOf(file);
+    const bool wasThere = valueOf(section, key, file, none) != QChar(0x1f);
     const bool isDone = K::writePrivateProfileString(
-            section.toStdWString().c_str(), key.toStdWString().c_str(),
-            value.isNull() ? nullptr : value.toStdWString().c_str(), file.c_str());
-    const QByteArray after = content(path);
+            section.c_str(), key.c_str(), value.isNull() ? nullptr : value.toStdWString().c_str(),
+            file.c_str());
+    const QByteArray after = contentOf(path);
     require(isDone || after == before, "a failure changes nothing");
-    const bool isWide = before.startsWith("\xff\xfe") || before.startsWith("\xfe\xff");
-    const bool isMarked = after.startsWith("\xef\xbb\xbf") && !before.startsWith("\xef\xbb\xbf");
-    require(isWide || isMarked || after.startsWith(before) || isOneChange(before, after),
-            "the rest stays byte for byte");
-    // Other names read as something else.
-    static const QRegularExpression plain("^[^]\\[;=\\s]+$"), quotes("^([\"'])(.*)\\1$");
-    if (!isDone || !plain.match(section).hasMatch() || !plain.match(key).hasMatch())
+    if (!isDone || !isWhole)
         return;
-    Sections found = sectionsIn(file);
-    if (!value.isNull())
-        expected[section][key] = value.trimmed().replace(quotes, "\\2");
-    for (Sections *sections : {&expected, &found}) {
-        if (value.isNull())
-            (*sections)[section].erase(key); // one that is there twice is there once now
+    const auto [oldLines, lines] = difference(before.split('\n'), after.split('\n'));
+    const bool isMarked = after.startsWith("\xef\xbb\xbf") && !before.startsWith("\xef\xbb\xbf");
+    const bool isWide =
+            QTextCodec::codecForUtfText(before, nullptr) && !before.startsWith("\xef\xbb\xbf");
+    require(isWide || isMarked || after.startsWith(before) || (oldLines <= 1 && lines <= 2),
+            "the rest stays byte for byte");
+    const auto [gone, added] = difference(entries, entriesOf(file));
+    if (value.isNull()) {
+        require(gone == int(wasThere) && added == 0, "a key is removed");
+    } else {
+        require(gone <= int(wasThere) && added <= 1, "a key is set");
+        require(valueOf(section, key, file, none) == value.trimmed().replace(quotes, "\\2"),
+                "what is written is read");
     }
-    require(found == expected, "what is written is read, and the rest is as before");
 }
 
 /// Anything may be in the file of settings.
-void restoreLayout(const QByteArray &bytes)
+void restoreLayout(const QDir &folder, const QByteArray &bytes)
 {
-    static const QTemporaryDir folder(quickFolder() + "/settings-XXXXXX");
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    QDir(folder.path()).mkdir("Brevik");
-    QFile file(folder.filePath("Brevik/TessaViewer.conf"));
-    require(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size(), "it is there");
-    file.close();
+    folder.mkdir("Brevik");
+    writeFile(folder.filePath("Brevik/TessaViewer.conf"), bytes);
     QAction one(nullptr), other(nullptr);
-    for (QAction *action : {&one, &other})
-        action->setObjectName("On");
+    one.setObjectName("On");
+    other.setObjectName("On");
     OvCc::LayoutSettings().restore(one);
     one.setChecked(!one.isChecked());
     OvCc::LayoutSettings().save(one);
@@ -131,53 +132,40 @@ void restoreLayout(const QByteArray &bytes)
             "a layout is kept");
 }
 
-QByteArray makeInput(QRandomGenerator &random)
-{
-    static const char *const lines[] = {"[a]",       "[ B ] x",        "[\xc3\xa4]", "x=1",
-                                        "X = \"2\"", "; [a]=1",        "",           "y=\xe4",
-                                        "no sign",   "On\\isChecked=x"};
-    static const char *const names[] = {"a", "b",  "\xc3\xa4", " A ", "x",
-                                        "y", "c=", ";d",       "",    "'\xe6\x96\x87'"};
-    static const char *const marks[] = {"", "", "", "\xef\xbb\xbf", "\xff\xfe"};
-    const auto oneOf = [&](auto &list) { return list[random.bounded(int(std::size(list)))]; };
-    QByteArray input(oneOf(marks));
-    for (int count = random.bounded(10); count > 0; --count)
-        input += oneOf(lines) + QByteArray(random.bounded(9) ? "\r\n" : "\n");
-    if (input.startsWith('\xff')) {
-        const QString text = QString::fromLatin1(input.mid(2));
-        input.append(reinterpret_cast<const char *>(text.utf16()), 2 * text.size());
-    }
-    for (int count = random.bounded(7); count > 0; --count)
-        input += '\x1f' + QByteArray(oneOf(names));
-    return input + char(random.bounded(256));
-}
-
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+/// An input is a file, then a section, a key and a value, apart by a byte that is in none of them.
+void tryInput(size_t choice, const QByteArray &input)
 {
-    return writeCorpus(*argc, *argv, makeInput);
-}
-
-/// An input is a file, then sections, keys and values, apart by a byte that is in none of them.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
-    static const QTemporaryDir folder(quickFolder() + "/ini-XXXXXX");
-    if (size < 1 || size > 1024)
-        return 0;
-    const QByteArray bytes(reinterpret_cast<const char *>(data), int(size) - 1);
-    sizeOfBuffers = 1 + data[size - 1] % 32;
-    const QList<QByteArray> fields = bytes.split('\x1f');
-    if (fields.size() == 1 && data[size - 1] % 16 == 0)
-        restoreLayout(bytes);
-    QFile file(folder.filePath("a.ini"));
-    require(file.open(QFile::WriteOnly) && file.write(fields.at(0)) >= 0, "the file is there");
-    file.close();
-    for (int at = 1; at + 1 < fields.size() && at < 9; at += 3) {
-        const QByteArray value = fields.value(at + 2); // none removes the key
-        change(file.fileName(), QString::fromUtf8(fields.at(at).constData()),
-               QString::fromUtf8(fields.at(at + 1).constData()),
-               at + 2 < fields.size() ? QString::fromUtf8(value.constData()) + "" : QString());
+    static const QTemporaryDir folder;
+    static QTextCodec *const marked[] = {
+            QTextCodec::codecForName("UTF-8"), QTextCodec::codecForName("UTF-16LE"),
+            QTextCodec::codecForName("UTF-16BE"), QTextCodec::codecForName("UTF-32LE")};
+    const QList<QByteArray> fields = input.split('\x1f');
+    const auto text = [&](int field) { return QString::fromUtf8(fields.value(field).constData()); };
+    const std::wstring section = text(1).toStdWString(), key = text(2).toStdWString();
+    const size_t encoding = choice / 16;
+    QByteArray bytes = fields.at(0);
+    bool isWhole = !bytes.contains('\0') && !QTextCodec::codecForUtfText(bytes, nullptr);
+    if (encoding < std::size(marked)) {
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        const QString content = QChar(QChar::ByteOrderMark) + QString::fromUtf8(bytes);
+        isWhole = !content.contains(QChar(0));
+        bytes = marked[encoding]->fromUnicode(content.constData(), content.size(), &state);
     }
-    return 0;
+    if (choice == 255)
+        return restoreLayout(folder.path(), bytes);
+    const QString path = folder.filePath("a.ini");
+    writeFile(path, bytes);
+    if (choice % 16 < 8) {
+        change(path, section, key, fields.size() > 3 ? text(3) + "" : QString(), isWhole);
+    } else {
+        readInto(1 + K::Dword(input.size()) % 32, fields.size() > 2 ? 1 : 2,
+                 [&, file = path.toStdWString()](wchar_t *buffer, K::Dword size) {
+                     return K::getPrivateProfileString(fields.size() > 1 ? section.c_str()
+                                                                         : nullptr,
+                                                       fields.size() > 2 ? key.c_str() : nullptr,
+                                                       L"none ", buffer, size, file.c_str());
+                 });
+    }
 }

@@ -9,10 +9,7 @@
 #include <OvCustomControl/LayerLink.h>
 
 #include <QJsonDocument>
-#include <QTemporaryDir>
 #include <QUndoStack>
-
-#include <algorithm>
 
 using OvCc::LayerLink;
 using OvCc::LayerState;
@@ -30,12 +27,15 @@ struct World
     std::unique_ptr<KcHost::UndoGroup> step;
     LayerLink link;
 
-    template <typename Signal, typename Value>
-    void answer(Signal signal, void (*set)(KcHost::LayerChange &, Value))
+    template <typename Value, typename Member>
+    void answer(void (LayerLink::*signal)(const QStringList &, Value), Member member)
     {
-        QObject::connect(&link, signal, &link, [this, set](const QStringList &layers, Value value) {
+        QObject::connect(&link, signal, &link, [=](const QStringList &layers, Value value) {
             KcHost::LayerChange change;
-            set(change, value);
+            if constexpr (std::is_same_v<Value, const QColor &>)
+                change.*member = value.rgb();
+            else
+                change.*member = value;
             for (const QString &name : layers)
                 KcHost::changeLayer(*drawing, name, change);
         });
@@ -52,14 +52,9 @@ struct World
         QObject::connect(&link, &LayerLink::changesEnd, &link, [this] { step.reset(); });
         QObject::connect(&link, &LayerLink::currentLayerRequested, &link,
                          [this](const QString &name) { KcHost::setCurrentLayer(*drawing, name); });
-        answer<decltype(&LayerLink::colorRequested), const QColor &>(
-                &LayerLink::colorRequested,
-                [](auto &it, auto &color) { it.trueColor = color.rgb(); });
-        answer<decltype(&LayerLink::linetypeRequested), const QString &>(
-                &LayerLink::linetypeRequested, [](auto &it, auto &name) { it.linetype = name; });
-        answer<decltype(&LayerLink::lineWeightRequested), int>(
-                &LayerLink::lineWeightRequested,
-                [](auto &it, int weight) { it.lineWeight = weight; });
+        answer(&LayerLink::colorRequested, &KcHost::LayerChange::trueColor);
+        answer(&LayerLink::linetypeRequested, &KcHost::LayerChange::linetype);
+        answer(&LayerLink::lineWeightRequested, &KcHost::LayerChange::lineWeight);
     }
 };
 
@@ -128,10 +123,9 @@ void readJson(World &world, const QByteArray &json)
 /// A file of states with anything in it, beside a drawing's.
 void readFile(const QByteArray &content)
 {
-    static const QTemporaryDir folder(quickFolder() + "/states-XXXXXX");
-    QFile file(folder.filePath("a.states.json")), kept(file.fileName() + ".kept");
-    require(file.open(QFile::WriteOnly) && file.write(content) == content.size(), "it is there");
-    file.close();
+    static const QTemporaryDir folder;
+    const QString file = folder.filePath("a.states.json"), kept = file + ".kept";
+    writeFile(file, content);
     const QJsonDocument before = QJsonDocument::fromJson(content);
     QString error;
     Tessa::LayerStates states;
@@ -140,41 +134,22 @@ void readFile(const QByteArray &content)
     const LayerState state = stateOf(content);
     require(states.save("new", state, &error) && states.state("new", &error) == state,
             "it is saved");
-    require(states.remove("new", &error) && file.open(QFile::ReadOnly), "it is removed");
+    require(states.remove("new", &error), "it is removed");
     QJsonObject others = before.object();
     others.remove("new");
-    require(QJsonDocument::fromJson(file.readAll()).object() == others, "the others stay");
-    require(kept.remove() != before.isObject(), "what is no file of states is kept");
-}
-
-QByteArray makeInput(QRandomGenerator &random)
-{
-    QByteArray bytes(8 * random.bounded(6), 0);
-    std::generate(bytes.begin(), bytes.end(), [&] { return char(random.bounded(256)); });
-    const QByteArray json = stateOf(bytes).toJson();
-    const int kind = random.bounded(4);
-    return char(kind) + (kind < 2 ? bytes : kind == 2 ? json : "{\"one\":" + json + ",\"new\":3}");
+    require(QJsonDocument::fromJson(contentOf(file)).object() == others, "the others stay");
+    require(QFile::remove(kept) != before.isObject(), "what is no file of states is kept");
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    return writeCorpus(*argc, *argv, makeInput);
-}
-
-/// The first byte says what is tried with the others.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void tryInput(size_t choice, const QByteArray &input)
 {
     static World world;
-    if (size < 1 || size > 4096)
-        return 0;
-    const QByteArray bytes(reinterpret_cast<const char *>(data) + 1, int(size) - 1);
-    if (data[0] % 4 < 2)
-        restore(world, stateOf(bytes), data[0] % 2);
-    else if (data[0] % 4 == 2)
-        readJson(world, bytes);
+    if (choice % 4 < 2)
+        restore(world, stateOf(input), choice % 2);
+    else if (choice % 4 == 2)
+        readJson(world, input);
     else
-        readFile(bytes);
-    return 0;
+        readFile(input);
 }

@@ -3,13 +3,12 @@
 
 #pragma once
 
-#include <QDir>
 #include <QFile>
-#include <QRandomGenerator>
+#include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
 /// Ends the program where something does not hold, so that libFuzzer keeps the input.
@@ -30,21 +29,24 @@ auto exactly(const Text &text, size_t size)
     return copy;
 }
 
-/// A folder that no disk lies under, where there is one.
-inline QString quickFolder()
+inline void writeFile(const QString &path, const QByteArray &content)
 {
-    return QFileInfo("/dev/shm").isWritable() ? QStringLiteral("/dev/shm") : QDir::tempPath();
+    QFile file(path);
+    require(file.open(QFile::WriteOnly) && file.write(content) == content.size(), "it is there");
 }
 
-/// With the arguments `--corpus FOLDER` writes there what @p make makes of 400 seeds, and ends.
-inline int writeCorpus(int argc, char **argv, QByteArray (*make)(QRandomGenerator &random))
+inline QByteArray contentOf(const QString &path)
 {
-    for (quint32 seed = 0; argc > 2 && std::strcmp(argv[1], "--corpus") == 0; ++seed) {
-        if (seed == 400)
-            std::exit(0);
-        QRandomGenerator random(seed);
-        QFile file(QDir(argv[2]).filePath(QString::number(seed)));
-        require(file.open(QFile::WriteOnly) && file.write(make(random)) >= 0, "a file is written");
-    }
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Each program has one: what is tried with an input, whose first byte is the choice.
+void tryInput(size_t choice, const QByteArray &input);
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    if (size > 0)
+        tryInput(data[0], {reinterpret_cast<const char *>(data) + 1, int(size) - 1});
     return 0;
 }

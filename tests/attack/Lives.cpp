@@ -143,7 +143,8 @@ QList<QImage> picturesOf(int argc, char **argv, bool isOther)
 
 int main(int argc, char **argv)
 {
-    const int seconds = argc > 1 ? std::atoi(argv[1]) : 20;
+    const bool isAll = argc > 1 && argv[1] == QByteArray("--all"); // some minutes
+    const int seconds = isAll ? 3600 : argc > 1 ? std::atoi(argv[1]) : 20;
     const quint32 seed =
             argc > 2 ? quint32(std::atoi(argv[2])) : QRandomGenerator::global()->bounded(100000);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -169,8 +170,10 @@ int main(int argc, char **argv)
     std::shuffle(kinds.begin(), kinds.end(), random);
     int rounds = 0;
     do {
-        for (Kind &kind : kinds)
+        for (Kind &kind : kinds) {
+            kind.livesAtOnce = isAll ? 100 : kind.livesAtOnce;
             live(kind, rounds == 0);
+        }
     } while (++rounds < 2 || (rounds <= 10 && time.elapsed() < seconds * 1000));
     // What Qt keeps for later use settles after some rounds.
     int lives = 0;

@@ -23,95 +23,78 @@ using K = OvKernel32;
 namespace {
 
 std::atomic<int> finds, jobsDone;
-const std::wstring &folder()
+std::wstring folder;
+
+std::wstring pathOf(const std::wstring &name)
 {
-    static const QTemporaryDir temporary;
-    static const std::wstring path = temporary.path().toStdWString();
-    return path;
+    return folder + L"/" + name;
 }
 
-void require(bool holds, const char *what)
-{
-    if (!holds && finds++ < 10)
-        std::printf("It does not hold: %s.\n", what);
-}
-
-/// One file for all threads, each with a key of its own.
-void writeProfile(int number)
-{
-    const std::wstring file = folder() + L"/shared.ini", key = std::to_wstring(number % 8);
-    const std::wstring value = std::to_wstring(number);
-    wchar_t buffer[20];
-    require(K::writePrivateProfileString(L"a", key.c_str(), value.c_str(), file.c_str()),
-            "it writes");
-    K::getPrivateProfileString(L"a", key.c_str(), L"", buffer, 20, file.c_str());
-    require(buffer == value, "each thread reads what it has written");
-}
-
-void writeFile(int number)
-{
-    const std::wstring name = folder() + L"/" + std::to_wstring(number);
-    K::Dword count = 0;
-    const K::Handle file =
-            K::createFile(name.c_str(), K::GenericWrite, 0, nullptr, K::CreateAlways, 0, 0);
-    require(K::writeFile(file, "abc", 3, &count, nullptr) && K::closeHandle(file),
-            "a file is written");
-    require(K::deleteFile(name.c_str()) && !K::deleteFile(name.c_str()), "a file goes once");
-    require(K::getLastError() == K::ErrorFileNotFound, "each thread has its last error");
-}
-
-void convert(int number)
-{
-    static constexpr K::Dword pages[] = {65001, 1252, 932, 1251};
-    wchar_t wide[8];
-    char bytes[8];
-    require(K::wideCharToMultiByte(pages[number % 4], 0, L"ab", -1, bytes, 8, nullptr, nullptr) == 3
-                    && K::multiByteToWideChar(pages[number % 4], 0, bytes, -1, wide, 8) == 3,
-            "code pages convert");
-    require(K::wtof(L"1.5") == 1.5, "a number is read");
-}
-
-void collect(int number)
-{
-    static const CString shared(L"shared");
-    CStringList list;
-    CMapStringToString map;
-    for (int place = 0; place < 20; ++place) {
-        const CString text = shared + std::to_wstring(number + place).c_str();
-        list.AddTail(text);
-        map.SetAt(text, list.GetTail());
-    }
-    require(list.GetCount() == 20 && map.GetCount() == 20, "collections hold it");
-}
-
-/// Copies share what is in them.
-void keepState(int number)
-{
-    static const OvCc::LayerState shared = [] {
-        OvCc::LayerState state;
-        state.insert("a", {});
-        return state;
-    }();
-    OvCc::LayerState state = shared;
-    state.insert(QString::number(number), {});
-    require(OvCc::LayerState::fromJson(state.toJson()) == state && shared.names().size() == 1,
-            "a state");
-    const OvCc::NamedColor color{"red", QColor(255, 0, 0)};
-    require(OvCc::colorOfText(OvCc::colorText(color)).color == color.color, "a colour");
-}
-
-/// As many drawings as threads, one of them as the viewer reads it.
-void readDrawing(int number)
-{
-    const QString file(OVCC_SOURCE_DIR "/viewer/sample/gardenhouse.dxf");
-    QString error;
-    if (number % 2)
-        require(Tessa::readDrawing(file, error) != nullptr, "a drawing is shown");
-    else
-        require(KcHost::readDrawing(file, &error) && KcHost::newDrawing(), "a drawing is read");
-}
-
-constexpr void (*jobs[])(int) = {writeProfile, writeFile, convert, collect, keepState, readDrawing};
+/// What holds when a thread has done it, with a number that is its own at the time.
+constexpr std::pair<const char *, bool (*)(int number)> jobs[] = {
+        {"each thread reads back a key of its own in one file",
+         [](int number) {
+             const std::wstring file = pathOf(L"shared.ini"), key = std::to_wstring(number % 8),
+                                value = std::to_wstring(number);
+             wchar_t read[20];
+             return K::writePrivateProfileString(L"a", key.c_str(), value.c_str(), file.c_str())
+                    && K::getPrivateProfileString(L"a", key.c_str(), L"", read, 20, file.c_str())
+                    && read == value;
+         }},
+        {"a file is written and goes once, with an error of its own the second time",
+         [](int number) {
+             const std::wstring name = pathOf(std::to_wstring(number));
+             K::Dword count = 0;
+             const K::Handle file = K::createFile(name.c_str(), K::GenericWrite, 0, nullptr,
+                                                  K::CreateAlways, 0, 0);
+             return K::writeFile(file, "abc", 3, &count, nullptr) && K::closeHandle(file)
+                    && K::deleteFile(name.c_str()) && !K::deleteFile(name.c_str())
+                    && K::getLastError() == K::ErrorFileNotFound;
+         }},
+        {"code pages convert, and numbers are read",
+         [](int number) {
+             constexpr K::Dword pages[] = {65001, 1252, 932, 1251};
+             const K::Dword page = pages[number % 4];
+             wchar_t wide[8];
+             char bytes[8];
+             return K::wideCharToMultiByte(page, 0, L"ab", -1, bytes, 8, nullptr, nullptr) == 3
+                    && K::multiByteToWideChar(page, 0, bytes, -1, wide, 8) == 3
+                    && K::wtof(L"1.5") == 1.5;
+         }},
+        {"collections hold texts that share what is in them",
+         [](int number) {
+             static const CString shared(L"shared");
+             CStringList list;
+             CMapStringToString map;
+             for (int place = 0; place < 20; ++place) {
+                 const CString text = shared + std::to_wstring(number + place).c_str();
+                 list.AddTail(text);
+                 map.SetAt(text, list.GetTail());
+             }
+             return list.GetCount() == 20 && map.GetCount() == 20;
+         }},
+        {"a copy of a state is another state, and a colour comes back",
+         [](int number) {
+             static const OvCc::LayerState shared = [] {
+                 OvCc::LayerState state;
+                 state.insert("a", {});
+                 return state;
+             }();
+             OvCc::LayerState state = shared;
+             state.insert(QString::number(number), {});
+             const OvCc::NamedColor color{"red", QColor(255, 0, 0)};
+             return OvCc::LayerState::fromJson(state.toJson()) == state
+                    && shared.names().size() == 1
+                    && OvCc::colorOfText(OvCc::colorText(color)).color == color.color;
+         }},
+        {"as many drawings are read as there are threads, some of them as the viewer does",
+         [](int number) {
+             const QString file(OVCC_SOURCE_DIR "/viewer/sample/gardenhouse.dxf");
+             QString error;
+             return number % 2 ? Tessa::readDrawing(file, error) != nullptr
+                               : KcHost::readDrawing(file, &error) && KcHost::newDrawing();
+         }},
+};
 
 } // namespace
 
@@ -122,12 +105,17 @@ int main(int argc, char **argv)
     const int seed = argc > 2 ? std::atoi(argv[2]) : int(now().time_since_epoch().count() % 100000);
     std::printf("seed %d\n", seed);
     const QGuiApplication application(argc, argv);
+    const QTemporaryDir temporary;
+    folder = temporary.path().toStdWString();
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([=] {
             std::minstd_rand random(unsigned(seed + thread + 1));
-            for (int number = thread; now() < end; number += 8, ++jobsDone)
-                jobs[random() % std::size(jobs)](number);
+            for (int number = thread; now() < end; number += 8, ++jobsDone) {
+                const auto &[outcome, holds] = jobs[random() % std::size(jobs)];
+                if (!holds(number) && finds++ < 10)
+                    std::printf("It does not hold: %s.\n", outcome);
+            }
         });
     }
     for (std::thread &thread : threads)
