@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
-#include "DxfGrammar.h"
+#include "DxfMutator.h"
 
+#include "../Changes.h"
 #include "host/drawing/Database.h"
 #include "host/drawing/DxfReader.h"
 #include "host/drawing/DxfWriter.h"
@@ -15,14 +16,19 @@
 #include <QUndoStack>
 
 using namespace Embedded;
-using Attack::require;
+using Attack::Choices;
 
 namespace {
 
-/// A drawing as host and viewer read it.
+QString text(const std::wstring &text)
+{
+    return QString::fromStdWString(text);
+}
+
+/// A drawing as the host reads it and, if asked for, the viewer.
 struct Reading
 {
-    explicit Reading(const QByteArray &bytes)
+    Reading(const QByteArray &bytes, bool isViewed)
     {
         DxfReader reader(QStringLiteral("drawing"), bytes);
         std::optional<Drawing> read = reader.read();
@@ -32,6 +38,8 @@ struct Reading
         if (!read)
             return;
         viewed.database = KcDbObjectAccess::makeDatabase(std::move(*read));
+        if (!isViewed)
+            return;
         viewed.layers = Tessa::DrawingLayers(*viewed.database);
         viewed.geometry = Tessa::readGeometry(viewed, viewed.warnings);
         for (const Tessa::Block &block : viewed.geometry.blocks) {
@@ -44,27 +52,20 @@ struct Reading
     KcDbDatabase &database() const { return *viewed.database; }
     Drawing &data() const { return KcDbObjectAccess::drawing(database()); }
     QString linetype(int index) const { return symbolKey(text(data().linetypes[index])); }
-    static QString text(const std::wstring &text) { return QString::fromStdWString(text); }
     QString layerOf(int record) const
     {
         return symbolKey(text(data().layers[data().layersOf(record).front()].name));
     }
-
     QByteArray written() const { return DxfWriter(data()).write(); }
 
-    /// The groups of a part of the file that are to be kept.
-    template <class Keep>
-    QByteArray groups(ByteRange part, Keep keep) const
+    bool hasGroup(int record, int code) const
     {
-        QByteArray kept;
-        DxfTokens tokens(data().bytes, part);
+        DxfTokens tokens(data().bytes, data().record(record));
         while (tokens.next() == DxfTokens::Step::Group) {
-            const std::string_view value = trimmed(tokens.view(tokens.group().value));
-            if (tokens.group().code != kComment
-                && keep(tokens.group().code, QByteArray(value.data(), int(value.size()))))
-                kept += QByteArray::fromStdString(std::string(tokens.view(tokens.group().bytes)));
+            if (tokens.group().code == code)
+                return true;
         }
-        return kept;
+        return false;
     }
 
     Tessa::Drawing viewed;
@@ -84,224 +85,292 @@ std::vector<int> recordsOf(const Drawing &drawing)
     return records;
 }
 
-/// All but layers, applications, entities, two variables, and what goes with layers that are erased.
-QByteArray untouched(const Reading &reading, bool hasErased)
+template <class Table, class Value>
+bool isIn(const Table &table, const Value &value)
 {
-    QByteArray type, section, table, variable;
-    const Drawing &data = reading.data();
-    return reading.groups(
-            {data.firstGroup, int(data.bytes.size())}, [&](int code, QByteArray value) {
-                if (code == 0) {
-                    const bool isEdge = value == "SECTION" || value == "ENDSEC";
-                    section = isEdge ? QByteArray() : section;
-                    table = isEdge || value == "TABLE" ? QByteArray() : table;
-                    variable.clear();
-                    type = value;
-                } else if (code == 2 && type == "SECTION" && section.isEmpty()) {
-                    section = value;
-                    return false;
-                } else if (code == 2 && type == "TABLE") {
-                    table = value;
-                } else if (code == 9) {
-                    variable = value;
-                }
-                return !section.isEmpty() && section != "ENTITIES" && section != "BLOCKS"
-                       && !(hasErased && section == "OBJECTS") && type != "TABLE"
-                       && type != "ENDTAB" && table != "LAYER" && table != "APPID"
-                       && variable != "$CLAYER" && variable != "$HANDSEED";
-            });
+    return std::find(std::begin(table), std::end(table), value) != std::end(table);
 }
 
-void compareEntity(const Reading &was, int before, const Reading &is, int after, QSet<int> touched)
+/// What changes have reached in a file.
+struct Reached
 {
-    const KcHost::EntityChange change = KcHost::changesOf(was.database(), before);
-    if (!(was.data().entity(before) == EntityProperties()))
-        touched += QSet<int>{8, 6, 62, 66, 370, 420, 430};
-    const auto keep = [&touched](int code, const QByteArray &) { return !touched.contains(code); };
-    require(was.groups(was.data().record(before), keep) == is.groups(is.data().record(after), keep),
-            "the other groups of an entity are as they were");
-    require(was.layerOf(before) == is.layerOf(after), "an entity has its layer in the file");
+    bool isAnyLayerRenamed = false; ///< or erased
+    bool isAnyLayerErased = false;
+    QSet<int> entities; ///< their numbers
+};
+
+/// The groups of the file that no change may reach, from beginning to end.
+QByteArray unreached(const Drawing &drawing, const Reached &reached)
+{
+    constexpr std::string_view kParts[] = {"LAYER", "APPID", "$CLAYER", "$HANDSEED"};
+    constexpr int kNames[] = {8, 1003, 331, 341};
+    constexpr int kProperties[] = {8, 6, 62, 66, 370, 420, 430};
+    QByteArray kept;
+    std::string_view type;
+    std::string_view section;
+    std::string_view part; // a table, or a variable
+    int record = -1;
+    DxfTokens tokens(drawing.bytes, {drawing.firstGroup, int(drawing.bytes.size())});
+    while (tokens.next() == DxfTokens::Step::Group) {
+        const int code = tokens.group().code;
+        const std::string_view value = trimmed(tokens.view(tokens.group().value));
+        if (code == 0) {
+            ++record;
+            type = value;
+            const bool isEdge = type == "SECTION" || type == "ENDSEC";
+            section = isEdge ? std::string_view() : section;
+            part = isEdge || type == "TABLE" ? std::string_view() : part;
+        } else if (code == 2 && type == "SECTION" && section.empty()) {
+            section = value;
+            continue; // there may be more sections now
+        } else if ((code == 9 && section == "HEADER") || (code == 2 && type == "TABLE")) {
+            part = value;
+        }
+        const bool isReached =
+                drawing.record(record).isNull()
+                        ? section.empty() || type == "TABLE" || type == "ENDTAB"
+                                  || isIn(kParts, part)
+                                  || (reached.isAnyLayerErased && section == "OBJECTS")
+                        : drawing.entity(record).isErased
+                                  || (reached.isAnyLayerRenamed && isIn(kNames, code))
+                                  || (reached.entities.contains(record) && isIn(kProperties, code));
+        if (code != kComment && !isReached)
+            kept += QByteArray::fromStdString(std::string(tokens.view(tokens.group().bytes)));
+    }
+    return kept;
+}
+
+/// The viewer sees the same entity, but for what it was given since the first file was read.
+void compareStyle(const Reading &was, int before, const Reading &is, int after)
+{
     // dxflib takes what stands in groups of other applications, too.
-    const auto isOthers = [](int code, const QByteArray &) { return code == 102; };
-    const auto style = is.styles.find(after);
-    if (style == is.styles.end() || is.data().version < kR2004
-        || !is.groups(is.data().record(after), isOthers).isEmpty())
+    if (!was.styles.contains(before) || is.data().version < kR2004 || is.hasGroup(after, 102))
         return;
-    const int trueColor = change.trueColor ? int(*change.trueColor & 0xFFFFFF) : -1;
-    require(!(change.color || change.trueColor)
-                    || style->color == Tessa::entityColor(change.color.value_or(0), trueColor),
-            "an entity has its colour in the file");
-    require(style->lineWeight == change.lineWeight.value_or(style->lineWeight),
-            "an entity has its lineweight in the file");
-    require(!change.linetype
-                    || style->linetype == is.viewed.geometry.entityLinetypeOf(*change.linetype),
-            "an entity has its linetype in the file");
+    const KcHost::EntityChange change = KcHost::changesOf(was.database(), before);
+    const Tessa::EntityStyle found = is.styles.value(after);
+    Tessa::EntityStyle wanted = was.styles.value(before);
+    if (change.color || change.trueColor)
+        wanted.color = Tessa::entityColor(change.color.value_or(0),
+                                          change.trueColor ? int(*change.trueColor) : -1);
+    if (change.linetype)
+        wanted.linetype = was.viewed.geometry.entityLinetypeOf(*change.linetype);
+    wanted.lineWeight = change.lineWeight.value_or(wanted.lineWeight);
+    wanted.layer = found.layer;
+    require(wanted == found, "an entity has its properties in the file");
+}
+
+void compareLayer(const Reading &was, const Layer &layer, const Reading &is)
+{
+    const int index = is.data().findLayer(text(layer.name));
+    require(index >= 0 && layer.records == is.data().layers[index].records,
+            "a layer is in the file, and what lies on it");
+    LayerState wanted = layer.state;
+    LayerState found = is.data().layers[index].state;
+    require(was.linetype(wanted.linetype) == is.linetype(found.linetype),
+            "a layer has its linetype in the file");
+    wanted.linetype = found.linetype;
+    if (is.data().version < kR2004) { // some of it cannot be there
+        wanted.trueColor = found.trueColor;
+        wanted.isPlottable = found.isPlottable;
+        wanted.lineWeight = found.lineWeight;
+    }
+    // Entities may spell the name of a layer without a record in several ways.
+    const bool isSpelled = layer.isAdded || layer.isRenamed || !layer.record.isNull();
+    require(wanted == found && (!isSpelled || layer.name == is.data().layers[index].name),
+            "a layer has its name and properties in the file");
 }
 
 /// What the drawing has now is in its file, and nothing else has changed there.
 void compare(const Reading &was, const Reading &is)
 {
-    QSet<int> touched{kComment};
+    Reached before;
     int count = 0;
     for (const Layer &layer : was.data().layers) {
-        if (layer.isRenamed || layer.isErased)
-            touched += QSet<int>{8, 1003, 331, 341};
-        if (layer.isErased)
-            continue;
-        ++count;
-        const int index = is.data().findLayer(Reading::text(layer.name));
-        require(index >= 0 && layer.records == is.data().layers[index].records,
-                "a layer is in the file, and what lies on it");
-        LayerState wanted = layer.state;
-        LayerState found = is.data().layers[index].state;
-        require(was.linetype(wanted.linetype) == is.linetype(found.linetype),
-                "a layer has its linetype in the file");
-        wanted.linetype = found.linetype;
-        if (is.data().version < kR2004) { // some of it cannot be there
-            wanted.trueColor = found.trueColor;
-            wanted.isPlottable = found.isPlottable;
-            wanted.lineWeight = found.lineWeight;
+        before.isAnyLayerErased |= layer.isErased;
+        before.isAnyLayerRenamed |= layer.isErased || layer.isRenamed;
+        if (!layer.isErased) {
+            ++count;
+            compareLayer(was, layer, is);
         }
-        // Entities may spell the name of a layer without a record in several ways.
-        const bool isSpelled = layer.isAdded || layer.isRenamed || !layer.record.isNull();
-        require(wanted == found && (!isSpelled || layer.name == is.data().layers[index].name),
-                "a layer has its name and properties in the file");
     }
     require(count == is.data().layersByName.size(), "no other layers are in the file");
     require(was.data().layers[was.data().currentLayer].name
                     == is.data().layers[is.data().currentLayer].name,
             "the current layer is in the file");
-    require(untouched(was, touched.size() > 1) == untouched(is, touched.size() > 1),
-            "what nobody changed is as it was");
     const std::vector<int> records = recordsOf(was.data());
     const std::vector<int> others = recordsOf(is.data());
     require(records.size() == others.size(), "the file has as many entities");
-    for (std::size_t i = 0; i < records.size(); ++i)
-        compareEntity(was, records[i], is, others[i], touched);
+    Reached after = before;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        require(was.layerOf(records[i]) == is.layerOf(others[i]),
+                "an entity has its layer in the file");
+        compareStyle(was, records[i], is, others[i]);
+        if (!(was.data().entity(records[i]) == EntityProperties())) {
+            before.entities += records[i];
+            after.entities += others[i];
+        }
+    }
+    require(unreached(was.data(), before) == unreached(is.data(), after),
+            "what nobody changed is as it was");
 }
 
-QString anyLayer(const Drawing &data, Attack::Choices &choices)
+/// Steps in the words of change(); what begins with $ is chosen.
+constexpr const char *kSteps[] = {"off $layer",
+                                  "unoff $layer",
+                                  "freeze $layer",
+                                  "unfreeze $layer",
+                                  "lock $layer",
+                                  "unlock $layer",
+                                  "plot $layer",
+                                  "unplot $layer",
+                                  "add $layer",
+                                  "erase $layer",
+                                  "clear $layer",
+                                  "current $layer",
+                                  "rename $layer $layer",
+                                  "merge $layer $layer",
+                                  "layer $layer color $color",
+                                  "layer $layer true $true",
+                                  "layer $layer weight $weight",
+                                  "layer $layer type $type",
+                                  "layer $layer description $layer",
+                                  "set $entity color $color",
+                                  "set $entity true $true",
+                                  "set $entity weight $weight",
+                                  "set $entity type $type",
+                                  "set $entity layer $layer"};
+constexpr const char *kNames[] = {"0",       "Walls", "walls", "T\u00fcr", "\u65e5\u672c",
+                                  "A B \\",  "Neu",   "\\U+",  "\\U+00E9", "\U0001f3e0",
+                                  "\u03a9-1"};
+
+QString chosen(const QString &what, const KcDbDatabase &database, Choices &choices)
 {
-    const int index = choices.below(int(data.layers.size()) + 3);
-    return index < int(data.layers.size())
-                   ? Reading::text(data.layers[index].name)
-                   : QString::fromUtf8(choices.of(Attack::kNames)).trimmed();
+    const Drawing &data = KcDbObjectAccess::drawing(database);
+    if (what == "$color")
+        return QString::number(choices.below(258));
+    if (what == "$true")
+        return QString::number(choices.below(0x1000000), 16);
+    if (what == "$weight")
+        return QString::number(choices.of(std::array{-3, -2, -1, 0, 25, 211}));
+    if (what == "$type")
+        return choices.of(KcHost::linetypes(database) + QStringList{"ByBlock", "BYLAYER"});
+    if (what == "$entity") {
+        const std::vector<int> records = recordsOf(data);
+        return QString::number(records.empty() ? -1 : choices.of(records));
+    }
+    if (const int layer = choices.below(int(data.layers.size()) + 3);
+        layer < int(data.layers.size()))
+        return text(data.layers[layer].name);
+    return what == "$layer" ? QString::fromUtf8(choices.of(kNames)) : what;
 }
 
 template <class Change>
-Change anyChange(const KcDbDatabase &database, Attack::Choices &choices)
+bool hasAll(const Change &now, const Change &asked)
 {
-    Change change;
-    const int which = choices.below(16);
-    if (which & 1)
-        change.color = choices.below(2) ? choices.below(256) : 256;
-    else if (which & 2)
-        change.trueColor = quint32(choices.below(256)) * 0x10203;
-    if (which & 4)
-        change.lineWeight = choices.of({-3, -2, -1, 0, 25, 211});
-    if (which & 8)
-        change.linetype =
-                choices.of(KcHost::linetypes(database) + QStringList{"ByBlock", "BYLAYER"});
-    return change;
+    const auto has = [](const auto &now, const auto &asked) { return !asked || asked == now; };
+    return has(now.color, asked.color) && has(now.trueColor, asked.trueColor)
+           && has(now.lineWeight, asked.lineWeight)
+           && (!asked.linetype || symbolKey(*asked.linetype) == symbolKey(*now.linetype));
 }
 
-void setFlag(KcDbDatabase &database, Attack::Choices &choices)
+/// Whether the drawing has what the step has asked for.
+bool isDone(const KcDbDatabase &database, const QStringList &step)
 {
-    const int index = choices.below(int(KcDbObjectAccess::drawing(database).layers.size()));
-    KcDbLayerTableRecord *layer = nullptr;
-    if (KcDbObjectAccess::open(layer, &KcDbObjectAccess::layerRecord(database, index),
-                               KcDb::kForWrite)
-        != Kcore::eOk)
-        return;
-    const bool value = choices.below(2);
-    const auto setter =
-            choices.of({&KcDbLayerTableRecord::setIsOff, &KcDbLayerTableRecord::setIsFrozen,
-                        &KcDbLayerTableRecord::setIsLocked, &KcDbLayerTableRecord::setIsPlottable});
-    (layer->*setter)(value);
-    layer->close();
+    const Drawing &data = KcDbObjectAccess::drawing(database);
+    const QString &word = step[0];
+    const int index = data.findLayer(step[1]);
+    if (word == "set") {
+        const auto asked = propertyChange<KcHost::EntityChange>(step[2], step[3]);
+        const auto now = KcHost::changesOf(database, step[1].toInt());
+        return hasAll(now, asked)
+               && (!asked.layer || symbolKey(*asked.layer) == symbolKey(now.layer.value_or("")));
+    }
+    const bool isToGo = word == "erase" || word == "clear" || word == "merge";
+    if (isToGo || index < 0)
+        return isToGo ? index < 0 : word == "rename" && data.findLayer(step[2]) >= 0;
+    const LayerState &state = data.layers[index].state;
+    if (word == "layer") {
+        const auto asked = propertyChange<KcHost::LayerChange>(step[2], step[3]);
+        KcHost::LayerChange now{{},
+                                {},
+                                state.lineWeight,
+                                text(data.linetypes[state.linetype]),
+                                text(state.description)};
+        if (state.trueColor >= 0)
+            now.trueColor = quint32(state.trueColor);
+        else
+            now.color = state.color;
+        return hasAll(now, asked)
+               && asked.description.value_or(*now.description) == now.description;
+    }
+    constexpr std::pair<const char *, bool LayerState::*> kFlags[] = {
+            {"off", &LayerState::isOff},
+            {"freeze", &LayerState::isFrozen},
+            {"lock", &LayerState::isLocked},
+            {"plot", &LayerState::isPlottable}};
+    for (const auto &[name, flag] : kFlags) {
+        if (word.endsWith(name))
+            return state.*flag == !word.startsWith("un");
+    }
+    return word != "current" || data.currentLayer == index;
 }
 
-void change(KcDbDatabase &database, Attack::Choices &choices)
+/// Takes some steps, which become one, and sees that each is done at once, or refused.
+void takeSteps(KcDbDatabase &database, Choices &choices)
 {
-    Drawing &data = KcDbObjectAccess::drawing(database);
+    const KeptValues &kept = KcDbObjectAccess::drawing(database).kept;
     const KcHost::UndoGroup group(database, {}, choices.below(4) - 1);
     for (int steps = choices.below(3); steps >= 0; --steps) {
-        const QString layer = anyLayer(data, choices);
-        switch (choices.below(10)) {
-        case 0:
-            KcHost::addLayer(database, layer);
-            break;
-        case 1:
-            KcHost::eraseLayer(database, layer);
-            break;
-        case 2:
-            KcHost::renameLayer(database, layer, anyLayer(data, choices));
-            break;
-        case 3:
-            KcHost::mergeLayer(database, layer, anyLayer(data, choices));
-            break;
-        case 4:
-            KcHost::eraseLayerWithEntities(database, layer);
-            break;
-        case 5:
-            KcHost::setCurrentLayer(database, layer);
-            break;
-        case 6: {
-            auto change = anyChange<KcHost::LayerChange>(database, choices);
-            if (choices.below(3) == 0)
-                change.description = QString::fromUtf8(choices.of(Attack::kTexts));
-            KcHost::changeLayer(database, layer, change);
-            break;
-        }
-        case 7:
-            setFlag(database, choices);
-            break;
-        default: {
-            auto change = anyChange<KcHost::EntityChange>(database, choices);
-            if (choices.below(3) == 0)
-                change.layer = layer;
-            const std::vector<int> records = recordsOf(data);
-            if (!records.empty())
-                KcHost::changeEntity(database, choices.of(records), change);
-        }
-        }
+        QStringList step = QString(choices.of(kSteps)).split(' ');
+        for (QString &word : step)
+            word = word.startsWith('$') ? chosen(word, database, choices) : word;
+        const auto before = std::pair(kept.layers, kept.entities);
+        const bool isTaken = change(step) == Kcore::eOk;
+        require(!isTaken || isDone(database, step), "what was asked for is done");
+        require(isTaken || before == std::pair(kept.layers, kept.entities),
+                "what is refused changes nothing");
     }
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
+/// Undo and the viewer take part in some of the executions only, since they take their time.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const Attack::Input input = Attack::Input::from(bytes, size);
-    const Attack::Effort effort(size);
-    const Reading read(input.drawing);
+    const Attack::Effort effort{size};
+    Attack::Input input(data, size);
+    const QByteArray &drawing = input.drawing;
+    Choices &choices = input.choices;
+    const bool isViewed = choices.below(8) == 1;
+    const bool isUndone = choices.below(4) == 1;
+    const Reading read(drawing, isViewed);
     if (!read.viewed.database)
         return 0;
-    require(read.written() == input.drawing, "what was not changed stays as it is");
+    require(read.written() == drawing, "what was not changed stays as it is");
     for (auto entity = read.styles.begin(); entity != read.styles.end(); ++entity) {
         require(!read.data().entityRecord(entity.key()).isNull(), "the host knows what is shown");
         // dxflib ends a record at a variable, of which there is none in an entity, and a name at a NUL.
-        const auto isVariable = [](int code, const QByteArray &) { return code == 9; };
         require(symbolKey(read.viewed.layers.nameOf(entity->layer)) == read.layerOf(entity.key())
-                        || !read.groups(read.data().record(entity.key()), isVariable).isEmpty()
-                        || input.drawing.contains('\0'),
+                        || read.hasGroup(entity.key(), 9) || drawing.contains('\0'),
                 "two readers agree on an entity's layer");
     }
-    Attack::Choices choices(0, input.script);
+    KcHost::setWorkingDatabase(&read.database());
     QUndoStack *stack = KcHost::undoStack(read.database());
-    while (!choices.isAtEnd()) {
-        if (choices.below(6) == 0)
+    while (choices.remaining_bytes() > 0) {
+        if (isUndone && choices.below(6) == 0)
             stack->setIndex(choices.below(stack->count() + 1));
         else
-            change(read.database(), choices);
+            takeSteps(read.database(), choices);
     }
     const QByteArray changed = read.written();
-    const int index = stack->index();
-    const Reading again(changed);
+    const Reading again(changed, isViewed);
     require(again.viewed.database != nullptr, "what was written can be read");
     compare(read, again);
+    if (!isUndone)
+        return 0;
+    const int index = stack->index();
     stack->setIndex(0);
-    require(read.written() == input.drawing, "undone to the start, a drawing is as it was");
+    require(read.written() == drawing, "undone to the start, a drawing is as it was");
     stack->setIndex(index);
     require(read.written() == changed, "what was undone can be done again");
     return 0;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
-#include "DxfGrammar.h"
+#include "DxfMutator.h"
 
 #include "host/drawing/Database.h"
 #include "viewer/canvas/BlockView.h"
@@ -18,23 +18,11 @@
 #include <cmath>
 
 using namespace Tessa;
-using Attack::require;
 
 namespace {
 
 constexpr int kPixels = 48;
 constexpr double kReach = 6; ///< of the widest pen and a dot, in pixels
-
-/// One drawing for all: only what it shows is another one each time.
-Drawing emptyDrawing()
-{
-    Drawing drawing;
-    drawing.database = KcHost::newDrawing();
-    for (const char *name : Attack::kNames)
-        KcHost::addLayer(*drawing.database, QString::fromUtf8(name));
-    drawing.layers = DrawingLayers(*drawing.database);
-    return drawing;
-}
 
 QRectF grown(const QRectF &area, double by)
 {
@@ -97,26 +85,30 @@ void checkEntity(const Entity &entity, const Geometry &geometry, const SpaceTran
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static Drawing drawing = emptyDrawing();
-    const Attack::Input input = Attack::Input::from(bytes, size);
-    const Attack::Effort effort(size);
+    const Attack::Effort effort{size};
+    Attack::Input input(data, size);
+    Attack::Choices &choices = input.choices;
+    // One drawing for all: only what it shows is another one each time.
+    static KcDbDatabase *const database = KcHost::newDrawing().release();
+    static Drawing drawing{
+            {}, std::unique_ptr<KcDbDatabase>(database), DrawingLayers(*database), {}, {}};
     QStringList warnings;
     KcDbObjectAccess::drawing(*drawing.database).bytes = input.drawing;
     drawing.geometry = readGeometry(drawing, warnings);
 
-    Attack::Choices choices(0, input.script);
     DrawingItem item;
     const Projection projection = projectionOf(ViewDirection(choices.below(10)));
     item.setDrawing(&drawing);
     item.setProjection(projection);
-    item.setFaceStyle(choices.of({FaceStyle::Wireframe, FaceStyle::Hidden, FaceStyle::Gouraud}));
+    item.setFaceStyle(
+            choices.of(std::array{FaceStyle::Wireframe, FaceStyle::Hidden, FaceStyle::Gouraud}));
     const QRectF whole = item.bounds();
     require(std::isfinite(whole.width()) && std::isfinite(whole.height()), "bounds are numbers");
     // The whole drawing, a part of it, or what lies around it.
     const double width = qMax(qMax(whole.width(), whole.height()), 1e-3)
-                         * std::pow(2.0, choices.of({0, 0, 1, -1, -4, -12, 6}));
+                         * std::pow(2.0, choices.of(std::array{0, 1, -1, -4, -12, 6}));
     const QPointF middle = whole.center()
                            + QPointF(whole.width() * (choices.below(9) - 4) / 8,
                                      whole.height() * (choices.below(9) - 4) / 8);
