@@ -233,7 +233,7 @@ constexpr const char *kSteps[] = {"off $layer",
                                   "layer $layer true $true",
                                   "layer $layer weight $weight",
                                   "layer $layer type $type",
-                                  "layer $layer description $layer",
+                                  "layer $layer description $text",
                                   "set $entity color $color",
                                   "set $entity true $true",
                                   "set $entity weight $weight",
@@ -254,6 +254,8 @@ QString chosen(const QString &what, const KcDbDatabase &database, Choices &choic
         return QString::number(choices.of(std::array{-3, -2, -1, 0, 25, 211}));
     if (what == "$type")
         return choices.of(KcHost::linetypes(database) + QStringList{"ByBlock", "BYLAYER"});
+    if (what == "$text")
+        return QString::fromUtf8(choices.of(kNames));
     if (what == "$entity") {
         const std::vector<int> records = recordsOf(data);
         return QString::number(records.empty() ? -1 : choices.of(records));
@@ -261,7 +263,7 @@ QString chosen(const QString &what, const KcDbDatabase &database, Choices &choic
     if (const int layer = choices.below(int(data.layers.size()) + 3);
         layer < int(data.layers.size()))
         return text(data.layers[layer].name);
-    return what == "$layer" ? QString::fromUtf8(choices.of(kNames)) : what;
+    return QString::fromUtf8(choices.of(kNames));
 }
 
 template <class Change>

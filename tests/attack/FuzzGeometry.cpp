@@ -71,6 +71,16 @@ void checkEntity(const Entity &entity, const Geometry &geometry, const SpaceTran
     if (hatching && !BlockView(toHatch).isEdgeOn) {
         const SeenHatch seen = seenHatch(*hatching, toHatch, area, pixel, 1000);
         require(seen.tint >= 0 && seen.tint <= 1, "a tint is a part");
+        const QTransform ground = toHatch.ofPlane(0);
+        double skew = 1; // lines are cut off where those of the area's corners end
+        for (const HatchLines &lines : hatching->families)
+            skew += 1 / std::abs(QPointF::dotProduct({-lines.way.y(), lines.way.x()}, lines.step))
+                    * std::hypot(lines.step.x(), lines.step.y());
+        require(ground.m11() * ground.m12() + ground.m21() * ground.m22() != 0
+                        || std::abs(ground.m11()) != std::abs(ground.m22())
+                        || areIn(grown(area, 3 * skew * area.width() + 1e3 * rounding),
+                                 seen.lines.elements),
+                "the lines of a hatch are near what is seen");
         for (std::size_t i = 0; i + 1 < seen.lines.elements.size(); i += 2) {
             const SpacePoint &start = seen.lines.elements[i].at;
             const SpacePoint &end = seen.lines.elements[i + 1].at;
