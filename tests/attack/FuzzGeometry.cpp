@@ -72,13 +72,14 @@ void checkEntity(const Entity &entity, const Geometry &geometry, const SpaceTran
         const SeenHatch seen = seenHatch(*hatching, toHatch, area, pixel, 1000);
         require(seen.tint >= 0 && seen.tint <= 1, "a tint is a part");
         const QTransform ground = toHatch.ofPlane(0);
-        double skew = 1; // lines are cut off where those of the area's corners end
-        for (const HatchLines &lines : hatching->families)
-            skew += 1 / std::abs(QPointF::dotProduct({-lines.way.y(), lines.way.x()}, lines.step))
-                    * std::hypot(lines.step.x(), lines.step.y());
+        double skew = 0; // lines are cut off where those of the area's corners end
+        for (const HatchLines &lines : hatching->families) {
+            const double across = QPointF::dotProduct({-lines.way.y(), lines.way.x()}, lines.step);
+            skew = qMax(skew, std::abs(QPointF::dotProduct(lines.way, lines.step) / across));
+        }
         require(ground.m11() * ground.m12() + ground.m21() * ground.m22() != 0
                         || std::abs(ground.m11()) != std::abs(ground.m22())
-                        || areIn(grown(area, 3 * skew * area.width() + 1e3 * rounding),
+                        || areIn(grown(area, (1 + 1.5 * skew) * area.width() + 1e3 * rounding),
                                  seen.lines.elements),
                 "the lines of a hatch are near what is seen");
         for (std::size_t i = 0; i + 1 < seen.lines.elements.size(); i += 2) {
@@ -118,7 +119,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(std::isfinite(whole.width()) && std::isfinite(whole.height()), "bounds are numbers");
     // The whole drawing, a part of it, or what lies around it.
     const double width = qMax(qMax(whole.width(), whole.height()), 1e-3)
-                         * std::pow(2.0, choices.of(std::array{0, 1, -1, -4, -12, 6}));
+                         * std::pow(2.0, choices.of(std::array{0, 1, -1, -2, -4, -12, 6}));
     const QPointF middle = whole.center()
                            + QPointF(whole.width() * (choices.below(9) - 4) / 8,
                                      whole.height() * (choices.below(9) - 4) / 8);
