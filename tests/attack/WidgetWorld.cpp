@@ -1,43 +1,33 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
-#include "Events.h"
+#include "World.h"
 
-#include "tests/Support.h"
+#include "tests/Changes.h"
 
 #include <KcHost/RibbonBar.h>
 
 #include <QBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMetaMethod>
 #include <QMetaProperty>
-#include <QRandomGenerator>
+#include <QPluginLoader>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QTranslator>
-#include <QUndoStack>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 
 using namespace OvCc;
 
 namespace Attack {
 namespace {
 
+using Maker = std::function<QWidget *()>;
+
 template <class Widget>
 QWidget *make()
 {
-    if constexpr (std::is_base_of_v<QDialog, Widget>)
-        return new Widget(nullptr);
-    else
-        return new Widget;
-}
-
-QWidget *makeBar()
-{
-    auto *bar = new LayerControl;
-    new StackWidget(bar);
-    return bar;
+    return new Widget(nullptr);
 }
 
 /// A view of our own, of all layers as they are now.
@@ -56,6 +46,13 @@ QWidget *makeView()
     return view;
 }
 
+QWidget *makeBar()
+{
+    auto *bar = new LayerControl;
+    new StackWidget(bar);
+    return bar;
+}
+
 QWidget *makeRibbon()
 {
     auto *bar = new KcHost::RibbonBar;
@@ -66,33 +63,41 @@ QWidget *makeRibbon()
 }
 
 constexpr quint32 linkedCount = 4; // the first of these are in a link
-constexpr QWidget *(*makers[])(){
-        make<LayerManager>,
-        make<LayerComboBox>,
-        make<LayerTableWidget>,
-        makeBar,
-        make<LayerManager>,
-        make<LayerComboBox>,
-        make<CustomControl>,
-        make<PropertyManager>,
-        make<QOvColorComboBox>,
-        make<LineWidthComboBox>,
-        make<LineTypeComboBox>,
-        make<ColorComboBox>,
-        make<TextStyleComboBox>,
-        make<VisualStyleComboBox>,
-        make<ViewButton>,
-        makeRibbon,
-        make<ViewGallery>,
-        make<MinMaxButton>,
-        make<SearchLayerEdit>,
-        makeView<QTableView>,
-        makeView<FrozenTableWidget>,
-        make<OvLineWeightDialog>,
-        make<LayerWarningDialog>,
-        make<LayerLineWeightDialog>,
-        make<LayerLineTypeDialog>,
-};
+
+/// What has most to do with layers, what Qt Designer offers, and the rest.
+QVector<Maker> allMakers()
+{
+    QVector<Maker> makers{make<LayerManager>, make<LayerComboBox>, make<LayerTableWidget>, makeBar,
+                          make<LayerManager>, make<LayerComboBox>};
+    QPluginLoader plugin(OVCC_DESIGNER_PLUGIN);
+    const auto *offer = qobject_cast<QDesignerCustomWidgetCollectionInterface *>(plugin.instance());
+    const auto widgets = offer->customWidgets();
+    for (QDesignerCustomWidgetInterface *each : widgets)
+        makers += [each] { return each->createWidget(nullptr); };
+    return makers
+           << makeRibbon
+           << makeView<
+                      QTableView> << makeView<FrozenTableWidget> << make<OvLineWeightDialog> << make<LayerWarningDialog> << make<LayerLineWeightDialog> << make<LayerLineTypeDialog>;
+}
+
+/// A value for a slot or property; invalid if it is of another type.
+QVariant valueOf(int type, quint32 number, const QString &layer)
+{
+    switch (type) {
+    case QMetaType::Bool:
+        return number % 2 == 0;
+    case QMetaType::Int:
+        return int(number % 66) - 2;
+    case QMetaType::QString:
+        return layer.left(int(number % 8));
+    case QMetaType::QStringList:
+        return QStringList{layer, QStringLiteral("none")};
+    case QMetaType::QSize:
+        return QSize(16 + int(number % 48), 16 + int(number / 64 % 48));
+    default:
+        return {};
+    }
+}
 
 /// Another language.
 class Words : public QTranslator
@@ -105,147 +110,66 @@ public:
     }
 };
 
-/// To what has the focus there.
-void pressKey(QWidget *widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QWidget *focus = widget->window()->focusWidget();
-    const QPointer<QWidget> guard(focus ? focus : widget);
-    QTest::keyPress(guard, key, modifiers);
-    if (guard)
-        QTest::keyRelease(guard, key, modifiers);
-}
-
-/// By a number: where, the button, the modifiers.
-void send(const QPointer<QWidget> &widget, std::initializer_list<QEvent::Type> types,
-          quint32 number)
-{
-    constexpr Qt::MouseButton buttons[]{Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
-                                        Qt::MiddleButton};
-    constexpr Qt::KeyboardModifier keys[]{Qt::NoModifier, Qt::NoModifier, Qt::ControlModifier,
-                                          Qt::ShiftModifier};
-    for (const QEvent::Type type : types) {
-        if (widget && widget->isVisible() && widget->window()->windowHandle())
-            mouse(type, widget,
-                  {int(number % quint32(qMax(1, widget->width()))),
-                   int(number / 4096 % quint32(qMax(1, widget->height())))},
-                  buttons[(number >> 28) % 4], keys[number >> 30]);
-    }
-}
-
-/// A value for a slot or property; invalid if it is of another type.
-QVariant valueOf(int type, quint32 number, const QString &layer)
-{
-    switch (type) {
-    case QMetaType::Bool:
-        return number % 2 == 0;
-    case QMetaType::Int:
-        return int(number % 24) - 2;
-    case QMetaType::QString:
-        return layer.left(int(number % 8));
-    case QMetaType::QStringList:
-        return QStringList{layer, QStringLiteral("none")};
-    case QMetaType::QSize:
-        return QSize(16 + int(number % 48), 16 + int(number / 64 % 48));
-    default:
-        return {};
-    }
-}
-
-bool isOurs(const QMetaObject *meta)
-{
-    return meta && QByteArray(meta->className()).startsWith("OvCc::");
-}
-
-class WidgetWorld : public QObject, public World
+class WidgetWorld : public World
 {
 public:
     WidgetWorld();
     ~WidgetWorld() override;
-    void play(const Event &event) override;
-    QString wrong() override;
 
-    struct Act
-    {
-        const char *name;
-        int weight;
-        void (WidgetWorld::*play)(const Event &);
-    };
-    static const Act acts[];
+protected:
+    void check() override;
+    QWidgetList roots() const override;
+    QWidget *root(quint32 number) override;
 
 private:
-    QWidget *top(quint32 number);
-    QWidget *target(const Event &event);
-    template <class Widget>
-    const QList<Widget *> all() const;
     template <class Widget>
     Widget *any(quint32 number);
-    QString layerName(quint32 number) const;
 
     void link();
     void add(QWidget *widget, bool isLinked);
     void notified();
-    void wish(const std::function<void(KcDbDatabase &)> &answer);
+    void wish(const QStringList &step);
+    void reload(const QByteArray &slot);
     void tellOfDrawing();
     void letGo();
     void show(std::unique_ptr<KcDbDatabase> drawing);
-    void answer(int generation, int round);
 
-    void click(const Event &event);
-    void key(const Event &event);
     void cell(const Event &event);
     void row(const Event &event);
-    void look(const Event &event);
     void invoke(const Event &event);
-    void setProperty(const Event &event);
     void command(const Event &event);
-    void changeLayer(const Event &event);
     void hold(const Event &event);
     void undo(const Event &event);
-    void otherDrawing(const Event &event);
+    void drawing(const Event &event);
     void destroy(const Event &event);
 
-    QString wrongIn(LayerTableWidget *table, const QList<QStringList> &rows) const;
-    QString wrongIn(LayerComboBox *box, const QList<LayerItemData> &layers) const;
-
+    const QVector<Maker> m_makers = allMakers();
     QTemporaryDir m_folder;
-    Words m_words;
     std::unique_ptr<KcDbDatabase> m_drawings[3]; // the first one is the working one
     QList<KcDbLayerTableRecord *> m_held;
     std::unique_ptr<KcHost::UndoGroup> m_group;
     QPointer<QWidget> m_windows[3];
-    QPointer<QWidget> m_tops[std::size(makers)];
+    QVector<QPointer<QWidget>> m_tops{m_makers.size()};
     QPointer<LayerLink> m_link;
+    Words m_words;
     LayerState m_state;
     quint32 m_mode = 0;         // of the host, see notified() and wish()
     QPointer<QObject> m_doomed; // goes with the next notification
-    QVector<std::function<void()>> m_later;
-    QRandomGenerator m_chance; // of the event that is played
-    int m_generation = 0;
-    int m_depth = 0;
+    QList<QStringList> m_later;
     bool m_isNotified = false;
-};
-
-const WidgetWorld::Act WidgetWorld::acts[] = {
-        {"click", 40, &WidgetWorld::click},
-        {"key", 22, &WidgetWorld::key},
-        {"cell", 20, &WidgetWorld::cell},
-        {"row", 8, &WidgetWorld::row},
-        {"look", 6, &WidgetWorld::look},
-        {"invoke", 14, &WidgetWorld::invoke},
-        {"property", 8, &WidgetWorld::setProperty},
-        {"command", 30, &WidgetWorld::command},
-        {"change", 24, &WidgetWorld::changeLayer},
-        {"hold", 6, &WidgetWorld::hold},
-        {"undo", 6, &WidgetWorld::undo},
-        {"drawing", 4, &WidgetWorld::otherDrawing},
-        {"destroy", 6, &WidgetWorld::destroy},
 };
 
 WidgetWorld::WidgetWorld()
 {
-    // What depends on the clock happens at once, or never.
-    QApplication::setDoubleClickInterval(0);
-    QApplication::setCursorFlashTime(0);
+    World::add("cell", 20, &WidgetWorld::cell);
+    World::add("row", 8, &WidgetWorld::row);
+    World::add("invoke", 30, &WidgetWorld::invoke);
+    World::add("command", 20, &WidgetWorld::command);
+    World::add("hold", 6, &WidgetWorld::hold);
+    World::add("undo", 5, &WidgetWorld::undo);
+    World::add("drawing", 4, &WidgetWorld::drawing);
+    World::add("destroy", 6, &WidgetWorld::destroy);
+    addBeneath({"destroy", "destroy", "layer", "drawing", "command", "invoke", "undo", "hold"});
     KcHost::setLayerModifiedHandler([this](const QString &name) {
         if (m_link)
             m_link->layerChanged(name);
@@ -260,67 +184,30 @@ WidgetWorld::~WidgetWorld()
     letGo();
     for (const auto &window : m_windows)
         delete window;
-    for (const auto &top : m_tops)
+    for (const auto &top : std::as_const(m_tops))
         delete top;
     delete m_link;
     KcHost::setLayerModifiedHandler(nullptr);
     KcHost::setLayerTableChangesHandler(nullptr);
-    QCoreApplication::removeTranslator(&m_words);
-}
-
-void WidgetWorld::play(const Event &event)
-{
-    m_chance.seed(event.a ^ event.b ^ event.c);
-    const int generation = ++m_generation;
-    QTimer::singleShot(0, this, [this, generation] { answer(generation, 0); });
-    ++m_depth;
-    (this->*acts[event.kind].play)(event);
-    --m_depth;
-    ++m_generation;
-}
-
-/// Called in the loop of a dialog, menu or drag that the event has begun, till that is over.
-void WidgetWorld::answer(int generation, int round)
-{
-    if (generation != m_generation)
-        return;
-    QTimer::singleShot(0, this, [this, generation, round] { answer(generation, round + 1); });
-    QWidget *popup = QApplication::activePopupWidget();
-    QWidget *asking = popup ? popup : QApplication::activeModalWidget();
-    const quint32 chance = m_chance.generate();
-    const Event next{0, m_chance.generate(), m_chance.generate(), m_chance.generate()};
-    if (!asking)
-        pressKey(any<LayerManager>(0), Qt::Key_Escape); // a drag
-    else if (round > 20)
-        asking->hide();
-    else if (chance % 8 < 2)
-        pressKey(asking, chance % 8 ? Qt::Key_Return : Qt::Key_Escape);
-    else if (chance % 8 < 4)
-        click(next);
-    else if (chance % 8 < 5)
-        key(next);
-    else if (auto *dialog = qobject_cast<QDialog *>(asking); chance % 8 < 6)
-        dialog ? dialog->done(int(next.a % 2)) : void(asking->close());
-    else if (m_depth < 3) { // something happens under it
-        constexpr decltype(Act::play) unders[]{
-                &WidgetWorld::destroy, &WidgetWorld::changeLayer, &WidgetWorld::otherDrawing,
-                &WidgetWorld::destroy, &WidgetWorld::command,     &WidgetWorld::undo,
-                &WidgetWorld::hold};
-        ++m_depth;
-        (this->*unders[chance / 8 % std::size(unders)])(next);
-        --m_depth;
-    }
 }
 
 // ---- What is there ----
 
-QWidget *WidgetWorld::top(quint32 number)
+QWidgetList WidgetWorld::roots() const
 {
-    const quint32 index = number % quint32(std::size(makers));
+    QWidgetList roots;
+    for (QWidget *top : m_tops)
+        roots += top ? QWidgetList{top} : QWidgetList();
+    return roots;
+}
+
+QWidget *WidgetWorld::root(quint32 number)
+{
+    const int index = int(number % quint32(m_tops.size()));
     if (QWidget *widget = m_tops[index])
         return widget;
-    QWidget *widget = makers[index]();
-    if (index % 4 < std::size(m_windows) && !qobject_cast<QDialog *>(widget)) {
+    QWidget *widget = m_makers[index]();
+    if (index % 4 < int(std::size(m_windows)) && !qobject_cast<QDialog *>(widget)) {
         QPointer<QWidget> &window = m_windows[index % 4];
         if (!window) {
             window = new QWidget;
@@ -331,56 +218,17 @@ QWidget *WidgetWorld::top(quint32 number)
         window->layout()->addWidget(widget);
     }
     m_tops[index] = widget;
-    add(widget, index < linkedCount);
+    add(widget, index < int(linkedCount));
     widget->show();
     return widget;
-}
-
-/// A part of any widget, or of what is open over all, that is shown.
-QWidget *WidgetWorld::target(const Event &event)
-{
-    QWidget *popup = QApplication::activePopupWidget();
-    QWidget *root = event.a % 8 == 0 ? nullptr : popup ? popup : QApplication::activeModalWidget();
-    if (!root) {
-        root = top(event.a / 8);
-        root->window()->show();
-        root->show();
-    }
-    QWidgetList parts = root->findChildren<QWidget *>();
-    parts.erase(std::remove_if(parts.begin(), parts.end(),
-                               [](const QWidget *part) { return !part->isVisible(); }),
-                parts.end());
-    parts += root;
-    return parts[int(event.b % quint32(parts.size()))];
-}
-
-template <class Widget>
-const QList<Widget *> WidgetWorld::all() const
-{
-    QList<Widget *> found;
-    for (QWidget *top : m_tops) {
-        if (auto *widget = qobject_cast<Widget *>(top))
-            found += widget;
-        if (top)
-            found += top->findChildren<Widget *>();
-    }
-    return found;
 }
 
 template <class Widget>
 Widget *WidgetWorld::any(quint32 number)
 {
-    top(0);
-    top(1);
-    const QList<Widget *> found = all<Widget>();
-    return found[int(number % quint32(found.size()))];
-}
-
-QString WidgetWorld::layerName(quint32 number) const
-{
-    const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    return layers->isEmpty() ? QStringLiteral("0")
-                             : layers->at(int(number % quint32(layers->size()))).name;
+    root(0);
+    root(1);
+    return pick(all<Widget>(), number);
 }
 
 // ---- What the host does ----
@@ -389,36 +237,27 @@ QString WidgetWorld::layerName(quint32 number) const
 void WidgetWorld::link()
 {
     m_link = new LayerLink;
-    const auto answer = [this](auto signal, auto act) {
-        connect(m_link, signal, this, [this, act](const auto &...what) {
-            wish([act, what...](KcDbDatabase &drawing) { act(drawing, what...); });
+    const auto answer = [this](auto signal, const QStringList &words) {
+        connect(m_link, signal, this, [this, words](const auto &...what) {
+            const QVariantList values{QVariant(what)...};
+            for (const QString &name : values[0].toStringList()) {
+                QStringList step = words;
+                step.insert(1, name);
+                if (values.size() > 1)
+                    step += values[1].toString().remove('#'); // a color's
+                wish(step);
+            }
         });
     };
-    const auto forEach = [](auto act) {
-        return [act](KcDbDatabase &drawing, const QStringList &names, const auto &...what) {
-            for (const QString &name : names)
-                act(drawing, name, what...);
-        };
-    };
-    const auto change = [forEach](auto member) {
-        return forEach([member](KcDbDatabase &drawing, const QString &name, const auto &value) {
-            KcHost::LayerChange wanted;
-            if constexpr (std::is_same_v<std::decay_t<decltype(value)>, QColor>)
-                wanted.*member = value.rgb() & 0xffffff;
-            else
-                wanted.*member = value;
-            KcHost::changeLayer(drawing, name, wanted);
-        });
-    };
-    answer(&LayerLink::currentLayerRequested, KcHost::setCurrentLayer);
-    answer(&LayerLink::addRequested, KcHost::addLayer);
-    answer(&LayerLink::renameRequested, KcHost::renameLayer);
-    answer(&LayerLink::removeRequested, forEach(KcHost::eraseLayer));
-    answer(&LayerLink::mergeRequested, forEach(KcHost::mergeLayer));
-    answer(&LayerLink::colorRequested, change(&KcHost::LayerChange::trueColor));
-    answer(&LayerLink::linetypeRequested, change(&KcHost::LayerChange::linetype));
-    answer(&LayerLink::lineWeightRequested, change(&KcHost::LayerChange::lineWeight));
-    answer(&LayerLink::descriptionRequested, change(&KcHost::LayerChange::description));
+    answer(&LayerLink::currentLayerRequested, {"current"});
+    answer(&LayerLink::addRequested, {"add"});
+    answer(&LayerLink::renameRequested, {"rename"});
+    answer(&LayerLink::removeRequested, {"erase"});
+    answer(&LayerLink::mergeRequested, {"merge"});
+    answer(&LayerLink::colorRequested, {"layer", "true"});
+    answer(&LayerLink::linetypeRequested, {"layer", "type"});
+    answer(&LayerLink::lineWeightRequested, {"layer", "weight"});
+    answer(&LayerLink::descriptionRequested, {"layer", "description"});
     connect(m_link, &LayerLink::changesBegin, this, [this](const QString &text) {
         if (KcDbDatabase *drawing = getCurrentDb())
             m_group = std::make_unique<KcHost::UndoGroup>(*drawing, text);
@@ -430,9 +269,9 @@ void WidgetWorld::link()
     });
     connect(m_link, &LayerLink::layersToggled, this, &WidgetWorld::notified);
     connect(m_link, &LayerLink::updated, this, &WidgetWorld::notified);
-    for (quint32 index = 0; index < linkedCount; ++index) {
-        if (m_tops[index])
-            add(m_tops[index], true);
+    for (const auto &top : m_tops.mid(0, linkedCount)) {
+        if (top)
+            add(top, true);
     }
 }
 
@@ -465,37 +304,34 @@ void WidgetWorld::notified()
         return;
     if (m_doomed)
         std::exchange(m_doomed, nullptr)->deleteLater();
-    if (m_link && m_mode % 8 == 1)
-        m_link->layersChanged();
-    if (m_link && m_mode % 8 == 2)
-        m_link->flush();
-    const QList<LayerManager *> panels = all<LayerManager>();
-    for (LayerManager *panel : panels) {
-        if (m_mode % 8 == 3)
-            panel->refresh();
-        if (m_mode % 8 == 4)
-            panel->slotUpLayerModel();
+    reload(pick({"", "", "layersChanged", "flush", "refresh", "slotUpLayerModel", "slotUpdate"},
+                m_mode));
+    for (LayerTableWidget *table : all<LayerTableWidget>()) {
         if (m_mode % 8 == 5)
-            panel->table()->InitLayerModel();
+            table->InitLayerModel();
     }
-    const QList<LayerComboBox *> boxes =
-            m_mode % 8 == 6 ? all<LayerComboBox>() : QList<LayerComboBox *>();
-    for (LayerComboBox *box : boxes)
-        box->slotUpdate();
     m_isNotified = false;
 }
 
-/// The host does what the user wants, at once or later, or refuses.
-void WidgetWorld::wish(const std::function<void(KcDbDatabase &)> &answer)
+/// Calls a slot of all that have it.
+void WidgetWorld::reload(const QByteArray &slot)
 {
-    const auto act = [answer] {
-        if (KcDbDatabase *drawing = getCurrentDb())
-            answer(*drawing);
-    };
-    if (m_mode / 8 % 4 < 2)
-        act();
-    else if (m_mode / 8 % 4 == 2)
-        m_later += act;
+    QObjectList objects{m_link};
+    for (QWidget *widget : all<QWidget>())
+        objects += widget;
+    for (QObject *object : std::as_const(objects)) {
+        if (object && object->metaObject()->indexOfSlot(slot + "()") >= 0)
+            QMetaObject::invokeMethod(object, slot);
+    }
+}
+
+/// The host does what the user wants, at once or later, or refuses.
+void WidgetWorld::wish(const QStringList &step)
+{
+    if (m_mode / 8 % 4 == 2)
+        m_later += step;
+    else if (m_mode / 8 % 4 < 2 && getCurrentDb())
+        ::change(step);
     notified();
 }
 
@@ -504,8 +340,7 @@ void WidgetWorld::tellOfDrawing()
     KcHost::setWorkingDatabase(m_drawings[0].get());
     if (m_link)
         m_link->drawingChanged();
-    const QList<LayerManager *> panels = all<LayerManager>();
-    for (LayerManager *panel : panels)
+    for (LayerManager *panel : all<LayerManager>())
         panel->showOtherDrawing();
 }
 
@@ -527,65 +362,23 @@ void WidgetWorld::show(std::unique_ptr<KcDbDatabase> drawing)
 
 // ---- What happens ----
 
-/// Or a press, a release, a double click, a move or the wheel.
-void WidgetWorld::click(const Event &event)
-{
-    constexpr auto press = QEvent::MouseButtonPress;
-    constexpr auto release = QEvent::MouseButtonRelease;
-    QWidget *widget = target(event);
-    switch (event.a / 512 % 8) {
-    case 0:
-        return send(widget, {press}, event.c);
-    case 1:
-        return send(widget, {release}, event.c);
-    case 2:
-        return send(widget, {press, release, QEvent::MouseButtonDblClick, release}, event.c);
-    case 3:
-        return send(widget, {QEvent::MouseMove}, event.c);
-    case 4:
-        return wheel(widget, {event.c % 2 ? 120 : -120});
-    default:
-        return send(widget, {press, release}, event.c);
-    }
-}
-
-void WidgetWorld::key(const Event &event)
-{
-    constexpr Qt::Key keys[]{Qt::Key_Up,       Qt::Key_Down,     Qt::Key_Left,   Qt::Key_Right,
-                             Qt::Key_Home,     Qt::Key_End,      Qt::Key_Tab,    Qt::Key_Return,
-                             Qt::Key_F2,       Qt::Key_Escape,   Qt::Key_F4,     Qt::Key_Space,
-                             Qt::Key_A,        Qt::Key_C,        Qt::Key_Menu,   Qt::Key_Backspace,
-                             Qt::Key_PageDown, Qt::Key_L,        Qt::Key_Delete, Qt::Key_V,
-                             Qt::Key_0,        Qt::Key_Asterisk, Qt::Key_PageUp};
-    constexpr Qt::KeyboardModifier modifiers[]{Qt::NoModifier,      Qt::NoModifier,
-                                               Qt::ControlModifier, Qt::AltModifier,
-                                               Qt::ShiftModifier,   Qt::NoModifier};
-    QWidget *focus = QApplication::focusWidget();
-    QWidget *widget = focus && event.a / 512 % 2 ? focus : target(event);
-    if (event.a / 1024 % 2)
-        widget->setFocus();
-    pressKey(widget, keys[event.c % std::size(keys)],
-             modifiers[event.c / 64 % std::size(modifiers)]);
-}
-
 /// A click on a cell of a layer table.
 void WidgetWorld::cell(const Event &event)
 {
     auto *table = any<LayerTableWidget>(event.a);
     const int column = int(event.b % LayerColumnCount);
-    QTableView *view =
-            column <= NameColumn ? static_cast<QTableView *>(table->frozenView()) : table;
+    QTableView *view = table;
+    if (column <= NameColumn)
+        view = table->frozenView();
     const QModelIndex cell = table->model()->index(
             int(event.b / 16 % quint32(table->model()->rowCount() + 1)), column);
     if (!cell.isValid())
         return;
+    table->window()->show();
     view->scrollTo(cell);
-    const QPoint place = view->visualRect(cell).center();
-    const quint32 number = (event.c & 0xff000000) | quint32(qMax(0, place.y())) * 4096
-                           | quint32(qMax(0, place.x()));
-    send(view->viewport(), {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}, number);
-    if (event.c % 4 == 0)
-        click({0, event.a, event.b, event.c});
+    send(view->viewport(), view->visualRect(cell).center(), clicked, event.c);
+    if (event.c / 64 % 4 == 0)
+        click({event.a, event.b, event.c});
 }
 
 /// A click in the drop-down of a layer box.
@@ -595,92 +388,44 @@ void WidgetWorld::row(const Event &event)
     if (box->count() == 0)
         return; // without a face
     box->window()->show();
-    send(box->lineEdit(), {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}, 0);
+    send(box->lineEdit(), {}, clicked, 0);
     const auto *list = qobject_cast<QListWidget *>(box->view());
     if (list->count() == 0 || !list->isVisible())
         return;
-    const QWidgetList parts =
-            box->layerItem(int(event.b % quint32(list->count())))->findChildren<QWidget *>();
-    send(parts[int(event.c % quint32(parts.size()))],
-         {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}, 0);
+    const auto *item = box->layerItem(int(event.b % quint32(list->count())));
+    send(pick(item->findChildren<QWidget *>(), event.c), {}, clicked, 0);
 }
 
-/// Size, visibility, palette, style, font, language, direction, the active window.
-void WidgetWorld::look(const Event &event)
-{
-    QWidget *widget = top(event.b);
-    const bool isOn = event.c % 2;
-    switch (event.a % 32) {
-    case 0:
-        return QApplication::setPalette({QColor::fromRgb(event.b), QColor::fromRgb(event.c)});
-    case 1:
-        return void(QApplication::setStyle(isOn ? QStringLiteral("Fusion")
-                                                : QStringLiteral("Windows")));
-    case 2:
-        return qApp->setStyleSheet(QString::fromUtf8(
-                isOn ? fileContent(QStringLiteral(OVCC_SOURCE_DIR "/docs/slate.qss"))
-                     : QByteArray()));
-    case 3:
-        return QApplication::setFont(QFont(QStringLiteral("Sans"), 6 + int(event.c % 14)));
-    case 4:
-        return void(isOn ? QCoreApplication::installTranslator(&m_words)
-                         : QCoreApplication::removeTranslator(&m_words));
-    case 5:
-        return QApplication::setLayoutDirection(isOn ? Qt::RightToLeft : Qt::LeftToRight);
-    default:
-        if (event.a % 4 == 0)
-            QApplication::setActiveWindow(widget->window());
-        else if (event.a % 4 == 1)
-            widget->window()->resize(int(event.a / 64 % 500), int(event.c % 500));
-        else
-            (event.a % 4 == 2 ? widget : widget->window())->setVisible(isOn);
-    }
-}
-
-/// A public slot.
+/// A public slot or a switch of a widget, or of what it is in.
 void WidgetWorld::invoke(const Event &event)
 {
-    QWidget *widget = target(event);
-    const QMetaObject *meta = widget->metaObject();
-    QVector<QMetaMethod> found;
-    for (; meta; meta = meta->superClass()) {
-        for (int index = meta->methodOffset(); isOurs(meta) && index < meta->methodCount();
-             ++index) {
-            const QMetaMethod method = meta->method(index);
-            if (method.methodType() == QMetaMethod::Slot && method.access() == QMetaMethod::Public
-                && method.parameterCount() < 2
-                && (method.parameterCount() == 0
-                    || valueOf(method.parameterType(0), 0, {}).isValid()))
-                found += method;
+    QVector<std::function<void()>> calls;
+    const auto value = [number = event.c / 64, layer = layerName(event.b)](int type) {
+        return valueOf(type, number, layer);
+    };
+    for (QWidget *at = target(event); at && calls.isEmpty(); at = at->parentWidget()) {
+        const QMetaObject *meta = at->metaObject();
+        for (; QByteArray(meta->className()).startsWith("OvCc::"); meta = meta->superClass()) {
+            for (int index = meta->propertyOffset(); index < meta->propertyCount(); ++index) {
+                const QMetaProperty property = meta->property(index);
+                const int type = property.isFlagType() ? QMetaType::Int : property.userType();
+                calls += [=] { property.write(at, value(type)); };
+            }
+            for (int index = meta->methodOffset(); index < meta->methodCount(); ++index) {
+                const QMetaMethod slot = meta->method(index);
+                const int type = slot.parameterCount() ? slot.parameterType(0) : 0;
+                if (slot.methodType() != QMetaMethod::Slot || slot.access() != QMetaMethod::Public
+                    || slot.parameterCount() > 1 || (type && !value(type).isValid()))
+                    continue;
+                calls += [=, kept = value(type)] {
+                    slot.invoke(at, Qt::DirectConnection,
+                                QGenericArgument(kept.typeName(), kept.constData()));
+                };
+            }
         }
     }
-    if (found.isEmpty())
-        return;
-    const QMetaMethod method = found[int(event.c % quint32(found.size()))];
-    const QVariant value = method.parameterCount() ? valueOf(method.parameterType(0), event.c / 64,
-                                                             layerName(event.b))
-                                                   : QVariant();
-    method.invoke(widget, Qt::DirectConnection,
-                  value.isValid() ? QGenericArgument(value.typeName(), value.constData())
-                                  : QGenericArgument());
-}
-
-/// A switch.
-void WidgetWorld::setProperty(const Event &event)
-{
-    QWidget *widget = target(event);
-    QVector<QMetaProperty> properties;
-    for (const QMetaObject *meta = widget->metaObject(); meta; meta = meta->superClass()) {
-        for (int index = meta->propertyOffset(); isOurs(meta) && index < meta->propertyCount();
-             ++index)
-            properties += meta->property(index);
-    }
-    if (properties.isEmpty())
-        return;
-    const QMetaProperty property = properties[int(event.c % quint32(properties.size()))];
-    property.write(widget, property.isFlagType() ? QVariant(int(event.c / 64 % 64))
-                                                 : valueOf(property.userType(), event.c / 64,
-                                                           layerName(event.b)));
+    if (!calls.isEmpty())
+        pick(calls, event.c)();
 }
 
 /// A call of what is no slot, or what only the host knows.
@@ -693,73 +438,28 @@ void WidgetWorld::command(const Event &event)
     const QStringList names{layerName(event.b), layerName(event.c)};
     const bool isOn = event.c / 16 % 2;
     KcDbDatabase *drawing = getCurrentDb();
+    const auto linetypes = drawing ? KcHost::linetypes(*drawing) : QStringList();
+    const auto usage = drawing ? KcHost::layerUsage(*drawing) : QHash<QString, int>();
     const std::function<void()> commands[]{
             [=] { table->setSelectedFlag(column, isOn); },
             [=] { table->setAllFlags(column, isOn); },
-            [=] { table->setToggleSelection(isOn); },
-            [=] { table->setPropertyEditing(isOn); },
-            [=] { table->setRowMenu(isOn); },
-            [=] { table->setVisibilityFollowsSelection(isOn); },
             [=] { table->sortByColumn(column, isOn ? Qt::AscendingOrder : Qt::DescendingOrder); },
             [=] { table->restoreState(table->saveState()); },
-            [=] { table->editColor(); },
-            [=] { table->editLinetype(); },
-            [=] { table->editLineWeight(); },
-            [=] { table->editDescription(); },
-            [=] { table->mergeSelection(); },
-            [=] { table->isolateSelection(); },
-            [=] { table->giveBack(); },
-            [=] { table->addLayer(); },
-            [=] { table->renameLayer(); },
             [=] { table->finishEditing(); },
-            [=] { table->selectAllShown(); },
-            [=] { table->setLinetypes(drawing ? KcHost::linetypes(*drawing) : QStringList()); },
-            [=] {
-                panel->setUsage(drawing ? KcHost::layerUsage(*drawing) : QHash<QString, int>());
-            },
+            [=] { table->setLinetypes(linetypes); },
+            [=] { panel->setUsage(usage); },
             [=] { panel->setPicked(isOn ? names : QStringList()); },
-            [=] { panel->setFilterVisible(isOn); },
             [=] { panel->searchEdit()->setText(names.first().left(int(event.c % 4))); },
             [=] { box->setShownLayers(isOn ? names : QStringList()); },
             [=] { isOn ? box->showPopup() : box->hidePopup(); },
-            [this] { m_state = LayerState::capture(); },
-            [this] { m_link ? m_link->restore(m_state) : m_state.restore(); },
-            [this] { m_link ? m_link->flush() : void(); },
+            [=] { m_state = LayerState::capture(); },
+            [=] { m_link ? m_link->restore(m_state) : m_state.restore(); },
+            [=] { m_link ? m_link->flush() : void(); },
             [=] { m_mode = event.c; },
-            [=] {
-                m_doomed = event.c % 8 ? static_cast<QObject *>(top(event.c / 8)) : m_link.data();
-            },
+            [=] { isOn ? qApp->installTranslator(&m_words) : qApp->removeTranslator(&m_words); },
+            [=] { m_doomed = event.c % 8 ? root(event.c / 8) : static_cast<QObject *>(m_link); },
     };
-    commands[event.b / 256 % std::size(commands)]();
-}
-
-/// A change behind the widgets' back, of which the database tells.
-void WidgetWorld::changeLayer(const Event &event)
-{
-    KcDbDatabase *drawing = getCurrentDb();
-    if (!drawing)
-        return;
-    const QString name = layerName(event.a);
-    const QString other = QStringLiteral("Layer%1").arg(event.c % 200);
-    const bool isOn = event.c % 2;
-    const std::function<void()> changes[]{
-            [=] { OvLayerUtility().setLayerOff(name, isOn); },
-            [=] { OvLayerUtility().setLayerFrozen(name, isOn); },
-            [=] { OvLayerUtility().setLayerLock(name, isOn); },
-            [=] { OvLayerUtility().setLayerPlot(name, isOn); },
-            [=] { KcHost::addLayer(*drawing, other); },
-            [=] { KcHost::addLayer(*drawing, other); },
-            [=] { KcHost::eraseLayer(*drawing, name); },
-            [=] { KcHost::renameLayer(*drawing, name, other); },
-            [=] { KcHost::setCurrentLayer(*drawing, name); },
-            [=] { KcHost::mergeLayer(*drawing, name, layerName(event.c)); },
-            [=] { KcHost::eraseLayerWithEntities(*drawing, name); },
-            [=] {
-                KcHost::changeLayer(*drawing, name,
-                                    {1 + int(event.c % 255), {}, isOn ? 25 : -3, {}, other});
-            },
-    };
-    changes[event.b % std::size(changes)]();
+    pick(commands, event.b / 256)();
 }
 
 /// Somebody opens a layer and leaves it open, or lets go of all.
@@ -777,58 +477,45 @@ void WidgetWorld::hold(const Event &event)
 void WidgetWorld::undo(const Event &event)
 {
     letGo();
-    if (KcDbDatabase *drawing = getCurrentDb()) {
-        QUndoStack *stack = KcHost::undoStack(*drawing);
-        stack->setIndex(event.a % 4 ? stack->index() + (event.a % 2 ? 1 : -1)
-                                    : int(event.b % quint32(stack->count() + 1)));
-    }
+    World::undo(event);
 }
 
 /// None, one from a file, a new one, the same one saved and read again, or one that was there before.
-void WidgetWorld::otherDrawing(const Event &event)
+void WidgetWorld::drawing(const Event &event)
 {
+    const quint32 which = event.a % 16;
     const QString fileName = m_folder.filePath(QStringLiteral("drawing.dxf"));
-    switch (event.a % 16) {
-    case 0:
+    if (which == 0)
         return show(nullptr);
-    case 1:
-        return show(KcHost::readDrawing(
-                QStringLiteral(OVCC_SOURCE_DIR "/viewer/sample/floorplan.dxf")));
-    case 2:
-    case 3:
-    case 4:
-    case 5: {
+    if (which == 1)
+        return show(KcHost::readDrawing(OVCC_SOURCE_DIR "/viewer/sample/floorplan.dxf"));
+    if (which < 6) {
         auto drawing = KcHost::newDrawing();
         addNumberedLayers(*drawing, event.b % 16 ? int(event.c % 30) : 300);
         return show(std::move(drawing));
     }
-    case 6:
-    case 7:
-    case 8:
+    if (which < 9) {
         if (m_drawings[0] && KcHost::writeDrawing(*m_drawings[0], fileName) && event.b % 2)
             show(KcHost::readDrawing(fileName));
         return;
-    default:
-        letGo();
-        std::swap(m_drawings[0], m_drawings[1 + event.b % 2]);
-        tellOfDrawing();
     }
+    letGo();
+    std::swap(m_drawings[0], m_drawings[1 + event.b % 2]);
+    tellOfDrawing();
 }
 
 /// A window, the link or a widget goes, at once or soon.
 void WidgetWorld::destroy(const Event &event)
 {
-    QWidget *widget = m_tops[event.b % std::size(m_tops)];
+    QWidget *widget = pick(m_tops, event.b);
     QWidget *asking = event.c % 2 ? QApplication::activeModalWidget() : nullptr;
-    for (; asking; asking = asking->parentWidget()) { // what the dialog is of
-        if (std::count(std::begin(m_tops), std::end(m_tops), asking))
-            widget = asking;
-    }
+    for (; asking; asking = asking->parentWidget()) // what the dialog is of
+        widget = m_tops.contains(asking) ? asking : widget;
     if (event.a % 16 == 0)
-        delete m_windows[event.b % std::size(m_windows)];
+        delete pick(m_windows, event.b);
     else if (event.a % 16 == 1)
         delete m_link;
-    else if (widget && event.a % 2 && m_depth < 2)
+    else if (widget && event.a % 2 && answers() == 0)
         delete widget;
     else if (widget)
         widget->deleteLater();
@@ -838,103 +525,32 @@ void WidgetWorld::destroy(const Event &event)
 
 // ---- What holds ----
 
-QString WidgetWorld::wrong()
+void WidgetWorld::check()
 {
     letGo();
     m_isNotified = true; // the host is quiet
-    while (QWidget *popup = QApplication::activePopupWidget())
-        popup->close();
-    const QList<LayerTableWidget *> tables = all<LayerTableWidget>();
-    for (LayerTableWidget *table : tables)
+    for (LayerTableWidget *table : all<LayerTableWidget>())
         table->finishEditing();
-    const auto later = std::exchange(m_later, {});
-    for (const auto &act : later)
-        act();
+    for (const QStringList &step : std::exchange(m_later, {})) {
+        if (getCurrentDb())
+            ::change(step);
+    }
     for (int round = 0; round < 3; ++round) {
         QCoreApplication::processEvents();
         if (!m_link)
             link();
-        if (round == 0)
-            m_link->layersChanged(); // somebody had layers open
-        m_link->flush();
-        for (LayerManager *panel : all<LayerManager>())
-            panel->refresh();
-        for (LayerComboBox *box : all<LayerComboBox>())
-            box->refresh();
+        for (const char *slot : {"layersChanged", "flush", "refresh"}) // somebody had layers open
+            reload(slot);
     }
     m_isNotified = false;
-
-    QString wrong;
-    const QList<QStringList> rows = layerRows();
-    const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    for (LayerTableWidget *table : all<LayerTableWidget>())
-        wrong += wrongIn(table, rows);
-    for (LayerComboBox *box : all<LayerComboBox>())
-        wrong += wrongIn(box, *layers);
-    LayerItemData current;
-    const bool hasCurrent = OvLayerUtility().getCurrentLayer(current);
-    for (const LayerManager *panel : all<LayerManager>()) {
-        const QString label = panel->findChild<QLabel *>()->text();
-        if (hasCurrent && !label.endsWith(current.name))
-            wrong += QStringLiteral("label: '%1 instead of %2' ").arg(label, current.name);
-    }
-    return wrong;
-}
-
-QString WidgetWorld::wrongIn(LayerTableWidget *table, const QList<QStringList> &rows) const
-{
-    const QAbstractItemModel &model = *table->model();
-    QList<QStringList> shown;
-    int count = 0;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QStringList texts;
-        for (int column = 0; column < LayerColumnCount; ++column)
-            texts += model.index(row, column).data().toString();
-        shown += texts;
-        if (table->isRowHidden(row) != table->frozenView()->isRowHidden(row))
-            return QStringLiteral("a row is hidden in one view ");
-        count += table->isRowHidden(row) ? 0 : 1;
-    }
-    sortByName(shown);
-    for (int row = 0; row < int(qMax(shown.size(), rows.size())); ++row) {
-        if (shown.value(row) != rows.value(row))
-            return QStringLiteral("row of a table: '%1 instead of %2' ")
-                    .arg(shown.value(row).join('|'), rows.value(row).join('|'));
-    }
-    return count == table->shownRowCount() ? QString() : QStringLiteral("count of shown rows ");
-}
-
-QString WidgetWorld::wrongIn(LayerComboBox *box, const QList<LayerItemData> &layers) const
-{
-    const auto *list = qobject_cast<QListWidget *>(box->view());
-    if (list->count() != layers.size())
-        return QStringLiteral("number of rows of a box ");
-    for (int row = 0; row < int(layers.size()); row += 1 + int(layers.size()) / 16) {
-        const LayerItemData &layer = layers[row];
-        const LayerItemData seen = box->layerItem(row)->currentLayerData();
-        if (list->item(row)->text() != layer.name || seen.name != layer.name
-            || seen.isOn != layer.isOn || seen.isFrozen != layer.isFrozen
-            || seen.isLocked != layer.isLocked || seen.color != layer.color)
-            return QStringLiteral("row of a box: '%1' ").arg(layer.name);
-    }
-    LayerItemData current;
-    if (layers.isEmpty() || !box->shownLayers().isEmpty()
-        || !OvLayerUtility().getCurrentLayer(current))
-        return {};
-    const QString face = box->lineEdit()->findChildren<QLabel *>().last()->text();
-    return face == current.name
-                   ? QString()
-                   : QStringLiteral("face: '%1 instead of %2' ").arg(face, current.name);
+    checkLayers();
 }
 
 } // namespace
 
-WorldKind widgets()
+std::unique_ptr<World> makeWidgets()
 {
-    QVector<Kind> kinds;
-    for (const WidgetWorld::Act &act : WidgetWorld::acts)
-        kinds.append({act.name, act.weight});
-    return {kinds, [] { return std::unique_ptr<World>(std::make_unique<WidgetWorld>()); }};
+    return std::make_unique<WidgetWorld>();
 }
 
 } // namespace Attack
