@@ -304,8 +304,10 @@ void WidgetWorld::notified()
         return;
     if (m_doomed)
         std::exchange(m_doomed, nullptr)->deleteLater();
-    reload(pick({"", "", "layersChanged", "flush", "refresh", "slotUpLayerModel", "slotUpdate"},
-                m_mode));
+    constexpr const char *reloads[]{"layersChanged", "flush", "refresh", "slotUpLayerModel",
+                                    "slotUpdate"};
+    if (m_mode % 3 > 0)
+        reload(pick(reloads, m_mode));
     for (LayerTableWidget *table : all<LayerTableWidget>()) {
         if (m_mode % 8 == 5)
             table->InitLayerModel();
@@ -316,10 +318,10 @@ void WidgetWorld::notified()
 /// Calls a slot of all that have it.
 void WidgetWorld::reload(const QByteArray &slot)
 {
-    QObjectList objects{m_link};
+    QVector<QPointer<QObject>> objects{m_link.data()}; // rows of a box go, for example
     for (QWidget *widget : all<QWidget>())
         objects += widget;
-    for (QObject *object : std::as_const(objects)) {
+    for (const QPointer<QObject> &object : std::as_const(objects)) {
         if (object && object->metaObject()->indexOfSlot(slot + "()") >= 0)
             QMetaObject::invokeMethod(object, slot);
     }

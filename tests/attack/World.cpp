@@ -233,28 +233,23 @@ void World::layer(const Event &event)
     const QString fresh = pick({QString("Layer%1").arg(event.c % 200), QString("zinc"),
                                 QString("Zinc"), QString("N & n"), QString("a/b"), QString()},
                                event.c);
-    const QString weight = event.c % 2 ? "25" : "-3";
-    ::change(pick(QList<QStringList>{{"off", name},
-                                     {"unoff", name},
-                                     {"freeze", name},
-                                     {"unfreeze", name},
-                                     {"lock", name},
-                                     {"unlock", name},
-                                     {"plot", name},
-                                     {"unplot", name},
-                                     {"add", fresh},
-                                     {"add", fresh},
-                                     {"erase", name},
-                                     {"clear", name},
-                                     {"rename", name, fresh},
-                                     {"merge", name, layerName(event.c)},
-                                     {"current", name},
-                                     {"layer", name, "color", QString::number(event.c % 256)},
-                                     {"layer", name, "true", QString::number(event.c, 16)},
-                                     {"layer", name, "type", event.c % 2 ? "Dash" : "Continuous"},
-                                     {"layer", name, "weight", weight},
-                                     {"layer", name, "description", fresh}},
-                  event.b));
+    const char *flag =
+            pick({"off", "unoff", "freeze", "unfreeze", "lock", "unlock", "plot"}, event.c);
+    const QStringList steps[]{{flag, name},
+                              {flag, name},
+                              {"add", fresh},
+                              {"add", fresh},
+                              {"erase", name},
+                              {"clear", name},
+                              {"current", name},
+                              {"rename", name, fresh},
+                              {"merge", name, layerName(event.c)},
+                              {"layer", name, "color", QString::number(event.c % 256)},
+                              {"layer", name, "true", QString::number(event.c, 16)},
+                              {"layer", name, "type", pick({"Dash", "Continuous"}, event.c)},
+                              {"layer", name, "weight", pick({"25", "-3"}, event.c)},
+                              {"layer", name, "description", fresh}};
+    ::change(pick(steps, event.b));
 }
 
 void World::undo(const Event &event)
