@@ -96,7 +96,8 @@ int main(int argc, char **argv)
         QCoreApplication::quit();
     }); // clazy:exclude=lambda-in-connect
     timer.start(0);
-    QCoreApplication::exec();
+    while (world)
+        QCoreApplication::exec(); // which a window may end that is closed
     if (KcHost::openObjectCount() != 0)
         find("objects stay open");
     qInstallMessageHandler(nullptr);
