@@ -55,7 +55,8 @@ QStringList entriesOf(const std::wstring &file)
     const std::wstring all = whole([&](wchar_t *buffer, K::Dword size) {
         return K::getPrivateProfileSectionNames(buffer, size, file.c_str());
     });
-    for (const QString &name : QString::fromStdWString(all).split(QChar(0))) { // the last is none
+    const QStringList sections = QString::fromStdWString(all).split(QChar(0)); // the last is none
+    for (const QString &name : sections) {
         if (names.contains(name, Qt::CaseInsensitive))
             continue;
         names.append(name);
@@ -63,7 +64,8 @@ QStringList entriesOf(const std::wstring &file)
             return K::getPrivateProfileSection(name.toStdWString().c_str(), buffer, size,
                                                file.c_str());
         });
-        for (const QString &entry : QString::fromStdWString(found).split(QChar(0)))
+        const QStringList lines = QString::fromStdWString(found).split(QChar(0));
+        for (const QString &entry : lines)
             entries.append(name + '\n' + entry);
         entries.removeLast();
     }

@@ -41,12 +41,5 @@ inline QByteArray contentOf(const QString &path)
     return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Each program has one: what is tried with an input, whose first byte is the choice.
+/// What is tried with an input whose first byte is the choice; FuzzInput.cpp calls it.
 void tryInput(size_t choice, const QByteArray &input);
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
-    if (size > 0)
-        tryInput(data[0], {reinterpret_cast<const char *>(data) + 1, int(size) - 1});
-    return 0;
-}

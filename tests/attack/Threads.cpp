@@ -23,11 +23,16 @@ using K = OvKernel32;
 namespace {
 
 std::atomic<int> finds, jobsDone;
-std::wstring folder;
+const std::wstring &folder()
+{
+    static const QTemporaryDir temporary;
+    static const std::wstring path = temporary.path().toStdWString();
+    return path;
+}
 
 std::wstring pathOf(const std::wstring &name)
 {
-    return folder + L"/" + name;
+    return folder() + L"/" + name;
 }
 
 /// What holds when a thread has done it, with a number that is its own at the time.
@@ -105,8 +110,6 @@ int main(int argc, char **argv)
     const int seed = argc > 2 ? std::atoi(argv[2]) : int(now().time_since_epoch().count() % 100000);
     std::printf("seed %d\n", seed);
     const QGuiApplication application(argc, argv);
-    const QTemporaryDir temporary;
-    folder = temporary.path().toStdWString();
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([=] {

@@ -240,7 +240,8 @@ void WidgetWorld::link()
     const auto answer = [this](auto signal, const QStringList &words) {
         connect(m_link, signal, this, [this, words](const auto &...what) {
             const QVariantList values{QVariant(what)...};
-            for (const QString &name : values[0].toStringList()) {
+            const QStringList names = values[0].toStringList();
+            for (const QString &name : names) {
                 QStringList step = words;
                 step.insert(1, name);
                 if (values.size() > 1)
