@@ -139,7 +139,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     painter.end();
 
     const QVector<int> crossing = item.entitiesIn(whole, true);
-    for (const int entity : item.entitiesIn(whole, false))
+    const QVector<int> inside = item.entitiesIn(whole, false);
+    for (const int entity : inside)
         require(crossing.contains(entity), "what lies in a window touches it");
     for (int pixel = 0; pixel < kPixels * kPixels && !item.isSimplified(); ++pixel) {
         const QPoint at(pixel % kPixels, pixel / kPixels);

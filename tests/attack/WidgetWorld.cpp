@@ -270,7 +270,8 @@ void WidgetWorld::link()
     });
     connect(m_link, &LayerLink::layersToggled, this, &WidgetWorld::notified);
     connect(m_link, &LayerLink::updated, this, &WidgetWorld::notified);
-    for (const auto &top : m_tops.mid(0, linkedCount)) {
+    const auto linked = m_tops.mid(0, linkedCount);
+    for (const auto &top : linked) {
         if (top)
             add(top, true);
     }
@@ -534,7 +535,8 @@ void WidgetWorld::check()
     m_isNotified = true; // the host is quiet
     for (LayerTableWidget *table : all<LayerTableWidget>())
         table->finishEditing();
-    for (const QStringList &step : std::exchange(m_later, {})) {
+    const auto late = std::exchange(m_later, {});
+    for (const QStringList &step : late) {
         if (getCurrentDb())
             ::change(step);
     }

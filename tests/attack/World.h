@@ -79,7 +79,8 @@ protected:
     const QList<Widget *> all() const
     {
         QList<Widget *> found;
-        for (QWidget *root : roots()) {
+        const auto tops = roots();
+        for (QWidget *root : tops) {
             if (auto *widget = qobject_cast<Widget *>(root))
                 found += widget;
             found += root->findChildren<Widget *>();
