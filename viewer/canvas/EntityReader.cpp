@@ -393,7 +393,7 @@ void EntityReader::addHatch(const DL_HatchData &)
         entity.kind = Filling{};
     else if (!hatch.families.empty())
         entity.kind = std::make_unique<Hatching>(
-                Hatching{std::move(hatch.area), std::move(hatch.families),
+                Hatching{hatch.area, std::move(hatch.families),
                          SpaceTransform::fromTranslate({0, 0, hatch.height}) * system()});
     add(std::move(entity));
 }
