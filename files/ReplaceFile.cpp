@@ -187,6 +187,8 @@ int writeAll(int descriptor, const char *bytes, qint64 size)
 {
     for (qint64 done = 0; done < size;) {
         const ssize_t count = ::write(descriptor, bytes + done, static_cast<size_t>(size - done));
+        if (count == 0) // a disk that takes nothing and says nothing
+            return ENOSPC;
         if (count < 0 && errno != EINTR)
             return errno;
         done += qMax<qint64>(count, 0);
