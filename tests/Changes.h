@@ -64,10 +64,12 @@ inline Kcore::ErrorStatus change(const QStringList &step)
             {"lock", &KcDbLayerTableRecord::setIsLocked},
             {"plot", &KcDbLayerTableRecord::setIsPlottable}};
     KcDbLayerTableRecord *record = getLayerByName(name);
-    if (!record || record->upgradeOpen() != Kcore::eOk)
+    if (!record)
         return Kcore::eKeyNotFound;
     const bool value = !word.startsWith("un");
-    const Kcore::ErrorStatus status = (record->*setters[word.mid(value ? 0 : 2)])(value);
+    Kcore::ErrorStatus status = record->upgradeOpen(); // which somebody else may keep from
+    if (status == Kcore::eOk)
+        status = (record->*setters[word.mid(value ? 0 : 2)])(value);
     record->close();
     return status;
 }

@@ -20,9 +20,17 @@ using Attack::Choices;
 
 namespace {
 
+constexpr int kVariable = 9; // the code of its name, of which there is none in an entity
+
 QString text(const std::wstring &text)
 {
     return QString::fromStdWString(text);
+}
+
+template <class Table, class Value>
+bool isIn(const Table &table, const Value &value)
+{
+    return std::find(std::begin(table), std::end(table), value) != std::end(table);
 }
 
 /// A drawing as the host reads it and, if asked for, the viewer.
@@ -58,11 +66,11 @@ struct Reading
     }
     QByteArray written() const { return DxfWriter(data()).write(); }
 
-    bool hasGroup(int record, int code) const
+    bool hasGroup(int record, std::initializer_list<int> codes) const
     {
         DxfTokens tokens(data().bytes, data().record(record));
         while (tokens.next() == DxfTokens::Step::Group) {
-            if (tokens.group().code == code)
+            if (isIn(codes, tokens.group().code))
                 return true;
         }
         return false;
@@ -83,12 +91,6 @@ std::vector<int> recordsOf(const Drawing &drawing)
         }
     }
     return records;
-}
-
-template <class Table, class Value>
-bool isIn(const Table &table, const Value &value)
-{
-    return std::find(std::begin(table), std::end(table), value) != std::end(table);
 }
 
 /// What changes have reached in a file.
@@ -123,7 +125,7 @@ QByteArray unreached(const Drawing &drawing, const Reached &reached)
         } else if (code == 2 && type == "SECTION" && section.empty()) {
             section = value;
             continue; // there may be more sections now
-        } else if ((code == 9 && section == "HEADER") || (code == 2 && type == "TABLE")) {
+        } else if ((code == kVariable && section == "HEADER") || (code == 2 && type == "TABLE")) {
             part = value;
         }
         const bool isReached =
@@ -143,8 +145,9 @@ QByteArray unreached(const Drawing &drawing, const Reached &reached)
 /// The viewer sees the same entity, but for what it was given since the first file was read.
 void compareStyle(const Reading &was, int before, const Reading &is, int after)
 {
-    // dxflib takes what stands in groups of other applications, too.
-    if (!was.styles.contains(before) || is.data().version < kR2004 || is.hasGroup(after, 102))
+    // dxflib takes what stands in groups of other applications, too, and nothing behind a variable.
+    if (!was.styles.contains(before) || is.data().version < kR2004
+        || is.hasGroup(after, {102, kVariable}))
         return;
     const KcHost::EntityChange change = KcHost::changesOf(was.database(), before);
     const Tessa::EntityStyle found = is.styles.value(after);
@@ -351,9 +354,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(read.written() == drawing, "what was not changed stays as it is");
     for (auto entity = read.styles.begin(); entity != read.styles.end(); ++entity) {
         require(!read.data().entityRecord(entity.key()).isNull(), "the host knows what is shown");
-        // dxflib ends a record at a variable, of which there is none in an entity, and a name at a NUL.
+        // dxflib ends a record at a variable, and a name at a NUL.
         require(symbolKey(read.viewed.layers.nameOf(entity->layer)) == read.layerOf(entity.key())
-                        || read.hasGroup(entity.key(), 9) || drawing.contains('\0'),
+                        || read.hasGroup(entity.key(), {kVariable}) || drawing.contains('\0'),
                 "two readers agree on an entity's layer");
     }
     KcHost::setWorkingDatabase(&read.database());
