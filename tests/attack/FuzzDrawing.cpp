@@ -146,7 +146,8 @@ QByteArray unreached(const Drawing &drawing, const Reached &reached)
 void compareStyle(const Reading &was, int before, const Reading &is, int after)
 {
     // dxflib takes what stands in groups of other applications, too, and nothing behind a variable.
-    if (!was.styles.contains(before) || is.data().version < kR2004
+    // What is gone may have been the vertices without which a polyline shows nothing.
+    if (!was.styles.contains(before) || !is.styles.contains(after) || is.data().version < kR2004
         || is.hasGroup(after, {102, kVariable}))
         return;
     const KcHost::EntityChange change = KcHost::changesOf(was.database(), before);

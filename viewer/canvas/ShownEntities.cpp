@@ -51,7 +51,7 @@ void ShownEntities::setDetail(const QRectF &area, double pixel)
         if (spendOnInserts(blocks.front(), m_view, area, m_outside, strokes))
             break;
         m_detail = qMax(2 * m_detail, m_coarser);
-        if (m_detail > mostPixels * pixel)
+        if (m_detail >= mostPixels * pixel) // which may be none in a drawing without extent
             m_detail = everything;
     }
     m_isSimplified = m_detail > pixel;
