@@ -145,7 +145,9 @@ void DxfReader::readHeader()
     m_isHeaderAhead = false;
     std::string_view name;
     while (m_cursor.nextInSection()) {
-        if (m_cursor.code() == 9)
+        if (m_cursor.code() == 0) // a record that has no place here, but keeps its groups
+            name = {};
+        else if (m_cursor.code() == 9)
             name = m_cursor.value();
         else
             readVariable(name);
