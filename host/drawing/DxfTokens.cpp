@@ -96,11 +96,11 @@ DxfEntityPlace::Names DxfEntityPlace::advance(const DxfTokens &tokens)
     switch (group.code) {
     case 0:
         *this = {};
+        isInRecord = true;
         type = value();
         return Names::Nothing;
     case 8:
-        // What stands before the first record belongs to none.
-        if (type.empty() || record.isInExtension() || (hasLayer && !isPlainEntity(type)))
+        if (!isInRecord || record.isInExtension() || (hasLayer && !isPlainEntity(type)))
             return Names::Nothing;
         hasLayer = true;
         return Names::OwnLayer;

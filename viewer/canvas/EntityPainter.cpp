@@ -246,6 +246,8 @@ void EntityPainter::paintSelected(const QSet<int> &selection)
 void EntityPainter::paintShape(const Entity &entity, const QRectF &bounds, const BlockView &view,
                                const Look &look)
 {
+    if (entity.as<Faces>() && !entity.hasPath())
+        return; // no edge is visible, so none is when the face is small
     const double size = qMax(bounds.width(), bounds.height()) * m_scale;
     const PlacedText *text = entity.as<PlacedText>();
     const bool isPiece = entity.as<BlockInsert>();

@@ -145,6 +145,7 @@ struct Entity
     Reach reach() const { return as<Line>() ? as<Line>()->reach : Reach::Finite; }
     void setPath(SpacePath &&path);
     SpacePath pathInSpace() const;
+    bool hasPath() const { return spacePath || !path.isEmpty(); }
     bool isDot() const { return !spacePath && path.elementCount() == 1; }
 };
 
