@@ -3,8 +3,9 @@
 
 """Writes and reads drawings through an independent DXF library.
 
-layers.py write FILE COUNT   writes a drawing of COUNT layers in all combinations of states and
-                             prints, as JSON, the row of 13 strings that each layer should give
+layers.py write FILE COUNT   writes a drawing of COUNT layers in all combinations of states, which
+                             opens with a sheet, and prints, as JSON, the row of 13 strings that
+                             each layer should give there and in model space
 layers.py read FILE          prints, as JSON, what each layer of the drawing holds, and which have
                              entities on them
 """
@@ -61,8 +62,13 @@ def write(file, count):
     for name, pattern in (("DASHED", [0.75, 0.5, -0.25]), ("CENTER", [2, 1.25, -0.25, 0.25, -0.25])):
         doc.linetypes.add(name, pattern)
     rows = [add_layer(doc, number) for number in range(count)]
+    viewport = doc.layout("Layout1").add_viewport((100, 100), (150, 150), (0, 0), 100)
+    viewport.frozen_layers = [row[1] for row in rows[::3]]
+    doc.header["$TILEMODE"] = 0
     doc.saveas(file)
-    print(json.dumps({row[1]: row for row in rows}))
+    on_sheet = [[*row[:11], flag(number % 3 == 0), *row[12:]] for number, row in enumerate(rows)]
+    print(json.dumps({"model": {row[1]: row for row in rows},
+                      "sheet": {row[1]: row for row in on_sheet}}))
 
 
 def read(file):
