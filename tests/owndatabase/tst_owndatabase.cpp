@@ -13,32 +13,24 @@ using namespace OwnDatabase;
 
 namespace {
 
-/// A statement of another program, one that shares no code with this one. It is to stay meanwhile, with
-/// its transaction open, where it is asked to.
-class OtherProgram : public QProcess
+/// A statement of another program, one that shares no code with this one, and what is done while that
+/// has its transaction open.
+void otherProgram(const QString &file, const QString &statement,
+                  const std::function<void()> &meanwhile = nullptr)
 {
-public:
-    OtherProgram(const QString &file, const QString &statement, bool isStaying = false)
-    {
-        const QString script = "import sqlite3, sys; file = sqlite3.connect(sys.argv[1]); "
-                               "file.execute(sys.argv[2]); print('done', flush=True); "
-                               "len(sys.argv) > 3 and input(); file.commit()";
-        setProcessChannelMode(ForwardedErrorChannel);
-        start("/usr/bin/python3", QStringList{"-c", script, file, statement}
-                                          + (isStaying ? QStringList{"stay"} : QStringList{}));
-        QVERIFY(waitForReadyRead());
-        if (!isStaying)
-            leave();
-    }
-    ~OtherProgram() override { leave(); }
-
-    void leave()
-    {
-        write("\n");
-        closeWriteChannel();
-        waitForFinished();
-    }
-};
+    QProcess python;
+    python.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    python.start("/usr/bin/python3",
+                 {"-c",
+                  "import sqlite3, sys; file = sqlite3.connect(sys.argv[1]); "
+                  "file.execute(sys.argv[2]); print('done', flush=True); input(); file.commit()",
+                  file, statement});
+    QVERIFY(python.waitForReadyRead());
+    if (meanwhile)
+        meanwhile();
+    python.write("\n");
+    QVERIFY(python.waitForFinished());
+}
 
 } // namespace
 
@@ -79,15 +71,15 @@ void tst_OwnDatabase::followsOtherPrograms()
         return texts.join(' ');
     };
     KcDbLayerTableRecord *doors = getLayerByName("Doors");
-    OtherProgram(m_path, "INSERT INTO layer (name, off) VALUES ('Attic', 1)");
+    otherProgram(m_path, "INSERT INTO layer (name, off) VALUES ('Attic', 1)");
     QTRY_COMPARE(shown(NameColumn), QString("0 Attic Doors Walls"));
     QCOMPARE(box->count(), 4);
-    OtherProgram(m_path, "UPDATE drawing SET current = 3");
+    otherProgram(m_path, "UPDATE drawing SET current = 3");
     QTRY_COMPARE(box->getDisplayItem(), 2);
-    OtherProgram(m_path, "UPDATE layer SET name = 'Zoo', locked = 1 WHERE name = 'Attic'");
+    otherProgram(m_path, "UPDATE layer SET name = 'Zoo', locked = 1 WHERE name = 'Attic'");
     QTRY_COMPARE(shown(NameColumn), QString("0 Doors Walls Zoo"));
     QCOMPARE(shown(UnlockedColumn), QString("true true true false"));
-    OtherProgram(m_path, "DELETE FROM layer WHERE name = 'Doors'");
+    otherProgram(m_path, "DELETE FROM layer WHERE name = 'Doors'");
     QTRY_COMPARE(shown(NameColumn), QString("0 Walls Zoo"));
     QCOMPARE(doors->close(), Kcore::eOk);
     QVERIFY(!getLayerByName("Doors"));
@@ -106,21 +98,20 @@ void tst_OwnDatabase::refusals()
 {
     const auto isThawed = [](int row) { return layerRows().at(row).at(ThawedColumn) == "true"; };
     OvLayerUtility layers;
-    {
-        const OtherProgram writer(m_path, "UPDATE layer SET locked = 1", true);
+    otherProgram(m_path, "UPDATE layer SET locked = 1", [&] {
         layers.setLayerFrozen("Walls", true);
         QCOMPARE(addLayer(**m_drawing, "X"), Kcore::eOpenAlready);
-    }
+    });
     QVERIFY(isThawed(2));
     layers.setLayerFrozen("Walls", true);
     QVERIFY(!isThawed(2));
 
     // Before the next look at the file, here nobody knows of it.
-    OtherProgram(m_path, "UPDATE drawing SET current = 2");
+    otherProgram(m_path, "UPDATE drawing SET current = 2");
     layers.setLayerFrozen("Doors", true);
     QVERIFY(isThawed(1));
     QCOMPARE(eraseLayer(**m_drawing, "Doors"), Kcore::eRefused);
-    OtherProgram(m_path, "DELETE FROM layer WHERE name = 'Walls'");
+    otherProgram(m_path, "DELETE FROM layer WHERE name = 'Walls'");
     layers.setLayerFrozen("Walls", false);
     QVERIFY(!isThawed(2));
     QCOMPARE(renameLayer(**m_drawing, "Walls", "X"), Kcore::eErased);
@@ -140,8 +131,6 @@ void tst_OwnDatabase::commands()
         return names.join(' ');
     };
     panel->newLayer();
-    panel->table()->selectRow(0);
-    QTRY_COMPARE(names(), QString("0* Doors Layer1 Walls"));
     panel->table()->selectRow(1);
     panel->makeCurrent();
     QCOMPARE(names(), QString("0 Doors* Layer1 Walls"));
@@ -150,7 +139,6 @@ void tst_OwnDatabase::commands()
     panel->table()->selectRow(3);
     panel->deleteLayers();
     QCOMPARE(names(), QString("0 Doors* Layer1"));
-    QCOMPARE(panel->table()->model()->rowCount(), 3);
     emit panel->table()->layerRenamed("Layer1", "Yard");
     emit window.findChild<LayerComboBox *>()->layerChosen("Yard");
     QCOMPARE(names(), QString("0 Doors Yard*"));
