@@ -360,9 +360,9 @@ set 8 color 1;set 9 color 0;set 10 color 256;set 11 color 10;set 12 color 1;set 
     0 LINE|8 0|62  5|0 LINE|8 0|[62 3|>]62 [5>1]|6 X|102 {X|62 3|102 }|0 LINE|8 0|62 [x>1]|
     0 LINE|8 0|62 256|6 bylayer
 set 8 color 5;set 8 type dASHÉ;set 9 type dashé;set 10 type byblock;set 11 type continuous;
-    set 12 type bylayer :: entity AC1009 :: 0 LINE|8 0|[62 3|>]6 DASH=C9|62 5|
+    set 12 type bylayer;set 13 type dashé :: entity AC1009 :: 0 LINE|8 0|[62 3|>]6 DASH=C9|62 5|
     0 LINE|8 0|[>6 Dash=E9|]10 0|0 LINE|8 0|6 [X>BYBLOCK]|0 LINE|8 0|[>6 Continuous|]10 0|
-    0 LINE|8 0|[6 X|>]10 0
+    0 LINE|8 0|[6 X|>]10 0|0 LINE|8 0|[6 X|>]6 Dash=E9
 set 8 weight 25 :: entity AC1014 :: 0 LINE|8 0|10 0 :: !lineweight of one entity
 set 8 weight 25;set 8 true 0 :: entity AC1015 ::
     0 LINE|8 0|[>62 18|370 25|]10 0 :: !true colour of one entity
