@@ -32,6 +32,14 @@ QString face(const QStringList &corners, const QString &style)
     return groups;
 }
 
+QString rounded(std::initializer_list<double> numbers)
+{
+    QStringList texts;
+    for (const double number : numbers)
+        texts += QString::number(qRound(number * 1e4) / 1e4);
+    return texts.join(' ');
+}
+
 /// A drawing as an item of its own shows it.
 struct Picture
 {
@@ -72,33 +80,27 @@ class TestDrawings : public QObject
     Q_OBJECT
 
 private slots:
-    void curves();
     void textCodes();
     void pictures_data();
     void pictures();
     void linetypes_data();
     void linetypes();
-    void recordNumbers_data();
     void recordNumbers();
-    void longLines();
     void readsOnce();
     void picking_data();
     void picking();
     void selection();
-    void projections_data();
     void projections();
-    void heights_data();
-    void heights();
+    void bounds_data();
+    void bounds();
     void facesHide_data();
     void facesHide();
     void lineInFace();
-    void allSides_data();
     void allSides();
     void hatchLines();
     void areas_data();
     void areas();
     void leader();
-    void countlessDashes();
     void endlessLines_data();
     void endlessLines();
     void copiesInSight();
@@ -109,29 +111,6 @@ private slots:
     void absurdTexts();
     void whatCannotBeDrawn();
 };
-
-void TestDrawings::curves()
-{
-    const std::pair<QPointF, double> bulges[] = {{{10, 0}, 1}, {{3, -7}, -0.4}, {{9, 1}, 1e-6}};
-    for (const auto &[to, bulge] : bulges) {
-        QPainterPath path(QPointF(1, 2));
-        addBulge(path, to, bulge);
-        QCOMPARE(path.currentPosition(), to);
-        // Half way along, the arc is as far to the right of its chord as the bulge says.
-        const QLineF chord(QPointF(1, 2), to);
-        const QPointF top = chord.center() + QPointF(chord.dy(), -chord.dx()) * bulge / 2;
-        QVERIFY(QLineF(path.pointAtPercent(0.5), top).length() < 1e-3 * chord.length());
-    }
-
-    // Three corners of a square with that weight make a quarter of a circle.
-    const QVector<ControlPoint> corners{{{1, 0}}, {{1, 1}, std::sqrt(0.5)}, {{0, 1}}};
-    const SpacePath quarter = spline(2, corners, {0, 0, 0, 1, 1, 1});
-    for (const SpacePath::Element &element : quarter.elements)
-        QCOMPARE(std::hypot(element.at.x, element.at.y), 1.0);
-    QVERIFY(quarter.elements.back().at == (SpacePoint{0, 1, 0}));
-    QCOMPARE(spline(2, corners, {0, 1}).elements.size(), std::size_t(3));
-    QVERIFY(smoothCurve({{0, 0}, {5, 5}, {9, 1}}).elements.back().at == (SpacePoint{9, 1, 0}));
-}
 
 void TestDrawings::textCodes()
 {
@@ -204,6 +183,7 @@ void TestDrawings::linetypes_data()
               "too short;;8 Blue|48 2;1;##########################",
               "very long;;8 Blue|10 -5e8;1;######..#.######..#.######",
               "very long line zoomed in;;8 Blue|10 -5e8;30;######..#.######..#.######",
+              "more dashes than can be told;;8 Blue|48 0.013|10 -9e11;30;##########################",
               "by block;8 Red|6 Dash;8 Blue|6 ByBlock;1;######..#.######..#.######",
               "insert's layer;8 Blue;8 0;1;######..#.######..#.######"});
 }
@@ -222,50 +202,28 @@ void TestDrawings::linetypes()
     QCOMPARE(ink, fields.at(4));
 }
 
-void TestDrawings::recordNumbers_data()
-{
-    addTests({"floorplan.dxf", "gardenhouse.dxf"});
-}
-
+/// They are those of the host: what it erases with a layer is what was shown on that.
 void TestDrawings::recordNumbers()
 {
-    QFETCH(QStringList, fields);
-    const QString path = OVCC_SOURCE_DIR "/viewer/sample/" + fields.first();
-    const QList<QByteArray> lines = fileContent(path).split('\n');
-    QVector<int> expected;
-    QByteArray section;
-    int record = -1;
-    for (int i = 0; i + 1 < lines.size(); i += 2) {
-        const QByteArray value = lines.at(i + 1).trimmed();
-        const int code = lines.at(i).toInt();
-        if (code == 0) {
-            ++record;
-            if (value == "ENDSEC")
-                section.clear();
-            if (section == "ENTITIES" && value != "VERTEX" && value != "SEQEND")
-                expected += record;
-        } else if (code == 2 && lines.at(i - 1).trimmed() == "SECTION") {
-            section = value;
-        } else if (code == 67 && value == "1" && section == "ENTITIES") {
-            expected.removeLast(); // in paper space
+    const QString text = QString("0 TEXT|8 0|40 1|1 %1|").arg("", 1500, 'x'); // a line that is cut
+    const QString sample = OVCC_SOURCE_DIR "/viewer/sample/";
+    for (const QString &path :
+         {sample + "floorplan.dxf", sample + "gardenhouse.dxf",
+          file({}, text + square(0, 0, "8 Red") + text + square(20, 0, "8 Blue"))}) {
+        const Picture picture(path);
+        KcDbDatabase &database = *picture.drawing->database;
+        QSet<int> erased;
+        const QStringList layers = KcHost::layerUsage(database).keys();
+        for (const QString &layer : layers) {
+            const int index = picture.drawing->layers.indexOf(layer);
+            if (KcHost::eraseLayerWithEntities(database, layer) == Kcore::eOk)
+                erased += index;
+            for (const Entity &entity : picture.drawing->geometry.modelSpace().entities)
+                QCOMPARE(KcHost::isErased(database, entity.record),
+                         erased.contains(entity.style.layer));
         }
+        QVERIFY(erased.size() > 1);
     }
-    const Picture picture(path);
-    QVector<int> records;
-    for (const Entity &entity : picture.drawing->geometry.modelSpace().entities)
-        records += entity.record;
-    QCOMPARE(records, expected);
-}
-
-void TestDrawings::longLines()
-{
-    const QString longText = QString("0 TEXT|8 0|40 1|1 %1|").arg("", 1500, 'x');
-    Picture picture(file({}, longText + square(0, 0, "8 Red")));
-    QCOMPARE(picture.drawing->warnings.size(), 1);
-    const std::vector<Entity> &entities = picture.drawing->geometry.modelSpace().entities;
-    QCOMPARE(int(entities.size()), 2);
-    QCOMPARE(entities[1].record, entities[0].record + 1);
-    QCOMPARE(picture.painted({30, 30}).pixelColor(5, 5), QColor(Qt::red));
 }
 
 /// What is shown is what the database has read, whatever became of the file, and whole or not at all.
@@ -358,109 +316,82 @@ void TestDrawings::selection()
     QCOMPARE(picture.painted({50, 50}).pixelColor(10, 12), ground);
 }
 
-void TestDrawings::projections_data()
-{
-    // Where the point 1, 2, 3 shows, from each side in the order of ViewDirection.
-    addTests({"top;1;2", "bottom;-1;2", "left;-2;3", "right;2;3", "front;1;3", "back;-1;3",
-              "southwest;-0.70711;3.67423", "southeast;2.12132;2.85774",
-              "northeast;0.70711;1.22474", "northwest;-2.12132;2.04124"});
-}
-
 void TestDrawings::projections()
 {
+    // Where the point 1, 2, 4 shows from each side, and how near.
+    QStringList places;
+    for (int direction = 0; direction < 10; ++direction) {
+        const Projection projection = projectionOf(ViewDirection(direction));
+        const SpacePoint at = projection.toPicture.map(SpacePoint{1, 2, 4});
+        places += rounded({at.x, at.y, at.z});
+    }
+    QCOMPARE(places.join(", "),
+             QString("1 2 4, -1 2 -4, -2 4 -1, 2 4 1, 1 4 -2, -1 4 2, -0.7071 4.4907 0.5774, "
+                     "2.1213 3.6742 1.7321, 0.7071 2.0412 4.0415, -2.1213 2.8577 2.8868"));
+}
+
+void TestDrawings::bounds_data()
+{
+    // An entity, from where it is seen, and left, bottom, width and height there.
+    addTests({"circle;0 CIRCLE|8 0|10 5|20 7|30 3|40 2|210 0|220 -1|230 0|;front;3 5 4 4",
+              "ellipse;0 ELLIPSE|8 0|10 5|20 7|30 3|11 0|21 0|31 4|40 0.5|41 0|42 6.283185307|"
+              "210 0|220 -1|230 0|;front;3 -1 4 8",
+              "flat polyline;0 LWPOLYLINE|8 0|90 2|38 6|10 1|20 2|10 4|20 9|;front;1 6 3 0",
+              "old polyline;0 POLYLINE|8 0|66 1|10 0|20 0|30 6|0 VERTEX|8 0|10 1|20 2|30 3|"
+              "0 VERTEX|8 0|10 1|20 2|30 8|0 SEQEND|;front;1 6 0 0",
+              "polyline in space;0 POLYLINE|8 0|66 1|70 8|0 VERTEX|8 0|10 1|20 2|30 3|0 VERTEX|8 0|"
+              "10 1|20 2|30 8|0 SEQEND|;front;1 3 0 5",
+              "bulge;0 LWPOLYLINE|8 0|90 2|10 1|20 2|42 1|10 9|20 2|;top;1 -2 8 4",
+              "bulge to the right;0 LWPOLYLINE|8 0|90 2|10 1|20 2|42 -1|10 9|20 2|;top;1 2 8 4",
+              "all but no bulge;0 LWPOLYLINE|8 0|90 2|10 1|20 2|42 1e-6|10 9|20 2|;top;1 2 8 0",
+              "spline in space;0 SPLINE|8 0|71 1|72 4|73 2|40 0|40 0|40 1|40 1|10 1|20 2|30 3|10 1|"
+              "20 2|30 8|;front;1 3 0 5",
+              "weights;0 SPLINE|8 0|71 2|72 6|73 3|40 0|40 0|40 0|40 1|40 1|40 1|10 0|20 0|41 1|"
+              "10 5|20 10|41 0.25|10 10|20 0|41 1|;top;0 0 10 2",
+              "odd knots;0 SPLINE|8 0|71 2|72 2|73 3|40 0|40 1|10 0|20 0|10 5|20 10|10 10|20 0|;"
+              "top;0 0 10 10",
+              "points to go through;0 SPLINE|8 0|71 3|74 3|11 0|21 0|11 5|21 5|11 10|21 0|;top;"
+              "0 0 10 5",
+              "insert;0 INSERT|8 0|2 Part|10 1|20 2|30 5|43 3|;front;1 2 0 6",
+              "upright insert;0 INSERT|8 0|2 Part|10 1|20 2|30 5|70 2|44 4|210 0|220 -1|230 0|;"
+              "front;1 2 4 0"});
+}
+
+void TestDrawings::bounds()
+{
     QFETCH(QStringList, fields);
-    static int direction = 0;
-    const Projection projection = projectionOf(ViewDirection(direction++));
-    Picture picture(file({}, "0 POINT|8 Red|10 1|20 2|30 3|"));
-    picture.item.setProjection(projection);
-    const QPointF at = picture.item.boundingRect().topLeft();
-    QVERIFY(QLineF(at, {fields.at(1).toDouble(), fields.at(2).toDouble()}).length() < 1e-4);
-    QCOMPARE(picture.item.entityAt(at, 0.1), 0);
-
-    // A turn, and no mirror: towards the viewer is where right crosses up.
-    const auto axis = [&projection](int row) {
-        const double(&factors)[4] = projection.toPicture.rows[row];
-        return SpacePoint{factors[0], factors[1], factors[2]};
-    };
-    QVERIFY(length(cross(axis(0), axis(1)) - axis(2)) < 1e-9);
-    QVERIFY(std::abs(length(axis(0)) - 1) < 1e-9 && std::abs(length(axis(1)) - 1) < 1e-9);
-}
-
-void TestDrawings::heights_data()
-{
-    // An entity, and left, bottom, width and height of what it is seen from the front.
-    const char *upright = "210 0|220 -1|230 0|";
-    QTest::addColumn<QString>("entity");
-    QTest::addColumn<QRectF>("bounds");
-    QTest::newRow("circle") << QString("0 CIRCLE|8 0|10 5|20 7|30 3|40 2|") + upright
-                            << QRectF(3, 5, 4, 4);
-    QTest::newRow("ellipse") << QString("0 ELLIPSE|8 0|10 5|20 7|30 3|11 0|21 0|31 4|40 0.5|41 0|"
-                                        "42 6.283185307179586|")
-                                        + upright
-                             << QRectF(3, -1, 4, 8);
-    QTest::newRow("flat polyline")
-            << "0 LWPOLYLINE|8 0|90 2|38 6|10 1|20 2|10 4|20 9|" << QRectF(1, 6, 3, 0);
-    const QString vertices = "0 VERTEX|8 0|10 1|20 2|30 3|0 VERTEX|8 0|10 1|20 2|30 8|0 SEQEND|";
-    QTest::newRow("old polyline") << "0 POLYLINE|8 0|66 1|10 0|20 0|30 6|" + vertices
-                                  << QRectF(1, 6, 0, 0);
-    QTest::newRow("polyline in space")
-            << "0 POLYLINE|8 0|66 1|70 8|" + vertices << QRectF(1, 3, 0, 5);
-    QTest::newRow("spline") << "0 SPLINE|8 0|70 8|71 1|72 4|73 2|40 0|40 0|40 1|40 1|"
-                               "10 1|20 2|30 3|10 1|20 2|30 8|"
-                            << QRectF(1, 3, 0, 5);
-    QTest::newRow("insert") << "0 INSERT|8 0|2 Part|10 1|20 2|30 5|43 3|" << QRectF(1, 2, 0, 6);
-    QTest::newRow("upright insert")
-            << QString("0 INSERT|8 0|2 Part|10 1|20 2|30 5|70 2|44 4|") + upright
-            << QRectF(1, 2, 4, 0);
-}
-
-void TestDrawings::heights()
-{
-    QFETCH(QString, entity);
-    QFETCH(QRectF, bounds);
     const QString line = "0 LINE|8 0|10 0|20 0|30 0|11 0|21 0|31 2|";
-    Picture picture(file(block("Part", line, "10 0|20 0|30 1"), entity));
-    picture.item.setProjection(projectionOf(ViewDirection::Front));
+    Picture picture(file(block("Part", line, "10 0|20 0|30 1"), fields.at(1)));
+    const auto view = fields.at(2) == "front" ? ViewDirection::Front : ViewDirection::Top;
+    picture.item.setProjection(projectionOf(view));
     const QRectF found = picture.item.boundingRect();
-    QVERIFY(QLineF(found.topLeft(), bounds.topLeft()).length() < 1e-6);
-    QVERIFY(QLineF(found.bottomRight(), bounds.bottomRight()).length() < 1e-6);
+    QCOMPARE(rounded({found.x(), found.y(), found.width(), found.height()}), fields.at(3));
+    QCOMPARE(picture.item.entitiesIn(found.adjusted(-1, -1, 1, 1), false), QVector<int>{0});
 }
 
 void TestDrawings::facesHide_data()
 {
-    QTest::addColumn<QString>("blocks");
-    QTest::addColumn<QString>("entities");
-    QTest::addColumn<int>("front"); // the entity on top where the two overlap
-    const QString red = face({"20 0 10", "60 0 10", "60 40 10", "20 40 10"}, "8 Red");
-    const QString blue = face({"0 0 0", "40 0 0", "40 40 0", "0 40 0"}, "8 Blue");
-    const QString line = "0 LINE|8 0|10 0|20 20.5|30 5|11 60|21 20.5|31 5|";
-    const auto corner = [](const QString &x, const QString &y, int flags) {
-        return QString("0 VERTEX|8 Red|10 %1|20 %2|30 10|70 %3|").arg(x, y).arg(flags);
-    };
-    const QString net = "0 POLYLINE|8 Red|66 1|70 16|71 2|72 2|" + corner("20", "0", 64)
-                        + corner("60", "0", 64) + corner("20", "40", 64) + corner("60", "40", 64)
-                        + "0 SEQEND|";
-    const QString poly = "0 POLYLINE|8 Red|66 1|70 64|71 4|72 2|" + corner("20", "0", 192)
-                         + corner("60", "0", 192) + corner("60", "40", 192)
-                         + corner("20", "40", 192) + "0 VERTEX|8 Red|70 128|71 1|72 2|73 -3|"
-                         + "0 VERTEX|8 Red|70 128|71 -1|72 3|73 4|0 SEQEND|";
-    const QString part = block("Part", face({"20 0 0", "60 0 0", "60 40 0", "20 40 0"}, "8 0"));
-    const auto insert = [](int height) {
-        return QString("0 INSERT|8 Red|2 Part|30 %1|").arg(height);
-    };
-    QTest::newRow("faces") << QString() << red + blue + line << 0;
-    QTest::newRow("polygon mesh") << QString() << net + blue + line << 0;
-    QTest::newRow("polyface mesh") << QString() << poly + blue + line << 0;
-    QTest::newRow("raised insert") << part << insert(10) + blue + line << 0;
-    QTest::newRow("lowered insert") << part << insert(-10) + blue + line << 1;
+    // What is red, 10 above a blue face and overlapping it, and the entity on top there.
+    addTests({"faces;0 3DFACE|8 Red|10 20|20 0|30 10|11 60|21 0|31 10|12 60|22 40|32 10|13 20|"
+              "23 40|33 10|;0",
+              "polygon mesh;0 POLYLINE|8 Red|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 20|20 0|30 10|"
+              "70 64|0 VERTEX|8 0|10 60|20 0|30 10|70 64|0 VERTEX|8 0|10 20|20 40|30 10|70 64|"
+              "0 VERTEX|8 0|10 60|20 40|30 10|70 64|0 SEQEND|;0",
+              "polyface mesh;0 POLYLINE|8 Red|66 1|70 64|71 4|72 2|0 VERTEX|8 0|10 20|20 0|30 10|"
+              "70 192|0 VERTEX|8 0|10 60|20 0|30 10|70 192|0 VERTEX|8 0|10 60|20 40|30 10|70 192|"
+              "0 VERTEX|8 0|10 20|20 40|30 10|70 192|0 VERTEX|8 0|70 128|71 1|72 2|73 -3|0 VERTEX|"
+              "8 0|70 128|71 -1|72 3|73 4|0 SEQEND|;0",
+              "raised insert;0 INSERT|8 Red|2 Part|30 10|;0",
+              "lowered insert;0 INSERT|8 Red|2 Part|30 -10|;1"});
 }
 
 void TestDrawings::facesHide()
 {
-    QFETCH(QString, blocks);
-    QFETCH(QString, entities);
-    QFETCH(int, front);
-    Picture picture(file(blocks, entities));
+    QFETCH(QStringList, fields);
+    const int front = fields.at(2).toInt();
+    Picture picture(file(block("Part", face({"20 0 0", "60 0 0", "60 40 0", "20 40 0"}, "8 0")),
+                         fields.at(1) + face({"0 0 0", "40 0 0", "40 40 0", "0 40 0"}, "8 Blue")
+                                 + "0 LINE|8 0|10 0|20 20.5|30 5|11 60|21 20.5|31 5|"));
     const QImage wires = picture.painted({70, 50});
     QCOMPARE(wires.pixelColor(30, 10), ground);
     QCOMPARE(picture.item.entityAt({30, 10}, 1), -1);
@@ -487,6 +418,7 @@ void TestDrawings::facesHide()
     picture.item.setFaceStyle(FaceStyle::Flat);
     const QColor below = picture.painted({70, 50}, 1, {-60, 0}).pixelColor(30, 10);
     QVERIFY(front == 0 ? isBlue(below) : isRed(below));
+    QCOMPARE(picture.item.entityAt({-30, 10}, 1), 1 - front);
 }
 
 void TestDrawings::lineInFace()
@@ -506,34 +438,24 @@ void TestDrawings::lineInFace()
     QCOMPARE(folded.item.entityAt({30, 15}, 1), 0);
 }
 
-void TestDrawings::allSides_data()
-{
-    addTests({"wireframe;0", "hidden;1", "flat, with edges;4"});
-}
-
 /// Seen from anywhere, also edge-on, a drawing fills its bounds and does not leave them.
 void TestDrawings::allSides()
 {
-    QFETCH(QStringList, fields);
     Picture picture(OVCC_SOURCE_DIR "/viewer/sample/gardenhouse.dxf");
-    picture.item.setFaceStyle(FaceStyle(fields.at(1).toInt()));
     picture.item.setSelection({0, 70, 80});
     QVERIFY(picture.drawing->warnings.isEmpty());
-    for (int direction = 0; direction < 10; ++direction) {
-        picture.item.setProjection(projectionOf(ViewDirection(direction)));
+    for (int shown = 0; shown < 30; ++shown) {
+        const FaceStyle styles[]{FaceStyle::Wireframe, FaceStyle::Hidden, FaceStyle::FlatEdges};
+        picture.item.setFaceStyle(styles[shown % 3]);
+        picture.item.setProjection(projectionOf(ViewDirection(shown / 3)));
         const QRectF bounds = picture.item.boundingRect();
         constexpr int margin = 8;
         const double zoom = 300 / qMax(bounds.width(), bounds.height());
         const QSize size = (bounds.size() * zoom).toSize();
         const QImage image = picture.painted(size + QSize(2 * margin, 2 * margin), zoom,
                                              bounds.topLeft() - QPointF(margin, margin) / zoom);
-        QRect inked;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) != ground)
-                    inked |= QRect(x, y, 1, 1);
-            }
-        }
+        const QImage mask = image.createMaskFromColor(ground.rgb(), Qt::MaskInColor);
+        const QRect inked = QRegion(QBitmap::fromImage(mask)).boundingRect();
         const QRect expected(QPoint(margin, margin), size);
         QVERIFY(expected.adjusted(-6, -6, 6, 6).contains(inked));
         QVERIFY(inked.width() > 0.95 * size.width() && inked.height() > 0.95 * size.height());
@@ -550,27 +472,23 @@ void TestDrawings::hatchLines()
     const std::vector<Entity> &entities = picture.drawing->geometry.modelSpace().entities;
     QCOMPARE(int(entities.size()), hatches.size());
     for (int i = 0; i < hatches.size(); ++i) {
-        std::vector<QLineF> expected;
+        std::vector<QLineF> expected; // in both directions
         const QJsonArray lines = hatches.at(i).toArray();
-        for (const auto &line : lines)
-            expected.emplace_back(line[0].toDouble(), line[1].toDouble(), line[2].toDouble(),
-                                  line[3].toDouble());
+        for (const auto &line : lines) {
+            const QPointF start(line[0].toDouble(), line[1].toDouble());
+            const QPointF end(line[2].toDouble(), line[3].toDouble());
+            expected.insert(expected.end(), {{start, end}, {end, start}});
+        }
         const QRectF area(-100, -100, 300, 300);
         const SeenHatch seen = seenHatch(*entities[i].as<Hatching>(), {}, area, 1e-3, 1e9);
+        const std::vector<SpacePath::Element> &ends = seen.lines.elements;
         QCOMPARE(seen.tint, 0.0);
-        QCOMPARE(seen.lines.elements.size(), 2 * expected.size());
-        const auto at = [&seen](std::size_t element) {
-            const SpacePoint &point = seen.lines.elements[element].at;
-            return QPointF(point.x, point.y);
-        };
-        const auto gap = [](const QLineF &one, QPointF start, QPointF end) {
-            return QLineF(one.p1(), start).length() + QLineF(one.p2(), end).length();
-        };
-        for (std::size_t start = 0; start < seen.lines.elements.size(); start += 2) {
-            const QPointF one = at(start);
-            const QPointF other = at(start + 1);
+        QCOMPARE(ends.size(), expected.size());
+        for (std::size_t end = 0; end < ends.size(); end += 2) {
+            const QPointF from(ends[end].at.x, ends[end].at.y);
+            const QPointF to(ends[end + 1].at.x, ends[end + 1].at.y);
             QVERIFY(std::any_of(expected.begin(), expected.end(), [&](const QLineF &line) {
-                return qMin(gap(line, one, other), gap(line, other, one)) < 0.05;
+                return QLineF(line.p1(), from).length() + QLineF(line.p2(), to).length() < 0.05;
             }));
         }
     }
@@ -635,15 +553,6 @@ void TestDrawings::leader()
     QVERIFY(shown.shows(entities.at(0)) && !shown.shows(entities.at(1)));
 }
 
-void TestDrawings::countlessDashes()
-{
-    SpacePath path;
-    const std::vector<double> dashes{1e-6, -1e-6};
-    const Outline line{{{-3e18, 0, 0}, 0}, {{3e18, 0, 0}, 2e12}};
-    addDashes(path, line, {dashes, 1, 1, 3}, {-50, -50, 100, 100});
-    QCOMPARE(int(path.elements.size()), 2);
-}
-
 void TestDrawings::endlessLines_data()
 {
     // Groups of the line, and where there is ink along it, from -45 to 45.
@@ -681,39 +590,33 @@ void TestDrawings::copiesInSight()
 {
     QRandomGenerator random(7);
     const auto number = [&random](int least, int most) { return random.bounded(least, most + 1); };
+    const auto grown = [](QRectF area, double by) { return area.adjusted(-by, -by, by, by); };
     Block block;
     block.bounds = {{-1, -2, 0}, {3, 1, 2}};
     for (int i = 0; i < 2000; ++i) {
-        const SpaceTransform turn =
-                SpaceTransform::fromPlane(QTransform().rotate(number(0, 7) * 45));
-        BlockInsert insert;
-        insert.placement = turn * SpaceTransform::fromTranslate({double(number(-9, 9)), 0, 0});
-        insert.columns = number(1, 9);
-        insert.rows = number(1, 9);
-        insert.columnStep = turn.map(SpacePoint{double(number(-4, 4)), 0, 0});
-        insert.rowStep = turn.map(SpacePoint{0, double(number(-4, 4)), 0});
+        const auto turn = SpaceTransform::fromPlane(QTransform().rotate(number(0, 7) * 45));
+        const auto placement = turn * SpaceTransform::fromTranslate({number(-9, 9) * 1., 0, 0});
+        const SpacePoint right = turn.map(SpacePoint{number(-4, 4) * 1., 0, 0});
+        const SpacePoint up = turn.map(SpacePoint{0, number(-4, 4) * 1., 0});
+        const BlockInsert insert{0, placement, number(1, 9), number(1, 9), right, up};
         const BlockView view(projectionOf(ViewDirection(number(0, 9))).toPicture);
         const QRectF area(number(-30, 30), number(-30, 30), number(0, 20), number(0, 20));
-        using Copies = QSet<QPair<int, int>>;
-        const auto copiesIn = [&](double margin) {
-            const QRectF sight = area.adjusted(-margin, -margin, margin, margin);
-            Copies copies;
-            for (int column = 0; column < insert.columns; ++column) {
-                for (int row = 0; row < insert.rows; ++row) {
-                    const BlockView copy(insert.placementOf(column, row) * view.toPicture);
-                    if (overlap(copy.boundsOf(block.bounds), sight))
-                        copies.insert({column, row});
-                }
-            }
-            return copies;
-        };
-        Copies found;
-        InsertCopies(insert, block, view, area, 0)
-                .forEach([&](int column, int row, const QRectF &) {
-                    found.insert({column, row});
-                    return true;
-                });
-        QVERIFY(found.contains(copiesIn(-1e-6)) && copiesIn(1e-6).contains(found));
+        QSet<QPair<int, int>> found;
+        const InsertCopies copies(insert, block, view, area, 0);
+        copies.forEach([&](int column, int row, const QRectF &) {
+            found.insert({column, row});
+            return true;
+        });
+        for (int copy = 0; copy < insert.columns * insert.rows; ++copy) {
+            const QPair<int, int> at(copy / insert.rows, copy % insert.rows);
+            const BlockView shown(insert.placementOf(at.first, at.second) * view.toPicture);
+            const QRectF bounds = shown.boundsOf(block.bounds);
+            // What only just touches the area may be found or not.
+            QVERIFY(found.contains(at) ? overlap(bounds, grown(area, 1e-6))
+                                       : !overlap(bounds, grown(area, -1e-6)));
+            found.remove(at);
+        }
+        QVERIFY(found.isEmpty());
     }
 }
 
@@ -740,9 +643,8 @@ void TestDrawings::onePiece()
             pieces += look.color.name();
         return true;
     });
-    const QColor color(fields.at(2));
-    QCOMPARE(pieces.size(), color.isValid() ? 3 : 0);
-    QCOMPARE(pieces.count(color.name()), pieces.size());
+    const QString color = QColor(fields.at(2)).name();
+    QCOMPARE(pieces, fields.at(2).isEmpty() ? QStringList() : QStringList({color, color, color}));
 }
 
 void TestDrawings::boundedPictures_data()
@@ -752,8 +654,7 @@ void TestDrawings::boundedPictures_data()
     addTests({"array;B0|70 2200|71 2200|44 7|45 7;1e5;0",
               "array, a few copies in sight;B0|70 2200|71 2200|44 7|45 7;15;9",
               "a row out of sight;B0|70 32767|44 7|20 90;15;0",
-              "turned array;B0|70 3000|71 3000|"
-              "44 1|45 1|50 30;900;0",
+              "turned array;B0|70 3000|71 3000|44 1|45 1|50 30;900;0",
               "very large array;B0|70 32767|71 32767|44 7|45 7;1e6;0",
               "long lines;B8|70 999|71 999|44 0.1|45 0.1|41 100;100;0", "copies in copies;B30;9;0",
               "arrays in arrays;B3|70 99|71 99|44 9|45 9;1000;0",
@@ -799,42 +700,41 @@ void TestDrawings::absurdTexts()
     QCOMPARE(setter.broken(lines, infinite, -5, std::numeric_limits<int>::min()).bounds, first);
     QCOMPARE(setter.broken(lines, -1, none, 0).bounds, first);
     QCOMPARE(setter.broken(lines, none, 1e300, 99).bounds, last);
-    // Letters of which the font makes nothing.
-    for (const char *size : {"40 5e4|41 1e-19", "40 1e-9|41 1e14"})
-        Picture(file({}, QString("0 TEXT|8 0|10 5|20 5|%1|1 Fit|").arg(size))).painted({99, 99});
 }
 
 void TestDrawings::whatCannotBeDrawn()
 {
     const QString shape = square(0, 0, "8 0");
-    const auto insert = [](int part) { return QString("0 INSERT|8 0|2 B%1|").arg(part); };
-    const auto chain = [&](int length, int copies) {
-        QString blocks;
-        for (int i = 0; i < length; ++i)
-            blocks += block(QString("B%1").arg(i), shape + insert(i + 1).repeated(copies));
-        return blocks;
-    };
-    const std::array<QString, 3> cases[] = {
-            {chain(1, 1) + block("B1", insert(0)), "", "nested too deeply: 1"},
-            {chain(5000, 1), "", "nested too deeply: 1"},
-            {block("B0", "0 HATCH|8 0|2 X|70 1|91 0|75 0|"), "", "1 HATCH without an area"},
-            {block("B0", "0 RAY|8 0|10 1|20 1|11 0|21 0|"), "", "1 RAY without a direction"},
-            {block("B0", "0 CIRCLE|8 0|40 5|210 1.7e308|220 1.7e308|"), "", "too far away: 1"},
-            {block("B0", "0 LWPOLYLINE|8 0|90 2147483647|10 0|20 0|"), "", "entity is too large"},
-            {block("B0", "0 SPLINE|8 0|71 1|72 5|73 3|40 0|40 0|40 1|40 2|40 2|10 1|20 1|41 1|10 0|"
-                         "20 0|41 1e-320|10 2|20 2|41 1|"),
-             "", "too far away: 1"},
-            {block("B0", "0 SPLINE|8 0|72 -2147483648|40 1|"), "", "entity is too large"},
-            {block("B0", "0 WIPEOUT|8 0|0 MLINE|8 0|0 MLINE|8 0|"), "", ": 2 MLINE, 1 WIPEOUT."},
-            {block("B0", "0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 1|20 1|0 SEQEND|"),
-             "", "1 POLYLINE mesh"},
-            {block("B0", shape), "10 1e300|20 0|", "too far away: 1"}};
-    for (const auto &[blocks, inserted, warning] : cases) {
-        Picture picture(file(blocks, insert(0) + inserted));
+    // What is in a block, and what is told of it.
+    const std::pair<const char *, const char *> cases[] = {
+            {"0 INSERT|8 0|2 Odd|", "nested too deeply: 1"},
+            {"0 INSERT|8 0|2 Part|10 1e300|", "too far away: 1"},
+            {"0 HATCH|8 0|2 X|70 1|91 0|75 0|", "1 HATCH without an area"},
+            {"0 RAY|8 0|10 1|20 1|11 0|21 0|", "1 RAY without a direction"},
+            {"0 CIRCLE|8 0|40 5|210 1.7e308|220 1.7e308|", "too far away: 1"},
+            {"0 LWPOLYLINE|8 0|90 2147483647|10 0|20 0|", "entity is too large"},
+            {"0 SPLINE|8 0|71 1|72 5|73 3|40 0|40 0|40 1|40 2|40 2|10 1|20 1|41 1|10 0|20 0|"
+             "41 1e-320|10 2|20 2|41 1|",
+             "too far away: 1"},
+            {"0 SPLINE|8 0|72 -2147483648|40 1|", "entity is too large"},
+            {"0 WIPEOUT|8 0|0 MLINE|8 0|0 MLINE|8 0|", ": 2 MLINE, 1 WIPEOUT."},
+            {"0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 1|20 1|0 SEQEND|",
+             "1 POLYLINE mesh"},
+            // Letters of which the font makes nothing.
+            {"0 TEXT|8 0|10 5|20 5|40 5e4|41 1e-19|1 Fit|0 TEXT|8 0|10 5|20 5|40 1e-9|41 1e14|"
+             "1 Fit|",
+             ""}};
+    for (const auto &[content, warning] : cases) {
+        Picture picture(file(block("Odd", content) + block("Part", shape), "0 INSERT|8 0|2 Odd|"));
         picture.painted({50, 50});
-        const QString said = picture.drawing->warnings.join('\n');
-        QVERIFY2(said.contains(warning), qPrintable(warning + said));
+        const QString told = picture.drawing->warnings.join('\n');
+        QVERIFY2(told.contains(warning), qPrintable(warning + told));
     }
+    QString chain;
+    for (int i = 0; i < 5000; ++i)
+        chain += block(QString("B%1").arg(i), shape + QString("0 INSERT|8 0|2 B%1|").arg(i + 1));
+    const Picture deep(file(chain, "0 INSERT|8 0|2 B0|"));
+    QVERIFY(deep.drawing->warnings.first().contains("nested too deeply: 1"));
 }
 
 QTEST_MAIN(TestDrawings)
