@@ -183,7 +183,7 @@ void TestDrawings::linetypes_data()
               "too short;;8 Blue|48 2;1;##########################",
               "very long;;8 Blue|10 -5e8;1;######..#.######..#.######",
               "very long line zoomed in;;8 Blue|10 -5e8;30;######..#.######..#.######",
-              "more dashes than can be told;;8 Blue|48 0.013|10 -9e11;30;##########################",
+              "countless dashes;;8 Blue|48 0.013|10 -9e11;30;##########################",
               "by block;8 Red|6 Dash;8 Blue|6 ByBlock;1;######..#.######..#.######",
               "insert's layer;8 Blue;8 0;1;######..#.######..#.######"});
 }
