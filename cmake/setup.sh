@@ -10,7 +10,7 @@
 build_packages="g++ cmake ninja-build qtbase5-dev qttools5-dev libdxflib-dev
                 libboost-system-dev libxcb1-dev"
 test_packages="abigail-tools appstream clang desktop-file-utils libqt5sql5-sqlite pkgconf python3
-               python3-ezdxf shared-mime-info xvfb x11-utils"
+               python3-ezdxf shared-mime-info xvfb"
 attack_packages="clang libclang-rt-14-dev librecad-data llvm openscad-testing-data python3
                  python3-ezdxf"
 picture_packages="fonts-dejavu-core python3-pil qttools5-dev-tools xvfb"

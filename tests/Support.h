@@ -189,14 +189,19 @@ inline QByteArray fileContent(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// What the script of tests/ezdxf prints, as JSON; an empty object if it fails.
-inline QJsonObject ezdxf(const QString &script, const QStringList &arguments)
+/// What a script of the tests prints, as JSON; an empty object if it fails.
+inline QJsonObject python(const QString &script, const QStringList &arguments = {})
 {
     QProcess python;
     python.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     python.start(QStringLiteral("/usr/bin/python3"),
-                 QStringList{QStringLiteral(OVCC_SOURCE_DIR "/tests/ezdxf/") + script} + arguments);
+                 QStringList{QStringLiteral(OVCC_SOURCE_DIR "/tests/") + script} + arguments);
     if (!python.waitForFinished(120000) || python.exitCode() != 0)
         return {};
     return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
+}
+
+inline QJsonObject ezdxf(const QString &script, const QStringList &arguments)
+{
+    return python("ezdxf/" + script, arguments);
 }
