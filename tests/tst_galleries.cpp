@@ -6,41 +6,27 @@
 #include <QActionGroup>
 #include <QMenu>
 #include <QSignalSpy>
-#include <QTimer>
 
 using namespace OvCc;
 using namespace NsRc;
 
 namespace {
 
-QList<int> checkedIn(const QMenu &menu)
-{
-    QList<int> places;
-    for (int place = 0; place < menu.actions().size(); ++place) {
-        if (menu.actions().at(place)->isChecked())
-            places.append(place);
-    }
-    return places;
-}
-
 /// Opens the menu of @p button and does @p act with it.
 template <class Act>
 void useMenu(ViewButton &button, Act act)
 {
-    bool isOpen = false;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        QWindow *window = button.menu()->windowHandle();
-        if (!window || !window->isExposed())
-            return;
-        timer.stop();
-        isOpen = true;
-        act(*button.menu());
-        button.menu()->close();
-    });
-    timer.start(0);
+    QMenu *menu = button.menu();
+    const QObject opening;
+    QObject::connect(
+            menu, &QMenu::aboutToShow, &opening,
+            [&] {
+                QVERIFY(QTest::qWaitForWindowExposed(menu));
+                act(*menu);
+                menu->close();
+            },
+            Qt::QueuedConnection);
     QTest::mouseClick(&button, Qt::LeftButton);
-    QVERIFY(isOpen);
 }
 
 } // namespace
@@ -93,22 +79,21 @@ void tst_Galleries::viewButton()
     const auto check = [&](const QString &text, int checked) {
         QCOMPARE(button.text(), text);
         QCOMPARE(button.size(), QSize(button.fontMetrics().horizontalAdvance(text) + 4, 20));
-        QCOMPARE(checkedIn(*button.menu()), QList<int>{checked});
+        for (int place = 0; place < 10; ++place)
+            QCOMPARE(button.menu()->actions().at(place)->isChecked(), place == checked);
     };
     showOnScreen(panel);
     check("Top", TopView);
 
-    const QList<QPair<int, int>> choices{
-            {SouthwestView, SouthwestView}, {SouthwestView, SouthwestView},
-            {SoutheastView, NorthwestView}, {NorthwestView, NorthwestView},
-            {SoutheastView, NorthwestView}, {BottomView, BottomView},
-            {SoutheastView, NorthwestView}};
-    for (const auto &[place, checked] : choices) {
-        useMenu(button, [place = place](QMenu &menu) {
+    const QList<int> choices{SouthwestView, SouthwestView, SoutheastView, NorthwestView,
+                             SoutheastView, BottomView,    SoutheastView};
+    for (const int place : choices) {
+        useMenu(button, [place](QMenu &menu) {
             const QRect entry = menu.actionGeometry(menu.actions().at(place));
             QTest::mouseClick(&menu, Qt::LeftButton, {}, entry.center());
         });
-        check(button.menu()->actions().at(place)->text(), checked);
+        check(button.menu()->actions().at(place)->text(),
+              place == SoutheastView ? int(NorthwestView) : place); // which has the same name
         QCOMPARE(button.view(), place);
     }
     useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Up, Qt::Key_Return}); });

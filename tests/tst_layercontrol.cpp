@@ -3,8 +3,8 @@
 
 #include "Support.h"
 
-#include <QLineF>
 #include <QMenu>
+#include <QPainterPath>
 #include <QSignalSpy>
 
 using namespace OvCc;
@@ -26,14 +26,6 @@ void moveMouse(const QWidget &window, QPoint pos)
 {
     QTest::mouseMove(window.windowHandle(), pos);
     QCoreApplication::processEvents();
-}
-
-double distance(const QLineF &line, QPointF point)
-{
-    const QPointF along = line.p2() - line.p1();
-    const double part =
-            QPointF::dotProduct(point - line.p1(), along) / QPointF::dotProduct(along, along);
-    return QLineF(point, line.pointAt(qBound(0.0, part, 1.0))).length();
 }
 
 } // namespace
@@ -147,9 +139,7 @@ void tst_LayerControl::controlAndStrip()
     QCOMPARE(strip.size(), QSize(60, 20));
     for (const int x : {4, 30, 30, 56, 56, 56})
         click(&strip, QPoint(x, 10));
-    QCOMPARE(minimize.count(), 1);
-    QCOMPARE(restore.count(), 2);
-    QCOMPARE(close.count(), 3);
+    QVERIFY(minimize.count() == 1 && restore.count() == 2 && close.count() == 3);
 
     control.adjustGeometry();
     QCOMPARE(control.width(), 210);
@@ -166,28 +156,32 @@ void tst_LayerControl::controlAndStrip()
 /// Pixels well inside a line of width 2 are white, those well outside of all lines transparent.
 void tst_LayerControl::paintedIcons()
 {
-    const QList<QLineF> icons[] = {{{3, 10, 17, 10}},
-                                   {{5, 5, 15, 5},
-                                    {15, 5, 15, 15},
-                                    {15, 15, 5, 15},
-                                    {5, 15, 5, 5},
-                                    {8, 2, 20, 2},
-                                    {19, 2, 19, 12}},
-                                   {{5, 5, 15, 15}, {15, 5, 5, 15}}};
+    QPainterPath icons[3];
+    const std::pair<int, QLineF> lines[] = {{0, {3, 10, 17, 10}},
+                                            {1, {8, 2, 20, 2}},
+                                            {1, {19, 2, 19, 12}},
+                                            {2, {5, 5, 15, 15}},
+                                            {2, {15, 5, 5, 15}}};
+    for (const auto &[icon, line] : lines) {
+        icons[icon].moveTo(line.p1());
+        icons[icon].lineTo(line.p2());
+    }
+    icons[1].addRect(5, 5, 10, 10);
+    QPainterPathStroker inside, around;
+    inside.setWidth(1.4);
+    around.setWidth(3.2);
+    around.setCapStyle(Qt::SquareCap);
     MinMaxButton strip;
     showOnScreen(strip);
     for (int place = 0; place < 3; ++place) {
-        const QIcon icon = buttonsOf(strip).at(place)->icon();
-        const QImage image = icon.pixmap(20, 20).toImage().convertToFormat(QImage::Format_ARGB32);
+        const QPixmap icon = buttonsOf(strip).at(place)->icon().pixmap(20, 20);
+        const QImage image = icon.toImage().convertToFormat(QImage::Format_ARGB32);
         QCOMPARE(image.size(), QSize(20, 20));
         for (int pixel = 0; pixel < 400; ++pixel) {
             const QPoint pos(pixel % 20, pixel / 20);
-            double nearest = 20;
-            for (const QLineF &line : icons[place])
-                nearest = qMin(nearest, distance(line, pos + QPointF(0.5, 0.5)));
-            if (nearest < 0.7)
+            if (inside.createStroke(icons[place]).contains(pos + QPointF(0.5, 0.5)))
                 QCOMPARE(image.pixel(pos), 0xffffffff);
-            else if (nearest > 1.6)
+            else if (!around.createStroke(icons[place]).contains(pos + QPointF(0.5, 0.5)))
                 QCOMPARE(image.pixel(pos), 0U);
         }
     }

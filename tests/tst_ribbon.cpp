@@ -34,10 +34,6 @@ QIcon plainIcon(const QColor &color)
 struct Galleries
 {
     Galleries()
-        : gallery(new ViewGallery)
-        , group(gallery->galleryGroup())
-        , menu(gallery->popupMenu())
-        , copy(gallery->popupGallery())
     {
         window.resize(400, 260);
         gallery->setParent(&window);
@@ -63,17 +59,18 @@ struct Galleries
                 .at(index);
     }
 
-    /// The checked items of the gallery and of its copy.
-    QList<int> checked() const
+    /// Whether that is the checked item of the gallery and of its copy.
+    bool isChecked(int index) const
     {
-        return {group->indexOf(gallery->checkedItem()), group->indexOf(copy->checkedItem())};
+        const RibbonGalleryItem *item = group->item(index);
+        return gallery->checkedItem() == item && copy->checkedItem() == item;
     }
 
     QWidget window;
-    QPointer<ViewGallery> gallery;
-    QPointer<RibbonGalleryGroup> group;
-    QPointer<OfficePopupMenu> menu;
-    QPointer<RibbonGallery> copy;
+    QPointer<ViewGallery> gallery = new ViewGallery;
+    QPointer<RibbonGalleryGroup> group = gallery->galleryGroup();
+    QPointer<OfficePopupMenu> menu = gallery->popupMenu();
+    QPointer<RibbonGallery> copy = gallery->popupGallery();
     QList<int> presses;
     QList<int> pressesInMenu; // -1 for one that comes after the menu has closed
 };
@@ -84,12 +81,21 @@ QPoint inRow(int row, int column = 0)
     return {40 + 120 * column, 1 + cell.height() * row + cell.height() / 2};
 }
 
-void drag(const QWidget *widget, const QList<QPoint> &path)
+/// What a user does, in words: "press 1", "move 2" and "release 2" in rows, and the names of keys.
+void act(const QWidget *gallery, const QString &words)
 {
-    mouse(QEvent::MouseButtonPress, widget, path.first());
-    for (const QPoint &pos : path)
-        mouse(QEvent::MouseMove, widget, pos);
-    mouse(QEvent::MouseButtonRelease, widget, path.last());
+    static const QHash<QString, QEvent::Type> types{{"press", QEvent::MouseButtonPress},
+                                                    {"move", QEvent::MouseMove},
+                                                    {"release", QEvent::MouseButtonRelease}};
+    QEvent::Type type = QEvent::None;
+    const QStringList all = words.split(' ');
+    for (const QString &word : all) {
+        type = types.value(word, type);
+        if (word.at(0).isDigit())
+            mouse(type, gallery, inRow(word.toInt()));
+        else if (!types.contains(word))
+            QTest::keySequence(gallery->window()->windowHandle(), QKeySequence(word));
+    }
 }
 
 /// The number of the item that a click in the top row presses.
@@ -118,16 +124,13 @@ QString toolTipAt(QWidget *widget, QPoint pos)
 
 } // namespace
 
-using Act = std::function<void(Galleries &)>;
-Q_DECLARE_METATYPE(Act)
-
 class tst_Ribbon : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void presses_data();
     void presses();
+    void noPresses();
     void scrolling();
     void keysInAGrid();
     void menu();
@@ -141,74 +144,46 @@ private slots:
     void narrowBar();
 };
 
-void tst_Ribbon::presses_data()
-{
-    QTest::addColumn<Act>("act");
-    QTest::addColumn<QList<int>>("presses");
-
-    const auto add = [](const char *name, const QList<int> &presses, const Act &act) {
-        QTest::newRow(name) << act << presses;
-    };
-    add("click", {1}, [](Galleries &on) { click(on.gallery, inRow(1)); });
-    add("checked item", {0}, [](Galleries &on) { click(on.gallery, inRow(0)); });
-    add("right button", {}, [](Galleries &on) {
-        mouse(QEvent::MouseButtonPress, on.gallery, inRow(1), Qt::RightButton);
-        mouse(QEvent::MouseButtonRelease, on.gallery, inRow(1), Qt::RightButton);
-    });
-    add("drag to another", {}, [](Galleries &on) { drag(on.gallery, {inRow(1), inRow(2)}); });
-    add("drag off", {}, [](Galleries &on) { drag(on.gallery, {inRow(1), {300, 30}}); });
-    add("drag away and back", {1}, [](Galleries &on) {
-        drag(on.gallery, {inRow(1), inRow(2), inRow(1)});
-    });
-    add("item deleted under the mouse", {}, [](Galleries &on) {
-        mouse(QEvent::MouseButtonPress, on.gallery, inRow(1));
-        delete on.group->item(1);
-        mouse(QEvent::MouseButtonRelease, on.gallery, inRow(1));
-    });
-    add("keys", {1, 8, 9, 0, 3, 6, 3}, [](Galleries &on) {
-        typeKeys(on.gallery, {Qt::Key_Down, Qt::Key_Space, Qt::Key_End, Qt::Key_Up, Qt::Key_Return,
-                              Qt::Key_End, Qt::Key_Down, Qt::Key_Enter, Qt::Key_Home, Qt::Key_Up,
-                              Qt::Key_Enter, Qt::Key_PageDown, Qt::Key_Space, Qt::Key_PageDown,
-                              Qt::Key_Space, Qt::Key_PageUp, Qt::Key_Space});
-    });
-    add("key held down", {0}, [](Galleries &on) {
-        for (const bool isRepeated : {false, true}) {
-            QKeyEvent event(QEvent::KeyPress, Qt::Key_Space, {}, {}, isRepeated);
-            QApplication::sendEvent(on.gallery, &event);
-        }
-    });
-    add("disabled", {}, [](Galleries &on) {
-        on.gallery->setEnabled(false);
-        click(on.gallery, inRow(1));
-    });
-    add("no group", {}, [](Galleries &on) {
-        on.gallery->setGalleryGroup(nullptr);
-        click(on.gallery, inRow(1));
-        typeKeys(on.gallery,
-                 {Qt::Key_Home, Qt::Key_End, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Space});
-    });
-}
-
 void tst_Ribbon::presses()
 {
-    QFETCH(Act, act);
-    QFETCH(QList<int>, presses);
+    const std::pair<const char *, QList<int>> rows[] = {
+            {"press 1 release 1", {1}},
+            {"press 1 move 2 release 2", {}},
+            {"press 1 move 3 release 3", {}}, // below the gallery
+            {"press 1 move 2 move 1 release 1", {1}},
+            {"Down Space End Up Return End Down Enter", {1, 8, 9}},
+            {"Home Up Enter PgDown Space PgDown Space PgUp Space", {0, 3, 6, 3}}};
+    for (const auto &[words, presses] : rows) {
+        Galleries galleries;
+        galleries.show();
+        act(galleries.gallery, words);
+        QVERIFY2(galleries.presses == presses && galleries.pressesInMenu.isEmpty(), words);
+        QVERIFY2(galleries.isChecked(presses.isEmpty() ? 0 : presses.last()), words);
+    }
+}
+
+void tst_Ribbon::noPresses()
+{
     Galleries galleries;
     galleries.show();
-    act(galleries);
-    QCOMPARE(galleries.presses, presses);
-    QCOMPARE(galleries.pressesInMenu, QList<int>{});
-    const int checked = presses.isEmpty() ? 0 : presses.last();
-    if (galleries.gallery->galleryGroup())
-        QCOMPARE(galleries.checked(), (QList<int>{checked, checked}));
+    mouse(QEvent::MouseButtonPress, galleries.gallery, inRow(1), Qt::RightButton);
+    mouse(QEvent::MouseButtonRelease, galleries.gallery, inRow(1), Qt::RightButton);
+    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, {}, {}, true);
+    QApplication::sendEvent(galleries.gallery, &repeated);
+    act(galleries.gallery, "press 1");
+    delete galleries.group->item(1);
+    act(galleries.gallery, "release 1");
+    QVERIFY(galleries.isChecked(0));
+    galleries.gallery->setGalleryGroup(nullptr);
+    act(galleries.gallery, "press 1 release 1 Home End Down PgDown Space");
+    QCOMPARE(galleries.presses, QList<int>{});
 }
 
 void tst_Ribbon::scrolling()
 {
     Galleries galleries;
     galleries.show();
-    QAbstractButton *up = galleries.button(0);
-    QAbstractButton *down = galleries.button(1);
+    const QAbstractButton *up = galleries.button(0), *down = galleries.button(1);
     QVERIFY(!up->isEnabled());
     click(down);
     click(down);
@@ -222,8 +197,7 @@ void tst_Ribbon::scrolling()
     wheel(galleries.gallery, {-60});
     QCOMPARE(topItem(galleries), 2);
     wheel(galleries.gallery, {-120 * count});
-    QVERIFY(up->isEnabled());
-    QVERIFY(!down->isEnabled());
+    QVERIFY(up->isEnabled() && !down->isEnabled());
     QCOMPARE(topItem(galleries), count - 3);
 
     // A newly checked item comes into sight; one that was checked already leaves the rows alone.
@@ -244,33 +218,19 @@ void tst_Ribbon::keysInAGrid()
     Galleries galleries;
     galleries.gallery->setFixedSize(2 * cell.width() + 40, 65);
     galleries.show();
-    const auto press = [&](std::initializer_list<Qt::Key> keys) {
-        typeKeys(galleries.gallery, keys);
-        typeKeys(galleries.gallery, {Qt::Key_Space});
-        return galleries.presses.constLast();
-    };
-    QCOMPARE(press({Qt::Key_Right, Qt::Key_Down}), 3);
-    QCOMPARE(press({Qt::Key_Right, Qt::Key_Left, Qt::Key_Left}), 2);
+    act(galleries.gallery, "Right Down Space Right Left Left Space");
     galleries.gallery->setLayoutDirection(Qt::RightToLeft);
-    QCOMPARE(press({Qt::Key_Left}), 3);
+    act(galleries.gallery, "Left Space");
     galleries.gallery->setCheckedIndex(0);
     click(galleries.gallery, inRow(0, 1));
-    QCOMPARE(galleries.presses.constLast(), 0);
+    QCOMPARE(galleries.presses, (QList<int>{3, 2, 3, 0}));
 }
 
 void tst_Ribbon::menu()
 {
-    const std::pair<Act, QList<int>> rows[] = {
-            {[](Galleries &on) { click(on.copy, inRow(9)); }, {9}},
-            {[](Galleries &on) {
-                 typeKeys(on.menu, {Qt::Key_Up, Qt::Key_Up, Qt::Key_Return});
-             },
-             {6}},
-            {[](Galleries &on) {
-                 typeKeys(on.menu, {Qt::Key_Down, Qt::Key_Escape});
-             },
-             {}}};
-    for (const auto &[act, presses] : rows) {
+    const std::pair<const char *, QList<int>> rows[] = {
+            {"press 9 release 9", {9}}, {"Up Up Return", {6}}, {"Down Esc", {}}};
+    for (const auto &[words, presses] : rows) {
         Galleries galleries;
         QSignalSpy shown(galleries.menu, &QMenu::aboutToShow);
         QSignalSpy hidden(galleries.menu, &QMenu::aboutToHide);
@@ -278,16 +238,12 @@ void tst_Ribbon::menu()
         openMenu(galleries);
         QVERIFY(galleries.button(2)->isDown());
         QVERIFY(galleries.menu->rect().contains(galleries.copy->geometry()));
-        QVERIFY(galleries.copy->hasFocus());
-        QCOMPARE(galleries.checked(), (QList<int>{8, 8}));
-        act(galleries);
-        QCOMPARE(galleries.pressesInMenu, presses);
-        QCOMPARE(galleries.presses, QList<int>{});
+        QVERIFY(galleries.copy->hasFocus() && galleries.isChecked(8));
+        act(galleries.copy, words);
+        QVERIFY2(galleries.pressesInMenu == presses && galleries.presses.isEmpty(), words);
         QVERIFY(!galleries.menu->isVisible() && !galleries.button(2)->isDown());
         QVERIFY(shown.count() == 1 && hidden.count() == 1);
-        const int checked = presses.value(0, 8);
-        QCOMPARE(galleries.checked(), (QList<int>{checked, checked}));
-        QVERIFY(galleries.gallery->hasFocus());
+        QVERIFY(galleries.isChecked(presses.value(0, 8)) && galleries.gallery->hasFocus());
     }
 }
 
@@ -302,24 +258,20 @@ void tst_Ribbon::menuOpensAndClosesByItsButton()
     QTest::mousePress(galleries.menu->windowHandle(), Qt::LeftButton, {}, onButton);
     QCoreApplication::processEvents();
     QTest::mouseRelease(galleries.window.windowHandle(), Qt::LeftButton);
-    QVERIFY(!galleries.menu->isVisible());
-    QCOMPARE(shown.count(), 1);
+    QVERIFY(!galleries.menu->isVisible() && shown.count() == 1);
     click(button);
     QVERIFY(galleries.menu->isVisible());
     galleries.menu->close();
-    typeKeys(galleries.gallery, {Qt::Key_F4});
-    QCOMPARE(shown.count(), 3);
-    QVERIFY(galleries.menu->isVisible());
+    act(galleries.gallery, "F4");
+    QVERIFY(galleries.menu->isVisible() && shown.count() == 3);
     galleries.menu->close();
 
     // One drag from the button to an item.
     mouse(QEvent::MouseButtonPress, button, button->rect().center());
-    mouse(QEvent::MouseMove, galleries.copy, inRow(0));
-    mouse(QEvent::MouseMove, galleries.copy, inRow(4));
-    mouse(QEvent::MouseButtonRelease, galleries.copy, inRow(4));
+    act(galleries.copy, "move 0 move 4 release 4");
     QCOMPARE(galleries.pressesInMenu, QList<int>{4});
     QTRY_VERIFY(!galleries.menu->isVisible());
-    QCOMPARE(galleries.checked(), (QList<int>{4, 4}));
+    QVERIFY(galleries.isChecked(4));
 }
 
 void tst_Ribbon::buttonsCome()
@@ -360,10 +312,8 @@ void tst_Ribbon::looks()
     const QImage image = galleries.gallery->grab().toImage();
     const QRect icon(1, 1, galleries.button(0)->x() - 1, 21);
     const int left = icon.center().x() - 7;
-    QCOMPARE(image.pixelColor(left, 3), red);
-    QCOMPARE(image.pixelColor(left + 14, 18), red);
-    QVERIFY(image.pixelColor(left, 2) != red);
-    QVERIFY(image.pixelColor(left, 19) != red);
+    QVERIFY(image.pixelColor(left, 3) == red && image.pixelColor(left + 14, 18) == red);
+    QVERIFY(image.pixelColor(left, 2) != red && image.pixelColor(left, 19) != red);
     // A caption stands in for a missing icon, be there none or one without a picture.
     for (const int row : {1, 2}) {
         const QRect inside(2, 2 + 21 * row, icon.width() - 2, 19);
@@ -409,15 +359,13 @@ void tst_Ribbon::severalGalleries()
     const RibbonGalleryItem *next = galleries.group->item(5);
     delete galleries.group->item(4);
     QCOMPARE(changes.count(), 1);
-    QVERIFY(!other.checkedItem());
-    QCOMPARE(galleries.group->item(4), next);
+    QVERIFY(!other.checkedItem() && galleries.group->item(4) == next);
 
     // An item is in one group only, and only there it can be checked.
     const std::unique_ptr<RibbonGalleryGroup> second(RibbonGalleryGroup::createGalleryGroup());
     RibbonGalleryItem *moved = galleries.group->item(0);
-    second->appendItem(moved);
-    second->appendItem(moved);
-    second->appendItem(nullptr);
+    for (RibbonGalleryItem *item : {moved, moved, static_cast<RibbonGalleryItem *>(nullptr)})
+        second->appendItem(item);
     QCOMPARE(second->getItemCount(), 1);
     QCOMPARE(galleries.group->getItemCount(), count - 2);
     QVERIFY(!galleries.gallery->checkedItem());
@@ -428,8 +376,7 @@ void tst_Ribbon::severalGalleries()
     other.setGalleryGroup(second.get());
     other.setCheckedItem(moved);
     galleries.group->item(0)->setCaption({});
-    QCOMPARE(other.checkedItem(), moved);
-    QCOMPARE(galleries.presses.count(), 0);
+    QVERIFY(other.checkedItem() == moved && galleries.presses.isEmpty());
 }
 
 void tst_Ribbon::destruction()
@@ -443,17 +390,12 @@ void tst_Ribbon::destruction()
             return {on->copy.data(), on->group.data(), on->menu.data(), on->gallery.data()};
         };
         destroyInEveryOrder(make, [&] {
-            for (RibbonGallery *gallery :
-                 std::initializer_list<RibbonGallery *>{on->gallery, on->copy}) {
-                if (gallery)
-                    gallery->grab();
-                if (gallery && !on->group)
-                    QVERIFY(!gallery->checkedItem() && !gallery->galleryGroup());
-            }
-            if (on->menu)
-                on->menu->grab();
-            else
-                QVERIFY(!on->copy && !QApplication::activePopupWidget());
+            const auto windows = QApplication::topLevelWidgets();
+            for (QWidget *left : windows)
+                left->grab();
+            const RibbonGallery *rest = on->gallery ? on->gallery.data() : on->copy.data();
+            QVERIFY(!rest || on->group || !(rest->checkedItem() || rest->galleryGroup()));
+            QVERIFY(on->menu || !(on->copy || QApplication::activePopupWidget()));
         });
     }
 }
@@ -461,7 +403,7 @@ void tst_Ribbon::destruction()
 void tst_Ribbon::destructionInsideAPress()
 {
     for (const bool isInMenu : {false, true}) {
-        for (const bool isByKey : {false, true}) {
+        for (const char *words : {"press 1 release 1", "Space"}) {
             Galleries galleries;
             galleries.show();
             if (isInMenu)
@@ -472,10 +414,7 @@ void tst_Ribbon::destructionInsideAPress()
                 delete on->group;
                 delete on->gallery;
             });
-            if (isByKey)
-                QTest::keyPress(pressed->window()->windowHandle(), Qt::Key_Space);
-            else
-                click(pressed, inRow(1));
+            act(pressed, words);
             QCOMPARE(galleries.presses.count() + galleries.pressesInMenu.count(), 1);
             QVERIFY(!galleries.menu);
         }
@@ -486,13 +425,13 @@ void tst_Ribbon::narrowBar()
 {
     QWidget window;
     window.resize(300, 200);
-    auto *layout = new QVBoxLayout(&window);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto &bar = *new KcHost::RibbonBar;
-    layout->addWidget(&bar);
-    layout->addStretch(1);
+    QVBoxLayout layout(&window);
+    layout.setContentsMargins({});
+    KcHost::RibbonBar bar;
+    layout.addWidget(&bar);
+    layout.addStretch(1);
 
-    KcHost::RibbonPage *home = bar.addPage(QStringLiteral("Home"));
+    KcHost::RibbonPage *home = bar.addPage("Home"), *view = bar.addPage("View");
     QList<KcHost::RibbonGroup *> groups;
     for (int number = 0; number < 5; ++number) {
         groups.append(home->addGroup(QString::number(number)));
@@ -500,51 +439,47 @@ void tst_Ribbon::narrowBar()
         wide->setFixedSize(150, 65);
         groups.constLast()->addWidget(wide);
     }
-    KcHost::RibbonPage *view = bar.addPage(QStringLiteral("View"));
-    KcHost::RibbonGroup *views = view->addGroup(QStringLiteral("Views"));
+    KcHost::RibbonGroup *views = view->addGroup("Views");
     Galleries galleries;
     views->addWidget(galleries.gallery);
-    auto *action = new QAction(plainIcon(Qt::red), QStringLiteral("Fit"), &bar);
+    auto *action = new QAction(plainIcon(Qt::red), "Fit", &bar);
     QSignalSpy triggered(action, &QAction::triggered);
     const QPointer<QToolButton> button = views->addButton(action);
+    const auto isWhole = [](const QWidget *widget) {
+        return widget->visibleRegion().boundingRect() == widget->rect();
+    };
 
     // The bar has its size at once, not after some rounds of events with a wrong one.
     window.show();
-    QCOMPARE(groups.first()->visibleRegion().boundingRect(), groups.first()->rect());
+    const KcHost::RibbonGroup *first = groups.first(), *last = groups.last();
+    QVERIFY(isWhole(first));
     showOnScreen(window);
     for (int number = 1; number < groups.size(); ++number)
         QCOMPARE(groups.at(number)->x(), groups.at(number - 1)->geometry().right() + 1);
 
-    const auto isWhole = [&](int number) {
-        return groups.at(number)->visibleRegion().boundingRect() == groups.at(number)->rect();
-    };
-    QList<QToolButton *> ends =
-            home->findChildren<QToolButton *>(QString(), Qt::FindDirectChildrenOnly);
+    const auto ends = home->findChildren<QToolButton *>(QString(), Qt::FindDirectChildrenOnly);
     QCOMPARE(ends.size(), 2);
-    QTRY_VERIFY(isWhole(0));
-    QVERIFY(!isWhole(4));
-    QVERIFY(!ends.at(0)->isEnabled());
+    QTRY_VERIFY(isWhole(first));
+    QVERIFY(!isWhole(last) && !ends.at(0)->isEnabled());
     for (int turns = 0; turns < 20 && ends.at(1)->isEnabled(); ++turns)
         click(ends.at(1));
-    QVERIFY(isWhole(4));
+    QVERIFY(isWhole(last));
     wheel(groups.at(4), {120 * 20});
-    QVERIFY(isWhole(0));
-    QVERIFY(ends.at(0)->isVisible());
+    QVERIFY(isWhole(first) && ends.at(0)->isVisible());
     window.resize(1000, window.height());
     QTRY_VERIFY(!ends.at(0)->isVisible());
-    QVERIFY(isWhole(0) && isWhole(4));
+    QVERIFY(isWhole(first) && isWhole(last));
     QCoreApplication::processEvents(); // all is in its place before it becomes narrow
     window.resize(700, window.height());
-    QTRY_COMPARE(ends.at(1)->visibleRegion().boundingRect(), ends.at(1)->rect());
+    QTRY_VERIFY(isWhole(ends.at(1)));
 
     bar.setCurrentPage(nullptr);
-    QCOMPARE(bar.currentPage(), home);
-    QVERIFY(!galleries.gallery->isVisible());
+    QVERIFY(bar.currentPage() == home && !galleries.gallery->isVisible());
     auto *tabs = bar.findChild<QTabBar *>();
     click(tabs, tabs->tabRect(1).center());
     QCOMPARE(bar.currentPage(), view);
     QCOMPARE(galleries.gallery->size(), QSize(120, 65));
-    QTRY_COMPARE(galleries.gallery->visibleRegion().boundingRect(), galleries.gallery->rect());
+    QTRY_VERIFY(isWhole(galleries.gallery));
     click(button);
     QCOMPARE(triggered.count(), 1);
     delete action;
