@@ -157,14 +157,14 @@ void tst_LayerControl::controlAndStrip()
 void tst_LayerControl::paintedIcons()
 {
     QPainterPath icons[3];
-    const std::pair<int, QLineF> lines[] = {{0, {3, 10, 17, 10}},
-                                            {1, {8, 2, 20, 2}},
-                                            {1, {19, 2, 19, 12}},
-                                            {2, {5, 5, 15, 15}},
-                                            {2, {15, 5, 5, 15}}};
-    for (const auto &[icon, line] : lines) {
-        icons[icon].moveTo(line.p1());
-        icons[icon].lineTo(line.p2());
+    const int lines[][5] = {{0, 3, 10, 17, 10},
+                            {1, 8, 2, 20, 2},
+                            {1, 19, 2, 19, 12},
+                            {2, 5, 5, 15, 15},
+                            {2, 15, 5, 5, 15}};
+    for (const auto &[icon, x1, y1, x2, y2] : lines) {
+        icons[icon].moveTo(x1, y1);
+        icons[icon].lineTo(x2, y2);
     }
     icons[1].addRect(5, 5, 10, 10);
     QPainterPathStroker inside, around;
@@ -203,10 +203,9 @@ void tst_LayerControl::destruction()
         return {window, control, control->layerComboBox(), control->widthCompanion()};
     });
     destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
-        auto *window = new QWidget;
-        auto *strip = new MinMaxButton(window);
-        const QList<QPushButton *> buttons = strip->findChildren<QPushButton *>();
-        return {window, strip, buttons.at(0), buttons.at(1), buttons.at(2)};
+        auto *strip = new MinMaxButton;
+        const QList<QPushButton *> buttons = buttonsOf(*strip);
+        return {strip, buttons.at(0), buttons.at(1), buttons.at(2)};
     });
 
     connect(m_bar, &LayerControl::folded, this, [this] { m_window.reset(); });

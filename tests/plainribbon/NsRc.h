@@ -21,9 +21,7 @@ struct RibbonGalleryItem
     void setCaption(const QString &) {}
 };
 
-struct RibbonToolGalleryItem : RibbonGalleryItem
-{
-};
+using RibbonToolGalleryItem = RibbonGalleryItem;
 
 struct RibbonGalleryGroup
 {
@@ -49,10 +47,7 @@ class RibbonGallery : public QWidget
     Q_OBJECT
 
 public:
-    explicit RibbonGallery(QWidget *parent)
-        : QWidget(parent)
-    {
-    }
+    using QWidget::QWidget;
     ~RibbonGallery() override { delete menu; }
     void setLabelsVisible(bool) {}
     void setBorderVisible(bool) {}
