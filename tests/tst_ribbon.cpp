@@ -29,52 +29,6 @@ QIcon plainIcon(const QColor &color)
     return QIcon(pixmap);
 }
 
-/// A gallery as a ribbon has it, and its copy in its drop-down menu, with the items that are pressed
-/// in them.
-struct Galleries
-{
-    Galleries()
-    {
-        window.resize(400, 260);
-        gallery->setParent(&window);
-        QObject::connect(gallery, &RibbonGallery::itemPressed, gallery,
-                         [this](auto *item) { presses.append(group->indexOf(item)); });
-        QObject::connect(copy, &RibbonGallery::itemPressed, copy, [this](auto *item) {
-            pressesInMenu.append(menu->isVisible() ? group->indexOf(item) : -1);
-        });
-    }
-    Q_DISABLE_COPY(Galleries)
-
-    void show()
-    {
-        showOnScreen(window);
-        window.activateWindow();
-        gallery->setFocus();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-    }
-
-    QAbstractButton *button(int index) const
-    {
-        return gallery->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)
-                .at(index);
-    }
-
-    /// Whether that is the checked item of the gallery and of its copy.
-    bool isChecked(int index) const
-    {
-        const RibbonGalleryItem *item = group->item(index);
-        return gallery->checkedItem() == item && copy->checkedItem() == item;
-    }
-
-    QWidget window;
-    QPointer<ViewGallery> gallery = new ViewGallery;
-    QPointer<RibbonGalleryGroup> group = gallery->galleryGroup();
-    QPointer<OfficePopupMenu> menu = gallery->popupMenu();
-    QPointer<RibbonGallery> copy = gallery->popupGallery();
-    QList<int> presses;
-    QList<int> pressesInMenu; // -1 for one that comes after the menu has closed
-};
-
 /// The middle of a row that is in sight; of the second column, on request.
 QPoint inRow(int row, int column = 0)
 {
@@ -98,20 +52,6 @@ void act(const QWidget *gallery, const QString &words)
     }
 }
 
-/// The number of the item that a click in the top row presses.
-int topItem(const Galleries &galleries)
-{
-    click(galleries.gallery, inRow(0));
-    return galleries.presses.isEmpty() ? -1 : galleries.presses.constLast();
-}
-
-void openMenu(Galleries &galleries)
-{
-    galleries.show();
-    click(galleries.button(2));
-    QVERIFY(QTest::qWaitForWindowExposed(galleries.menu));
-}
-
 QString toolTipAt(QWidget *widget, QPoint pos)
 {
     QHelpEvent event(QEvent::ToolTip, pos, widget->mapToGlobal(pos));
@@ -124,11 +64,15 @@ QString toolTipAt(QWidget *widget, QPoint pos)
 
 } // namespace
 
+/// A gallery as a ribbon has it, and its copy in its drop-down menu, with the items that are pressed
+/// in them.
 class tst_Ribbon : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void init();
+    void cleanup() { m_window.reset(); }
     void presses();
     void noPresses();
     void scrolling();
@@ -142,7 +86,67 @@ private slots:
     void destruction();
     void destructionInsideAPress();
     void narrowBar();
+
+private:
+    QAbstractButton *button(int index) const;
+    bool isChecked(int index) const;
+    int topItem() const;
+    void openMenu() const;
+
+    std::unique_ptr<QWidget> m_window;
+    QPointer<ViewGallery> m_gallery;
+    QPointer<RibbonGalleryGroup> m_group;
+    QPointer<OfficePopupMenu> m_menu;
+    QPointer<RibbonGallery> m_copy;
+    QList<int> m_presses;
+    QList<int> m_pressesInMenu; // -1 for one that comes after the menu has closed
 };
+
+void tst_Ribbon::init()
+{
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(400, 260);
+    m_gallery = new ViewGallery(m_window.get());
+    m_group = m_gallery->galleryGroup();
+    m_menu = m_gallery->popupMenu();
+    m_copy = m_gallery->popupGallery();
+    m_presses = m_pressesInMenu = {};
+    connect(m_gallery, &RibbonGallery::itemPressed, this,
+            [this](auto *item) { m_presses.append(m_group->indexOf(item)); });
+    connect(m_copy, &RibbonGallery::itemPressed, this, [this](auto *item) {
+        m_pressesInMenu.append(m_menu->isVisible() ? m_group->indexOf(item) : -1);
+    });
+    showOnScreen(*m_window);
+    m_window->activateWindow();
+    m_gallery->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+QAbstractButton *tst_Ribbon::button(int index) const
+{
+    return m_gallery->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)
+            .at(index);
+}
+
+/// Whether that is the checked item of the gallery and of its copy.
+bool tst_Ribbon::isChecked(int index) const
+{
+    const RibbonGalleryItem *item = m_group->item(index);
+    return m_gallery->checkedItem() == item && m_copy->checkedItem() == item;
+}
+
+/// The number of the item that a click in the top row presses.
+int tst_Ribbon::topItem() const
+{
+    click(m_gallery, inRow(0));
+    return m_presses.value(m_presses.size() - 1, -1);
+}
+
+void tst_Ribbon::openMenu() const
+{
+    click(button(2));
+    QVERIFY(QTest::qWaitForWindowExposed(m_menu));
+}
 
 void tst_Ribbon::presses()
 {
@@ -154,76 +158,69 @@ void tst_Ribbon::presses()
             {"Down Space End Up Return End Down Enter", {1, 8, 9}},
             {"Home Up Enter PgDown Space PgDown Space PgUp Space", {0, 3, 6, 3}}};
     for (const auto &[words, presses] : rows) {
-        Galleries galleries;
-        galleries.show();
-        act(galleries.gallery, words);
-        QVERIFY2(galleries.presses == presses && galleries.pressesInMenu.isEmpty(), words);
-        QVERIFY2(galleries.isChecked(presses.isEmpty() ? 0 : presses.last()), words);
+        init();
+        act(m_gallery, words);
+        QVERIFY2(m_presses == presses && m_pressesInMenu.isEmpty(), words);
+        QVERIFY2(isChecked(presses.isEmpty() ? 0 : presses.last()), words);
     }
 }
 
 void tst_Ribbon::noPresses()
 {
-    Galleries galleries;
-    galleries.show();
-    mouse(QEvent::MouseButtonPress, galleries.gallery, inRow(1), Qt::RightButton);
-    mouse(QEvent::MouseButtonRelease, galleries.gallery, inRow(1), Qt::RightButton);
+    mouse(QEvent::MouseButtonPress, m_gallery, inRow(1), Qt::RightButton);
+    mouse(QEvent::MouseButtonRelease, m_gallery, inRow(1), Qt::RightButton);
     QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, {}, {}, true);
-    QApplication::sendEvent(galleries.gallery, &repeated);
-    act(galleries.gallery, "press 1");
-    delete galleries.group->item(1);
-    act(galleries.gallery, "release 1");
-    QVERIFY(galleries.isChecked(0));
-    galleries.gallery->setGalleryGroup(nullptr);
-    act(galleries.gallery, "press 1 release 1 Home End Down PgDown Space");
-    QCOMPARE(galleries.presses, QList<int>{});
+    QApplication::sendEvent(m_gallery, &repeated);
+    act(m_gallery, "press 1");
+    delete m_group->item(1);
+    act(m_gallery, "release 1");
+    QVERIFY(isChecked(0));
+    m_gallery->setGalleryGroup(nullptr);
+    act(m_gallery, "press 1 release 1 Home End Down PgDown Space");
+    QCOMPARE(m_presses, QList<int>{});
 }
 
 void tst_Ribbon::scrolling()
 {
-    Galleries galleries;
-    galleries.show();
-    const QAbstractButton *up = galleries.button(0), *down = galleries.button(1);
+    const QAbstractButton *up = button(0), *down = button(1);
     QVERIFY(!up->isEnabled());
     click(down);
     click(down);
-    QCOMPARE(topItem(galleries), 2);
+    QCOMPARE(topItem(), 2);
     click(up);
-    QCOMPARE(topItem(galleries), 1);
+    QCOMPARE(topItem(), 1);
 
     // Fine turns of a wheel add up.
-    wheel(galleries.gallery, {-60});
-    QCOMPARE(topItem(galleries), 1);
-    wheel(galleries.gallery, {-60});
-    QCOMPARE(topItem(galleries), 2);
-    wheel(galleries.gallery, {-120 * count});
+    wheel(m_gallery, {-60});
+    QCOMPARE(topItem(), 1);
+    wheel(m_gallery, {-60});
+    QCOMPARE(topItem(), 2);
+    wheel(m_gallery, {-120 * count});
     QVERIFY(up->isEnabled() && !down->isEnabled());
-    QCOMPARE(topItem(galleries), count - 3);
+    QCOMPARE(topItem(), count - 3);
 
     // A newly checked item comes into sight; one that was checked already leaves the rows alone.
-    galleries.gallery->setCheckedIndex(2);
-    galleries.gallery->setCheckedIndex(5);
-    QCOMPARE(topItem(galleries), 3);
-    galleries.gallery->setCheckedIndex(2);
-    wheel(galleries.gallery, {-120 * count});
-    galleries.gallery->setCheckedIndex(2);
-    QCOMPARE(topItem(galleries), count - 3);
+    m_gallery->setCheckedIndex(2);
+    m_gallery->setCheckedIndex(5);
+    QCOMPARE(topItem(), 3);
+    m_gallery->setCheckedIndex(2);
+    wheel(m_gallery, {-120 * count});
+    m_gallery->setCheckedIndex(2);
+    QCOMPARE(topItem(), count - 3);
 
-    galleries.gallery->setFixedHeight(cell.height() * count + 2);
-    QCOMPARE(topItem(galleries), 0);
+    m_gallery->setFixedHeight(cell.height() * count + 2);
+    QCOMPARE(topItem(), 0);
 }
 
 void tst_Ribbon::keysInAGrid()
 {
-    Galleries galleries;
-    galleries.gallery->setFixedSize(2 * cell.width() + 40, 65);
-    galleries.show();
-    act(galleries.gallery, "Right Down Space Right Left Left Space");
-    galleries.gallery->setLayoutDirection(Qt::RightToLeft);
-    act(galleries.gallery, "Left Space");
-    galleries.gallery->setCheckedIndex(0);
-    click(galleries.gallery, inRow(0, 1));
-    QCOMPARE(galleries.presses, (QList<int>{3, 2, 3, 0}));
+    m_gallery->setFixedSize(2 * cell.width() + 40, 65);
+    act(m_gallery, "Right Down Space Right Left Left Space");
+    m_gallery->setLayoutDirection(Qt::RightToLeft);
+    act(m_gallery, "Left Space");
+    m_gallery->setCheckedIndex(0);
+    click(m_gallery, inRow(0, 1));
+    QCOMPARE(m_presses, (QList<int>{3, 2, 3, 0}));
 }
 
 void tst_Ribbon::menu()
@@ -231,171 +228,162 @@ void tst_Ribbon::menu()
     const std::pair<const char *, QList<int>> rows[] = {
             {"press 9 release 9", {9}}, {"Up Up Return", {6}}, {"Down Esc", {}}};
     for (const auto &[words, presses] : rows) {
-        Galleries galleries;
-        QSignalSpy shown(galleries.menu, &QMenu::aboutToShow);
-        QSignalSpy hidden(galleries.menu, &QMenu::aboutToHide);
-        galleries.gallery->setCheckedIndex(8);
-        openMenu(galleries);
-        QVERIFY(galleries.button(2)->isDown());
-        QVERIFY(galleries.menu->rect().contains(galleries.copy->geometry()));
-        QVERIFY(galleries.copy->hasFocus() && galleries.isChecked(8));
-        act(galleries.copy, words);
-        QVERIFY2(galleries.pressesInMenu == presses && galleries.presses.isEmpty(), words);
-        QVERIFY(!galleries.menu->isVisible() && !galleries.button(2)->isDown());
+        init();
+        QSignalSpy shown(m_menu, &QMenu::aboutToShow);
+        QSignalSpy hidden(m_menu, &QMenu::aboutToHide);
+        m_gallery->setCheckedIndex(8);
+        openMenu();
+        QVERIFY(button(2)->isDown());
+        QVERIFY(m_menu->rect().contains(m_copy->geometry()));
+        QVERIFY(m_copy->hasFocus() && isChecked(8));
+        act(m_copy, words);
+        QVERIFY2(m_pressesInMenu == presses && m_presses.isEmpty(), words);
+        QVERIFY(!m_menu->isVisible() && !button(2)->isDown());
         QVERIFY(shown.count() == 1 && hidden.count() == 1);
-        QVERIFY(galleries.isChecked(presses.value(0, 8)) && galleries.gallery->hasFocus());
+        QVERIFY(isChecked(presses.value(0, 8)) && m_gallery->hasFocus());
     }
 }
 
 void tst_Ribbon::menuOpensAndClosesByItsButton()
 {
-    Galleries galleries;
-    QSignalSpy shown(galleries.menu, &QMenu::aboutToShow);
-    openMenu(galleries);
-    const QWidget *button = galleries.button(2);
-    const QPoint onButton =
-            galleries.menu->mapFromGlobal(button->mapToGlobal(button->rect().center()));
-    QTest::mousePress(galleries.menu->windowHandle(), Qt::LeftButton, {}, onButton);
+    QSignalSpy shown(m_menu, &QMenu::aboutToShow);
+    openMenu();
+    const QWidget *more = button(2);
+    const QPoint center = more->rect().center();
+    const QPoint onButton = m_menu->mapFromGlobal(more->mapToGlobal(center));
+    QTest::mousePress(m_menu->windowHandle(), Qt::LeftButton, {}, onButton);
     QCoreApplication::processEvents();
-    QTest::mouseRelease(galleries.window.windowHandle(), Qt::LeftButton);
-    QVERIFY(!galleries.menu->isVisible() && shown.count() == 1);
-    click(button);
-    QVERIFY(galleries.menu->isVisible());
-    galleries.menu->close();
-    act(galleries.gallery, "F4");
-    QVERIFY(galleries.menu->isVisible() && shown.count() == 3);
-    galleries.menu->close();
+    QTest::mouseRelease(m_window->windowHandle(), Qt::LeftButton);
+    QVERIFY(!m_menu->isVisible() && shown.count() == 1);
+    click(more);
+    QVERIFY(m_menu->isVisible());
+    m_menu->close();
+    act(m_gallery, "F4");
+    QVERIFY(m_menu->isVisible() && shown.count() == 3);
+    m_menu->close();
 
     // One drag from the button to an item.
-    mouse(QEvent::MouseButtonPress, button, button->rect().center());
-    act(galleries.copy, "move 0 move 4 release 4");
-    QCOMPARE(galleries.pressesInMenu, QList<int>{4});
-    QTRY_VERIFY(!galleries.menu->isVisible());
-    QVERIFY(galleries.isChecked(4));
+    mouse(QEvent::MouseButtonPress, more, center);
+    act(m_copy, "move 0 move 4 release 4");
+    QCOMPARE(m_pressesInMenu, QList<int>{4});
+    QTRY_VERIFY(!m_menu->isVisible());
+    QVERIFY(isChecked(4));
 }
 
 void tst_Ribbon::buttonsCome()
 {
-    Galleries galleries;
-    galleries.show();
     const auto shown = [&] {
         QString all;
         for (int index = 0; index < 3; ++index)
-            all += galleries.button(index)->isVisible() ? QLatin1Char('x') : QLatin1Char('-');
+            all += button(index)->isVisible() ? QLatin1Char('x') : QLatin1Char('-');
         return all;
     };
     QCOMPARE(shown(), QStringLiteral("xxx"));
-    galleries.gallery->setScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_gallery->setScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     QCOMPARE(shown(), QStringLiteral("--x"));
-    delete galleries.copy;
-    galleries.gallery->setPopupMenu(nullptr);
-    QVERIFY(!galleries.menu);
+    delete m_copy;
+    m_gallery->setPopupMenu(nullptr);
+    QVERIFY(!m_menu);
     QCOMPARE(shown(), QStringLiteral("---"));
-    galleries.gallery->setScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_gallery->setScrollBarPolicy(Qt::ScrollBarAsNeeded);
     QCOMPARE(shown(), QStringLiteral("xx-"));
-    while (galleries.group->getItemCount() > 3)
-        delete galleries.group->item(3);
+    while (m_group->getItemCount() > 3)
+        delete m_group->item(3);
     QCOMPARE(shown(), QStringLiteral("---"));
-    galleries.gallery->setScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    m_gallery->setScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     QCOMPARE(shown(), QStringLiteral("xx-"));
 }
 
 /// The icon lies where it should; what the style draws is its own business.
 void tst_Ribbon::looks()
 {
-    Galleries galleries;
     const QColor red(Qt::red);
-    galleries.group->item(0)->setIcon(plainIcon(red));
-    galleries.group->item(1)->setIcon({});
-    galleries.group->item(2)->setIcon(QIcon(QStringLiteral(":/no-such-picture.png")));
-    galleries.show();
-    const QImage image = galleries.gallery->grab().toImage();
-    const QRect icon(1, 1, galleries.button(0)->x() - 1, 21);
+    m_group->item(0)->setIcon(plainIcon(red));
+    m_group->item(1)->setIcon({});
+    m_group->item(2)->setIcon(QIcon(QStringLiteral(":/no-such-picture.png")));
+    const QImage image = m_gallery->grab().toImage();
+    const QRect icon(1, 1, button(0)->x() - 1, 21);
     const int left = icon.center().x() - 7;
     QVERIFY(image.pixelColor(left, 3) == red && image.pixelColor(left + 14, 18) == red);
     QVERIFY(image.pixelColor(left, 2) != red && image.pixelColor(left, 19) != red);
     // A caption stands in for a missing icon, be there none or one without a picture.
     for (const int row : {1, 2}) {
         const QRect inside(2, 2 + 21 * row, icon.width() - 2, 19);
-        galleries.group->item(row)->setCaption(QString());
-        QVERIFY(galleries.gallery->grab().toImage().copy(inside) != image.copy(inside));
+        m_group->item(row)->setCaption(QString());
+        QVERIFY(m_gallery->grab().toImage().copy(inside) != image.copy(inside));
     }
     // With labels, the icon is at the left.
-    galleries.gallery->setLabelsVisible(true);
-    QCOMPARE(galleries.gallery->grab().toImage().pixelColor(6, 11), red);
+    m_gallery->setLabelsVisible(true);
+    QCOMPARE(m_gallery->grab().toImage().pixelColor(6, 11), red);
 }
 
 void tst_Ribbon::toolTips()
 {
-    Galleries galleries;
-    openMenu(galleries);
-    const QString caption = galleries.group->item(1)->caption();
-    QCOMPARE(toolTipAt(galleries.gallery, inRow(1)), caption);
-    QCOMPARE(toolTipAt(galleries.copy, inRow(1)), QString());
+    openMenu();
+    const QString caption = m_group->item(1)->caption();
+    QCOMPARE(toolTipAt(m_gallery, inRow(1)), caption);
+    QCOMPARE(toolTipAt(m_copy, inRow(1)), QString());
     const QString longer = caption.repeated(5);
-    galleries.group->item(1)->setCaption(longer);
-    QCOMPARE(toolTipAt(galleries.copy, inRow(1)), longer);
-    galleries.copy->setFixedWidth(galleries.copy->sizeHint().width());
-    QCOMPARE(toolTipAt(galleries.copy, inRow(1)), QString());
+    m_group->item(1)->setCaption(longer);
+    QCOMPARE(toolTipAt(m_copy, inRow(1)), longer);
+    m_copy->setFixedWidth(m_copy->sizeHint().width());
+    QCOMPARE(toolTipAt(m_copy, inRow(1)), QString());
 }
 
 void tst_Ribbon::severalGalleries()
 {
-    Galleries galleries;
-    galleries.show();
     RibbonGallery other;
-    other.setGalleryGroup(galleries.group);
+    other.setGalleryGroup(m_group);
     other.resize(120, 65);
     showOnScreen(other);
     other.setCheckedIndex(4);
-    QCOMPARE(galleries.gallery->checkedItem(), galleries.group->item(0));
+    QCOMPARE(m_gallery->checkedItem(), m_group->item(0));
 
     const QImage before = other.grab().toImage();
-    galleries.group->item(4)->setIcon(plainIcon(Qt::black));
+    m_group->item(4)->setIcon(plainIcon(Qt::black));
     QVERIFY(other.grab().toImage() != before);
 
     // The item that goes takes the check mark along; those behind it move up.
-    QSignalSpy changes(galleries.group, &RibbonGalleryGroup::changed);
-    const RibbonGalleryItem *next = galleries.group->item(5);
-    delete galleries.group->item(4);
+    QSignalSpy changes(m_group, &RibbonGalleryGroup::changed);
+    const RibbonGalleryItem *next = m_group->item(5);
+    delete m_group->item(4);
     QCOMPARE(changes.count(), 1);
-    QVERIFY(!other.checkedItem() && galleries.group->item(4) == next);
+    QVERIFY(!other.checkedItem() && m_group->item(4) == next);
 
     // An item is in one group only, and only there it can be checked.
     const std::unique_ptr<RibbonGalleryGroup> second(RibbonGalleryGroup::createGalleryGroup());
-    RibbonGalleryItem *moved = galleries.group->item(0);
+    RibbonGalleryItem *moved = m_group->item(0);
     for (RibbonGalleryItem *item : {moved, moved, static_cast<RibbonGalleryItem *>(nullptr)})
         second->appendItem(item);
     QCOMPARE(second->getItemCount(), 1);
-    QCOMPARE(galleries.group->getItemCount(), count - 2);
-    QVERIFY(!galleries.gallery->checkedItem());
+    QCOMPARE(m_group->getItemCount(), count - 2);
+    QVERIFY(!m_gallery->checkedItem());
     other.setCheckedIndex(1);
     other.setCheckedItem(moved);
     QVERIFY(!other.checkedItem());
 
     other.setGalleryGroup(second.get());
     other.setCheckedItem(moved);
-    galleries.group->item(0)->setCaption({});
-    QVERIFY(other.checkedItem() == moved && galleries.presses.isEmpty());
+    m_group->item(0)->setCaption({});
+    QVERIFY(other.checkedItem() == moved && m_presses.isEmpty());
 }
 
 void tst_Ribbon::destruction()
 {
     for (const bool isOpen : {false, true}) {
-        std::unique_ptr<Galleries> on;
         const auto make = [&]() -> QList<QPointer<QObject>> {
-            on = std::make_unique<Galleries>();
+            init();
             if (isOpen)
-                openMenu(*on);
-            return {on->copy.data(), on->group.data(), on->menu.data(), on->gallery.data()};
+                openMenu();
+            return {m_copy.data(), m_group.data(), m_menu.data(), m_gallery.data()};
         };
         destroyInEveryOrder(make, [&] {
             const auto windows = QApplication::topLevelWidgets();
             for (QWidget *left : windows)
                 left->grab();
-            const RibbonGallery *rest = on->gallery ? on->gallery.data() : on->copy.data();
-            QVERIFY(!rest || on->group || !(rest->checkedItem() || rest->galleryGroup()));
-            QVERIFY(on->menu || !(on->copy || QApplication::activePopupWidget()));
+            const RibbonGallery *rest = m_gallery ? m_gallery.data() : m_copy.data();
+            QVERIFY(!rest || m_group || !(rest->checkedItem() || rest->galleryGroup()));
+            QVERIFY(m_menu || !(m_copy || QApplication::activePopupWidget()));
         });
     }
 }
@@ -404,19 +392,18 @@ void tst_Ribbon::destructionInsideAPress()
 {
     for (const bool isInMenu : {false, true}) {
         for (const char *words : {"press 1 release 1", "Space"}) {
-            Galleries galleries;
-            galleries.show();
+            init();
             if (isInMenu)
-                openMenu(galleries);
-            RibbonGallery *pressed = isInMenu ? galleries.copy.data() : galleries.gallery.data();
-            connect(pressed, &RibbonGallery::itemPressed, this, [on = &galleries] {
-                delete on->copy;
-                delete on->group;
-                delete on->gallery;
+                openMenu();
+            RibbonGallery *pressed = isInMenu ? m_copy.data() : m_gallery.data();
+            connect(pressed, &RibbonGallery::itemPressed, this, [this] {
+                delete m_copy;
+                delete m_group;
+                delete m_gallery;
             });
             act(pressed, words);
-            QCOMPARE(galleries.presses.count() + galleries.pressesInMenu.count(), 1);
-            QVERIFY(!galleries.menu);
+            QCOMPARE(m_presses.count() + m_pressesInMenu.count(), 1);
+            QVERIFY(!m_menu);
         }
     }
 }
@@ -440,8 +427,7 @@ void tst_Ribbon::narrowBar()
         groups.constLast()->addWidget(wide);
     }
     KcHost::RibbonGroup *views = view->addGroup("Views");
-    Galleries galleries;
-    views->addWidget(galleries.gallery);
+    views->addWidget(m_gallery);
     auto *action = new QAction(plainIcon(Qt::red), "Fit", &bar);
     QSignalSpy triggered(action, &QAction::triggered);
     const QPointer<QToolButton> button = views->addButton(action);
@@ -474,18 +460,18 @@ void tst_Ribbon::narrowBar()
     QTRY_VERIFY(isWhole(ends.at(1)));
 
     bar.setCurrentPage(nullptr);
-    QVERIFY(bar.currentPage() == home && !galleries.gallery->isVisible());
+    QVERIFY(bar.currentPage() == home && !m_gallery->isVisible());
     auto *tabs = bar.findChild<QTabBar *>();
     click(tabs, tabs->tabRect(1).center());
     QCOMPARE(bar.currentPage(), view);
-    QCOMPARE(galleries.gallery->size(), QSize(120, 65));
-    QTRY_VERIFY(isWhole(galleries.gallery));
+    QCOMPARE(m_gallery->size(), QSize(120, 65));
+    QTRY_VERIFY(isWhole(m_gallery));
     click(button);
     QCOMPARE(triggered.count(), 1);
     delete action;
     QTRY_VERIFY(!button);
-    click(galleries.gallery, inRow(1));
-    QCOMPARE(galleries.presses, QList<int>{1});
+    click(m_gallery, inRow(1));
+    QCOMPARE(m_presses, QList<int>{1});
 }
 
 QTEST_MAIN(tst_Ribbon)
