@@ -3,6 +3,7 @@
 
 #include "Support.h"
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QPainterPath>
 #include <QSignalSpy>
@@ -28,6 +29,23 @@ void moveMouse(const QWidget &window, QPoint pos)
     QCoreApplication::processEvents();
 }
 
+/// Opens the menu of @p button and does @p act with it.
+template <class Act>
+void useMenu(ViewButton &button, Act act)
+{
+    QMenu *menu = button.menu();
+    const QObject opening;
+    QObject::connect(
+            menu, &QMenu::aboutToShow, &opening,
+            [&] {
+                QVERIFY(QTest::qWaitForWindowExposed(menu));
+                act(*menu);
+                menu->close();
+            },
+            Qt::QueuedConnection);
+    QTest::mouseClick(&button, Qt::LeftButton);
+}
+
 } // namespace
 
 class tst_LayerControl : public QObject
@@ -47,6 +65,7 @@ private slots:
     void stackFollowsTheBar();
     void controlAndStrip();
     void paintedIcons();
+    void viewButton();
     void destruction();
 
 private:
@@ -187,6 +206,48 @@ void tst_LayerControl::paintedIcons()
     }
 }
 
+void tst_LayerControl::viewButton()
+{
+    ViewButton button(m_window.get());
+    QSignalSpy changes(&button, &ViewButton::geometryChanged);
+    const auto check = [&](const QString &text, int checked) {
+        QCOMPARE(button.text(), text);
+        QCOMPARE(button.size(), QSize(button.fontMetrics().horizontalAdvance(text) + 4, 20));
+        for (int place = 0; place < 10; ++place)
+            QCOMPARE(button.menu()->actions().at(place)->isChecked(), place == checked);
+    };
+    // The text takes the whole width, where a style draws an arrow on buttons with a menu.
+    ViewButton top;
+    QPushButton plain(top.text());
+    plain.setFlat(true);
+    plain.setFixedSize(top.size());
+    QCOMPARE(top.grab().toImage(), plain.grab().toImage());
+
+    showOnScreen(*m_window);
+    check("Top", TopView);
+
+    const QList<int> choices{SouthwestView, SouthwestView, SoutheastView, NorthwestView,
+                             SoutheastView, BottomView,    SoutheastView};
+    for (const int place : choices) {
+        useMenu(button, [place](QMenu &menu) {
+            const QRect entry = menu.actionGeometry(menu.actions().at(place));
+            QTest::mouseClick(&menu, Qt::LeftButton, {}, entry.center());
+        });
+        check(button.menu()->actions().at(place)->text(),
+              place == SoutheastView ? int(NorthwestView) : place); // which has the same name
+        QCOMPARE(button.view(), place);
+    }
+    useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Up, Qt::Key_Return}); });
+    check("Northwest", NorthwestView);
+    useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Down, Qt::Key_Escape}); });
+
+    QFont font = button.font();
+    font.setPointSize(font.pointSize() + 4);
+    button.setFont(font);
+    check("Northwest", NorthwestView);
+    QCOMPARE(changes.count(), choices.size() + 1);
+}
+
 void tst_LayerControl::destruction()
 {
     destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
@@ -208,6 +269,15 @@ void tst_LayerControl::destruction()
         return {strip, buttons.at(0), buttons.at(1), buttons.at(2)};
     });
 
+    destroyInEveryOrder([]() -> QList<QPointer<QObject>> {
+        auto *window = new QWidget;
+        auto *button = new ViewButton(window);
+        return {window, button, button->menu(), button->findChild<QActionGroup *>()};
+    });
+    ViewButton button;
+    delete button.findChild<QActionGroup *>();
+    button.setView(BackView);
+    QCOMPARE(button.view(), int(TopView));
     connect(m_bar, &LayerControl::folded, this, [this] { m_window.reset(); });
     showOnScreen(*m_window);
     click(buttonsOf(*m_bar).at(1));
