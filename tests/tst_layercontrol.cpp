@@ -29,23 +29,6 @@ void moveMouse(const QWidget &window, QPoint pos)
     QCoreApplication::processEvents();
 }
 
-/// Opens the menu of @p button and does @p act with it.
-template <class Act>
-void useMenu(ViewButton &button, Act act)
-{
-    QMenu *menu = button.menu();
-    const QObject opening;
-    QObject::connect(
-            menu, &QMenu::aboutToShow, &opening,
-            [&] {
-                QVERIFY(QTest::qWaitForWindowExposed(menu));
-                act(*menu);
-                menu->close();
-            },
-            Qt::QueuedConnection);
-    QTest::mouseClick(&button, Qt::LeftButton);
-}
-
 } // namespace
 
 class tst_LayerControl : public QObject
@@ -176,7 +159,8 @@ void tst_LayerControl::controlAndStrip()
 void tst_LayerControl::paintedIcons()
 {
     QPainterPath icons[3];
-    const int lines[][5] = {{0, 3, 10, 17, 10},
+    const int lines[][5] = {// of which icon, from where to where
+                            {0, 3, 10, 17, 10},
                             {1, 8, 2, 20, 2},
                             {1, 19, 2, 19, 12},
                             {2, 5, 5, 15, 15},
@@ -208,14 +192,6 @@ void tst_LayerControl::paintedIcons()
 
 void tst_LayerControl::viewButton()
 {
-    ViewButton button(m_window.get());
-    QSignalSpy changes(&button, &ViewButton::geometryChanged);
-    const auto check = [&](const QString &text, int checked) {
-        QCOMPARE(button.text(), text);
-        QCOMPARE(button.size(), QSize(button.fontMetrics().horizontalAdvance(text) + 4, 20));
-        for (int place = 0; place < 10; ++place)
-            QCOMPARE(button.menu()->actions().at(place)->isChecked(), place == checked);
-    };
     // The text takes the whole width, where a style draws an arrow on buttons with a menu.
     ViewButton top;
     QPushButton plain(top.text());
@@ -223,23 +199,34 @@ void tst_LayerControl::viewButton()
     plain.setFixedSize(top.size());
     QCOMPARE(top.grab().toImage(), plain.grab().toImage());
 
-    showOnScreen(*m_window);
+    ViewButton button(m_window.get());
+    QSignalSpy changes(&button, &ViewButton::geometryChanged);
+    QMenu *menu = button.menu();
+    const auto open = [menu] {
+        menu->popup(QPoint());
+        QVERIFY(QTest::qWaitForWindowExposed(menu));
+    };
+    const auto check = [&](const QString &text, int checked) {
+        QCOMPARE(button.text(), text);
+        QCOMPARE(button.size(), QSize(button.fontMetrics().horizontalAdvance(text) + 4, 20));
+        for (int place = 0; place < menu->actions().size(); ++place)
+            QCOMPARE(menu->actions().at(place)->isChecked(), place == checked);
+    };
     check("Top", TopView);
-
     const QList<int> choices{SouthwestView, SouthwestView, SoutheastView, NorthwestView,
                              SoutheastView, BottomView,    SoutheastView};
     for (const int place : choices) {
-        useMenu(button, [place](QMenu &menu) {
-            const QRect entry = menu.actionGeometry(menu.actions().at(place));
-            QTest::mouseClick(&menu, Qt::LeftButton, {}, entry.center());
-        });
-        check(button.menu()->actions().at(place)->text(),
-              place == SoutheastView ? int(NorthwestView) : place); // which has the same name
+        QAction *action = menu->actions().at(place);
+        open();
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+        check(action->text(), place == SoutheastView ? int(NorthwestView) : place); // of that name
         QCOMPARE(button.view(), place);
     }
-    useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Up, Qt::Key_Return}); });
+    open();
+    typeKeys(menu, {Qt::Key_Up, Qt::Key_Return});
     check("Northwest", NorthwestView);
-    useMenu(button, [](QMenu &menu) { typeKeys(&menu, {Qt::Key_Down, Qt::Key_Escape}); });
+    open();
+    typeKeys(menu, {Qt::Key_Down, Qt::Key_Escape});
 
     QFont font = button.font();
     font.setPointSize(font.pointSize() + 4);
