@@ -606,7 +606,7 @@ void tst_Platform::splitAndMake()
 void tst_Platform::displaySizes()
 {
     QProcess server;
-    server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1366x768x24", "-nolisten", "tcp"});
+    server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1366x768x24", "-noreset"});
     QTRY_VERIFY_WITH_TIMEOUT(server.canReadLine(), 30000);
     qputenv("DISPLAY", ':' + server.readLine().trimmed());
     QVERIFY(getDisplayWidth() == 1366 && getDiaplayHeight() == 768);
