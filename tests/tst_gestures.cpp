@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
+#include "Changes.h"
 #include "Support.h"
 #include "layer/data/HostRecords.h"
 
@@ -31,16 +32,15 @@ public:
         m_link.add(isLinked ? &m_box : nullptr);
         m_link.flush();
 
+        const auto obey = [this](auto signal, const char *word) {
+            connect(&m_link, signal, this,
+                    [word](const auto &...names) { change((QStringList(word) << ... << names)); });
+        };
         if (isWilling) {
-            connect(&m_link, &LayerLink::addRequested, this,
-                    [this](const QString &name) { KcHost::addLayer(*m_drawing, name); });
-            connect(&m_link, &LayerLink::removeRequested, this, [this](const QStringList &names) {
-                KcHost::eraseLayer(*m_drawing, names.first());
-            });
-            connect(&m_link, &LayerLink::renameRequested, this,
-                    [this](auto &from, auto &to) { KcHost::renameLayer(*m_drawing, from, to); });
-            connect(&m_link, &LayerLink::currentLayerRequested, this,
-                    [this](const QString &name) { KcHost::setCurrentLayer(*m_drawing, name); });
+            obey(&LayerLink::addRequested, "add");
+            obey(&LayerLink::removeRequested, "erase");
+            obey(&LayerLink::renameRequested, "rename");
+            obey(&LayerLink::currentLayerRequested, "current");
         }
         hearAll(m_panel);
         hearAll(m_box);
@@ -139,18 +139,10 @@ private slots:
         act(how);
         open->close();
     }
-    void outside(const QString &what, const QString &)
+    void outside(const QString &word, const QString &names)
     {
-        if (what == "lock")
-            OvLayerUtility().setLayerLock("Walls", true);
-        else if (what == "add")
-            KcHost::addLayer(*m_drawing, "x");
-        else if (what == "erase")
-            KcHost::eraseLayer(*m_drawing, "Walls");
-        else if (what == "rename")
-            KcHost::renameLayer(*m_drawing, "Walls", "x");
-        else if (what == "current")
-            KcHost::setCurrentLayer(*m_drawing, "Walls");
+        if (word != "nothing")
+            change(QStringList(word) + names.split(' '));
         m_link.layersChanged();
     }
     void drawing(const QString &current, const QString &)
@@ -232,10 +224,10 @@ QMap<QString, QStringList> gestures()
             {"A row, accepted", {"box Walls row"}},
             {"A row, refused", {"box Walls row"}},
             {"The row of the current layer", {"box 0 row"}},
-            {"A layer has another flag, colour or the like", {"outside lock"}},
+            {"A layer has another flag, colour or the like", {"outside lock Walls"}},
             {"A layer came, went or has another name",
-             {"outside add", "outside erase", "outside rename"}},
-            {"Another layer is current", {"outside current"}},
+             {"outside add x", "outside erase Walls", "outside rename Walls x"}},
+            {"Another layer is current", {"outside current Walls"}},
             {"Nothing", {"outside nothing"}},
             {"Another drawing, whose current layer has the same name", {"drawing 0"}},
             {"Another drawing, whose current layer has another name", {"drawing Plan"}},
