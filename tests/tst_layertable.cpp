@@ -12,19 +12,15 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QStringListModel>
-#include <QTableWidget>
 #include <QTimer>
 #include <QToolButton>
 
-#include <functional>
 #include <optional>
 #include <utility>
 
@@ -83,7 +79,6 @@ private slots:
     }
 
     void model();
-    void rowsFollowTheDrawing();
     void frozenViewIsInPlace();
     void hiddenNames();
     void clicksOnCells();
@@ -152,10 +147,11 @@ private:
 
     /// Takes one step after the other: what others do to the drawing, see change(), a command of the panel
     /// or its table, or what the user does, such as "click Walls On", "search w*" and "select Doors Walls",
-    /// or types in the editor that is open. Of a press comes no click, as the table may be gone then.
+    /// chooses by its key in the menu of a row, or types in the editor that is open. Of a press comes no
+    /// click, as the table may be gone then.
     void work(const QString &steps)
     {
-        const QStringList all = steps.split(", ");
+        const QStringList all = steps.split(", ", Qt::SkipEmptyParts);
         for (const QString &step : all) {
             const QStringList words = step.split(' ');
             const QByteArray command = words[0].toLatin1();
@@ -167,6 +163,8 @@ private:
                                   placeOf(words[1], column));
             else if (command == "select")
                 select(words.mid(1));
+            else if (command == "menu")
+                choose(menuOf(words[1], NameColumn), words[2]);
             else if (command == "search")
                 m_search->setText(words.value(1));
             else if (command == "type")
@@ -228,14 +226,12 @@ private:
     /// @return whether a dialog came up, which is answered then
     static bool isAsked(const Work &act, const std::function<void(QDialog &)> &answer)
     {
-        bool isUp = false;
         QTimer timer; // single shots come before what is posted later
         timer.callOnTimeout([&] {
             const QPointer dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             if (!dialog)
                 return;
             timer.stop();
-            isUp = true;
             answer(*dialog);
             if (dialog && dialog->isVisible())
                 dialog->reject(); // where the answer was none
@@ -243,7 +239,7 @@ private:
         timer.start(0);
         act();
         QCoreApplication::processEvents();
-        return isUp;
+        return !timer.isActive();
     }
 
     /// Presses the button in the warning that comes up meanwhile. Returns the warning.
@@ -263,14 +259,11 @@ private:
     /// The last of them is in the current row.
     void select(const QStringList &names)
     {
-        QItemSelection selection;
-        for (const QString &name : names) {
-            const QModelIndex cell = m_model->index(rowOf(name), NameColumn);
-            m_table->selectionModel()->setCurrentIndex(cell, QItemSelectionModel::NoUpdate);
-            selection.select(cell, cell);
-        }
-        m_table->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect
-                                                             | QItemSelectionModel::Rows);
+        m_table->clearSelection();
+        for (const QString &name : names)
+            m_table->selectionModel()->setCurrentIndex(m_model->index(rowOf(name), NameColumn),
+                                                       QItemSelectionModel::Select
+                                                               | QItemSelectionModel::Rows);
     }
 
     Rows rows() const
@@ -321,10 +314,10 @@ private:
         return qobject_cast<QMenu *>(QApplication::activePopupWidget());
     }
 
-    static void choose(QMenu *menu, Qt::Key mnemonic)
+    static void choose(QMenu *menu, const QString &mnemonic)
     {
         const QPointer<QMenu> used(menu);
-        QTest::keyClick(menu, mnemonic);
+        QTest::keySequence(menu, QKeySequence(mnemonic));
         QTRY_VERIFY(!used);
     }
 
@@ -389,23 +382,6 @@ void tst_LayerTable::model()
     QCOMPARE(changes.count(), 1);
 }
 
-void tst_LayerTable::rowsFollowTheDrawing()
-{
-    const QAbstractItemModelTester tester(m_model);
-    QSignalSpy current(m_table, &LayerTableWidget::updateCurretnLayer);
-    work("current Walls, erase Doors, lock wall-1, slotUpLayerModel");
-    QCOMPARE(rows(), layerRows());
-    QCOMPARE(m_panel->findChild<QLabel *>()->text(), QString("Current layer: Walls"));
-    QCOMPARE(current, (Calls{{"Walls"}}));
-    QCOMPARE(m_table->currentIndex().row(), rowOf("Walls"));
-    QCOMPARE(selected(), QStringList("Walls"));
-
-    KcHost::setWorkingDatabase(nullptr);
-    m_panel->slotUpLayerModel();
-    QCOMPARE(m_model->rowCount(), 0);
-    QCOMPARE(current.count(), 1);
-}
-
 void tst_LayerTable::frozenViewIsInPlace()
 {
     QCOMPARE(m_table->findChild<FrozenTableWidget *>("frozenTable"), m_frozen);
@@ -448,10 +424,9 @@ void tst_LayerTable::hiddenNames()
     };
     const auto toggle = [this] { m_table->findChild<LayerAction *>("Name")->trigger(); };
     openPanel(); // now the action is enabled
-    for (const auto &[isToggled, distance, width] :
-         {std::tuple(true, 0, 60), std::tuple(false, 40, 100), std::tuple(false, -110, 30),
-          std::tuple(true, 0, 30), std::tuple(false, 5, 35), std::tuple(true, 0, 35)}) {
-        if (isToggled)
+    for (const auto &[distance, width] :
+         {std::pair(0, 60), {40, 100}, {-110, 30}, {0, 30}, {5, 35}, {0, 35}}) {
+        if (distance == 0)
             toggle();
         dragBorder(distance);
         QVERIFY(isInPlace(width));
@@ -1008,6 +983,7 @@ void tst_LayerTable::removal()
 
 void tst_LayerTable::setCurrent()
 {
+    const QAbstractItemModelTester tester(m_model);
     QSignalSpy current(m_panel.get(), &LayerManager::updateCurretnLayer);
     m_panel->makeCurrent();
     for (const char *name : {"wall-1", "wall-1", "Doors"}) {
@@ -1017,10 +993,18 @@ void tst_LayerTable::setCurrent()
     }
     QCOMPARE(text(0, CurrentColumn), QString());
     work("selectAll, search zzz, makeCurrent, search *s, makeCurrent, newLayer, type Attic, "
-         "makeCurrent, slotUpLayerModel");
+         "makeCurrent, search, slotUpLayerModel");
     QCOMPARE(current, (Calls{{"wall-1"}, {"Doors"}, {"Walls"}, {"Attic"}, {"0"}}));
     QCOMPARE(m_told.join('|'), QString("current 0|current wall-1|current wall-1|current Doors|"
                                        "current Walls|add Attic|current Attic"));
+    work("current Walls, erase Doors, slotUpLayerModel");
+    QCOMPARE(rows(), layerRows());
+    QCOMPARE(selected(), QStringList("Walls"));
+    QCOMPARE(m_table->currentIndex().row(), rowOf("Walls"));
+    KcHost::setWorkingDatabase(nullptr);
+    m_panel->slotUpLayerModel();
+    QCOMPARE(m_model->rowCount(), 0);
+    QCOMPARE(current.count(), 6);
 
     // A name leaves the panel its width and the search field a part of it.
     const QSize narrowest = m_panel->minimumSizeHint();
@@ -1067,9 +1051,8 @@ void tst_LayerTable::refreshTouchesWhatDiffers()
     }
 
     const QStringList before = names();
-    for (const int row : {5, 6, 100})
-        work("erase " + before.at(row));
-    work("add Layer0, add Layer100a, add Zoo");
+    work(QString("erase %1, erase %2, erase %3, add Layer0, add Layer100a, add Zoo")
+                 .arg(before[5], before[6], before[100]));
     int changes = 0;
     const auto count = [&changes] { ++changes; };
     connect(m_model, &QStandardItemModel::rowsInserted, this, count);
@@ -1114,17 +1097,17 @@ void tst_LayerTable::propertyDialogs_data()
     QTest::addColumn<QString>("text"); // of the cell where the dialog is to start
     QTest::addColumn<QString>("keys");
     QTest::addColumn<QVariant>("wish");
-    const auto row = [](const char *name, int column, const char *text, const char *keys,
-                        const QVariant &wish = {}) {
-        QTest::newRow(name) << column << text << keys << wish;
+    const auto add = [](const char *name, int column, auto... fields) {
+        (QTest::newRow(name) << column << ... << fields);
     };
-    row("color", ColorColumn, "ll*;1,2,3", "Return", QColor(4, 5, 6));
-    row("cancelled", ColorColumn, "ll*;1,2,3", "Esc");
-    row("linetype", LinetypeColumn, "DASHED", "Down, Return", "Hidden");
-    row("no linetype", LinetypeColumn, "another", "Return");
-    row("lineweight", LineWeightColumn, "0.05 mm", "Down, Return", 9);
-    row("default lineweight", LineWeightColumn, "0.00 mm", "Up, Return", int(LineWeightDefault));
-    row("description", DescriptionColumn, "as it was", "End, X, Return", "as it wasx");
+    const QVariant none;
+    add("color", ColorColumn, "ll*;1,2,3", "Return", QVariant(QColor(4, 5, 6)));
+    add("cancelled", ColorColumn, "ll*;1,2,3", "Esc", none);
+    add("linetype", LinetypeColumn, "DASHED", "Down, Return", QVariant("Hidden"));
+    add("no linetype", LinetypeColumn, "another", "Return", none);
+    add("lineweight", LineWeightColumn, "0.05 mm", "Down, Return", QVariant(9));
+    add("default", LineWeightColumn, "0.00 mm", "Up, Return", QVariant(int(LineWeightDefault)));
+    add("description", DescriptionColumn, "as it was", "End, X, Return", QVariant("as it wasx"));
 }
 
 void tst_LayerTable::propertyDialogs()
@@ -1169,35 +1152,28 @@ void tst_LayerTable::propertyDialogs()
 void tst_LayerTable::merging()
 {
     Wishes wishes(*m_panel);
-    const auto isMerged = [this](const QString &targets, const Work &work) {
-        return isAsked([this] { m_table->mergeSelection(); },
-                       [&](QDialog &dialog) {
-                           const auto *box = dialog.findChild<QComboBox *>();
-                           QStringList texts(box->currentText() + " of");
-                           for (int row = 0; row < box->count(); ++row)
-                               texts += box->itemText(row);
-                           QCOMPARE(texts.join(' '), targets);
-                           work();
-                           QTest::keyClick(&dialog, Qt::Key_Return);
-                       });
-    };
-    select({"Walls"});
-    QVERIFY(isMerged("0 of 0 Doors wall-1", [this] { m_table->editColor(); })); // one at a time
-    QCOMPARE(wishes.take(), (Calls{{QStringList("Walls"), "0"}}));
-
-    // The current layer stays, and what is hidden is left alone.
-    select({"wall-1", "0", "Walls"});
-    m_table->slotSearchLayer("w");
-    QVERIFY(isMerged("0 of 0 Doors Walls wall-1", [this] {
-        QTest::keyClick(QApplication::activeModalWidget()->findChild<QComboBox *>(), Qt::Key_End);
-        work("add Another, slotUpLayerModel");
-    }));
-    QCOMPARE(wishes.take(), (Calls{{QStringList("Walls"), "wall-1"}}));
-
-    select({"Walls"});
-    QVERIFY(isMerged("0 of 0 Another Doors wall-1",
-                     [this] { work("erase Walls, slotUpLayerModel"); }));
-    QCOMPARE(wishes.take(), Calls());
+    for (const char *row :
+         {"select Walls, mergeSelection;0 of 0 Doors wall-1;editColor;0;Walls", // one at a time
+          // The current layer stays, and what is hidden is left alone.
+          "select wall-1 0 Walls, search w, mergeSelection;0 of 0 Doors Walls wall-1;"
+          "add Another, slotUpLayerModel;wall-1;Walls",
+          "search, select Walls, mergeSelection;0 of 0 Another Doors wall-1;"
+          "erase Walls, slotUpLayerModel;0;"}) {
+        const QStringList fields = QString(row).split(';');
+        const auto answer = [&](QDialog &dialog) {
+            auto *box = dialog.findChild<QComboBox *>();
+            QStringList targets(box->currentText() + " of");
+            for (int target = 0; target < box->count(); ++target)
+                targets += box->itemText(target);
+            QCOMPARE(targets.join(' '), fields[1]);
+            work(fields[2]);
+            box->setCurrentText(fields[3]);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        };
+        QVERIFY(isAsked([&] { work(fields[0]); }, answer));
+        const Calls wish{{QStringList(fields[4]), fields[3]}};
+        QCOMPARE(wishes.take(), fields[4].isEmpty() ? Calls() : wish);
+    }
 }
 
 void tst_LayerTable::questionsAreDropped()
@@ -1243,8 +1219,9 @@ void tst_LayerTable::rowMenu()
     QCOMPARE(selected(), QStringList("wall-1"));
     QCOMPARE(texts(*menu, &QAction::isChecked, true), QString("On, Plot"));
     QCOMPARE(texts(*menu, &QAction::isEnabled, false), QString("Give back, Select unused"));
-    choose(menu, Qt::Key_F);
-    QTRY_COMPARE(m_told, QStringList("Freeze layer 1/0 wall-1"));
+    m_told.clear();
+    choose(menu, "F");
+    QCOMPARE(m_told.join('|'), QString("Freeze layer 1/0 wall-1"));
 
     // A selected one is for all that are.
     m_table->setUsage({{"Doors", 2}});
@@ -1252,51 +1229,41 @@ void tst_LayerTable::rowMenu()
     menu = menuOf("wall-1", NameColumn);
     QCOMPARE(texts(*menu, &QAction::isChecked, true), QString("On, Frozen, Plot"));
     QCOMPARE(texts(*menu, &QAction::isEnabled, false), QString("Make current, Rename, Give back"));
-    choose(menu, Qt::Key_L);
-    QTRY_COMPARE(m_told.value(1), QString("Lock 3 layers 3/0 Doors,Walls,wall-1"));
-    choose(menuOf("Doors", NameColumn), Qt::Key_T);
-    QTRY_COMPARE(m_told.value(2), QString("Thaw 4 layers 1/0 wall-1"));
-    choose(menuOf("Doors", NameColumn), Qt::Key_S);
-    QTRY_COMPARE(selected(), (QStringList{"0", "Walls", "wall-1"}));
-    choose(menuOf("Walls", NameColumn), Qt::Key_V);
-    QTRY_COMPARE(selected(), QStringList("Doors"));
-    choose(menuOf("Doors", ColorColumn), Qt::Key_C);
-    QTRY_COMPARE(m_told.value(3), QString("current Doors"));
-
-    menu = menuOf("Doors", NameColumn);
-    QVERIFY(isAsked([&] { choose(menu, Qt::Key_I); }, [](QDialog &) {})); // "0" stays on
-    QTRY_VERIFY(m_table->canGiveBack());
-    choose(menuOf("Doors", NameColumn), Qt::Key_G);
-    QTRY_VERIFY(!m_table->canGiveBack());
+    menu->close();
+    QCOMPARE(after("menu wall-1 L, menu Doors T"),
+             QString("Lock 3 layers 3/0 Doors,Walls,wall-1|Thaw 4 layers 1/0 wall-1"));
+    work("menu Doors S");
+    QCOMPARE(selected(), (QStringList{"0", "Walls", "wall-1"}));
+    QCOMPARE(after("menu Walls V, menu Doors C"), QString("current Doors"));
+    // "0" stays on.
+    QVERIFY(isAsked([this] { work("menu Doors I"); }, [](QDialog &) {}) && m_table->canGiveBack());
+    work("menu Doors G");
+    QVERIFY(!m_table->canGiveBack());
 
     m_table->setPropertyEditing(true);
-    for (const auto key : {Qt::Key_R, Qt::Key_Y, Qt::Key_W, Qt::Key_E, Qt::Key_M}) {
-        menu = menuOf("Doors", PlotColumn);
-        QVERIFY(isAsked([&] { choose(menu, key); },
+    for (const char *key : {"R", "Y", "W", "E", "M"})
+        QVERIFY(isAsked([&] { work(QString("menu Doors ") + key); },
                         [](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }));
-    }
     QCOMPARE(wishes.take().size(), 5);
-    choose(menuOf("Doors", NameColumn), Qt::Key_N);
-    QTRY_VERIFY(editor());
-    choose(menuOf("Doors", NameColumn), Qt::Key_D);
-    QTRY_COMPARE(m_told.constLast(), QString("remove Doors"));
+    work("menu Doors N");
+    QVERIFY(editor());
+    QCOMPARE(after("menu Doors D"), QString("remove Doors"));
 }
 
 void tst_LayerTable::rowMenuByHand()
 {
     m_table->setRowMenu(true);
-    QSignalSpy chosen(m_panel.get(), &QObject::objectNameChanged);
-    connect(m_table, &LayerTableWidget::rowMenuAboutToShow, m_panel.get(), [this](QMenu *menu) {
-        menu->addAction("&Zap", m_panel.get(), [this] { m_panel->setObjectName("zapped"); });
-    });
+    int chosen = 0;
+    connect(m_table, &LayerTableWidget::rowMenuAboutToShow, m_panel.get(),
+            [&](QMenu *menu) { menu->addAction("&Zap", m_panel.get(), [&] { ++chosen; }); });
     select({"Doors"});
     QTest::keyClick(m_frozen, Qt::Key_F10, Qt::ShiftModifier);
     QMenu *menu = shownMenu();
     QVERIFY(menu
             && menu->geometry().contains(m_frozen->viewport()->mapToGlobal(
                     m_frozen->visualRect(m_frozen->currentIndex()).bottomLeft())));
-    choose(menu, Qt::Key_Z);
-    QCOMPARE(chosen.count(), 1);
+    choose(menu, "Z");
+    QCOMPARE(chosen, 1);
 
     m_table->setFocus();
     QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
@@ -1495,7 +1462,8 @@ void tst_LayerTable::filtersFollowTheDrawing()
 {
     work("freeze Doors, freeze Walls, slotUpLayerModel");
     QSignalSpy counts(m_table, &LayerTableWidget::shownRowsChanged);
-    const auto shown = [&](int signalCount) {
+    const auto shown = [&](int signalCount, const QString &steps = {}) {
+        work(steps);
         const int told = counts.count();
         counts.clear();
         return told == signalCount ? shownNames() : "signals: " + QString::number(told);
@@ -1504,17 +1472,15 @@ void tst_LayerTable::filtersFollowTheDrawing()
     QCOMPARE(shown(1), QString("Doors|Walls"));
     m_table->InitLayerModel();
     QCOMPARE(shown(0), QString("Doors|Walls"));
-    for (const bool isOne : {true, false}) {
-        work(isOne ? "unfreeze Doors" : "freeze Doors");
-        isOne ? m_panel->refreshLayers({"Doors"}) : m_panel->refresh();
-        QCOMPARE(shown(1), QString(isOne ? "Walls" : "Doors|Walls"));
-    }
+    work("unfreeze Doors");
+    m_panel->refreshLayers({"Doors"});
+    QCOMPARE(shown(1), QString("Walls"));
+    QCOMPARE(shown(1, "freeze Doors, refresh"), QString("Doors|Walls"));
     clickHeader(*m_table, ThawedColumn); // thawed ones go to the end, and the row moves
     work("unfreeze Doors");
     m_panel->refreshLayers({"Doors"});
     QCOMPARE(shown(1), QString("Walls"));
-    work("erase Doors, refresh");
-    QCOMPARE(shown(1), QString("Walls"));
+    QCOMPARE(shown(1, "erase Doors, refresh"), QString("Walls"));
 
     m_table->setFilter(LayerTableWidget::PickedFilter);
     QCOMPARE(shown(1), QString("Walls|0|wall-1")); // as nothing is picked
@@ -1523,7 +1489,7 @@ void tst_LayerTable::filtersFollowTheDrawing()
     m_panel->newLayer(); // whose editor stays, and its row with it
     m_table->setPicked({"0"});
     QCOMPARE(shown(1), QString("0|Layer1"));
-    QTest::keyClick(editor(), Qt::Key_Escape);
+    work("key Esc");
     QTRY_COMPARE(shownNames(), QString("0"));
     m_table->remove();
     m_table->setUsage({{"0", 1}});
