@@ -643,6 +643,7 @@ void tst_LayerTable::visibilityFollowsSelection()
     QCOMPARE(on("selectAll"), QString("0 Doors Walls wall-1"));
     work("unoff Doors"); // changed only to be changed back
     m_panel->setVisibilityFollowsSelection(false);
+    QCOMPARE(m_told.constLast(), QString("Show selected layers 2/0 Walls,Doors"));
     QCOMPARE(on("select Walls"), QString());
     QCOMPARE(rows(), layerRows());
     QCOMPARE(changes, (Calls{{true}, {false}}));
@@ -848,15 +849,6 @@ void tst_LayerTable::proposedNames()
         m_table->addLayer();
         QCOMPARE(qMakePair(expected.first, names().constLast()), expected);
     }
-
-    KcHost::setWorkingDatabase(nullptr);
-    LayerTableWidget table;
-    table.insertRowData(0);
-    QStringList row;
-    for (int column = 0; column < LayerColumnCount; ++column)
-        row += table.model()->index(0, column).data().toString();
-    QCOMPARE(row.join(' '), QString("true 0 true true true ll*white Continuous Default Color-7 "
-                                    "true true true "));
 }
 
 /// In a window that is not active the editor has no focus to lose: nobody but its view closes it.
@@ -926,8 +918,8 @@ void tst_LayerTable::hostActsFromInside()
             [&] { QCOMPARE((answer("noBtn", "press 0 On", act), m_hostCalls), 0); },
             [&] { QCOMPARE((answer("okBtn", "press 0 On", act), m_hostCalls), 1); },
             [&] {
-                QCOMPARE((inside("renameLayer, type x", &Table::layerRenamed)[0](), act(), count),
-                         1);
+                inside("renameLayer, type x", &Table::layerRenamed)[0](), act();
+                QCOMPARE(count, 1);
             },
             [&] {
                 inside("newLayer", &Table::layerAdded)[0](), QApplication::setActiveWindow(&other);
@@ -1031,7 +1023,7 @@ void tst_LayerTable::refreshTouchesWhatDiffers()
     openPanel();
     QSignalSpy current(m_table, &LayerTableWidget::updateCurretnLayer);
     clickHeader(*m_frozen, NameColumn);
-    m_search->setText("l");
+    work("search l");
     m_frozen->setCurrentIndex(m_model->index(5, NameColumn));
     m_frozen->verticalScrollBar()->setValue(2000);
     m_panel->refresh();
