@@ -856,10 +856,11 @@ void tst_LayerTable::editedNames()
 {
     QWidget other;
     bool isReloading = false;
-    connect(m_panel.get(), &LayerManager::layerAdded, &other, [&](const QString &name) {
+    const auto reload = [&](const QString &name) {
         if (isReloading && KcHost::addLayer(**m_drawing, name) == Kcore::eOk)
             m_panel->slotUpLayerModel();
-    });
+    };
+    connect(m_panel.get(), &LayerManager::layerAdded, &other, reload);
     // None of the names begins like another one: an open list of completions would take the key.
     for (const bool isActive : {true, false, false}) {
         work("addLayer, type Attic");
@@ -911,18 +912,21 @@ void tst_LayerTable::hostActsFromInside()
             [&] { KcHost::setLayerTableChangesHandler(act), work("press Walls On"); },
             [&] { KcHost::setLayerModifiedHandler([=](auto) { act(); }), work("press Walls On"); },
             [&] {
-                connect(m_table, &Table::changesBegin, this, act), answer("okBtn", "press 0 On");
+                connect(m_table, &Table::changesBegin, this, act);
+                answer("okBtn", "press 0 On");
             },
             [&] { answer("okBtn", "selectAll, press 0 On", act); },
             [&] { answer("noBtn", "selectAll, press 0 On", act); },
             [&] { QCOMPARE((answer("noBtn", "press 0 On", act), m_hostCalls), 0); },
             [&] { QCOMPARE((answer("okBtn", "press 0 On", act), m_hostCalls), 1); },
             [&] {
-                inside("renameLayer, type x", &Table::layerRenamed)[0](), act();
+                inside("renameLayer, type x", &Table::layerRenamed).constFirst()();
+                act();
                 QCOMPARE(count, 1);
             },
             [&] {
-                inside("newLayer", &Table::layerAdded)[0](), QApplication::setActiveWindow(&other);
+                inside("newLayer", &Table::layerAdded).constFirst()();
+                QApplication::setActiveWindow(&other);
             }};
     cases += inside("press Walls On", &Table::updateLayerCombo, &Table::changesBegin,
                     &Table::changesEnd, &Table::layersToggled)
@@ -945,7 +949,7 @@ void tst_LayerTable::hostActsFromInside()
                       [&] { m_panel.reset(); }};
     for (const Work &one : acts) {
         act = [&] { ++count, one(); };
-        for (const Work &each : cases) {
+        for (const Work &each : std::as_const(cases)) {
             KcHost::setLayerModifiedHandler(nullptr);
             change({"unoff", "0"});
             openPanel();
@@ -1236,8 +1240,9 @@ void tst_LayerTable::rowMenuByHand()
 {
     m_table->setRowMenu(true);
     int chosen = 0;
-    connect(m_table, &LayerTableWidget::rowMenuAboutToShow, m_panel.get(),
-            [&](QMenu *menu) { menu->addAction("&Zap", m_panel.get(), [&] { ++chosen; }); });
+    const auto zap = [&chosen] { ++chosen; };
+    const auto addZap = [&](QMenu *menu) { menu->addAction("&Zap", m_panel.get(), zap); };
+    connect(m_table, &LayerTableWidget::rowMenuAboutToShow, m_panel.get(), addZap);
     select({"Doors"});
     QTest::keyClick(m_frozen, Qt::Key_F10, Qt::ShiftModifier);
     QMenu *menu = shownMenu();
