@@ -436,6 +436,9 @@ void TestDrawings::lineInFace()
     Picture folded(file({}, face({"0 0 0", "40 0 0", "40 40 0", "36 10 0"}, "8 Red")));
     folded.item.setFaceStyle(FaceStyle::Flat);
     QCOMPARE(folded.item.entityAt({30, 15}, 1), 0);
+    Picture small(file({}, "0 3DFACE|8 Red|70 15|10 20|20 20|11 20.5|21 20|12 20.5|22 20|"
+                           "13 20|23 20|"));
+    QCOMPARE(small.painted({40, 40}).pixelColor(20, 20), ground);
 }
 
 /// Seen from anywhere, also edge-on, a drawing fills its bounds and does not leave them.
@@ -658,7 +661,8 @@ void TestDrawings::boundedPictures_data()
               "very large array;B0|70 32767|71 32767|44 7|45 7;1e6;0",
               "long lines;B8|70 999|71 999|44 0.1|45 0.1|41 100;100;0", "copies in copies;B30;9;0",
               "arrays in arrays;B3|70 99|71 99|44 9|45 9;1000;0",
-              "endless lines;E|70 3000|71 3000|44 9|45 9;100;0"});
+              "endless lines;E|70 3000|71 3000|44 9|45 9;100;0",
+              "endless lines at one place;E|70 3000|71 3000;100;0"});
 }
 
 void TestDrawings::boundedPictures()
@@ -687,6 +691,7 @@ void TestDrawings::boundedPictures()
     picture.item.entityAt({2, 2}, size / 100);
     picture.item.entitiesIn(area, true);
     picture.item.entitiesIn(area, false);
+    picture.item.entitiesIn({}, false);
 }
 
 void TestDrawings::absurdTexts()

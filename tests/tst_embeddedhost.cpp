@@ -316,7 +316,8 @@ off A;layer A description d :: file AC1009 ::
 off A;unoff A;add B;current B;current 0;erase B :: layer AC1015 :: 62 5
 erase B :: layer AC1009 :: 62 5|[0 LAYER|2 B|62 5|0 LAYER|2 b|>]999 about C|0 LAYER|2 C
 current 0 :: file :: (HEADER|9 $CLAYER|8 [a>0]|)(TABLES|{LAYER|0 LAYER|2 0|0 LAYER|2 A|})
-current A :: file :: (HEADER|9 $CLAYER|8 [0>A]|9 $CLAYER|8 [0>A]|)(TABLES|{LAYER|0 LAYER|2 A|})
+current A :: file ::
+    (HEADER|9 $CLAYER|8 [0>A]|9 $CLAYER|8 [0>A]|0 X|8 B|)(TABLES|{LAYER|0 LAYER|2 A|})
 current A :: file :: (HEADER|9 $ACADVER|1 AC1009|[>9 $CLAYER|8 A|])(TABLES|{LAYER|0 LAYER|2 A|})
 current A :: file :: [>(HEADER|9 $CLAYER|8 A|)](TABLES|{LAYER|0 LAYER|2 A|})
 add B :: file :: (HEADER|9 $CLAYER|8 [b>0]|)(TABLES|{LAYER|70 [1>2]|0 LAYER|2 A|[>0 LAYER|2 B@]})
@@ -344,6 +345,7 @@ rename A>a :: names :: [A>a] :: [\U+0061>a] :: B :: C ::
 rename A>X;rename X>A :: names :: A :: \U+0061 :: B :: C ::
 rename A>X;rename B>A;rename X>B :: names :: [A>B] :: [\U+0061>B] :: [B>A] :: C ::
 rename C>X :: names :: A :: \U+0061 :: B :: [C>X] :: [>0 LAYER|2 X@]
+rename A>X :: plan :: 0 LAYER|2 [A>X] :: 0 |8 [A>X]
 rename B>X;erase X;rename A>Y :: plan :: 0 LAYER|2 [A>Y]|[0 LAYER|2 B|>] ::
     0 VIEWPORT|67 1|1001 ACAD|1003 [a>Y]|[1003 b|>]1003 0
 erase B :: file :: (TABLES|{LAYER|[0 LAYER|5 1B|102 {ACAD_XDICTIONARY|360 2A|102 }|2 B|>]})
