@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QScopeGuard>
 #include <QTimer>
 
@@ -32,7 +33,20 @@ inline QString textOf(const QComboBox &picker)
     return picker.lineEdit()->findChildren<QLabel *>().at(1)->text();
 }
 
-inline void show(OvCc::BaseComboBox &picker)
+inline QListWidget *listOf(const OvCc::LayerComboBox &box)
+{
+    return qobject_cast<QListWidget *>(box.view());
+}
+
+/// A button or label in a row of the drop-down, which is brought into sight.
+template <class Piece>
+Piece *inRow(OvCc::LayerComboBox &box, int row, int place = 0)
+{
+    listOf(box)->scrollToItem(listOf(box)->item(row));
+    return box.layerItem(row)->findChildren<Piece *>().at(place);
+}
+
+inline void show(QComboBox &picker)
 {
     picker.window()->show();
     picker.activateWindow();
@@ -40,12 +54,18 @@ inline void show(OvCc::BaseComboBox &picker)
     QVERIFY(QTest::qWaitForWindowActive(&picker));
 }
 
-inline void openPopup(OvCc::BaseComboBox &picker)
+/// Of one in an active window.
+inline void openPopupAtOnce(const QComboBox &picker)
 {
-    show(picker);
     click(picker.lineEdit());
     QVERIFY(QTest::qWaitForWindowExposed(picker.view()->window()));
     QVERIFY(picker.view()->isVisible());
+}
+
+inline void openPopup(QComboBox &picker)
+{
+    show(picker);
+    openPopupAtOnce(picker);
 }
 
 inline void onRow(OvCc::BaseComboBox &picker, QEvent::Type type, int row,
@@ -61,6 +81,15 @@ inline void clickRow(OvCc::BaseComboBox &picker, int row, Qt::MouseButton button
     listOf(picker)->scrollToItem(picker.item(row));
     onRow(picker, QEvent::MouseButtonPress, row, button);
     onRow(picker, QEvent::MouseButtonRelease, row, button);
+}
+
+/// Whether a press of the right button there brings up a menu.
+inline bool opensMenu(const QComboBox &picker)
+{
+    const QPoint place(5, 5);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, place, picker.mapToGlobal(place));
+    QApplication::sendEvent(picker.lineEdit(), &menu);
+    return qobject_cast<QMenu *>(QApplication::activePopupWidget());
 }
 
 inline void pressButton(OvCc::BaseComboBox &picker)
