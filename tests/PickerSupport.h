@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Support.h"
+#include "layer/compact/LayerList.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -44,6 +45,17 @@ Piece *inRow(OvCc::LayerComboBox &box, int row, int place = 0)
 {
     listOf(box)->scrollToItem(listOf(box)->item(row));
     return box.layerItem(row)->findChildren<Piece *>().at(place);
+}
+
+/// Whether a layer box has a row for each layer of the drawing, which tells what it is like.
+inline bool isAsDrawing(OvCc::LayerComboBox &box)
+{
+    const std::unique_ptr<QList<OvCc::LayerItemData>> layers(OvLayerUtility().getAllLayer());
+    bool isSo = box.count() == layers->size();
+    for (int row = 0; isSo && row < layers->size(); ++row)
+        isSo = listOf(box)->item(row)->text() == layers->at(row).name
+               && isSame(box.layerItem(row)->currentLayerData(), layers->at(row));
+    return isSo;
 }
 
 inline void show(QComboBox &picker)

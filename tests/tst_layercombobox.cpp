@@ -1,13 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
-#include "Support.h"
+#include "PickerSupport.h"
 
-#include <QLabel>
 #include <QLayout>
-#include <QListWidget>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QTextDocument>
 #include <QToolTip>
 
@@ -20,14 +17,14 @@ using Calls = QList<QVariantList>;
 /// The buttons of a row, in the order of statusChanged()'s index; the colour comes last.
 enum Button { Light, Freeze, Lock, Color };
 
-QPushButton *buttonOf(const LayerItem *row, Button button)
+/// The picture of a flag by its name, "-" for none, any other by the colour in its middle.
+QString nameOf(const QPixmap &picture)
 {
-    return row->findChildren<QPushButton *>().at(button);
-}
-
-QPixmap shownOn(const QLabel *label)
-{
-    return label->pixmap(Qt::ReturnByValue);
+    for (const char *name : {"von", "voff", "thw", "frz", "ulk", "lk"}) {
+        if (picture.toImage() == statusImage(name).toImage())
+            return name;
+    }
+    return picture.isNull() ? "-" : picture.toImage().pixelColor(picture.rect().center()).name();
 }
 
 /// The labels of the combo box's face from left to right: light, freeze, lock, colour, name.
@@ -41,24 +38,31 @@ QList<QLabel *> labelsOf(const QLineEdit &face)
     return labels;
 }
 
-QList<LayerItemData> drawingLayers()
+/// What a face shows, such as "von thw ulk #ffffff 0".
+QString shownOn(const QLineEdit &face)
+{
+    QString text;
+    const QList<QLabel *> labels = labelsOf(face);
+    for (const QLabel *label : labels.mid(0, 4))
+        text += nameOf(label->pixmap(Qt::ReturnByValue)) + ' ';
+    return text + labels.last()->text();
+}
+
+/// The pictures of its flags.
+QString shownOn(const LayerItem &item)
+{
+    const auto buttons = item.findChildren<QPushButton *>().mid(0, Color);
+    QStringList names;
+    for (const QPushButton *button : buttons)
+        names += nameOf(shownOn(button));
+    return names.join(' ');
+}
+
+/// The layer in that place of the drawing.
+LayerItemData layer(int row)
 {
     const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-    return *layers;
-}
-
-QStringList drawingNames()
-{
-    QStringList names;
-    const QList<LayerItemData> layers = drawingLayers();
-    for (const LayerItemData &layer : layers)
-        names.append(layer.name);
-    return names;
-}
-
-LayerItemData layerNamed(const QString &name)
-{
-    return drawingLayers().value(drawingNames().indexOf(name));
+    return layers->value(row);
 }
 
 } // namespace
@@ -73,8 +77,7 @@ private slots:
         m_drawing = std::make_unique<OpenDrawing>(drawingWithLayers({"Doors", "Walls"}));
         m_combo = std::make_unique<LayerComboBox>();
         m_combo->slotUpdate();
-        m_list = qobject_cast<QListWidget *>(m_combo->view());
-        m_labels = labelsOf(*m_combo->lineEdit());
+        m_list = listOf(*m_combo);
         m_hostCalls = 0;
         KcHost::setLayerTableChangesHandler([this] { ++m_hostCalls; });
     }
@@ -89,33 +92,35 @@ private slots:
     void faceParts();
     void longNameOnTheFace();
     void rowsAndFaceFollowTheDrawing();
-    void dropDownOnTheCurrentLayer_data();
     void dropDownOnTheCurrentLayer();
     void rowsOutOfSight();
     void choosing();
+    void closedBoxTakesNoKeys();
     void clicksInThePopup();
     void shownLayers();
     void popupClosesAsItOpened();
-    void rowsStayWherePossible_data();
     void rowsStayWherePossible();
     void hostReloadsFromInside();
     void hostDeletesFromInside();
     void partsOfTheHost();
     void closedDrawing();
-    void currentLayerOpenElsewhere();
 
 private:
+    void again()
+    {
+        cleanup();
+        init();
+    }
+
     void openPopup()
     {
         showOnScreen(*m_combo);
-        click(m_combo->lineEdit());
-        QVERIFY(QTest::qWaitForWindowExposed(m_list->window()));
+        openPopupAtOnce(*m_combo);
     }
 
     void clickInPopup(int row, Button button)
     {
-        m_list->scrollToItem(m_list->item(row));
-        QTest::mouseClick(buttonOf(rowAt(row), button), Qt::LeftButton);
+        QTest::mouseClick(inRow<QPushButton>(*m_combo, row, button), Qt::LeftButton);
     }
 
     LayerItem *rowAt(int row) const
@@ -123,18 +128,11 @@ private:
         return qobject_cast<LayerItem *>(m_list->itemWidget(m_list->item(row)));
     }
 
-    QStringList names() const
-    {
-        QStringList names;
-        for (int row = 0; row < m_list->count(); ++row)
-            names.append(m_combo->layerItem(row)->layerName());
-        return names;
-    }
+    QString face() const { return shownOn(*m_combo->lineEdit()); }
 
     std::unique_ptr<OpenDrawing> m_drawing;
     std::unique_ptr<LayerComboBox> m_combo;
     QListWidget *m_list = nullptr;
-    QList<QLabel *> m_labels;
     int m_hostCalls = 0;
 };
 
@@ -159,60 +157,48 @@ void tst_LayerComboBox::itemNames()
 void tst_LayerComboBox::itemTogglesFollowTheRecord()
 {
     LayerItem item(nullptr);
-    QSignalSpy changes(&item, &LayerItem::statusChanged);
-    LayerItemData layer = layerNamed("Walls");
-    layer.isFrozen = true;
-    item.setCurrentLayer(layer);
-    QCOMPARE(shownOn(buttonOf(&item, Freeze)), statusImage("frz"));
-    QCOMPARE(shownOn(buttonOf(&item, Light)), statusImage("von"));
-    QCOMPARE(shownOn(buttonOf(&item, Lock)), statusImage("ulk"));
-
-    QTest::mouseClick(buttonOf(&item, Freeze), Qt::LeftButton);
-    QCOMPARE(shownOn(buttonOf(&item, Freeze)), statusImage("thw"));
-    QTest::mouseClick(buttonOf(&item, Freeze), Qt::LeftButton);
-    QVERIFY(layerNamed("Walls").isFrozen);
-    QTest::mouseClick(buttonOf(&item, Light), Qt::LeftButton);
-    QVERIFY(!layerNamed("Walls").isOn);
-    QTest::mouseClick(buttonOf(&item, Lock), Qt::LeftButton);
-    QVERIFY(layerNamed("Walls").isLocked);
-
-    QCOMPARE(changes.count(), 4);
-    QCOMPARE(changes.at(0).at(0).toInt(), int(FreezeStatus));
-    QVERIFY(!changes.at(0).at(1).value<LayerItemData>().isFrozen);
-    QCOMPARE(changes.at(2).at(0).toInt(), int(OnStatus));
-    QCOMPARE(changes.at(3).at(0).toInt(), int(LockStatus));
-    QVERIFY(changes.at(3).at(1).value<LayerItemData>().isLocked);
+    QStringList heard;
+    connect(&item, &LayerItem::statusChanged, this, [&](int index, const LayerItemData &data) {
+        heard += QString("%1:%2%3%4")
+                         .arg(index)
+                         .arg(data.isOn)
+                         .arg(data.isFrozen)
+                         .arg(data.isLocked);
+    });
+    LayerItemData walls = layer(2);
+    walls.isFrozen = true;
+    item.setCurrentLayer(walls);
+    QCOMPARE(shownOn(item), QString("von frz ulk"));
+    for (const Button button : {Freeze, Freeze, Light, Lock})
+        QTest::mouseClick(item.findChildren<QPushButton *>().at(button), Qt::LeftButton);
+    QCOMPARE(heard.join(' '), QString("1:100 1:110 0:010 2:011"));
+    QCOMPARE(shownOn(item), QString("voff frz lk"));
+    QVERIFY(!layer(2).isOn && layer(2).isFrozen && layer(2).isLocked);
 }
 
+/// What each index changes, the first and the last of which mean nothing.
 void tst_LayerComboBox::faceParts()
 {
-    const LayerItemData before = layerNamed("Walls");
-    LayerItemData after;
-    after.isLocked = after.isFrozen = true;
-    after.color = Qt::red;
-    after.name = QStringLiteral("New");
-    // The labels that change with each index, the first and the last of which mean none.
-    int index = -1;
-    for (const char *changes :
-         {"", "light freeze lock", "freeze lock", "lock", "color", "name", ""}) {
-        const QString news(changes);
+    LayerItemData news;
+    news.isLocked = news.isFrozen = true;
+    news.color = Qt::red;
+    news.name = "New";
+    QStringList faces;
+    for (int index = -1; index <= NameStatus + 1; ++index) {
         LayerEdit face(nullptr);
-        face.setCurrentLayer(before);
-        face.setLabelChange(index++, after);
-        const QList<QLabel *> labels = labelsOf(face);
-        QCOMPARE(shownOn(labels.at(0)), statusImage(news.contains("light") ? "voff" : "von"));
-        QCOMPARE(shownOn(labels.at(1)), statusImage(news.contains("freeze") ? "frz" : "thw"));
-        QCOMPARE(shownOn(labels.at(2)), statusImage(news.contains("lock") ? "lk" : "ulk"));
-        const QColor color = news.contains("color") ? after.color : before.color;
-        QCOMPARE(shownOn(labels.at(3)), creatColorPix(color));
-        QCOMPARE(labels.at(4)->text(), news.contains("name") ? after.name : before.name);
-        QVERIFY(face.text().isEmpty());
+        face.setCurrentLayer(layer(2));
+        face.setLabelChange(index, news);
+        faces += shownOn(face);
     }
+    QCOMPARE(faces, QStringList({"von thw ulk #ffffff Walls", "voff frz lk #ffffff Walls",
+                                 "von frz lk #ffffff Walls", "von thw lk #ffffff Walls",
+                                 "von thw ulk #ff0000 Walls", "von thw ulk #ffffff New",
+                                 "von thw ulk #ffffff Walls"}));
 }
 
 void tst_LayerComboBox::longNameOnTheFace()
 {
-    QLabel *label = m_labels.at(4);
+    QLabel *label = labelsOf(*m_combo->lineEdit()).last();
     showOnScreen(*m_combo);
     for (const QString &name : {QString("0"), "<b>" + QString(60, 'x')}) {
         LayerItemData layer;
@@ -235,69 +221,66 @@ void tst_LayerComboBox::longNameOnTheFace()
 
 void tst_LayerComboBox::rowsAndFaceFollowTheDrawing()
 {
-    QCOMPARE(m_labels.at(4)->text(), QStringLiteral("0"));
     KcHost::setCurrentLayer(**m_drawing, "Walls");
     OvLayerUtility().setLayerLock("Walls", true);
+    QCOMPARE(face(), QString("von thw ulk #ffffff 0"));
     m_combo->slotUpdate();
-    QCOMPARE(m_labels.at(4)->text(), QStringLiteral("Walls"));
-    QCOMPARE(shownOn(m_labels.at(2)), statusImage("lk"));
-    QCOMPARE(names(), drawingNames());
+    QCOMPARE(face(), QString("von thw lk #ffffff Walls"));
+    QVERIFY(isAsDrawing(*m_combo));
     QCOMPARE(m_combo->getDisplayItem(), 2);
     QCOMPARE(m_list->currentRow(), 2);
     QCOMPARE(m_combo->currentIndex(), 0);
-    QVERIFY(!m_list->hasMouseTracking());
-    QVERIFY(m_combo->lineEdit()->isReadOnly());
-
+    QVERIFY(!m_list->hasMouseTracking() && m_combo->lineEdit()->isReadOnly());
     openPopup();
     for (int row = 0; row < 3; ++row)
         QCOMPARE(m_list->visualItemRect(m_list->item(row)).height(), 25);
-}
 
-void tst_LayerComboBox::dropDownOnTheCurrentLayer_data()
-{
-    QTest::addColumn<int>("layers");
-    QTest::newRow("few") << 40;
-    QTest::newRow("many") << 2000;
+    KcDbLayerTableRecord *walls = getLayerByName("Walls");
+    QCOMPARE(walls->upgradeOpen(), Kcore::eOk);
+    m_combo->slotUpdate();
+    QCOMPARE(m_combo->getDisplayItem() + m_list->currentRow(), 0);
+    QCOMPARE(m_list->count(), 2);
+    walls->close();
 }
 
 void tst_LayerComboBox::dropDownOnTheCurrentLayer()
 {
-    QFETCH(int, layers);
-    const QString longest(99, 'x');
-    KcHost::addLayer(**m_drawing, longest);
-    addNumberedLayers(**m_drawing, layers);
-    KcHost::setCurrentLayer(**m_drawing, "Layer033");
-    m_combo->slotUpdate();
-    for (const int chosen : {0, 40}) {
-        m_combo->setCurrentIndex(chosen);
+    for (const int layers : {40, 2000}) {
+        again();
+        const QString longest(99, 'x');
+        KcHost::addLayer(**m_drawing, longest);
+        addNumberedLayers(**m_drawing, layers);
+        KcHost::setCurrentLayer(**m_drawing, "Layer033");
+        m_combo->slotUpdate();
+        for (const int chosen : {0, 40}) {
+            m_combo->setCurrentIndex(chosen);
+            openPopup();
+            QCOMPARE(m_list->currentRow(), 37);
+            const QRect row = m_list->visualItemRect(m_list->selectedItems().value(0));
+            QCOMPARE(row & m_list->viewport()->rect(), row);
+            QVERIFY(m_list->verticalScrollBar()->isVisible());
+            QCOMPARE(m_list->width(), 400);
+            m_combo->hidePopup();
+        }
+        KcHost::eraseLayer(**m_drawing, longest);
+        m_combo->slotUpdate();
         openPopup();
-        QCOMPARE(m_list->currentRow(), 37);
-        const QRect row = m_list->visualItemRect(m_list->selectedItems().value(0));
-        QCOMPARE(row & m_list->viewport()->rect(), row);
-        QVERIFY(m_list->verticalScrollBar()->isVisible());
-        QCOMPARE(m_list->width(), 400);
-        m_combo->hidePopup();
-    }
-    KcHost::eraseLayer(**m_drawing, longest);
-    m_combo->slotUpdate();
-    openPopup();
-    QVERIFY(m_list->width() < 200);
+        QVERIFY(m_list->width() < 200);
 
-    // The open drop-down stays where the user scrolled it to.
-    m_list->scrollToItem(m_list->item(20));
-    const int position = m_list->verticalScrollBar()->value();
-    KcHost::setCurrentLayer(**m_drawing, "Layer005");
-    m_combo->slotUpdate();
-    QCOMPARE(m_list->currentRow(), 8);
-    QCOMPARE(m_list->verticalScrollBar()->value(), position);
-
-    // And on the row where the user is.
-    typeKeys(m_list, {Qt::Key_Down});
-    for (const auto &[gone, stays] :
-         {std::pair("Layer000", "Layer006"), {"Layer006", "Layer005"}}) {
-        KcHost::eraseLayer(**m_drawing, gone);
-        m_combo->refresh();
-        QCOMPARE(m_list->currentItem()->text(), QString(stays));
+        // The open drop-down stays where the user scrolled it to, and on the row where the user is.
+        m_list->scrollToItem(m_list->item(20));
+        const int position = m_list->verticalScrollBar()->value();
+        KcHost::setCurrentLayer(**m_drawing, "Layer005");
+        m_combo->slotUpdate();
+        QCOMPARE(m_list->currentRow(), 8);
+        QCOMPARE(m_list->verticalScrollBar()->value(), position);
+        typeKeys(m_list, {Qt::Key_Down});
+        for (const auto &[gone, stays] :
+             {std::pair("Layer000", "Layer006"), {"Layer006", "Layer005"}}) {
+            KcHost::eraseLayer(**m_drawing, gone);
+            m_combo->refresh();
+            QCOMPARE(m_list->currentItem()->text(), QString(stays));
+        }
     }
 }
 
@@ -311,9 +294,8 @@ void tst_LayerComboBox::rowsOutOfSight()
     const QListWidgetItem *current = m_list->item(1503);
     QVERIFY(!rowAt(1503) && current->text() == "Layer1500" && current->sizeHint().height() == 25);
     QSignalSpy changes(m_combo.get(), &LayerComboBox::layerComboBoxChanged);
-    m_combo->slotLabelChange(OnStatus, layerNamed("Layer1499"));
-    QCOMPARE(changes.count(), 0);
-    m_combo->slotLabelChange(OnStatus, layerNamed("Layer1500"));
+    for (const int row : {1502, 1503})
+        m_combo->slotLabelChange(OnStatus, layer(row));
     QCOMPARE(changes.count(), 1);
     QVERIFY(!m_combo->layerItem(-1) && !m_combo->layerItem(2003));
     QPointer<LayerItem> asked = m_combo->layerItem(9);
@@ -338,7 +320,7 @@ void tst_LayerComboBox::rowsOutOfSight()
         QVERIFY(isSightFull());
     }
     // The current layer was not frozen; a row shows the wish until it is reloaded, even so.
-    QVERIFY(!asked && !rowAt(0) && !rowAt(1503) && layerNamed("0").isLocked);
+    QVERIFY(!asked && !rowAt(0) && !rowAt(1503) && layer(0).isLocked);
     QVERIFY(m_combo->layerItem(0)->currentLayerData().isLocked);
     QVERIFY(m_combo->layerItem(1503)->currentLayerData().isFrozen);
     m_combo->slotUpdate();
@@ -380,15 +362,18 @@ void tst_LayerComboBox::choosing()
         else
             typeKeys(m_list, {Qt::Key_Return});
         QTRY_VERIFY(!m_list->isVisible());
-        QCOMPARE(chosen.count(), 1);
-        QCOMPARE(chosen.takeFirst().at(0).toString(), drawingNames().at(row));
+        QCOMPARE(chosen, (Calls{{layer(row).name}}));
+        chosen.clear();
     }
-
     openPopup();
     typeKeys(m_list, {Qt::Key_W});
     QCOMPARE(m_list->currentRow(), 2);
     typeKeys(m_list, {Qt::Key_Escape});
-    m_combo->disconnect(SIGNAL(currentIndexChanged(int)));
+    QVERIFY(chosen.isEmpty());
+}
+
+void tst_LayerComboBox::closedBoxTakesNoKeys()
+{
     m_combo->setCurrentIndex(2);
     m_combo->slotUpdate();
     m_combo->setCurrentIndex(1);
@@ -399,13 +384,12 @@ void tst_LayerComboBox::choosing()
             QApplication::sendEvent(m_combo.get(), &press);
             QVERIFY(!press.isAccepted());
         }
-        const QPoint center = m_combo->rect().center();
-        QWheelEvent turn(center, center, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        QWheelEvent turn({}, {}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(m_combo.get(), &turn);
         QVERIFY(!turn.isAccepted());
     }
-    QCOMPARE(m_combo->currentIndex(), 1);
-    QVERIFY(chosen.isEmpty() && !m_list->isVisible());
+    QVERIFY(m_combo->currentIndex() == 1 && !m_list->isVisible());
+    showOnScreen(*m_combo);
     typeKeys(m_combo.get(), {Qt::Key_F4});
     QVERIFY(m_list->isVisible());
 }
@@ -416,26 +400,19 @@ void tst_LayerComboBox::clicksInThePopup()
     openPopup();
     clickInPopup(2, Light);
     clickInPopup(0, Color);
-    QVERIFY(!layerNamed("Walls").isOn && m_list->isVisible());
-    QCOMPARE(changes.count(), 0);
-    QCOMPARE(m_hostCalls, 0);
+    QVERIFY(!layer(2).isOn && m_list->isVisible());
+    QCOMPARE(changes.count() + m_hostCalls, 0);
 
-    // Only the current layer is news.
+    // Only the current layer is news. The drawing refuses to freeze it; the row shows the wish until it
+    // is reloaded.
     clickInPopup(0, Light);
-    QVERIFY(!layerNamed("0").isOn);
-    QCOMPARE(shownOn(m_labels.at(0)), statusImage("voff"));
-    QCOMPARE(changes.count(), 1);
-    QCOMPARE(m_hostCalls, 1);
-
-    // The drawing refuses to freeze it; the row shows the wish until it is reloaded.
     clickInPopup(0, Freeze);
-    QVERIFY(!layerNamed("0").isFrozen);
-    QCOMPARE(shownOn(m_labels.at(1)), statusImage("frz"));
+    QVERIFY(!layer(0).isOn && !layer(0).isFrozen);
+    QCOMPARE(face(), QString("voff frz ulk #ffffff 0"));
     m_combo->slotUpdate();
-    QCOMPARE(shownOn(m_labels.at(1)), statusImage("thw"));
-    QCOMPARE(shownOn(buttonOf(rowAt(0), Freeze)), statusImage("thw"));
-    QCOMPARE(changes.count(), 2);
-    QCOMPARE(m_hostCalls, 2);
+    QCOMPARE(face(), QString("voff thw ulk #ffffff 0"));
+    QCOMPARE(shownOn(*rowAt(0)), QString("voff thw ulk"));
+    QVERIFY(changes.count() == 2 && m_hostCalls == 2);
 
     OvLayerUtility().setLayerOff("Doors", false); // as the click wants it, which does not know
     QSignalSpy toggled(m_combo.get(), &LayerComboBox::layersToggled);
@@ -448,25 +425,14 @@ void tst_LayerComboBox::clicksInThePopup()
 
 void tst_LayerComboBox::shownLayers()
 {
-    const auto face = [this] {
-        QStringList parts(m_labels.at(4)->text());
-        for (const int place : {0, 1, 2, 3})
-            parts += shownOn(m_labels.at(place)).isNull() ? "-" : "*";
-        return parts.join(' ');
-    };
+    const QString plain = "von thw ulk #ffffff ";
     QSignalSpy changes(m_combo.get(), &LayerComboBox::layerComboBoxChanged);
     QSignalSpy chosen(m_combo.get(), &LayerComboBox::layerChosen);
-    const struct
-    {
-        QStringList names;
-        QString face;
-        int row;
-    } cases[] = {{{"Walls", "", "Walls"}, "Walls * * * *", 2},
-                 {{"Walls", "Doors"}, "Varies - - - -", 0},
-                 {{"walls"}, "walls - - - -", 0},
-                 {{}, "0 * * * *", 0},
-                 {{"Doors"}, "Doors * * * *", 1}};
-    for (const auto &[shown, text, row] : cases) {
+    using Case = std::tuple<QStringList, QString, int>;
+    for (const auto &[shown, text, row] :
+         {Case{{"Walls", "", "Walls"}, plain + "Walls", 2},
+          Case{{"Walls", "Doors"}, "- - - - Varies", 0}, Case{{"walls"}, "- - - - walls", 0},
+          Case{{}, plain + "0", 0}, Case{{"Doors"}, plain + "Doors", 1}}) {
         m_combo->setShownLayers(shown);
         for (const bool isAnew : {false, true}) {
             if (isAnew)
@@ -485,82 +451,64 @@ void tst_LayerComboBox::shownLayers()
     clickInPopup(2, Light);
     QCOMPARE(changes.count() + m_hostCalls, 0);
     clickInPopup(1, Light);
-    QCOMPARE(shownOn(m_labels.at(0)), statusImage("voff"));
     clickInPopup(0, Lock); // the current one, which is not on the face
-    QCOMPARE(face(), QString("Doors * * * *"));
-    QCOMPARE(shownOn(m_labels.at(2)), statusImage("ulk"));
-    QCOMPARE(qMakePair(int(changes.count()), m_hostCalls), qMakePair(2, 2));
+    QCOMPARE(face(), QString("voff thw ulk #ffffff Doors"));
+    QVERIFY(changes.count() == 2 && m_hostCalls == 2);
     click(rowAt(2)->findChild<QLabel *>());
     QTRY_COMPARE(chosen, (Calls{{"Walls"}}));
-    QCOMPARE(face(), QString("Doors * * * *"));
+    QCOMPARE(face(), QString("voff thw ulk #ffffff Doors"));
 
     OvLayerUtility().setLayerOff("Doors", true);
     QVERIFY(m_combo->refreshLayers({"Doors"}));
-    QCOMPARE(shownOn(m_labels.at(0)), statusImage("von"));
+    QCOMPARE(face(), plain + "Doors");
     KcHost::eraseLayer(**m_drawing, "Doors");
     QVERIFY(m_combo->refresh());
-    QCOMPARE(face(), QString("Doors - - - -"));
+    QCOMPARE(face(), QString("- - - - Doors"));
     KcHost::addLayer(**m_drawing, "Doors");
     QVERIFY(m_combo->refreshLayers({"Doors"}));
-    QCOMPARE(face(), QString("Doors * * * *"));
+    QCOMPARE(face(), plain + "Doors");
     m_combo->setShownLayers({});
-    QCOMPARE(shownOn(m_labels.at(2)), statusImage("lk"));
+    QCOMPARE(face(), QString("von thw lk #ffffff 0"));
 }
 
 void tst_LayerComboBox::popupClosesAsItOpened()
 {
     openPopup();
-    const QRect row = m_list->visualItemRect(m_list->item(2));
-    QTest::mouseClick(m_list->viewport(), Qt::LeftButton, {}, row.center() + QPoint(60, 0));
+    click(m_list->viewport(), m_list->visualItemRect(m_list->item(2)).center() + QPoint(60, 0));
     QTRY_VERIFY(!m_list->isVisible());
     QCOMPARE(m_combo->currentIndex(), 2);
-    QCOMPARE(m_labels.at(4)->text(), QStringLiteral("0"));
+    QCOMPARE(face(), QString("von thw ulk #ffffff 0"));
     QVERIFY(m_combo->lineEdit()->text().isEmpty());
 
     openPopup();
     QWidget *popup = m_list->window();
-    const QPoint face = m_combo->lineEdit()->mapToGlobal(m_combo->lineEdit()->rect().center());
-    QTest::mousePress(popup, Qt::LeftButton, {}, popup->mapFromGlobal(face));
+    const QPoint place = m_combo->lineEdit()->mapToGlobal(m_combo->lineEdit()->rect().center());
+    QTest::mousePress(popup, Qt::LeftButton, {}, popup->mapFromGlobal(place));
     QTRY_VERIFY(!popup->isVisible());
     QVERIFY(popup->testAttribute(Qt::WA_NoMouseReplay));
-
-    QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, face);
-    QApplication::sendEvent(m_combo->lineEdit(), &menu);
-    QVERIFY(!QApplication::activePopupWidget());
-}
-
-void tst_LayerComboBox::rowsStayWherePossible_data()
-{
-    QTest::addColumn<int>("added");
-    QTest::addColumn<QString>("erased");
-    QTest::newRow("nothing") << 0 << "";
-    QTest::newRow("one more") << 1 << "";
-    QTest::newRow("one less") << 0 << "Doors";
-    QTest::newRow("exchanged") << 1 << "Walls";
-    QTest::newRow("many more") << 100 << "Walls";
+    QVERIFY(!opensMenu(*m_combo));
 }
 
 void tst_LayerComboBox::rowsStayWherePossible()
 {
-    QFETCH(int, added);
-    QFETCH(QString, erased);
-    QHash<QString, QPointer<LayerItem>> before;
-    for (int row = 0; row < m_list->count(); ++row)
-        before.insert(rowAt(row)->layerName(), rowAt(row));
-    addNumberedLayers(**m_drawing, added);
-    KcHost::eraseLayer(**m_drawing, erased);
-    OvLayerUtility().setLayerOff("Walls", false);
-    m_combo->slotUpdate();
-
-    const QStringList after = drawingNames();
-    QCOMPARE(names(), after);
-    for (int row = 0; row < m_list->count(); ++row) {
-        QVERIFY(rowAt(row)->isVisibleTo(m_list));
-        QCOMPARE(rowAt(row)->currentLayerData().isOn, after.at(row) != QLatin1String("Walls"));
-        QVERIFY(!before.contains(after.at(row)) || before.value(after.at(row)) == rowAt(row));
+    for (const auto &[added, erased] :
+         {std::pair(0, ""), {1, ""}, {0, "Doors"}, {1, "Walls"}, {100, "Walls"}}) {
+        again();
+        QHash<QString, QPointer<LayerItem>> before;
+        for (int row = 0; row < m_list->count(); ++row)
+            before.insert(rowAt(row)->layerName(), rowAt(row));
+        addNumberedLayers(**m_drawing, added);
+        KcHost::eraseLayer(**m_drawing, erased);
+        OvLayerUtility().setLayerOff("Walls", false);
+        m_combo->slotUpdate();
+        QVERIFY(isAsDrawing(*m_combo));
+        for (int row = 0; row < m_list->count(); ++row) {
+            QVERIFY(rowAt(row)->isVisibleTo(m_list));
+            QCOMPARE(rowAt(row), before.value(rowAt(row)->layerName(), rowAt(row)));
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!before.value(erased));
     }
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(before.value(erased).isNull());
 }
 
 void tst_LayerComboBox::hostReloadsFromInside()
@@ -591,8 +539,7 @@ void tst_LayerComboBox::hostReloadsFromInside()
     QSignalSpy toggled(m_combo.get(), &LayerComboBox::layersToggled);
     clickInPopup(2, Lock);
     QCOMPARE(m_hostCalls, 11);
-    QVERIFY(toggled.count() == 1 && !layerNamed("Walls").isLocked);
-    QCOMPARE(names(), drawingNames());
+    QVERIFY(toggled.count() == 1 && !layer(2).isLocked && isAsDrawing(*m_combo));
 }
 
 void tst_LayerComboBox::hostDeletesFromInside()
@@ -608,13 +555,12 @@ void tst_LayerComboBox::hostDeletesFromInside()
             [&] { KcHost::setLayerModifiedHandler([&](const QString &) { remove(); }); },
     };
     for (const auto &place : places) {
-        cleanup();
-        init();
+        again();
         openPopup();
         place();
         clickInPopup(0, Light);
         QVERIFY(!m_combo);
-        QCOMPARE(layerNamed("0").isOn, &place == places);
+        QCOMPARE(layer(0).isOn, &place == places);
     }
 }
 
@@ -628,7 +574,7 @@ void tst_LayerComboBox::partsOfTheHost()
         clickInPopup(0, Light);
         m_combo->slotUpdate();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(labelsOf(*m_combo->lineEdit()).at(4)->text(), QStringLiteral("0"));
+        QVERIFY(face().endsWith(" 0"));
         openPopup();
         m_combo->hidePopup();
     }
@@ -653,19 +599,6 @@ void tst_LayerComboBox::closedDrawing()
     KcHost::setWorkingDatabase(&**m_drawing);
     m_combo->slotUpdate();
     QVERIFY(m_combo->lineEdit()->isVisible());
-}
-
-void tst_LayerComboBox::currentLayerOpenElsewhere()
-{
-    KcHost::setCurrentLayer(**m_drawing, "Walls");
-    m_combo->slotUpdate();
-    KcDbLayerTableRecord *walls = getLayerByName("Walls");
-    QCOMPARE(walls->upgradeOpen(), Kcore::eOk);
-    m_combo->slotUpdate();
-    QCOMPARE(m_combo->getDisplayItem(), 0);
-    QCOMPARE(m_list->currentRow(), 0);
-    QCOMPARE(names(), (QStringList{"0", "Doors"}));
-    walls->close();
 }
 
 QTEST_MAIN(tst_LayerComboBox)

@@ -3,7 +3,6 @@
 
 #include "Changes.h"
 #include "PickerSupport.h"
-#include "layer/compact/LayerList.h"
 
 #define main embedMain
 #include "examples/embed/main.cpp"
@@ -140,14 +139,8 @@ public:
         sortByName(shown);
         if (shown != layerRows())
             return "table";
-        const std::unique_ptr<QList<LayerItemData>> layers(OvLayerUtility().getAllLayer());
-        if (box->count() != layers->size())
-            return "rows of the box";
-        for (int row = 0; row < layers->size(); ++row) {
-            if (listOf(*box)->item(row)->text() != layers->at(row).name
-                || !isSame(box->layerItem(row)->currentLayerData(), layers->at(row)))
-                return "box at " + layers->at(row).name;
-        }
+        if (!isAsDrawing(*box))
+            return "box";
         LayerItemData current;
         if (!OvLayerUtility().getCurrentLayer(current))
             return {};
