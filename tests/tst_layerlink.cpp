@@ -173,8 +173,6 @@ class tst_LayerLink : public QObject
     Q_OBJECT
 
 private slots:
-    void wishes();
-    void propertyWishes();
     void refusals();
     void layerStates();
     void otherDrawing();
@@ -182,72 +180,6 @@ private slots:
     void widgetsComeAndGo();
     void randomWork();
 };
-
-/// What the host hears of the user's wishes, from whatever widget. That it fulfils them it need not say.
-void tst_LayerLink::wishes()
-{
-    Host host({"Doors", "Walls"});
-    KcHost::setLayerModifiedHandler({});
-    host.link->add(host.box); // both are in already
-    host.link->add(host.panel);
-    host.link->add(host.table);
-    QStringList heard;
-    const auto hear = [&heard](const auto &...of) { (heard << ... << of); };
-    for (const auto wish :
-         {&LayerLink::layerChosen, &LayerLink::currentLayerRequested, &LayerLink::addRequested})
-        connect(host.link, wish, this, hear);
-    connect(host.link, &LayerLink::removeRequested, this, hear);
-    connect(host.link, &LayerLink::renameRequested, this, hear);
-    const auto heardAfter = [&](const std::function<void()> &act) {
-        heard.clear();
-        return host.updates(act) == 1 ? heard.join(' ') : "out of step";
-    };
-    QCOMPARE(heardAfter([&] { host.choose("Walls"); }), QString("Walls Walls"));
-    host.link->setChoiceMakesCurrent(false);
-    host.choose("Doors");
-    host.clickCell("Doors", PlotColumn);
-    QCOMPARE(heard.join(' '), QString("Walls Walls Doors"));
-    QCOMPARE(heardAfter([&] { host.command("Set current"); }), QString("Doors"));
-    QCOMPARE(heardAfter([&] { host.command("New", "Zinc\r"); }), QString("Zinc"));
-    QCOMPARE(heardAfter([&] { host.command("Rename", "Beams\r"); }), QString("Zinc Beams"));
-    host.clickCell("Walls", NameColumn, Qt::ControlModifier);
-    QCOMPARE(heardAfter([&] { host.command("Delete"); }), QString("Beams Walls"));
-}
-
-/// All shows what the drawing says again, after one update.
-void tst_LayerLink::propertyWishes()
-{
-    Host host({"Doors", "Walls"});
-    KcHost::setLayerModifiedHandler({});
-    bool isLocked = false;
-    LayerTableWidget early, late;
-    host.link->add(&early);
-    host.link->setLinetypes({"Dashed"});
-    host.link->add(&late);
-    host.link->flush();
-    const QStringList names("Walls");
-    for (LayerTableWidget *table : {&early, &late, host.table}) {
-        const auto isPassedOn = [&](const QVariant &value, const std::function<void()> &wish) {
-            Wishes heard(*host.link);
-            isLocked = !isLocked;
-            OvLayerUtility().setLayerLock("Walls", isLocked); // whatever the host does
-            return host.updates(wish) == 1 && heard.take() == QList<QVariantList>{{names, value}};
-        };
-        const auto chooseLinetype = [table] {
-            table->selectRow(2);
-            answerDialog([table] { table->editLinetype(); },
-                         [](QDialog &dialog) {
-                             dialog.findChild<QTableWidget *>()->selectRow(0);
-                             dialog.accept();
-                         });
-        };
-        QVERIFY(isPassedOn("Dashed", chooseLinetype));
-        QVERIFY(isPassedOn(QColor(Qt::red), [&] { emit table->colorRequested(names, Qt::red); }));
-        QVERIFY(isPassedOn(25, [&] { emit table->lineWeightRequested(names, 25); }));
-        QVERIFY(isPassedOn("new", [&] { emit table->descriptionRequested(names, "new"); }));
-        QVERIFY(isPassedOn("0", [&] { emit table->mergeRequested(names, "0"); }));
-    }
-}
 
 /// All is as it was, the selection as well.
 void tst_LayerLink::refusals()
@@ -452,6 +384,21 @@ void tst_LayerLink::widgetsComeAndGo()
     QTRY_COMPARE(updated.count(), 3);
     QCOMPARE(box->count(), 3);
     QVERIFY(panel.findChild<QLabel *>()->text().endsWith("Doors"));
+
+    LayerTableWidget late;
+    link.setLinetypes({"Dashed"});
+    link.add(&late);
+    link.flush();
+    for (LayerTableWidget *each : {table.get(), &late}) {
+        Wishes heard(link);
+        each->selectRow(1);
+        answerDialog([each] { each->editLinetype(); },
+                     [](QDialog &dialog) {
+                         dialog.findChild<QTableWidget *>()->selectRow(0);
+                         dialog.accept();
+                     });
+        QCOMPARE(heard.take(), (QList<QVariantList>{{QStringList("Doors"), "Dashed"}}));
+    }
 
     table.reset();
     connect(&link, &LayerLink::updated, this, [&] { box.reset(); });
