@@ -73,8 +73,7 @@ class tst_Dialogs : public QObject
 private slots:
     void warnings();
     void lineWeights();
-    void lineTypeTable();
-    void lineTypeChoice();
+    void lineTypes();
     void answers();
     /// A host may delete all windows before the application ends.
     void cleanupTestCase()
@@ -145,34 +144,15 @@ void tst_Dialogs::lineWeights()
     QCOMPARE(labels(), QString("0.50 mm, 0.09 mm"));
 }
 
-void tst_Dialogs::lineTypeTable()
+void tst_Dialogs::lineTypes()
 {
     LayerLineTypeDialog dialog(nullptr);
     auto *table = dialog.findChild<QTableWidget *>();
-    QCOMPARE(table->item(0, 1)->icon().pixmap(table->iconSize()), drawLineType(Qt::SolidLine));
-    const QStringList texts{"Continuous", "", "Solid Line"};
-    const int end = runDialog(dialog, [&] {
-        for (int column = 0; column < texts.size(); ++column) {
-            const QTableWidgetItem *item = table->item(0, column);
-            const QPoint cell = table->visualItemRect(item).center();
-            table->clearSelection();
-            click(table->viewport(), cell);
-            QCOMPARE(table->selectedItems().size(), 3);
-            QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
-            QTest::keyClick(table, Qt::Key_F2);
-            QTest::keyClick(table, Qt::Key_X);
-            QVERIFY(!table->findChild<QLineEdit *>());
-            QCOMPARE(item->text(), texts.at(column));
-        }
-        readHelp(dialog);
-    });
-    QCOMPARE(end, stayedOpen);
-}
-
-void tst_Dialogs::lineTypeChoice()
-{
-    LayerLineTypeDialog dialog(nullptr);
-    const auto *table = dialog.findChild<QTableWidget *>();
+    const auto clickTwice = [table](int row, int column) {
+        const QPoint cell = table->visualItemRect(table->item(row, column)).center();
+        click(table->viewport(), cell);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
+    };
     dialog.setLinetypes({"CONTINUOUS", "Dashed", "Hidden"});
     QStringList found;
     for (const char *asked : {"", "continuous", "none", "HIDDEN", ""}) {
@@ -181,17 +161,26 @@ void tst_Dialogs::lineTypeChoice()
     }
     QCOMPARE(found.join('|'), QString("|CONTINUOUS||Hidden|"));
     QVERIFY(table->item(0, 1) && !table->item(1, 1)); // whoever knows no more than a name
-    const int end = runDialog(dialog, [&] {
-        QCOMPARE(dialog.currentLinetype(), QString());
-        const QPoint cell = table->visualItemRect(table->item(1, 0)).center();
-        click(table->viewport(), cell);
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
-    });
-    QCOMPARE(end, accepted);
+    QCOMPARE(runDialog(dialog, [&] { clickTwice(1, 0); }), accepted);
     QCOMPARE(dialog.currentLinetype(), QString("Dashed"));
+
     dialog.setLinetypes({});
-    dialog.setCurrentLinetype("Continuous");
     QCOMPARE(table->rowCount(), 1);
+    QCOMPARE(table->item(0, 1)->icon().pixmap(table->iconSize()), drawLineType(Qt::SolidLine));
+    const QStringList texts{"Continuous", "", "Solid Line"};
+    const int end = runDialog(dialog, [&] {
+        for (int column = 0; column < texts.size(); ++column) {
+            table->clearSelection();
+            clickTwice(0, column);
+            QCOMPARE(table->selectedItems().size(), 3);
+            QTest::keyClick(table, Qt::Key_F2);
+            QTest::keyClick(table, Qt::Key_X);
+            QVERIFY(!table->findChild<QLineEdit *>());
+            QCOMPARE(table->item(0, column)->text(), texts.at(column));
+        }
+        readHelp(dialog);
+    });
+    QCOMPARE(end, stayedOpen);
     QCOMPARE(dialog.currentLinetype(), QString("Continuous"));
 }
 

@@ -10,8 +10,6 @@
 
 #include <QHeaderView>
 #include <QRandomGenerator>
-#include <QRegularExpression>
-#include <QScrollBar>
 #include <QTableWidget>
 #include <QToolButton>
 
@@ -305,11 +303,6 @@ void tst_LayerLink::hostsThatDoOddThings()
     const std::function<void(Host &)> deeds[]{
             [](Host &host) { host.panel->slotUpLayerModel(); },
             [](Host &host) { host.panel->refresh(); },
-            [](Host &host) { host.link->layersChanged(); },
-            [](Host &host) {
-                host.link->layersChanged();
-                host.link->flush();
-            },
             [](Host &host) { host.show(getCurrentDb()); },
             [&](Host &) { KcHost::setWorkingDatabase(other.get()); },
             [&](Host &host) { host.show(other.get()); },
@@ -417,7 +410,6 @@ void tst_LayerLink::randomWork()
     host.link->layersChanged();
     host.link->flush();
     const auto other = drawingWithLayers({"Doors", "Walls", "Zinc"});
-    bool isOther = false, isSwitched = false;
     QRandomGenerator random(20261122);
     QTimer dialogs;
     connect(&dialogs, &QTimer::timeout, &dialogs, [&random] {
@@ -426,20 +418,14 @@ void tst_LayerLink::randomWork()
     });
     dialogs.start(0);
     int column = NameColumn;
-    static const QRegularExpression found[]{QRegularExpression(""), QRegularExpression("^[lL]"),
-                                            QRegularExpression("1$")};
-    int search = 0;
-    const auto anyName = [&] {
-        const QStringList names = host.names().filter(found[search]);
-        return names.value(random.bounded(qMax(1, names.size())), "0");
-    };
+    const auto anyName = [&] { return host.names().at(random.bounded(host.rows().rowCount())); };
     const auto anyRow = [&] {
         host.link->flush(); // it would be while the box opens
         return listOf(*host.box)->item(random.bounded(listOf(*host.box)->count()))->text();
     };
-    const auto outside = [&](const QString &name, const auto &change) {
-        change(isOther ? *other : *host.drawing, name);
-        host.link->layerChanged(name);
+    const auto outside = [&](const QStringList &step) {
+        change(step);
+        host.link->layerChanged(step[1]);
     };
     const std::function<void()> works[]{
             [&] { host.clickCell(anyName(), OnColumn + random.bounded(11)); },
@@ -451,13 +437,18 @@ void tst_LayerLink::randomWork()
             [&] { host.command("Delete"); },
             [&] { host.command("Set current"); },
             [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
-            [&] { outside(QString("m%1").arg(random.bounded(20)), KcHost::addLayer); },
-            [&] { outside(anyName(), KcHost::eraseLayer); },
-            [&] { outside(anyName(), KcHost::setCurrentLayer); },
             [&] {
-                isOther = !isOther;
-                isSwitched = true;
-                KcHost::setWorkingDatabase(isOther ? other.get() : &*host.drawing);
+                outside({"add", QString("m%1").arg(random.bounded(20))});
+            },
+            [&] {
+                outside({"erase", anyName()});
+            },
+            [&] {
+                outside({"current", anyName()});
+            },
+            [&] {
+                KcHost::setWorkingDatabase(getCurrentDb() == other.get() ? &*host.drawing
+                                                                         : other.get());
                 host.link->drawingChanged();
             },
             [&] {
@@ -472,10 +463,6 @@ void tst_LayerLink::randomWork()
                 QTest::keyClick(host.table->frozenView(),
                                 random.bounded(2) ? Qt::Key_Down : Qt::Key_Up);
             },
-            [&] {
-                search = random.bounded(3);
-                host.panel->searchEdit()->setText(QStringList{"", "L*", "*1"}.at(search));
-            },
     };
     for (int step = 0; step < 400; ++step) {
         for (int count = random.bounded(3); count >= 0; --count)
@@ -483,26 +470,15 @@ void tst_LayerLink::randomWork()
         // A layer may have been given a name that another one has.
         QStringList before = host.names();
         before = before.removeDuplicates() > 0 ? QStringList() : host.selected();
-        const QScrollBar &bar = *host.table->verticalScrollBar();
-        const int position = bar.value();
-        const QString label = host.panel->findChild<QLabel *>()->text();
-        QSignalSpy current(host.panel, &LayerManager::updateCurretnLayer);
         host.link->flush();
-        QCOMPARE(current.count(), int(host.panel->findChild<QLabel *>()->text() != label));
         const QString trouble = host.difference();
         QVERIFY2(trouble.isEmpty(), qPrintable(QString("step %1: %2").arg(step).arg(trouble)));
-        const QStringList names = host.names();
-        const QStringList selected = host.selected();
+        const QStringList names = host.names(), selected = host.selected();
         for (const QString &name : std::as_const(before))
             QVERIFY(selected.contains(name) || !names.contains(name));
-        if (!std::exchange(isSwitched, false)) // which may bring the current layer into sight
-            QCOMPARE(bar.value(), qMin(position, bar.maximum()));
         QStringList sorted;
-        for (int row = 0; row < names.size(); ++row) {
+        for (int row = 0; row < names.size(); ++row)
             sorted += host.text(row, column);
-            for (const QTableView *view : host.views())
-                QCOMPARE(view->isRowHidden(row), !names.at(row).contains(found[search]));
-        }
         if (host.table->horizontalHeader()->sortIndicatorOrder() == Qt::DescendingOrder)
             std::reverse(sorted.begin(), sorted.end());
         QVERIFY(std::is_sorted(sorted.begin(), sorted.end()));
