@@ -58,12 +58,6 @@ void readHelp(QDialog &dialog)
     QCOMPARE(shown, QString("help: Tessa help  doc!"));
 }
 
-void clickRow(QListWidget &list, int row)
-{
-    list.scrollToItem(list.item(row));
-    click(list.viewport(), list.visualItemRect(list.item(row)).center());
-}
-
 } // namespace
 
 class tst_Dialogs : public QObject
@@ -133,7 +127,7 @@ void tst_Dialogs::lineWeights()
     dialog.setCurrentLineweight(12);
     QCOMPARE(labels(), QString("0.50 mm, 0.50 mm"));
     const int end = runDialog(dialog, [&] {
-        clickRow(*list, 3);
+        list->setCurrentRow(3);
         dialog.setCurrentLineweight(-1);
         dialog.setCurrentLineweight(25);
         readHelp(dialog);
@@ -200,7 +194,7 @@ void tst_Dialogs::answers()
                 [&](int current) { rows.append(lineWeight.isVisible() ? current : -1); });
         lineWeight.setCurrentLineweight(12);
         const int end = runDialog(lineWeight, [&, row = row] {
-            clickRow(*lineWeight.findChild<QListWidget *>(), row);
+            lineWeight.findChild<QListWidget *>()->setCurrentRow(row);
             answerDialog(lineWeight, text);
         });
         QCOMPARE(end, result);

@@ -346,6 +346,8 @@ void tst_LayerComboBox::choosing()
 void tst_LayerComboBox::closedBoxTakesNoKeys()
 {
     m_combo->setCurrentIndex(2);
+    QCOMPARE(face(), QString("von thw ulk #ffffff 0"));
+    QVERIFY(m_combo->lineEdit()->text().isEmpty());
     m_combo->slotUpdate();
     m_combo->setCurrentIndex(1);
     for (const bool isEditable : {true, false}) {
@@ -442,13 +444,6 @@ void tst_LayerComboBox::shownLayers()
 
 void tst_LayerComboBox::popupClosesAsItOpened()
 {
-    openPopup();
-    click(m_list->viewport(), m_list->visualItemRect(m_list->item(2)).center() + QPoint(60, 0));
-    QTRY_VERIFY(!m_list->isVisible());
-    QCOMPARE(m_combo->currentIndex(), 2);
-    QCOMPARE(face(), QString("von thw ulk #ffffff 0"));
-    QVERIFY(m_combo->lineEdit()->text().isEmpty());
-
     openPopup();
     QWidget *popup = m_list->window();
     const QPoint place = m_combo->lineEdit()->mapToGlobal(m_combo->lineEdit()->rect().center());
@@ -557,14 +552,13 @@ void tst_LayerComboBox::closedDrawing()
 {
     showOnScreen(*m_combo);
     KcHost::setWorkingDatabase(nullptr);
-    m_combo->slotUpdate();
-    m_combo->refreshLayers({});
-    QCOMPARE(m_combo->count(), 0);
-    QVERIFY(!m_combo->lineEdit()->isVisible());
-    LayerComboBox combo;
-    combo.slotUpdate();
-    QVERIFY(!combo.lineEdit());
-    QCOMPARE(combo.getDisplayItem() + combo.count(), 0);
+    LayerComboBox fresh;
+    for (LayerComboBox *box : {m_combo.get(), &fresh}) {
+        box->slotUpdate();
+        box->refreshLayers({});
+        QCOMPARE(box->getDisplayItem() + box->count(), 0);
+    }
+    QVERIFY(!fresh.lineEdit() && !m_combo->lineEdit()->isVisible());
     KcHost::setWorkingDatabase(&**m_drawing);
     m_combo->slotUpdate();
     QVERIFY(m_combo->lineEdit()->isVisible());

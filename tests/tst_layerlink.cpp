@@ -13,7 +13,6 @@
 #include <QTableWidget>
 #include <QToolButton>
 
-#include <array>
 #include <utility>
 
 using namespace OvCc;
@@ -40,7 +39,6 @@ public:
 
     QAbstractItemModel &rows() const { return *table->model(); }
     QString text(int row, int column) const { return rows().index(row, column).data().toString(); }
-    std::array<QTableView *, 2> views() const { return {table, table->frozenView()}; }
 
     QStringList names() const
     {
@@ -68,7 +66,8 @@ public:
 
     void clickCell(const QString &name, int column, Qt::KeyboardModifiers modifiers = {})
     {
-        QTableView *view = views()[column == NameColumn];
+        QTableView *view =
+                column == NameColumn ? table->frozenView() : static_cast<QTableView *>(table);
         const QModelIndex cell = rows().index(names().indexOf(name), column);
         view->scrollTo(cell);
         const QPoint place = view->visualRect(cell).center();
@@ -125,8 +124,7 @@ public:
         link->flush();
     }
 
-    /// What is not as in the drawing; empty if all is.
-    QString difference() const
+    bool isInStep() const
     {
         QList<QStringList> shown;
         for (int row = 0; row < rows().rowCount(); ++row) {
@@ -135,26 +133,22 @@ public:
                 shown.last() += text(row, column);
         }
         sortByName(shown);
-        if (shown != layerRows())
-            return "table";
-        if (!isAsDrawing(*box))
-            return "box";
         LayerItemData current;
-        if (!OvLayerUtility().getCurrentLayer(current))
-            return {};
-        if (panel->findChild<QLabel *>()->text() != "Current layer: " + current.name)
-            return "label";
+        const bool isClosed = !OvLayerUtility().getCurrentLayer(current);
+        const QString label = panel->findChild<QLabel *>()->text();
         const QString face = box->lineEdit()->findChildren<QLabel *>().last()->text();
-        return face == current.name ? QString() : "face";
+        return shown == layerRows() && isAsDrawing(*box)
+               && (isClosed || label == "Current layer: " + current.name)
+               && (isClosed || face == current.name);
     }
 
-    /// How often something shows a change after @p act; -1 if it is not as in the drawing.
+    /// How often something shows a change after @p act; -1 if not all is in step with the drawing.
     int updates(const std::function<void()> &act) const
     {
         QSignalSpy updated(link, &LayerLink::updated);
         act();
         QCoreApplication::processEvents();
-        return difference().isEmpty() ? updated.count() : -1;
+        return isInStep() ? updated.count() : -1;
     }
 
     OpenDrawing drawing;
@@ -193,7 +187,6 @@ void tst_LayerLink::refusals()
     QVERIFY(isTakenBack("Walls", [&] { host.command("Delete"); }));
     QVERIFY(!host.statusBar()->currentMessage().isEmpty());
     QVERIFY(isTakenBack("Doors", [&] { host.command("Rename", "Walls\r"); }));
-    QVERIFY(isTakenBack("0", [&] { host.command("Rename", "Zinc\r"); }));
 
     KcDbLayerTableRecord *doors = getLayerByName("Doors");
     QVERIFY(isTakenBack("Doors", [&] { host.clickCell("Doors", UnlockedColumn); }));
@@ -283,7 +276,7 @@ void tst_LayerLink::otherDrawing()
     KcHost::setWorkingDatabase(&*host.drawing);
     host.link->layersChanged(); // all that a forgetful host says
     host.link->flush();
-    QCOMPARE(host.difference(), QString());
+    QVERIFY(host.isInStep());
     QCOMPARE(host.selected(), QStringList{"0"});
     QCOMPARE(host.names().constLast(), QString("Walls")); // which is off
 
@@ -293,7 +286,7 @@ void tst_LayerLink::otherDrawing()
 
     answerDialog([&] { host.clickCell("0", OnColumn); },
                  [&](QDialog &) { host.show(other.get()); });
-    QCOMPARE(host.difference(), QString());
+    QVERIFY(host.isInStep());
     QVERIFY(host.text(host.names().indexOf("0"), OnColumn) == "true" && renamed.isEmpty());
 }
 
@@ -344,7 +337,7 @@ void tst_LayerLink::hostsThatDoOddThings()
         }
         QVERIFY(rounds > 0 && rounds < 50);
         if (link && panel && box)
-            QCOMPARE(host.difference(), QString());
+            QVERIFY(host.isInStep());
     }
 }
 
@@ -418,6 +411,7 @@ void tst_LayerLink::randomWork()
     });
     dialogs.start(0);
     int column = NameColumn;
+    QWidget *names = host.table->frozenView();
     const auto anyName = [&] { return host.names().at(random.bounded(host.rows().rowCount())); };
     const auto anyRow = [&] {
         host.link->flush(); // it would be while the box opens
@@ -459,10 +453,7 @@ void tst_LayerLink::randomWork()
                 host.panel->slotUpLayerModel();
                 column = NameColumn;
             },
-            [&] {
-                QTest::keyClick(host.table->frozenView(),
-                                random.bounded(2) ? Qt::Key_Down : Qt::Key_Up);
-            },
+            [&] { QTest::keyClick(names, random.bounded(2) ? Qt::Key_Down : Qt::Key_Up); },
     };
     for (int step = 0; step < 400; ++step) {
         for (int count = random.bounded(3); count >= 0; --count)
@@ -471,13 +462,12 @@ void tst_LayerLink::randomWork()
         QStringList before = host.names();
         before = before.removeDuplicates() > 0 ? QStringList() : host.selected();
         host.link->flush();
-        const QString trouble = host.difference();
-        QVERIFY2(trouble.isEmpty(), qPrintable(QString("step %1: %2").arg(step).arg(trouble)));
-        const QStringList names = host.names(), selected = host.selected();
+        QVERIFY2(host.isInStep(), QByteArray::number(step));
+        const QStringList selected = host.selected();
         for (const QString &name : std::as_const(before))
-            QVERIFY(selected.contains(name) || !names.contains(name));
+            QVERIFY(selected.contains(name) || !host.names().contains(name));
         QStringList sorted;
-        for (int row = 0; row < names.size(); ++row)
+        for (int row = 0; row < host.rows().rowCount(); ++row)
             sorted += host.text(row, column);
         if (host.table->horizontalHeader()->sortIndicatorOrder() == Qt::DescendingOrder)
             std::reverse(sorted.begin(), sorted.end());

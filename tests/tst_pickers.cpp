@@ -122,17 +122,11 @@ void tst_Pickers::faces()
 {
     using Row = std::tuple<Make, QString, QSize, int, QSize, QString>;
     const QSize big(148, 210);
-    const QStringList pictures =
-            QString("2d_LineFrame 3d_LineFrame 3d_Hide Flat Grouraud Flat+Edges Gouraud+Edge")
-                    .split(' ');
+    const QString words = "2d_LineFrame 3d_LineFrame 3d_Hide Flat Grouraud Flat+Edges Gouraud+Edge";
+    const QStringList pictures = words.split(' ');
     for (const auto &[make, text, icon, rows, size, button] :
          {Row{&kind<QOvColorComboBox>, "By Layer", {14, 14}, 9, big, "select a color..."},
-          Row{&kind<LineWidthComboBox>,
-              "By Layer",
-              {48, 16},
-              9,
-              {148, 210},
-              "Lineweight settings..."},
+          Row{&kind<LineWidthComboBox>, "By Layer", {48, 16}, 9, big, "Lineweight settings..."},
           Row{&kind<LineTypeComboBox>, "By Layer", {48, 16}, 3, {148, 90}, "Others..."},
           Row{&kind<TextStyleComboBox>, "Standard", {}, 1, {148, 110}, "Manager Text Styles..."},
           Row{&kind<VisualStyleComboBox>, "2D wireframe", {16, 16}, 7, {280, 240}, {}}}) {
