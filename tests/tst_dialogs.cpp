@@ -103,7 +103,7 @@ void tst_Dialogs::warnings()
         dialog.setLayerName("Walls");
         QCOMPARE(runDialog(dialog, [&, text = answer] { answerDialog(dialog, text); }), result);
         const bool isSwitched = result == accepted;
-        QCOMPARE(layerRows()[1][OnColumn], QVariant(wasOn != isSwitched).toString());
+        QCOMPARE(layerRows().at(1).at(OnColumn), QVariant(wasOn != isSwitched).toString());
         QCOMPARE(changed, isSwitched ? QStringList("Walls") : QStringList());
     }
 }

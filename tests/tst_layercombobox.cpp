@@ -30,8 +30,8 @@ QString nameOf(const QPixmap &picture)
 QString shownOn(const QLineEdit &face)
 {
     QString text;
-    const QList<QLabel *> labels = face.findChildren<QLabel *>();
-    for (const QLabel *label : labels.mid(0, 4))
+    const QList<QLabel *> labels = face.findChildren<QLabel *>(), pictures = labels.mid(0, 4);
+    for (const QLabel *label : pictures)
         text += nameOf(label->pixmap(Qt::ReturnByValue)) + ' ';
     return text + labels.last()->text();
 }

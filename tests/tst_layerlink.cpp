@@ -417,10 +417,11 @@ void tst_LayerLink::randomWork()
         host.link->flush(); // it would be while the box opens
         return listOf(*host.box)->item(random.bounded(listOf(*host.box)->count()))->text();
     };
-    const auto outside = [&](const QStringList &step) {
-        change(step);
-        host.link->layerChanged(step[1]);
+    const auto outside = [&](const char *word, const QString &name, const QString &to = {}) {
+        change({word, name, to});
+        host.link->layerChanged(name);
     };
+    const auto fresh = [&] { return QString("m%1").arg(random.bounded(20)); };
     const std::function<void()> works[]{
             [&] { host.clickCell(anyName(), OnColumn + random.bounded(11)); },
             [&] { host.clickCell(anyName(), NameColumn, Qt::ControlModifier); },
@@ -431,15 +432,10 @@ void tst_LayerLink::randomWork()
             [&] { host.command("Delete"); },
             [&] { host.command("Set current"); },
             [&] { OvLayerUtility().setLayerOff(anyName(), random.bounded(2)); },
-            [&] {
-                outside({"add", QString("m%1").arg(random.bounded(20))});
-            },
-            [&] {
-                outside({"erase", anyName()});
-            },
-            [&] {
-                outside({"current", anyName()});
-            },
+            [&] { outside("add", fresh()); },
+            [&] { outside("erase", anyName()); },
+            [&] { outside("rename", anyName(), fresh()); },
+            [&] { outside("current", anyName()); },
             [&] {
                 KcHost::setWorkingDatabase(getCurrentDb() == other.get() ? &*host.drawing
                                                                          : other.get());
