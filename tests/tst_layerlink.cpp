@@ -194,6 +194,14 @@ void tst_LayerLink::refusals()
     doors->close();
     QVERIFY(isTakenBack("Doors", [&] { host.clickInBox("Walls", 1); })); // freezes the current one
     QCOMPARE(host.updates([&] { host.command("New", "a/b\r"); }), 1);
+
+    // The click found the layer by the name that it has no more.
+    const auto rename = [&] {
+        host.clickInBox("Doors", 2);
+        KcHost::renameLayer(*host.drawing, "Doors", "Gates");
+        host.link->layerChanged("Doors");
+    };
+    QCOMPARE(host.updates(rename), 1);
 }
 
 /// What the host hears, in its order, and how far it gets where it goes away on the way.
