@@ -156,8 +156,12 @@ class Drawing:
                 continue  # it takes the application's groups for the entity's own
             if record.own(370) is None:
                 found.pop("weight")
+            color, found["color"] = found["color"], abs(found["color"])
             if record.type == "LAYER":
-                found["color"] = found["color"] or 7  # as that of a layer is none
+                del found["layer"]
+                flags = found["flags"]
+                found.update(flags=flags & ~5, freeze=bool(flags & 1), lock=bool(flags & 4), off=color < 0,
+                             color=abs(color) or 7)  # as that of a layer is none
             record.dxflib = {
                 name: text(value.encode("latin1").decode(self.encoding, "surrogateescape"))
                 if isinstance(value, str) else None if (name, value) == ("true", -1) else value
