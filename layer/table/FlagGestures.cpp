@@ -10,6 +10,9 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QSet>
+
+#include <utility>
 
 namespace OvCc {
 
@@ -18,25 +21,27 @@ namespace {
 /// How a question ends that was dropped; it is neither "Yes" nor "No".
 constexpr int dropped = QDialog::Accepted + 1;
 
-/// Dialogs that must outlive whoever shows them, but not the application; null where the host has deleted
-/// one itself, as all top-level widgets at its end.
-QList<QPointer<QWidget>> &lastingDialogs()
+/// Dialogs that must outlive whoever shows them, but not the application; the host may delete one itself,
+/// as all top-level widgets at its end.
+QSet<QWidget *> &lastingDialogs()
 {
-    static QList<QPointer<QWidget>> dialogs;
+    static QSet<QWidget *> dialogs;
     return dialogs;
+}
+
+void deleteLastingDialogs()
+{
+    qDeleteAll(std::exchange(lastingDialogs(), {}));
 }
 
 LayerWarningDialog *createWarningDialog()
 {
-    QList<QPointer<QWidget>> &dialogs = lastingDialogs();
-    if (dialogs.isEmpty()) {
-        qAddPostRoutine([] {
-            qDeleteAll(lastingDialogs());
-            lastingDialogs().clear();
-        });
-    }
     auto *dialog = new LayerWarningDialog(nullptr);
-    dialogs.append(dialog);
+    lastingDialogs().insert(dialog);
+    QObject::connect(dialog, &QObject::destroyed, dialog,
+                     [dialog] { lastingDialogs().remove(dialog); });
+    qRemovePostRoutine(deleteLastingDialogs); // once is enough
+    qAddPostRoutine(deleteLastingDialogs);
     return dialog;
 }
 
