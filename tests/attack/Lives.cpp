@@ -149,7 +149,7 @@ int main(int argc, char **argv)
         ::execv("/proc/self/exe", argv);
     }
     const QStringList words(argv, argv + argc);
-    const int seconds = words.value(1) == "--all" ? 3600 : words.value(1, "20").toInt();
+    const qint64 seconds = words.value(1) == "--all" ? 3600 : words.value(1, "20").toInt();
     const uint seed = words.value(2, QString::number(::getpid())).toUInt();
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     std::printf("seed %u\n", seed);
