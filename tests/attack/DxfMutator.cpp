@@ -6,124 +6,77 @@
 #include <algorithm>
 #include <random>
 
-extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t *data, std::size_t size, std::size_t most);
+/// @file
+/// Drawings change by groups, records and sections, so that they stay near what readers take.
+
+extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t most);
 
 namespace {
-
-using Random = std::minstd_rand;
 
 /// The line of choices, and from there on two lines for each group.
 using Lines = QList<QByteArray>;
 
-/// A group of its own, a record, or a section.
-enum class Reach { Group, Record, Section };
-
-Lines linesOf(const std::uint8_t *data, std::size_t size)
-{
-    return QByteArray(reinterpret_cast<const char *>(data), int(size)).split('\n');
-}
-
-/// @return how many bytes these are, 0 where that are too many
-std::size_t write(const Lines &lines, std::uint8_t *data, std::size_t most)
-{
-    const QByteArray bytes = lines.join('\n');
-    const std::size_t size = std::size_t(bytes.size()) > most ? 0 : std::size_t(bytes.size());
-    std::copy_n(bytes.begin(), size, data);
-    return size;
-}
-
-/// The first line of a group.
-int anyGroup(const Lines &lines, Random &random)
+int anyGroup(const Lines &lines, std::minstd_rand &random)
 {
     return int(random() % unsigned((lines.size() - 1) / 2)) * 2 + 1;
 }
 
-/// The first line of a part, and that behind it.
-std::pair<int, int> anyPart(const Lines &lines, Reach reach, Random &random)
+bool begins(const Lines &lines, int group, const char *value = nullptr)
 {
-    const auto begins = [&lines, reach](int line) {
-        return line == 1 || line + 1 >= lines.size() || reach == Reach::Group
-               || (lines.at(line).trimmed() == "0"
-                   && (reach == Reach::Record || lines.at(line + 1).trimmed() == "SECTION"));
-    };
-    int begin = anyGroup(lines, random);
-    int end = begin + 2;
-    while (!begins(begin))
-        begin -= 2;
-    while (!begins(end))
+    return lines.at(group).trimmed() == "0" && (!value || lines.at(group + 1).trimmed() == value);
+}
+
+/// The end of a section or record that begins there, or of the group.
+int endOf(const Lines &lines, int group)
+{
+    const char *const next = begins(lines, group, "SECTION") ? "SECTION" : nullptr;
+    int end = group + 2;
+    while (begins(lines, group) && end + 1 < lines.size() && !begins(lines, end, next))
         end += 2;
-    return {begin, end};
+    return end;
 }
 
-/// A part goes, or one comes from some drawing: in the place of another, or before it.
-void graft(Lines &lines, const Lines &from, Random &random)
+/// A part goes, or one comes from some drawing: in the place of one of its kind, or before it.
+void graft(Lines &lines, const Lines &from, std::minstd_rand &random)
 {
-    const Reach reach = Reach(random() % 9 / 4);
-    const auto [from1, from2] = anyPart(from, reach, random);
-    const auto [to1, to2] = anyPart(lines, reach, random);
+    int part = anyGroup(from, random);
+    const bool isRecord = random() % 2 == 0;
+    while (isRecord && part > 1 && !begins(from, part))
+        part -= 2;
+    int place = anyGroup(lines, random);
+    for (int tries = 0; tries < lines.size() && lines.at(place) != from.at(part); tries += 2)
+        place = place + 3 < lines.size() ? place + 2 : 1;
     const unsigned way = random() % 4;
-    const Lines part = way == 0 ? Lines() : from.mid(from1, from2 - from1);
-    lines = lines.mid(0, to1) + part + lines.mid(way < 2 ? to2 : to1);
-}
-
-void mutateBytes(QByteArray &bytes)
-{
-    constexpr int kMore = 8;
-    const int size = bytes.size();
-    bytes.resize(size + kMore);
-    bytes.resize(int(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t *>(bytes.data()),
-                                      std::size_t(size), std::size_t(size + kMore))));
-}
-
-/// Other choices, another code, another value, or that of a group with the same code.
-void changeLine(Lines &lines, Random &random)
-{
-    const int group = anyGroup(lines, random);
-    const unsigned way = random() % 10;
-    if (way < 6) {
-        mutateBytes(lines[way < 3 ? 0 : way < 4 ? group : group + 1]);
-        return;
-    }
-    std::vector<int> alike;
-    for (int other = 1; other + 1 < lines.size(); other += 2) {
-        if (lines.at(other) == lines.at(group))
-            alike.push_back(other);
-    }
-    lines[group + 1] = lines.at(alike[random() % alike.size()] + 1);
+    const Lines put = way == 0 ? Lines() : from.mid(part, endOf(from, part) - part);
+    lines = lines.mid(0, place) + put + lines.mid(way < 2 ? endOf(lines, place) : place);
 }
 
 } // namespace
 
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size,
-                                               std::size_t most, unsigned seed)
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t most, unsigned seed)
 {
-    Random random(seed);
-    Lines lines = linesOf(data, size);
+    static Lines other; // an input from before
+    std::minstd_rand random(seed);
+    Lines lines = QByteArray(reinterpret_cast<const char *>(data), int(size)).split('\n');
     if (lines.size() < 3 || random() % 16 == 0)
         return LLVMFuzzerMutate(data, size, most);
-    if (random() % 3 == 0)
-        graft(lines, lines, random);
-    else
-        changeLine(lines, random);
-    return write(lines, data, most);
-}
-
-extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t *data, std::size_t size,
-                                                 const std::uint8_t *other, std::size_t otherSize,
-                                                 std::uint8_t *out, std::size_t most, unsigned seed)
-{
-    Random random(seed);
-    Lines lines = linesOf(data, size);
-    const Lines from = linesOf(other, otherSize);
-    if (lines.size() < 3 || from.size() < 3)
+    if (other.isEmpty() || random() % 16 == 0)
+        other = lines;
+    const unsigned way = random() % 10;
+    if (way < 3) { // other choices, another code or another value
+        QByteArray &line = lines[way < 2 ? 0 : int(random() % unsigned(lines.size()))];
+        const int length = line.size();
+        line.resize(length + 8);
+        auto *const text = reinterpret_cast<uint8_t *>(line.data());
+        line.resize(int(LLVMFuzzerMutate(text, size_t(length), size_t(line.size()))));
+    } else {
+        graft(lines, way < 5 ? lines : other, random);
+    }
+    const QByteArray bytes = lines.join('\n');
+    if (size_t(bytes.size()) > most)
         return 0;
-    graft(lines, from, random);
-    return write(lines, out, most);
-}
-
-extern "C" const char *__asan_default_options()
-{
-    return "malloc_context_size=3:quarantine_size_mb=16:allocator_may_return_null=1";
+    std::copy(bytes.begin(), bytes.end(), data);
+    return size_t(bytes.size());
 }
 
 extern "C" int LLVMFuzzerInitialize(int *count, char ***arguments)

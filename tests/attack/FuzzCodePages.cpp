@@ -5,31 +5,39 @@
 
 #include "host/drawing/TextCodec.h"
 
-#include <OvCustomControl/CString.h>
 #include <OvCustomControl/OvKernel32.h>
 
 #include <iconv.h>
 
-#include <cstring>
+#include <map>
 #include <optional>
 #include <vector>
 
 using K = OvKernel32;
-using std::size_t;
 
 namespace {
 
-/// UTF-8 is the first.
-constexpr K::Dword pages[] = {65001, 1250, 1251, 1252, 1253, 1254, 1255,
-                              1256,  1257, 1258, 932,  936,  949,  950};
+constexpr K::Dword pages[] = {K::CpUtf8, 1250, 1251, 1252, 1253, 1254, 1255,
+                              1256,      1257, 1258, 932,  936,  949,  950};
 
-/// What the C library says that @p bytes mean; nothing where it knows no meaning for all of them.
-std::optional<std::wstring> opinion(size_t place, QByteArray bytes)
+/// Whether that holds what is no character.
+bool isBroken(const std::wstring &text)
 {
-    static iconv_t decoders[std::size(pages)] = {};
-    iconv_t &decoder = decoders[place];
+    return std::any_of(text.begin(), text.end(), [](wchar_t character) {
+        return character < 0 || character > 0x10ffff || (character >> 11) == 27;
+    });
+}
+
+/// What the C library says that @p bytes mean; nothing where it knows no meaning for all of them. It
+/// composes letters with the accents that the code page of Vietnamese has apart, and takes as UTF-8 what
+/// would be characters beyond the last one.
+std::optional<std::wstring> opinion(K::Dword page, QByteArray bytes)
+{
+    static std::map<K::Dword, iconv_t> decoders;
+    iconv_t &decoder = decoders[page];
     if (!decoder)
-        decoder = iconv_open("WCHAR_T", place ? "CP" + QByteArray::number(pages[place]) : "UTF-8");
+        decoder = iconv_open("WCHAR_T",
+                             page == K::CpUtf8 ? "UTF-8" : "CP" + QByteArray::number(page));
     std::wstring wide(size_t(bytes.size()) + 1, 0);
     char *from = bytes.data(), *to = reinterpret_cast<char *>(wide.data());
     size_t left = size_t(bytes.size()), room = wide.size() * sizeof(wchar_t);
@@ -37,7 +45,7 @@ std::optional<std::wstring> opinion(size_t place, QByteArray bytes)
     const bool isWhole = iconv(decoder, &from, &left, &to, &room) != size_t(-1)
                          && iconv(decoder, nullptr, nullptr, &to, &room) != size_t(-1);
     wide.resize(wide.size() - room / sizeof(wchar_t));
-    return isWhole ? std::make_optional(wide) : std::nullopt;
+    return isWhole && !isBroken(wide) ? std::make_optional(wide) : std::nullopt;
 }
 
 /// Asks @p convert for the size, then gives it just that, or one unit less.
@@ -47,123 +55,84 @@ std::optional<std::basic_string<Char>> result(Convert convert)
     const int size = convert(nullptr, 0);
     if (size == 0)
         return std::nullopt;
-    const std::basic_string<Char> untouched(size_t(size), Char('#'));
-    const auto small = exactly(untouched, size_t(size) - 1),
-               whole = exactly(untouched, size_t(size));
-    require(size == 1 || (!convert(small.get(), size - 1) && K::getLastError() == 122),
-            "it is short");
-    require(std::equal(small.get(), small.get() + size - 1, untouched.data()),
-            "nothing is written");
-    require(convert(whole.get(), size) == size, "it takes what it asked for");
-    return std::basic_string<Char>(whole.get(), size_t(size));
+    std::vector<Char> whole(size_t(size), '#'), small(size_t(size) - 1, '#');
+    const std::vector<Char> untouched = small;
+    require(size == 1
+                    || (!convert(small.data(), size - 1)
+                        && K::getLastError() == K::ErrorInsufficientBuffer && small == untouched),
+            "where it is short nothing is written");
+    require(convert(whole.data(), size) == size, "it takes what it asked for");
+    return std::basic_string<Char>(whole.begin(), whole.end());
 }
 
-std::optional<std::wstring> decoded(size_t place, K::Dword flags, const char *bytes, int count)
+std::optional<std::wstring> decoded(K::Dword page, K::Dword flags, const QByteArray &bytes)
 {
-    return result<wchar_t>([=](wchar_t *buffer, int size) {
-        return K::multiByteToWideChar(pages[place], flags, bytes, count, buffer, size);
+    const std::vector<char> text(bytes.begin(), bytes.end());
+    return result<wchar_t>([&](wchar_t *buffer, int size) {
+        return K::multiByteToWideChar(page, flags, text.data(), bytes.size(), buffer, size);
     });
 }
 
-/// The C library composes letters with the accents that the code page of Vietnamese has apart.
-std::optional<std::wstring> composed(const std::optional<std::wstring> &text)
+void decode(K::Dword page, const QByteArray &bytes)
 {
-    const QString all = QString::fromStdWString(text.value_or(L""));
-    return text ? std::make_optional(all.normalized(QString::NormalizationForm_C).toStdWString())
-                : text;
-}
-
-void decode(size_t place, const QByteArray &bytes)
-{
-    const auto text = exactly(bytes, size_t(bytes.size()));
-    const auto wide = decoded(place, 0, text.get(), bytes.size()),
-               strict = decoded(place, K::MbErrInvalidChars, text.get(), bytes.size()),
-               other = opinion(place, bytes);
-    require(wide
-                    && (!other || wide == other
-                        || (pages[place] == 1258 && composed(wide) == composed(other))),
-            "two readers agree");
-    require(place > 0 || strict == other, "they agree on what is UTF-8");
+    const auto composed = [page](const std::wstring &text) {
+        const QString all = QString::fromStdWString(text);
+        return page == 1258 ? all.normalized(QString::NormalizationForm_C) : all;
+    };
+    const auto wide = decoded(page, 0, bytes), strict = decoded(page, K::MbErrInvalidChars, bytes),
+               other = opinion(page, bytes);
+    require(wide && (!other || composed(*wide) == composed(*other)), "two readers agree");
+    require(page != K::CpUtf8 || strict == other, "they agree on what is UTF-8");
     require(strict ? strict == wide : wide->find(L'\ufffd') != wide->npos, "there is a sign");
-    const int length = K::multiByteToWideChar(pages[place], 0, bytes.constData(), -1, nullptr, 0);
+    const int length = K::multiByteToWideChar(page, 0, bytes.constData(), -1, nullptr, 0);
     require(length > 0 && length <= bytes.size() + 1, "the NUL is counted");
 }
 
-void encode(size_t place, const std::wstring &wide)
+void encode(K::Dword page, const std::wstring &wide)
 {
-    const auto text = exactly(wide, wide.size());
+    const std::vector<wchar_t> text(wide.begin(), wide.end());
     const int length = int(wide.size());
-    K::Bool isLossy = place == 0
-                      && !K::wideCharToMultiByte(pages[place], K::WcErrInvalidChars, text.get(),
-                                                 length, nullptr, 0, nullptr, nullptr);
+    const bool isUtf8 = page == K::CpUtf8;
+    K::Bool isLossy = isUtf8
+                      && !K::wideCharToMultiByte(page, K::WcErrInvalidChars, text.data(), length,
+                                                 nullptr, 0, nullptr, nullptr);
     const auto bytes = result<char>([&](char *buffer, int size) {
-        return K::wideCharToMultiByte(pages[place], 0, text.get(), length, buffer, size,
-                                      place ? "_" : nullptr, place ? &isLossy : nullptr);
+        return K::wideCharToMultiByte(page, 0, text.data(), length, buffer, size,
+                                      isUtf8 ? nullptr : "_", isUtf8 ? nullptr : &isLossy);
     });
-    const auto isWrong = [](wchar_t it) { return it < 0 || it > 0x10ffff || (it >> 11) == 27; };
-    const bool isBroken = std::any_of(wide.begin(), wide.end(), isWrong);
-    require(bytes && (isLossy || !isBroken) && (place || isBroken == isLossy),
+    require(bytes && (isUtf8 ? isLossy == isBroken(wide) : isLossy || !isBroken(wide)),
             "what is lost is told");
-    const auto back = decoded(place, 0, bytes->data(), int(bytes->size()));
+    const auto back = decoded(page, 0, QByteArray::fromStdString(*bytes));
     require(back && back->size() == wide.size(), "one character is one character");
-    const wchar_t instead = place ? L'_' : L'\ufffd';
+    const wchar_t instead = isUtf8 ? L'\ufffd' : L'_';
     for (size_t at = 0; at < wide.size(); ++at)
         require(back->at(at) == wide[at] || (isLossy && back->at(at) == instead), "it comes back");
 }
 
-std::wstring wideOf(const QByteArray &bytes)
+void throughDrawing(const char *page, const QByteArray &bytes)
 {
-    std::wstring wide(size_t(bytes.size()) / 4 + 1, 0);
-    std::memcpy(wide.data(), bytes.constData(), size_t(bytes.size()));
-    return wide;
-}
-
-void encodeText(size_t place, const QByteArray &bytes)
-{
-    encode(place, QString::fromUtf8(bytes).toStdWString() + L'!');
-}
-
-void encodeUnits(size_t place, const QByteArray &bytes)
-{
-    encode(place, wideOf(bytes));
-}
-
-void throughDrawing(size_t place, const QByteArray &bytes)
-{
-    constexpr const char *names[] = {"ansi_1252", "ansi_1251", "ansi_932", "ansi_936", "ansi_949",
-                                     "ansi_950",  "dos850",    "dos437",   "utf-8",    "gb18030"};
-    static const std::vector<Embedded::TextCodec> codecs = [&] {
-        std::vector<Embedded::TextCodec> all(std::size(names));
-        for (size_t at = 0; at < all.size(); ++at)
-            require(all[at].setCodePage(names[at]), "the code page is known");
-        return all;
-    }();
-    const Embedded::TextCodec &codec = codecs[place % codecs.size()];
-    const auto exact = exactly(bytes, size_t(bytes.size()));
-    const QString read = codec.decode({exact.get(), size_t(bytes.size())});
+    Embedded::TextCodec codec;
+    require(codec.setCodePage(page), "the code page is known");
+    const std::vector<char> exact(bytes.begin(), bytes.end());
+    const QString read = codec.decode({exact.data(), exact.size()});
     require(read.isValidUtf16() && !read.contains(QChar(0)), "it is a text");
     for (const QString &text : {read, QString::fromUtf8(bytes.constData())})
         require(codec.decode(codec.encode(text).toStdString()) == text, "a text comes back");
 }
 
-void throughCString(size_t, const QByteArray &bytes)
-{
-    const std::wstring wide = wideOf(bytes).c_str(); // up to a NUL
-    const QString text = QString::fromStdWString(wide);
-    const CString one(wide.c_str()), other(text);
-    require(one.operator const wchar_t *() == wide, "it holds all");
-    require(other.toQString() == text || !text.isValidUtf16(), "it holds what Qt has");
-    require(CString(text.toUtf8().constData()) == other || !text.isValidUtf16(), "it reads UTF-8");
-    CString twice = one + one;
-    require((twice += twice).GetLength() == 4 * one.GetLength(), "it grows by itself");
-}
-
 } // namespace
 
-void tryInput(size_t choice, const QByteArray &input)
+void tryInput(Choices &choices, const QByteArray &bytes)
 {
-    constexpr void (*tries[])(size_t, const QByteArray &) = {throughDrawing, decode, encodeText,
-                                                             encodeUnits, throughCString};
-    if (!input.isEmpty())
-        tries[choice % std::size(tries)](choice / std::size(tries) % std::size(pages), input);
+    constexpr const char *drawings[] = {"ansi_1252", "ansi_1251", "ansi_932", "ansi_936",
+                                        "ansi_949",  "ansi_950",  "dos850",   "dos437",
+                                        "utf-8",     "gb18030"};
+    constexpr std::array pieces{L'!', L'\ufffd', wchar_t(-1), wchar_t(0xd800), wchar_t(0x110000)};
+    const int way = choices.below(3);
+    if (way == 0)
+        throughDrawing(choices.of(drawings), bytes);
+    else if (way == 1)
+        encode(choices.of(pages), choices.of(pieces) + QString::fromUtf8(bytes).toStdWString());
+    else if (!bytes.isEmpty())
+        decode(choices.of(pages), bytes);
 }

@@ -3,69 +3,61 @@
 
 #include "FuzzSupport.h"
 
-#include "layer/table/LayoutSettings.h"
-
 #include <OvCustomControl/OvKernel32.h>
 
-#include <QAction>
-#include <QDir>
+#include <QFile>
 #include <QRegularExpression>
-#include <QSettings>
+#include <QTemporaryDir>
 #include <QTextCodec>
+
+#include <algorithm>
+#include <vector>
 
 using K = OvKernel32;
 
 namespace {
 
-/// What the program under test reads: a text, or a list with a NUL behind each.
-template <typename Read>
-std::wstring whole(Read read)
+/// What a function reads with these words: a text, or a list with a NUL behind each.
+template <typename Read, typename... Words>
+std::wstring whole(const std::wstring &file, Read read, Words... words)
 {
     static wchar_t buffer[5000];
-    return {buffer, read(buffer, K::Dword(std::size(buffer)))};
+    return {buffer, read(words..., buffer, K::Dword(std::size(buffer)), file.c_str())};
 }
 
 /// A smaller buffer gets the start of it, in front of one NUL after a text, and two after a list.
-template <typename Read>
-void readInto(K::Dword size, K::Dword nuls, Read read)
+void readInto(K::Dword size, const std::wstring &file, const wchar_t *section, const wchar_t *key)
 {
-    const std::wstring all = whole(read);
+    const std::wstring all = whole(file, K::getPrivateProfileString, section, key, L"none ");
+    const K::Dword nuls = section && key ? 1 : 2;
     const bool isCut = size <= all.size();
-    const auto buffer = exactly(std::wstring(size, L'#'), size);
-    const size_t count = read(buffer.get(), size);
+    std::vector<wchar_t> buffer(size, L'#');
+    const size_t count =
+            K::getPrivateProfileString(section, key, L"none ", buffer.data(), size, file.c_str());
     require(count == (!isCut ? all.size() : size < nuls ? 0 : size - nuls), "it tells how much");
-    require(all.compare(0, count, buffer.get(), count) == 0 && !buffer[count], "it is the start");
+    require(all.compare(0, count, buffer.data(), count) == 0 && !buffer[count], "it is the start");
     require(nuls < 2 || size < 2 || !buffer[isCut || all.empty() ? count + 1 : count - 1],
             "a list ends");
 }
 
-QString valueOf(const std::wstring &section, const std::wstring &key, const std::wstring &file,
-                const wchar_t *fallback)
+QByteArray contentOf(const QString &path)
 {
-    return QString::fromStdWString(whole([&](wchar_t *buffer, K::Dword size) {
-        return K::getPrivateProfileString(section.c_str(), key.c_str(), fallback, buffer, size,
-                                          file.c_str());
-    }));
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// All that is in sections, each entry behind the name of its section.
 QStringList entriesOf(const std::wstring &file)
 {
+    const auto parts = [&file](auto... what) -> const QStringList {
+        return QString::fromStdWString(whole(file, what...)).split(QChar(0)); // the last is none
+    };
     QStringList names, entries;
-    const std::wstring all = whole([&](wchar_t *buffer, K::Dword size) {
-        return K::getPrivateProfileSectionNames(buffer, size, file.c_str());
-    });
-    const QStringList sections = QString::fromStdWString(all).split(QChar(0)); // the last is none
-    for (const QString &name : sections) {
+    for (const QString &name : parts(K::getPrivateProfileSectionNames)) {
         if (names.contains(name, Qt::CaseInsensitive))
             continue;
         names.append(name);
-        const std::wstring found = whole([&](wchar_t *buffer, K::Dword size) {
-            return K::getPrivateProfileSection(name.toStdWString().c_str(), buffer, size,
-                                               file.c_str());
-        });
-        const QStringList lines = QString::fromStdWString(found).split(QChar(0));
-        for (const QString &entry : lines)
+        for (const QString &entry : parts(K::getPrivateProfileSection, name.toStdWString().c_str()))
             entries.append(name + '\n' + entry);
         entries.removeLast();
     }
@@ -85,89 +77,61 @@ std::pair<int, int> difference(const List &old, const List &now)
 
 /// Sets a key, or removes it without a value, and looks that nothing else is changed.
 /// @param isWhole whether the file has no NUL and no half a character
-void change(const QString &path, const std::wstring &section, const std::wstring &key,
-            const QString &value, bool isWhole)
+void change(const QString &path, const wchar_t *section, const wchar_t *key, const wchar_t *value,
+            bool isWhole)
 {
     static const QRegularExpression quotes("^([\"'])(.*)\\1$");
     constexpr const wchar_t *none = L"\x1f"; // which is in no input
     const std::wstring file = path.toStdWString();
+    const auto found = [&] { return whole(file, K::getPrivateProfileString, section, key, none); };
     const QByteArray before = contentOf(path);
     const QStringList entries = entriesOf(file);
-    const bool wasThere = valueOf(section, key, file, none) != QChar(0x1f);
-    const bool isDone = K::writePrivateProfileString(
-            section.c_str(), key.c_str(), value.isNull() ? nullptr : value.toStdWString().c_str(),
-            file.c_str());
+    const int present = found() == none ? 0 : 1;
+    const bool isDone = K::writePrivateProfileString(section, key, value, file.c_str());
     const QByteArray after = contentOf(path);
     require(isDone || after == before, "a failure changes nothing");
     if (!isDone || !isWhole)
         return;
     const auto [oldLines, lines] = difference(before.split('\n'), after.split('\n'));
-    const bool isMarked = after.startsWith("\xef\xbb\xbf") && !before.startsWith("\xef\xbb\xbf");
-    const bool isWide =
-            QTextCodec::codecForUtfText(before, nullptr) && !before.startsWith("\xef\xbb\xbf");
-    require(isWide || isMarked || after.startsWith(before) || (oldLines <= 1 && lines <= 2),
+    const bool isMarked = before.startsWith("\xef\xbb\xbf"),
+               isWide = !isMarked && QTextCodec::codecForUtfText(before, nullptr);
+    require(isWide || isMarked != after.startsWith("\xef\xbb\xbf") || after.startsWith(before)
+                    || (oldLines <= 1 && lines <= 2),
             "the rest stays byte for byte");
     const auto [gone, added] = difference(entries, entriesOf(file));
-    if (value.isNull()) {
-        require(gone == int(wasThere) && added == 0, "a key is removed");
-    } else {
-        require(gone <= int(wasThere) && added <= 1, "a key is set");
-        require(valueOf(section, key, file, none) == value.trimmed().replace(quotes, "\\2"),
+    require(value ? gone <= present && added <= 1 : gone == present && added == 0,
+            "a key is set or removed");
+    if (value)
+        require(QString::fromStdWString(found())
+                        == QString::fromWCharArray(value).trimmed().replace(quotes, "\\2"),
                 "what is written is read");
-    }
-}
-
-/// Anything may be in the file of settings.
-void restoreLayout(const QDir &folder, const QByteArray &bytes)
-{
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    folder.mkdir("Brevik");
-    writeFile(folder.filePath("Brevik/TessaViewer.conf"), bytes);
-    QAction one(nullptr), other(nullptr);
-    one.setObjectName("On");
-    other.setObjectName("On");
-    OvCc::LayoutSettings().restore(one);
-    one.setChecked(!one.isChecked());
-    OvCc::LayoutSettings().save(one);
-    OvCc::LayoutSettings().restore(other);
-    require(other.isChecked() == one.isChecked() && other.isCheckable() == one.isCheckable(),
-            "a layout is kept");
 }
 
 } // namespace
 
-/// An input is a file, then a section, a key and a value, apart by a byte that is in none of them.
-void tryInput(size_t choice, const QByteArray &input)
+/// The content is that of a file, then a section, a key and a value, apart by a byte that is in none of
+/// them.
+void tryInput(Choices &choices, const QByteArray &content)
 {
     static const QTemporaryDir folder;
-    static QTextCodec *const marked[] = {
-            QTextCodec::codecForName("UTF-8"), QTextCodec::codecForName("UTF-16LE"),
-            QTextCodec::codecForName("UTF-16BE"), QTextCodec::codecForName("UTF-32LE")};
-    const QList<QByteArray> fields = input.split('\x1f');
-    const auto text = [&](int field) { return QString::fromUtf8(fields.value(field).constData()); };
-    const std::wstring section = text(1).toStdWString(), key = text(2).toStdWString();
-    const size_t encoding = choice / 16;
-    QByteArray bytes = fields.at(0);
-    bool isWhole = !bytes.contains('\0') && !QTextCodec::codecForUtfText(bytes, nullptr);
-    if (encoding < std::size(marked)) {
-        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        const QString content = QChar(QChar::ByteOrderMark) + QString::fromUtf8(bytes);
-        isWhole = !content.contains(QChar(0));
-        bytes = marked[encoding]->fromUnicode(content.constData(), content.size(), &state);
-    }
-    if (choice == 255)
-        return restoreLayout(folder.path(), bytes);
-    const QString path = folder.filePath("a.ini");
-    writeFile(path, bytes);
-    if (choice % 16 < 8) {
-        change(path, section, key, fields.size() > 3 ? text(3) + "" : QString(), isWhole);
-    } else {
-        readInto(1 + K::Dword(input.size()) % 32, fields.size() > 2 ? 1 : 2,
-                 [&, file = path.toStdWString()](wchar_t *buffer, K::Dword size) {
-                     return K::getPrivateProfileString(fields.size() > 1 ? section.c_str()
-                                                                         : nullptr,
-                                                       fields.size() > 2 ? key.c_str() : nullptr,
-                                                       L"none ", buffer, size, file.c_str());
-                 });
-    }
+    constexpr std::array codecs{"", "", "UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE"};
+    const QTextCodec *codec = QTextCodec::codecForName(choices.of(codecs));
+    const QList<QByteArray> fields = content.split('\x1f');
+    const auto word = [&fields](int field) {
+        return QString::fromUtf8(fields.value(field).constData()).toStdWString();
+    };
+    const std::wstring section = word(1), key = word(2), value = word(3);
+    const bool isWhole = !fields[0].contains('\0')
+                         && (codec || !QTextCodec::codecForUtfText(fields[0], nullptr));
+    QFile file(folder.filePath("a.ini"));
+    file.open(QFile::WriteOnly);
+    file.write(codec ? QTextEncoder(codec).fromUnicode(QString::fromUtf8(fields[0])) : fields[0]);
+    file.close();
+    const int given = choices.below(3);
+    if (choices.ConsumeBool())
+        readInto(1 + K::Dword(choices.below(32)), file.fileName().toStdWString(),
+                 given < 2 ? section.c_str() : nullptr, given < 1 ? key.c_str() : nullptr);
+    else
+        change(file.fileName(), section.c_str(), key.c_str(), given < 2 ? value.c_str() : nullptr,
+               isWhole);
 }

@@ -3,43 +3,36 @@
 
 #pragma once
 
-#include <QFile>
-#include <QTemporaryDir>
+#include <QByteArray>
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <array>
+
+/// @file
+/// What the fuzz programs share. An input is a line of bytes that choose what is done, and what it is
+/// done with.
 
 /// Ends the program where something does not hold, so that libFuzzer keeps the input.
 inline void require(bool holds, const char *what)
 {
-    if (!holds) {
-        std::fprintf(stderr, "It does not hold: %s.\n", what);
-        std::abort();
+    if (!holds)
+        qFatal("It does not hold: %s.", what);
+}
+
+/// A line of choices; behind their end the first of what there is to choose from.
+struct Choices : FuzzedDataProvider
+{
+    using FuzzedDataProvider::FuzzedDataProvider;
+
+    int below(int end) { return ConsumeIntegralInRange(0, end - 1); }
+
+    template <class Table>
+    auto of(const Table &table)
+    {
+        return *(std::begin(table) + below(int(std::size(table))));
     }
-}
+};
 
-/// As many elements as promised and not one more, so that the sanitizer sees each step beyond.
-template <typename Text>
-auto exactly(const Text &text, size_t size)
-{
-    auto copy = std::make_unique<std::decay_t<decltype(*text.begin())>[]>(size);
-    std::copy_n(text.begin(), size, copy.get());
-    return copy;
-}
-
-inline void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    require(file.open(QFile::WriteOnly) && file.write(content) == content.size(), "it is there");
-}
-
-inline QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// What is tried with an input whose first byte is the choice; FuzzInput.cpp calls it.
-void tryInput(size_t choice, const QByteArray &input);
+/// What is tried with an input; FuzzInput.cpp calls it.
+void tryInput(Choices &choices, const QByteArray &content);
