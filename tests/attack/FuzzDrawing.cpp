@@ -152,9 +152,8 @@ QByteArray unreached(const Drawing &drawing, const Drawing &now, const QSet<int>
     while (tokens.next() == DxfTokens::Step::Group) {
         const auto [code, bytes, value] = tokens.group();
         const std::string_view name = trimmed(tokens.view(value));
-        const bool goesOn = variables.count(place) && !sections.count(name);
         record += code == 0 ? 1 : 0;
-        if (code == 0 ? !goesOn : code == 9 && !tables.count(place))
+        if (code == 0 || (code == 9 && !tables.count(place)))
             place = name;
         const auto holds = [at = bytes.begin](ByteRange part) {
             return part.begin <= at && at < part.end;
@@ -192,8 +191,10 @@ void compare(Reading &was, Reading &is)
         Tessa::EntityStyle style = otherStyles.value(others[i]);
         style.layer = styles.value(records[i]).layer;
         // dxflib takes what stands in groups of other applications, too, and nothing behind a variable.
-        require(isOld || !styles.contains(records[i]) || style == styles.value(records[i])
-                        || is.says(others[i], " 102 {") || is.says(others[i], " 9 "),
+        // What is no longer shown may be a polyline whose vertices were erased.
+        require(isOld || !styles.contains(records[i]) || !otherStyles.contains(others[i])
+                        || style == styles.value(records[i]) || is.says(others[i], " 102 {")
+                        || is.says(others[i], " 9 "),
                 "an entity has its properties in the file");
         if (!(now.entity(records[i]) == EntityProperties())) {
             changed += records[i];
@@ -269,10 +270,12 @@ void takeSteps(KcDbDatabase &database, Choices &choices)
 
 } // namespace
 
-/// Undo and the viewer take part in some of the executions only, since they take their time.
+/// Undo and the viewer take part in some of the executions only, since they take their time. dxflib ends
+/// a text at a NUL, so it is asked of no drawing with one.
 void tryInput(Choices &choices, const QByteArray &drawing)
 {
-    const bool isViewed = choices.below(8) == 1, isUndone = choices.below(4) == 1;
+    const bool isViewed = choices.below(8) == 1 && !drawing.contains('\0');
+    const bool isUndone = choices.below(4) == 1;
     Reading read(drawing, isViewed);
     if (!read.viewed.database)
         return;
@@ -282,7 +285,7 @@ void tryInput(Choices &choices, const QByteArray &drawing)
         require(!read.data().entityRecord(entity.key()).isNull(), "the host knows what is shown");
         // dxflib ends a record at a variable.
         require(symbolKey(read.viewed.layers.nameOf(entity->layer)) == read.layerOf(entity.key())
-                        || read.says(entity.key(), " 9 ") || drawing.contains('\0'),
+                        || read.says(entity.key(), " 9 "),
                 "two readers agree on an entity's layer");
     }
     KcHost::setWorkingDatabase(&read.database());

@@ -181,7 +181,9 @@ void World::key(const Event &event)
         QWidget *over = popup ? popup : widget ? widget->window() : nullptr;
         QWidget *focus = over ? over->focusWidget() : QApplication::focusWidget();
         focus = focus ? focus : over ? over : target(event);
-        QTest::sendKeyEvent(act, focus, key, QString(QChar(key & 0x7f)), modifier);
+        // Without events of the modifiers' own keys, which would go to the same widget, be it gone or not.
+        QTest::simulateEvent(focus, act == QTest::Press, key, modifier, QString(QChar(key & 0x7f)),
+                             false);
     }
 }
 
