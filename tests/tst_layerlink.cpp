@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
-#include "Changes.h"
+#include "LayerChanges.h"
 #include "PickerSupport.h"
 
 #define main embedMain
@@ -222,7 +222,7 @@ void tst_LayerLink::layerStates()
     const auto fulfil = [&heard](const char *property) {
         return [&heard, property](const QStringList &names, const QVariant &value) {
             for (const QString &name : names)
-                change({"layer", name, property, value.toString().remove('#')});
+                changeLayers({"layer", name, property, value.toString().remove('#')});
             heard << names;
         };
     };
@@ -426,7 +426,7 @@ void tst_LayerLink::randomWork()
         return listOf(*host.box)->item(random.bounded(listOf(*host.box)->count()))->text();
     };
     const auto outside = [&](const char *word, const QString &name, const QString &to = {}) {
-        change({word, name, to});
+        changeLayers({word, name, to});
         host.link->layerChanged(name);
     };
     const auto fresh = [&] { return QString("m%1").arg(random.bounded(20)); };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OvCustomControl developers
 // SPDX-License-Identifier: MIT
 
-#include "Changes.h"
+#include "LayerChanges.h"
 #include "Support.h"
 
 #include <QAbstractItemModelTester>
@@ -155,7 +155,7 @@ private:
     QString text(int row, int column) const { return m_model->item(row, column)->text(); }
     int rowOf(const QString &name) const { return names().indexOf(name); }
 
-    /// Takes one step after the other: what others do to the drawing, see change(), a command of the panel
+    /// Takes one step after the other: what others do to the drawing, see changeLayers(), a command of the panel
     /// or its table, or what the user does, such as "click Walls On", "search w*" and "select Doors Walls",
     /// chooses by its key in the menu of a row, or types in the editor that is open. Of a press comes no
     /// click, as the table may be gone then.
@@ -186,7 +186,7 @@ private:
             else if (m_table->metaObject()->indexOfSlot(command + "()") >= 0)
                 QMetaObject::invokeMethod(m_table, command);
             else
-                QCOMPARE(change(words), Kcore::eOk);
+                QCOMPARE(changeLayers(words), Kcore::eOk);
         }
     }
 
@@ -941,8 +941,8 @@ void tst_LayerTable::hostActsFromInside()
              + inside("newLayer, deleteLayers", &Table::layerAdded)
              + inside("renameLayer, type x, key Tab", &Table::layerRenamed);
     const auto refresh = [&] {
-        change({"erase", "Doors"});
-        change({"add", QString("Attic %1").arg(count)});
+        changeLayers({"erase", "Doors"});
+        changeLayers({"add", QString("Attic %1").arg(count)});
         m_panel->refresh();
     };
     const Work acts[]{refresh, [&] { m_panel->slotUpLayerModel(); }, [&] { delete m_table; },
@@ -951,7 +951,7 @@ void tst_LayerTable::hostActsFromInside()
         act = [&] { ++count, one(); };
         for (const Work &each : std::as_const(cases)) {
             KcHost::setLayerModifiedHandler(nullptr);
-            change({"unoff", "0"});
+            changeLayers({"unoff", "0"});
             openPanel();
             m_table->setToggleSelection(true);
             KcHost::setLayerTableChangesHandler([this] { ++m_hostCalls; });
