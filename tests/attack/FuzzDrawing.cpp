@@ -169,7 +169,7 @@ QByteArray unreached(const Drawing &drawing, const Drawing &now, const QSet<int>
         if (code != kComment && !isReached)
             kept.append(drawing.bytes.constData() + bytes.begin, bytes.end - bytes.begin);
     }
-    return kept;
+    return kept.trimmed(); // a last line without an end is given one
 }
 
 /// What the drawing has now is in its file, and nothing else has changed there.
