@@ -39,8 +39,8 @@ inline Kcore::ErrorStatus changeLayers(const QStringList &step)
             {"lock", &KcDbLayerTableRecord::setIsLocked},
             {"plot", &KcDbLayerTableRecord::setIsPlottable}};
     KcDbLayerTableRecord *record = getLayerByName(name);
-    if (!record)
-        return Kcore::ErrorStatus(Kcore::eOk + 1); // the hosts call it by different names
+    if (!record) // which the host has a word for, or it is open elsewhere
+        return KcHost::changeLayer(drawing, name, {});
     const bool value = !word.startsWith("un");
     Kcore::ErrorStatus status = record->upgradeOpen(); // which somebody else may keep from
     if (status == Kcore::eOk)
