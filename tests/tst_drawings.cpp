@@ -261,9 +261,10 @@ void TestDrawings::picking_data()
               "beside the block in an insert;35,25,1;-1",
               "layer off;50,80,1;-1",
               "text;62,2,0.5;4",
+              "text along a line;118,5,0.5;7",
               "turned line;75,86,1;6",
               "beside a turned line;85,75,1;-1",
-              "all;window,-9,-9,200,200;0 1 2 4 5 6",
+              "all;window,-9,-9,200,200;0 1 2 4 5 6 7",
               "one;window,39,39,61,61;1",
               "half a circle;window,50,39,61,61;",
               "crossed circle;crossing,50,39,61,61;1",
@@ -284,7 +285,8 @@ void TestDrawings::picking()
                                  + "0 LINE|8 Off|10 0|20 80|11 100|21 80|"
                                  + "0 TEXT|8 Red|10 60|20 0|40 10|1 Text|"
                                  + "0 LINE|8 Red|10 0|20 5|11 10|21 5|"
-                                 + "0 LINE|8 Red|10 60|20 70|11 90|21 100|"));
+                                 + "0 LINE|8 Red|10 60|20 70|11 90|21 100|"
+                                 + "0 TEXT|8 Red|72 3|10 120|20 0|11 120|21 20|40 5|1 Text|"));
     QStringList where = fields.at(1).split(',');
     if (where.size() == 3) {
         const QPointF point(where[0].toDouble(), where[1].toDouble());

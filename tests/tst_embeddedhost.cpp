@@ -723,6 +723,7 @@ void TestEmbeddedHost::tellsOfEntities()
     // The entities that are told of, and what is known of one then.
     const QList<QStringList> steps = rowsOf(R"(
 set 8 color 5 :: 8 :: 5 1 -9 - -
+set 8 true 0 :: 8 :: -1 0 -9 - -
 set 8 true FFABCDEF :: 8 :: -1 abcdef -9 - -
 set 8 type BYBLOCK :: 8 :: -1 abcdef -9 ByBlock -
 set 8 type continuous :: 8 :: -1 abcdef -9 Continuous -
@@ -742,7 +743,7 @@ merge Y>D :: 4 8 9 :: -1 abcdef -9 Continuous D)");
     QCOMPARE(given(8), "-1 1 -9 - -");
     QCOMPARE(KcHost::layerUsage(*m_drawing), (QHash<QString, int>{{"0", 3}}));
     QVERIFY(KcHost::colorIndex(0xFFFF0000) == 1 && KcHost::colorIndex(0x333333) == 250
-            && KcHost::colorIndex(0x010203) == 0);
+            && KcHost::colorIndex(0xFF0001) == 0 && KcHost::colorIndex(0x01FF00) == 0);
 }
 
 void TestEmbeddedHost::findsTheViewport()
