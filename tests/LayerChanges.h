@@ -39,8 +39,10 @@ inline Kcore::ErrorStatus changeLayers(const QStringList &step)
             {"lock", &KcDbLayerTableRecord::setIsLocked},
             {"plot", &KcDbLayerTableRecord::setIsPlottable}};
     KcDbLayerTableRecord *record = getLayerByName(name);
-    if (!record) // which the host has a word for, or it is open elsewhere
-        return KcHost::changeLayer(drawing, name, {});
+    if (!record) { // the host has a word for that, unless it is the letter case
+        const Kcore::ErrorStatus status = KcHost::changeLayer(drawing, name, {});
+        return status == Kcore::eOk ? Kcore::ErrorStatus(Kcore::eOk + 1) : status;
+    }
     const bool value = !word.startsWith("un");
     Kcore::ErrorStatus status = record->upgradeOpen(); // which somebody else may keep from
     if (status == Kcore::eOk)

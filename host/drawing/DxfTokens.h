@@ -98,7 +98,7 @@ struct DxfEntityPlace
     DxfRecordPlace record;
     std::string_view type;
     bool isInRecord = false; ///< not so before the first one, which may have an empty type
-    bool hasLayer = false; ///< in a plain entity another name is one that stands there twice
+    bool hasLayer = false;   ///< in a plain entity another name is one that stands there twice
 
     bool isViewport() const { return type == "VIEWPORT"; }
 
