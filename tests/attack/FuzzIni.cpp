@@ -50,7 +50,8 @@ QByteArray contentOf(const QString &path)
 QStringList entriesOf(const std::wstring &file)
 {
     const auto parts = [&file](auto... what) -> const QStringList {
-        return QString::fromStdWString(whole(file, what...)).split(QChar(0)); // the last is none
+        // Qt takes a U+FEFF in front for no part of the text. The last one is none.
+        return QString::fromStdWString(L' ' + whole(file, what...)).mid(1).split(QChar(0));
     };
     QStringList names, entries;
     for (const QString &name : parts(K::getPrivateProfileSectionNames)) {
