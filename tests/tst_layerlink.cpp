@@ -252,7 +252,7 @@ void tst_LayerLink::layerStates()
                                       "end 2/1 toggled 0"));
     doors->close();
 
-    LayerLink *other;
+    LayerLink *other = nullptr;
     const auto die = [&other] { delete other; };
     connect(other = new LayerLink, &LayerLink::changesBegin, this, die);
     QCOMPARE(other->restore(plain), plain.names());

@@ -122,10 +122,11 @@ private:
         const auto hear = [this](auto signal, const QString &as) {
             connect(m_panel.get(), signal, this, [this, as](const auto &...what) {
                 QStringList words(as);
-                for (const QVariant &each : {QVariant(what)...})
-                    words += each.userType() == QMetaType::QStringList
-                                     ? each.toStringList()
-                                     : QStringList(each.toString());
+                const QVariantList all{QVariant(what)...};
+                for (const QVariant &each : all) {
+                    const bool isList = each.userType() == QMetaType::QStringList;
+                    words += isList ? each.toStringList() : QStringList(each.toString());
+                }
                 m_told += words.join(' ');
             });
         };
