@@ -25,9 +25,9 @@ Change propertyChange(const QString &property, const QString &value)
     return change;
 }
 
-/// Takes one step in the working drawing: those of changeLayers(), {"merge", "A", "B"}, {"layer", "A", "color",
-/// "5"} and {"set", "8", "color", "5"} for a layer and for the entity with that number; {"clear", "A"} for a
-/// layer with all that lies on it.
+/// Takes one step in the working drawing: those of changeLayers(), {"merge", "A", "B"},
+/// {"layer", "A", "color", "5"} and {"set", "8", "color", "5"} for a layer and for the entity with
+/// that number; {"clear", "A"} for a layer with all that lies on it.
 inline Kcore::ErrorStatus change(const QStringList &step)
 {
     KcDbDatabase &drawing = *kcdbHostApplicationServices()->workingDatabase();

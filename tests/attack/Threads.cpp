@@ -16,7 +16,6 @@
 #include <cstdio>
 #include <random>
 #include <thread>
-#include <vector>
 
 #include <unistd.h>
 
@@ -104,13 +103,13 @@ constexpr std::pair<const char *, bool (*)(int number)> jobs[] = {
 int main(int argc, char **argv)
 {
     const auto now = std::chrono::steady_clock::now;
-    const auto end = now() + std::chrono::seconds(argc > 1 ? std::atoi(argv[1]) : 20);
-    const int seed = argc > 2 ? std::atoi(argv[2]) : ::getpid();
+    const auto end = now() + std::chrono::seconds(argc > 1 ? QByteArray(argv[1]).toInt() : 20);
+    const int seed = argc > 2 ? QByteArray(argv[2]).toInt() : ::getpid();
     std::printf("seed %d\n", seed);
     const QGuiApplication application(argc, argv);
-    std::vector<std::thread> threads;
+    std::thread threads[4];
     for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([=] {
+        threads[thread] = std::thread([=] {
             std::minstd_rand random(unsigned(seed + thread + 1));
             for (int number = thread; now() < end; number += 8, ++jobsDone) {
                 const auto &[outcome, holds] = jobs[random() % std::size(jobs)];
